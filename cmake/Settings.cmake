@@ -1,0 +1,35 @@
+# Compiler settings that hold for every target, and the options that the presets set.
+option(ZEB_TESTS "Build the tests" ON)
+option(ZEB_BENCH "Build the benchmarks" OFF)
+option(ZEB_FUZZ "Build the fuzzers (clang only)" OFF)
+set(ZEB_SANITIZE "" CACHE STRING "Sanitizers to build with, for example address,undefined")
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_CXX_SCAN_FOR_MODULES OFF)
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+add_compile_options(-Wall -Wextra -Wconversion -Wshadow -Werror)
+# A unique symbol would keep the plug-in in the process after it was unloaded.
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+  add_compile_options(-fno-gnu-unique)
+endif()
+
+if(ZEB_SANITIZE)
+  add_compile_options(-fsanitize=${ZEB_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${ZEB_SANITIZE})
+  # What the sanitizers weave into library code upsets flow warnings.
+  add_compile_options(-Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-tsan)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
+    add_compile_options(-Wno-unknown-warning-option)
+  endif()
+endif()
