@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "cmpi/cmpi.h"
+
+namespace CmpiCpp {
+
+/// The context of one call. A handle: valid as long as the call, and empty where the system speaks for
+/// itself.
+class CmpiContext {
+ public:
+  CmpiContext() = default;
+  explicit CmpiContext(const CMPIContext* context) : _context(context) {}
+
+  /// The object manager's own context; null for an empty one.
+  const CMPIContext* get() const { return _context; }
+
+  /// A text entry, such as the principal; nothing when there is none or its text is a null pointer, as some
+  /// object managers have it.
+  std::optional<std::string> getText(const char* name) const;
+
+ private:
+  const CMPIContext* _context = nullptr;
+};
+
+}  // namespace CmpiCpp

@@ -1,0 +1,111 @@
+#include "Trampoline.h"
+#include "cmpicpp/CmpiAssociationProvider.h"
+
+namespace CmpiCpp {
+namespace {
+
+[[noreturn]] void notSupported() {
+  throw CmpiStatus(CMPI_RC_ERR_NOT_SUPPORTED);
+}
+
+CMPIStatus associators(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
+                       const CMPIObjectPath* path, const char* associationClass, const char* resultClass,
+                       const char* role, const char* resultRole, const char** properties) {
+  CmpiInstanceResult found;
+  return enter<CmpiAssociationProvider>(
+      mi,
+      [&](CmpiAssociationProvider& provider) {
+        provider.associators(found, CmpiContext(context), fromBroker(path), optionalName(associationClass),
+                             optionalName(resultClass), optionalName(role), optionalName(resultRole),
+                             properties);
+      },
+      [&](const CMPIBroker* broker) { deliver(broker, result, found.instances()); });
+}
+
+CMPIStatus associatorNames(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
+                           const CMPIObjectPath* path, const char* associationClass, const char* resultClass,
+                           const char* role, const char* resultRole) {
+  CmpiObjectPathResult found;
+  return enter<CmpiAssociationProvider>(
+      mi,
+      [&](CmpiAssociationProvider& provider) {
+        provider.associatorNames(found, CmpiContext(context), fromBroker(path),
+                                 optionalName(associationClass), optionalName(resultClass),
+                                 optionalName(role), optionalName(resultRole));
+      },
+      [&](const CMPIBroker* broker) { deliver(broker, result, found.paths()); });
+}
+
+CMPIStatus references(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
+                      const CMPIObjectPath* path, const char* resultClass, const char* role,
+                      const char** properties) {
+  CmpiInstanceResult found;
+  return enter<CmpiAssociationProvider>(
+      mi,
+      [&](CmpiAssociationProvider& provider) {
+        provider.references(found, CmpiContext(context), fromBroker(path), optionalName(resultClass),
+                            optionalName(role), properties);
+      },
+      [&](const CMPIBroker* broker) { deliver(broker, result, found.instances()); });
+}
+
+CMPIStatus referenceNames(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
+                          const CMPIObjectPath* path, const char* resultClass, const char* role) {
+  CmpiObjectPathResult found;
+  return enter<CmpiAssociationProvider>(
+      mi,
+      [&](CmpiAssociationProvider& provider) {
+        provider.referenceNames(found, CmpiContext(context), fromBroker(path), optionalName(resultClass),
+                                optionalName(role));
+      },
+      [&](const CMPIBroker* broker) { deliver(broker, result, found.paths()); });
+}
+
+CMPIStatus associatorsFiltered(CMPIAssociationMI* mi, const CMPIContext* /*context*/,
+                               const CMPIResult* /*result*/, const CMPIObjectPath* /*path*/,
+                               const char* /*associationClass*/, const char* /*resultClass*/,
+                               const char* /*role*/, const char* /*resultRole*/, const char** /*properties*/,
+                               const char* /*language*/, const char* /*filter*/,
+                               CMPIBoolean /*continueOnError*/) {
+  return enter<CmpiAssociationProvider>(mi, [](CmpiAssociationProvider&) { notSupported(); });
+}
+
+CMPIStatus referencesFiltered(CMPIAssociationMI* mi, const CMPIContext* /*context*/,
+                              const CMPIResult* /*result*/, const CMPIObjectPath* /*path*/,
+                              const char* /*resultClass*/, const char* /*role*/, const char** /*properties*/,
+                              const char* /*language*/, const char* /*filter*/,
+                              CMPIBoolean /*continueOnError*/) {
+  return enter<CmpiAssociationProvider>(mi, [](CmpiAssociationProvider&) { notSupported(); });
+}
+
+}  // namespace
+
+const CMPIAssociationMIFT kAssociationTable = {
+    CMPIVersion100,      CMPIVersion100,    "association", cleanupInterface<CMPIAssociationMI>,
+    associators,         associatorNames,   references,    referenceNames,
+    associatorsFiltered, referencesFiltered};
+
+CMPIAssociationMI* CmpiAssociationProvider::getAssociationMI() const {
+  return interfaces() ? interfaces()->associationMI() : nullptr;
+}
+
+void CmpiAssociationProvider::associators(CmpiInstanceResult&, const CmpiContext&, const CmpiObjectPath&,
+                                          const CmpiName&, const CmpiName&, const CmpiName&, const CmpiName&,
+                                          CmpiPropertyList) {
+  notSupported();
+}
+void CmpiAssociationProvider::associatorNames(CmpiObjectPathResult&, const CmpiContext&,
+                                              const CmpiObjectPath&, const CmpiName&, const CmpiName&,
+                                              const CmpiName&, const CmpiName&) {
+  notSupported();
+}
+void CmpiAssociationProvider::references(CmpiInstanceResult&, const CmpiContext&, const CmpiObjectPath&,
+                                         const CmpiName&, const CmpiName&, CmpiPropertyList) {
+  notSupported();
+}
+void CmpiAssociationProvider::referenceNames(CmpiObjectPathResult&, const CmpiContext&, const CmpiObjectPath&,
+                                             const CmpiName&, const CmpiName&) {
+  notSupported();
+}
+
+}  // namespace CmpiCpp

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "BrokerValues.h"
+#include "cmpicpp/CmpiStatus.h"
+#include "cmpicpp/ManagementInterfaces.h"
+
+namespace CmpiCpp {
+
+/// The status for the object manager, with a message where there is one.
+CMPIStatus makeStatus(const CmpiBroker& broker, CMPIrc rc, const std::string& message);
+
+/// Runs `body` so that no exception crosses the C interface.
+template <class Body>
+CMPIStatus guarded(const CmpiBroker& broker, Body&& body) {
+  try {
+    body();
+    return {CMPI_RC_OK, nullptr};
+  } catch (const CmpiStatus& status) {
+    return makeStatus(broker, status.rc(), status.msg());
+  } catch (const std::exception& error) {
+    return makeStatus(broker, CMPI_RC_ERR_FAILED, error.what());
+  } catch (...) {
+    return makeStatus(broker, CMPI_RC_ERR_FAILED, "unknown error");
+  }
+}
+
+/// Every entry of a management interface: finds the provider behind it, runs `operation` on it as a
+/// `Provider`, and turns what is thrown into a status. `deliver`, which hands the plain results to the object
+/// manager, runs after the operation has ended.
+template <class Provider, class Interface, class Operation, class Deliver>
+CMPIStatus enter(Interface* interface, Operation&& operation, Deliver&& deliver) {
+  auto& interfaces = *static_cast<ManagementInterfaces*>(const_cast<void*>(interface->hdl));
+  return guarded(interfaces.broker(), [&] {
+    const ManagementInterfaces::Call call(interfaces);
+    auto* provider = dynamic_cast<Provider*>(call.provider());
+    if (!provider) throw CmpiStatus(CMPI_RC_ERR_FAILED, "the provider has been unloaded");
+    operation(*provider);
+    deliver(interfaces.broker().get());
+  });
+}
+
+template <class Provider, class Interface, class Operation>
+CMPIStatus enter(Interface* interface, Operation&& operation) {
+  return enter<Provider>(interface, std::forward<Operation>(operation), [](const CMPIBroker*) {});
+}
+
+/// The clean-up entry that all four interfaces share.
+template <class Interface>
+CMPIStatus cleanupInterface(Interface* interface, const CMPIContext* context, CMPIBoolean terminating) {
+  auto& interfaces = *static_cast<ManagementInterfaces*>(const_cast<void*>(interface->hdl));
+  CMPIrc answer = CMPI_RC_OK;
+  const CMPIStatus status = guarded(
+      interfaces.broker(), [&] { answer = interfaces.cleanup(CmpiContext(context), terminating != 0); });
+  return status.rc == CMPI_RC_OK ? CMPIStatus{answer, nullptr} : status;
+}
+
+/// Hands plain results over and tells the object manager that they are all.
+void deliver(const CMPIBroker* broker, const CMPIResult* result, const std::vector<CmpiObjectPath>& paths);
+void deliver(const CMPIBroker* broker, const CMPIResult* result, const std::vector<CmpiInstance>& instances);
+
+/// A name that an object manager may leave out with a null pointer.
+inline CmpiName optionalName(const char* name) {
+  return name ? CmpiName(name) : CmpiName();
+}
+
+extern const CMPIInstanceMIFT kInstanceTable;
+extern const CMPIAssociationMIFT kAssociationTable;
+extern const CMPIMethodMIFT kMethodTable;
+extern const CMPIIndicationMIFT kIndicationTable;
+
+}  // namespace CmpiCpp

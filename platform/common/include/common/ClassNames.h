@@ -1,0 +1,14 @@
+#pragma once
+
+#include "cmpicpp/CmpiName.h"
+
+namespace ZEB {
+
+// Classes that the provider refers to and other providers serve, and names that the whole system shares.
+inline constexpr CmpiCpp::NameLiteral kComputerSystemClass = "ZEB_ComputerSystem";
+inline constexpr CmpiCpp::NameLiteral kFCHBAComputerSystemClass = "ZEB_FCHBAComputerSystem";
+inline constexpr CmpiCpp::NameLiteral kChassisClass = "ZEB_ComputerSystemChassis";
+inline constexpr CmpiCpp::NameLiteral kPerformWork = "PerformWork";
+inline constexpr const char kDataStoreDirectory[] = "/var/lib/qv-zeb/";
+
+}  // namespace ZEB

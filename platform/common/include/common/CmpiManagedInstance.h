@@ -1,0 +1,44 @@
+#pragma once
+
+#include <atomic>
+
+#include "cmpicpp/CmpiArgs.h"
+#include "cmpicpp/CmpiInstance.h"
+#include "cmpicpp/CmpiResult.h"
+
+namespace ZEB {
+
+/// One CIM instance that a provider serves. Owned by a `CmpiManagedInstanceCollection` from `createInstance`
+/// on. The slots are called under the lock that guards the collection; visibility may be asked and set by any
+/// thread.
+class CmpiManagedInstance {
+ public:
+  CmpiManagedInstance() = default;
+  virtual ~CmpiManagedInstance() = default;
+  CmpiManagedInstance(const CmpiManagedInstance&) = delete;
+  CmpiManagedInstance& operator=(const CmpiManagedInstance&) = delete;
+
+  /// The same path for as long as the instance lives.
+  virtual CmpiCpp::CmpiObjectPath makeObjectPath() = 0;
+  virtual CmpiCpp::CmpiInstance makeInstance() = 0;
+  /// Throws `CmpiStatus` with `CMPI_RC_ERR_METHOD_NOT_FOUND` unless overridden.
+  virtual void invokeMethod(const CmpiCpp::CmpiName& method, const CmpiCpp::CmpiArgs& in,
+                            CmpiCpp::CmpiMethodResult& result);
+  virtual CmpiCpp::CmpiName className() const = 0;
+
+  /// An invisible instance is there for its owner and for no client. Visible when constructed.
+  bool visible() const { return _visible; }
+  void setVisible(bool visible) { _visible = visible; }
+
+  /// Whether the instance watches its status and reports changes of it. Off when constructed.
+  bool watchesStatus() const { return _watchesStatus; }
+
+ protected:
+  void setWatchesStatus(bool watches) { _watchesStatus = watches; }
+
+ private:
+  std::atomic<bool> _visible{true};
+  bool _watchesStatus = false;
+};
+
+}  // namespace ZEB

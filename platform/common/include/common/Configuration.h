@@ -1,0 +1,39 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "common/Logger.h"
+
+namespace ZEB {
+
+/// What the site configured: one commented text file, `/etc/qv-zeb/qv-zeb.toml` unless `ZEB_CONFIG` names
+/// another, and above it an environment variable for every key. Every value has a default; an unknown key or
+/// a bad value is a warning that names the line and the key, and the default holds.
+struct Configuration {
+  std::string sourceFile;       ///< recorded snapshot to serve instead of this host; ZEB_SOURCE_FILE
+  bool includeVirtual = false;  ///< virtual interfaces count as ports; ZEB_INCLUDE_VIRTUAL
+  std::string storeDirectory = "/var/lib/qv-zeb/";  ///< where data stores are kept; ZEB_STORE_DIR
+  std::string runDirectory = "/run/qv-zeb/";        ///< where the status file is posted; ZEB_RUN_DIR
+  std::string recordsFile;             ///< indication records; empty for the installed one; ZEB_RECORDS
+  std::string logTarget = "syslog";    ///< "syslog" or "stderr"; ZEB_LOG_TARGET
+  LogLevel logLevel = LogLevel::Warn;  ///< "error", "warn" or "info"; ZEB_LOG_LEVEL
+  bool autostart = true;               ///< the worker runs by itself; ZEB_AUTOSTART
+  bool perfmon = false;                ///< operations are counted and timed; ZEB_PERFMON
+  bool heartbeat = false;              ///< heartbeat indications are sent; ZEB_HEARTBEAT
+
+  /// What a value was replaced for, and why, in the order of the file.
+  std::vector<std::string> warnings;
+
+  /// Reads file and environment anew. A missing file is no warning.
+  static Configuration load();
+
+  /// The process's configuration, read on first use and kept until `reset`. Safe from several threads.
+  static std::shared_ptr<const Configuration> current();
+
+  /// Forgets what `current` kept, so that the next use reads anew.
+  static void reset();
+};
+
+}  // namespace ZEB

@@ -1,0 +1,159 @@
+#include "common/Configuration.h"
+
+#include <toml++/toml.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <mutex>
+#include <optional>
+
+namespace ZEB {
+namespace {
+
+constexpr const char* kDefaultFile = "/etc/qv-zeb/qv-zeb.toml";
+
+bool parse(std::string_view text, std::string& value) {
+  value = text;
+  return true;
+}
+
+bool parse(std::string_view text, bool& value) {
+  value = text == "1" || text == "true";
+  return value || text == "0" || text == "false";
+}
+
+bool parse(std::string_view text, LogLevel& value) {
+  if (text == "error") {
+    value = LogLevel::Error;
+  } else if (text == "warn") {
+    value = LogLevel::Warn;
+  } else if (text == "info") {
+    value = LogLevel::Info;
+  } else {
+    return false;
+  }
+  return true;
+}
+
+template <auto Member>
+bool set(Configuration& configuration, std::string_view text) {
+  auto value = configuration.*Member;
+  if (!parse(text, value)) return false;
+  configuration.*Member = std::move(value);
+  return true;
+}
+
+bool setDirectory(std::string& directory, std::string_view text) {
+  if (text.empty()) return false;
+  directory = text;
+  if (directory.back() != '/') directory += '/';
+  return true;
+}
+
+template <std::string Configuration::*Member>
+bool setDirectory(Configuration& configuration, std::string_view text) {
+  return setDirectory(configuration.*Member, text);
+}
+
+bool setLogTarget(Configuration& configuration, std::string_view text) {
+  if (text != "syslog" && text != "stderr") return false;
+  configuration.logTarget = text;
+  return true;
+}
+
+/// A key of the file, the environment variable that overrides it, and what it may hold.
+struct Key {
+  const char* name;
+  const char* variable;
+  const char* expected;
+  bool (*set)(Configuration&, std::string_view text);
+};
+
+constexpr Key kKeys[] = {
+    {"source-file", "ZEB_SOURCE_FILE", "a file name", set<&Configuration::sourceFile>},
+    {"include-virtual", "ZEB_INCLUDE_VIRTUAL", "true or false", set<&Configuration::includeVirtual>},
+    {"store-directory", "ZEB_STORE_DIR", "a directory", setDirectory<&Configuration::storeDirectory>},
+    {"run-directory", "ZEB_RUN_DIR", "a directory", setDirectory<&Configuration::runDirectory>},
+    {"records-file", "ZEB_RECORDS", "a file name", set<&Configuration::recordsFile>},
+    {"log-target", "ZEB_LOG_TARGET", "\"syslog\" or \"stderr\"", setLogTarget},
+    {"log-level", "ZEB_LOG_LEVEL", "\"error\", \"warn\" or \"info\"", set<&Configuration::logLevel>},
+    {"autostart", "ZEB_AUTOSTART", "true or false", set<&Configuration::autostart>},
+    {"perfmon", "ZEB_PERFMON", "true or false", set<&Configuration::perfmon>},
+    {"heartbeat", "ZEB_HEARTBEAT", "true or false", set<&Configuration::heartbeat>},
+};
+
+const Key* findKey(std::string_view name) {
+  for (const Key& key : kKeys) {
+    if (name == key.name) return &key;
+  }
+  return nullptr;
+}
+
+/// The value as text, whichever of the two kinds that the keys know it is.
+std::optional<std::string> textOf(const toml::node& node) {
+  if (const auto* text = node.as_string()) return text->get();
+  if (const auto* flag = node.as_boolean()) return flag->get() ? "true" : "false";
+  return std::nullopt;
+}
+
+void apply(Configuration& configuration, const std::string& file, const toml::key& name,
+           const toml::node& node) {
+  const std::string where = file + ":" + std::to_string(name.source().begin.line) + ": ";
+  const Key* key = findKey(name.str());
+  if (!key) {
+    configuration.warnings.push_back(where + "unknown key " + std::string(name.str()));
+    return;
+  }
+  const auto text = textOf(node);
+  if (!text || !key->set(configuration, *text)) {
+    configuration.warnings.push_back(where + key->name + " has to be " + key->expected);
+  }
+}
+
+void readFile(Configuration& configuration, const std::string& file) {
+  std::error_code error;
+  if (!std::filesystem::exists(file, error)) return;
+  try {
+    const toml::table table = toml::parse_file(file);
+    for (const auto& [name, node] : table) apply(configuration, file, name, node);
+  } catch (const toml::parse_error& failure) {
+    configuration.warnings.push_back(file + ":" + std::to_string(failure.source().begin.line) + ": " +
+                                     std::string(failure.description()));
+  }
+}
+
+void readEnvironment(Configuration& configuration) {
+  for (const Key& key : kKeys) {
+    const char* text = std::getenv(key.variable);
+    if (text && !key.set(configuration, text)) {
+      configuration.warnings.push_back(std::string("environment: ") + key.variable + " has to be " +
+                                       key.expected);
+    }
+  }
+}
+
+std::mutex currentMutex;
+std::shared_ptr<const Configuration> currentConfiguration;
+
+}  // namespace
+
+Configuration Configuration::load() {
+  Configuration configuration;
+  const char* file = std::getenv("ZEB_CONFIG");
+  readFile(configuration, file ? file : kDefaultFile);
+  readEnvironment(configuration);
+  return configuration;
+}
+
+std::shared_ptr<const Configuration> Configuration::current() {
+  const std::lock_guard lock(currentMutex);
+  if (!currentConfiguration) currentConfiguration = std::make_shared<const Configuration>(load());
+  return currentConfiguration;
+}
+
+void Configuration::reset() {
+  const std::lock_guard lock(currentMutex);
+  currentConfiguration.reset();
+}
+
+}  // namespace ZEB

@@ -1,0 +1,27 @@
+#include "common/HashIndex.h"
+
+#include <algorithm>
+
+namespace ZEB {
+
+void HashIndex::add(std::size_t hash, std::uint32_t number) {
+  _sorted = _sorted && (_entries.empty() || _entries.back().hash <= hash);
+  _entries.push_back({hash, number});
+}
+
+std::span<const HashIndex::Entry> HashIndex::find(std::size_t hash) {
+  const auto before = [](const Entry& a, const Entry& b) { return a.hash < b.hash; };
+  if (!_sorted) {
+    std::stable_sort(_entries.begin(), _entries.end(), before);
+    _sorted = true;
+  }
+  const auto [first, last] = std::equal_range(_entries.begin(), _entries.end(), Entry{hash, 0}, before);
+  return {first, last};
+}
+
+void HashIndex::clear() {
+  _entries.clear();
+  _sorted = true;
+}
+
+}  // namespace ZEB

@@ -1,0 +1,119 @@
+#include "common/Logger.h"
+
+#include <syslog.h>
+
+#include <cstdio>
+#include <map>
+#include <mutex>
+#include <utility>
+
+#include "common/Configuration.h"
+
+namespace ZEB {
+namespace {
+
+class SyslogSink : public LogSink {
+ public:
+  void write(LogLevel level, std::string_view source, std::string_view text) override {
+    constexpr int kPriorities[] = {LOG_ERR, LOG_WARNING, LOG_INFO};
+    syslog(LOG_DAEMON | kPriorities[static_cast<std::size_t>(level)], "%.*s: %.*s",
+           static_cast<int>(source.size()), source.data(), static_cast<int>(text.size()), text.data());
+  }
+};
+
+class StandardErrorSink : public LogSink {
+ public:
+  void write(LogLevel level, std::string_view source, std::string_view text) override {
+    constexpr const char* kNames[] = {"error", "warn", "info"};
+    // One call a line, so that lines of several threads do not mix.
+    std::fprintf(stderr, "%s: %.*s: %.*s\n", kNames[static_cast<std::size_t>(level)],
+                 static_cast<int>(source.size()), source.data(), static_cast<int>(text.size()), text.data());
+  }
+};
+
+struct Destination {
+  std::shared_ptr<LogSink> sink;
+  LogLevel level = LogLevel::Warn;
+};
+
+std::mutex processMutex;
+Destination processDestination;
+
+Destination configuredDestination() {
+  const auto configuration = Configuration::current();
+  return {configuration->logTarget == "stderr" ? makeStandardErrorSink() : makeSyslogSink(),
+          configuration->logLevel};
+}
+
+Destination currentDestination() {
+  const std::lock_guard lock(processMutex);
+  if (!processDestination.sink) processDestination = configuredDestination();
+  return processDestination;
+}
+
+}  // namespace
+
+// A name with those that were made from it by lengthening, so that a thousand handles of one class share one.
+struct Logger::Source {
+  Destination destination;
+  std::string name;
+  std::mutex mutex;
+  std::map<std::string, std::weak_ptr<Source>, std::less<>> longer;
+};
+
+Logger::Logger() : Logger(std::string_view()) {}
+
+Logger::Logger(std::string_view name) : _source(std::make_shared<Source>()) {
+  _source->destination = currentDestination();
+  _source->name = name;
+}
+
+Logger::Logger(std::string_view name, std::shared_ptr<LogSink> sink, LogLevel level)
+    : _source(std::make_shared<Source>()) {
+  _source->destination = {std::move(sink), level};
+  _source->name = name;
+}
+
+void Logger::appendLogSource(std::string_view source) {
+  const std::lock_guard lock(_source->mutex);
+  auto& known = _source->longer[std::string(source)];
+  auto longer = known.lock();
+  if (!longer) {
+    longer = std::make_shared<Source>();
+    longer->destination = _source->destination;
+    longer->name = _source->name + std::string(source);
+    known = longer;
+  }
+  _source.swap(longer);
+}
+
+const std::string& Logger::source() const {
+  return _source->name;
+}
+
+bool Logger::wants(LogLevel level) const {
+  return level <= _source->destination.level;
+}
+
+void Logger::write(LogLevel level, const char* format, const LogArgument* arguments,
+                   std::size_t count) const {
+  std::string text = formatLog(format, arguments, count);
+  // Some texts end in a line break; a sink writes lines.
+  while (!text.empty() && text.back() == '\n') text.pop_back();
+  _source->destination.sink->write(level, _source->name, text);
+}
+
+void setProcessLogSink(std::shared_ptr<LogSink> sink, LogLevel level) {
+  const std::lock_guard lock(processMutex);
+  processDestination = {std::move(sink), level};
+}
+
+std::shared_ptr<LogSink> makeSyslogSink() {
+  return std::make_shared<SyslogSink>();
+}
+
+std::shared_ptr<LogSink> makeStandardErrorSink() {
+  return std::make_shared<StandardErrorSink>();
+}
+
+}  // namespace ZEB
