@@ -1,0 +1,86 @@
+#include "GuestTest.h"
+
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "ChildProcess.h"
+#include "GuestError.h"
+#include "TemporaryFolder.h"
+
+namespace ZEB::guest {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// What build-guest ends with on a machine that cannot have the guest.
+constexpr int kCannot = 77;
+
+std::unique_ptr<Guest> sharedGuest;
+
+/// Makes the guest's files current, which is quick when they are, and starts the guest.
+class SharedGuest : public testing::Environment {
+ public:
+  void SetUp() override {
+    const TemporaryFolder folder;
+    const auto log = folder.path() / "log";
+    ChildProcess build({GUEST_BUILDER, GUEST_FILES}, log);
+    const int status = build.wait(600s).value_or(-1);
+    std::ifstream stream(log);
+    const std::string said{std::istreambuf_iterator<char>(stream), {}};
+    if (status == kCannot) GTEST_SKIP() << said;
+    ASSERT_EQ(status, 0) << said;
+    sharedGuest = std::make_unique<Guest>(GUEST_FILES, testServer());
+  }
+
+  void TearDown() override { sharedGuest.reset(); }
+};
+
+[[maybe_unused]] testing::Environment* const environment = testing::AddGlobalTestEnvironment(new SharedGuest);
+
+}  // namespace
+
+Hardware testServer() {
+  return {
+      .slots = {3, 4, 7, kFreeSlot},
+      .cards = {{.name = "slot3a", .model = kE1000e, .slot = 3, .partner = true},
+                {.name = "slot3b", .model = kE1000e, .slot = 3, .function = 1, .partner = true},
+                {.name = "slot4", .model = kVmxnet3, .slot = 4},
+                {.name = "slot7", .model = kVirtioNet, .slot = 7, .properties = "speed=10000,duplex=full"},
+                {.name = "lom1", .model = kE1000e, .label = "Onboard LAN 1", .partner = true},
+                {.name = "e1000", .model = kE1000, .partner = true},
+                {.name = "rtl8139", .model = kRtl8139},
+                {.name = "e100", .model = kI82559er},
+                {.name = "virtio", .model = kVirtioNet}}};
+}
+
+void GuestTest::SetUp() {
+  guest().reset();
+}
+
+Guest& GuestTest::guest() {
+  if (!sharedGuest) throw GuestError("the guest was not started");
+  return *sharedGuest;
+}
+
+nlohmann::json GuestTest::json(std::string_view script) {
+  return nlohmann::json::parse(guest().must(script));
+}
+
+std::string GuestTest::fileLine(const std::string& path) {
+  std::string line = guest().run("head -n 1 " + path).output;
+  if (!line.empty() && line.back() == '\n') line.pop_back();
+  return line;
+}
+
+bool GuestTest::awaitCarrier(const std::string& link, bool carrier) {
+  return guest().await("[ $(cat /sys/class/net/" + link + "/carrier) = " + (carrier ? "1" : "0") + " ]");
+}
+
+void GuestTest::bringUp(const std::vector<std::string>& links) {
+  for (const std::string& link : links) guest().must("ip link set " + link + " up");
+  for (const std::string& link : links) EXPECT_TRUE(awaitCarrier(link, true)) << link;
+}
+
+}  // namespace ZEB::guest

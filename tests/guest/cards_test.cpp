@@ -1,0 +1,120 @@
+// What the emulated cards say of themselves through Debian's drivers, each with its cable in and set up.
+#include <gmock/gmock.h>
+
+#include "GuestTest.h"
+
+namespace ZEB::guest {
+namespace {
+
+struct CardFacts {
+  std::string name, driver, vendor, device;
+  int speed;
+  std::string duplex;
+  /// Lines of `ethtool -S`, its heading included.
+  int statistics;
+  /// What `ethtool` says after "Supports Wake-on"; empty when it says nothing.
+  std::string wakeOnLan;
+};
+
+void PrintTo(const CardFacts& facts, std::ostream* stream) {
+  *stream << facts.name;
+}
+
+// e1000e can wake the machine only where power management events get through: from a slot, not on this main
+// board.
+const CardFacts kFacts[] = {
+    {"slot3a", "e1000e", "0x8086", "0x10d3", 1000, "full", 54, "pumbg"},
+    {"slot3b", "e1000e", "0x8086", "0x10d3", 1000, "full", 54, "pumbg"},
+    {"lom1", "e1000e", "0x8086", "0x10d3", 1000, "full", 54, "d"},
+    {"e1000", "e1000", "0x8086", "0x100e", 1000, "full", 47, "umbg"},
+    {"slot4", "vmxnet3", "0x15ad", "0x07b0", 1000, "full", 72, "uag"},
+    {"rtl8139", "8139cp", "0x10ec", "0x8139", 100, "full", 15, "pumbg"},
+    {"e100", "e100", "0x8086", "0x1209", 100, "full", 32, "g"},
+    {"slot7", "virtio_net", "0x1af4", "0x1000", 10000, "full", 15, ""},
+    {"virtio", "virtio_net", "0x1af4", "0x1000", -1, "unknown", 15, ""},
+};
+
+/// All cards are set up once for all tests.
+class CardsTest : public GuestTest, public testing::WithParamInterface<CardFacts> {
+ public:
+  static void SetUpTestSuite() {
+    guest().reset();
+    std::vector<std::string> names;
+    for (const CardFacts& facts : kFacts) names.push_back(facts.name);
+    bringUp(names);
+  }
+
+ protected:
+  void SetUp() override {}
+};
+
+TEST_P(CardsTest, HasItsDriver) {
+  EXPECT_EQ(guest().must("basename $(readlink /sys/class/net/" + GetParam().name + "/device/driver)"),
+            GetParam().driver + "\n");
+  EXPECT_EQ(guest().must("ethtool -i " + GetParam().name + " | sed -n 's/^driver: //p'"),
+            GetParam().driver + "\n");
+}
+
+TEST_P(CardsTest, HasItsPciIds) {
+  // Of virtio, the PCI function is the device above the one that the interface belongs to.
+  const std::string device =
+      "$(ls -d /sys/bus/pci/devices/$(ethtool -i " + GetParam().name + " | sed -n 's/^bus-info: //p'))";
+  EXPECT_EQ(fileLine(device + "/vendor"), GetParam().vendor);
+  EXPECT_EQ(fileLine(device + "/device"), GetParam().device);
+}
+
+TEST_P(CardsTest, HasItsSpeedAndDuplex) {
+  const std::string link = "/sys/class/net/" + GetParam().name;
+  EXPECT_EQ(fileLine(link + "/speed"), std::to_string(GetParam().speed));
+  EXPECT_EQ(fileLine(link + "/duplex"), GetParam().duplex);
+  EXPECT_EQ(fileLine(link + "/carrier"), "1");
+}
+
+TEST_P(CardsTest, HasItsStatistics) {
+  EXPECT_EQ(guest().must("ethtool -S " + GetParam().name + " | wc -l"),
+            std::to_string(GetParam().statistics) + "\n");
+}
+
+TEST_P(CardsTest, SaysHowItWakes) {
+  std::string said = guest().must("ethtool " + GetParam().name + " | sed -n 's/.*Supports Wake-on: //p'");
+  if (!said.empty()) said.pop_back();
+  EXPECT_EQ(said, GetParam().wakeOnLan);
+}
+
+TEST_P(CardsTest, KeepsThePermanentAddressThatItWasGiven) {
+  const std::string expected = guest().addressOf(GetParam().name);
+  EXPECT_EQ(fileLine("/sys/class/net/" + GetParam().name + "/address"), expected);
+  if (GetParam().driver == "virtio_net") return;  // Knows no permanent address in this kernel.
+  EXPECT_EQ(guest().must("ethtool -P " + GetParam().name), "Permanent address: " + expected + "\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(Cards, CardsTest, testing::ValuesIn(kFacts),
+                         [](const auto& row) { return row.param.name; });
+
+using PlacesTest = GuestTest;
+
+TEST_F(PlacesTest, SlotsAreKnownByNumber) {
+  EXPECT_EQ(guest().must("ls /sys/bus/pci/slots | sort -n"), "3\n4\n7\n9\n");
+}
+
+TEST_F(PlacesTest, ATwoPortCardSitsInOneSlot) {
+  const std::string slot = fileLine("/sys/bus/pci/slots/3/address");
+  const auto place = [](const std::string& link) {
+    return guest().must("basename $(readlink /sys/class/net/" + link + "/device)");
+  };
+  EXPECT_EQ(place("slot3a"), slot + ".0\n");
+  EXPECT_EQ(place("slot3b"), slot + ".1\n");
+}
+
+TEST_F(PlacesTest, TheBoardNamesItsOwnCard) {
+  EXPECT_EQ(fileLine("/sys/class/net/lom1/device/label"), "Onboard LAN 1");
+  EXPECT_EQ(fileLine("/sys/class/net/lom1/device/index"), "1");
+  EXPECT_EQ(fileLine("/sys/class/net/e1000/device/label"), "");
+}
+
+TEST_F(PlacesTest, FirmwareVersionIsRead) {
+  EXPECT_EQ(guest().must("ethtool -i slot3a | grep ^firmware"), "firmware-version: 2.1-0\n");
+}
+
+}  // namespace
+}  // namespace ZEB::guest
