@@ -1,0 +1,16 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+namespace ZEB::ethernet {
+
+class Inventory;
+
+/// An inventory of its own over a recorded snapshot or timeline; the file is read when first asked for.
+std::shared_ptr<Inventory> recordedInventory(const std::string& file, bool includeVirtual);
+
+/// An inventory of its own over the kernel, for the network namespace of the calling thread.
+std::shared_ptr<Inventory> kernelInventory(bool includeVirtual);
+
+}  // namespace ZEB::ethernet

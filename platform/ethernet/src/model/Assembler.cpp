@@ -1,0 +1,90 @@
+#include "model/Assembler.h"
+
+#include <algorithm>
+
+#include "model/Addressing.h"
+#include "model/Kinds.h"
+#include "model/Team.h"
+
+namespace ZEB::ethernet {
+namespace {
+
+template <class T>
+void sortByIndex(std::vector<T>& all) {
+  std::ranges::stable_sort(all, {}, &T::index);
+}
+
+template <class T>
+std::span<const T> withIndex(const std::vector<T>& all, std::uint32_t index) {
+  return std::ranges::equal_range(all, index, {}, &T::index);
+}
+
+}  // namespace
+
+Assembler::Assembler(HostSnapshot snapshot) : _snapshot(std::move(snapshot)) {
+  auto& links = _snapshot.links;
+  sortByIndex(links);
+  const auto repeated = std::ranges::unique(links, {}, &LinkFacts::index);
+  links.erase(repeated.begin(), repeated.end());
+  sortByIndex(_snapshot.addresses);
+  sortByIndex(_snapshot.routes);
+  for (const LinkFacts& link : links) {
+    if (link.masterIndex && link.bondMember) _memberships.push_back({*link.masterIndex, teamMember(link)});
+  }
+  sortByIndex(_memberships);
+}
+
+const LinkFacts* Assembler::find(std::uint32_t index) const {
+  const auto found = withIndex(links(), index);
+  return found.empty() ? nullptr : &found.front();
+}
+
+const LinkFacts* Assembler::carrierOf(const LinkFacts& vlan) const {
+  const LinkFacts* lower = &vlan;
+  for (std::size_t depth = 0; lower && isVlan(*lower); ++depth) {
+    if (depth > links().size() || !lower->lowerIndex) return nullptr;
+    lower = find(*lower->lowerIndex);
+  }
+  return lower;
+}
+
+std::shared_ptr<TeamFacts> Assembler::team(const LinkFacts& link) const {
+  auto facts = interface<TeamFacts>(link);
+  for (const Membership& membership : withIndex(_memberships, link.index)) {
+    facts->members.push_back(membership.member);
+  }
+  return facts;
+}
+
+template <class Facts>
+std::shared_ptr<Facts> Assembler::interface(const LinkFacts& link) const {
+  auto facts = std::make_shared<Facts>();
+  const auto addresses = addressesOf(link.index);
+  facts->link = link;
+  facts->addresses.assign(addresses.begin(), addresses.end());
+  facts->gateway = gatewayOf(link);
+  facts->sampleTime = _snapshot.sampleTime;
+  return facts;
+}
+
+template std::shared_ptr<PortFacts> Assembler::interface<PortFacts>(const LinkFacts&) const;
+template std::shared_ptr<VlanFacts> Assembler::interface<VlanFacts>(const LinkFacts&) const;
+
+/// A bridge's port without a route of its own reaches the world by the bridge's.
+std::optional<route_t> Assembler::gatewayOf(const LinkFacts& link) const {
+  std::uint32_t index = link.index;
+  auto routes = withIndex(_snapshot.routes, index);
+  const LinkFacts* master = routes.empty() && link.masterIndex ? find(*link.masterIndex) : nullptr;
+  if (master && master->kind == "bridge") {
+    index = master->index;
+    routes = withIndex(_snapshot.routes, index);
+  }
+  if (routes.empty()) return std::nullopt;
+  return describeRoute(*preferredRoute(routes), addressesOf(index));
+}
+
+std::span<const AddressFacts> Assembler::addressesOf(std::uint32_t index) const {
+  return withIndex(_snapshot.addresses, index);
+}
+
+}  // namespace ZEB::ethernet

@@ -1,0 +1,81 @@
+#include "model/LinkStatus.h"
+
+#include <linux/if.h>
+
+#include "model/LinkTexts.h"
+
+namespace ZEB::ethernet {
+namespace {
+
+constexpr std::uint8_t kMiiGoingDown = 1;
+constexpr std::uint8_t kMiiDown = 2;
+constexpr std::uint8_t kMiiComingBack = 3;
+
+bool isImpaired(std::optional<std::uint8_t> operState) {
+  return operState && *operState != IF_OPER_UP && *operState != IF_OPER_UNKNOWN;
+}
+
+std::string speedText(const EthtoolFacts& ethtool) {
+  if (!ethtool.speed) return "";
+  std::string text = ", " + std::to_string(*ethtool.speed) + " Mbit/s";
+  if (ethtool.fullDuplex) text += *ethtool.fullDuplex ? " full duplex" : " half duplex";
+  return text;
+}
+
+}  // namespace
+
+std::optional<bool> isAdministrativelyUp(const LinkFacts& link) {
+  if (!link.flags) return std::nullopt;
+  return (*link.flags & IFF_UP) != 0;
+}
+
+std::optional<bool> hasCarrier(const LinkFacts& link) {
+  if (link.carrier) return link.carrier;
+  if (!link.flags) return std::nullopt;
+  return (*link.flags & IFF_LOWER_UP) != 0;
+}
+
+std::optional<operationalStatus> portStatus(const LinkFacts& link) {
+  const auto up = isAdministrativelyUp(link);
+  const auto carrier = hasCarrier(link);
+  if (!up) return std::nullopt;
+  if (!*up) return operationalStatus::Dormant;
+  if (!*carrier) return operationalStatus::Error;
+  return isImpaired(link.operState) ? operationalStatus::Degraded : operationalStatus::OK;
+}
+
+std::optional<operationalStatus> vlanStatus(const LinkFacts& link) {
+  const auto status = portStatus(link);
+  const bool lowerDown = link.operState == IF_OPER_LOWERLAYERDOWN;
+  return status && *status != operationalStatus::Dormant && lowerDown ? operationalStatus::Error : status;
+}
+
+std::optional<operationalStatus> memberStatus(const LinkFacts& link) {
+  const auto status = portStatus(link);
+  if (!status || *status == operationalStatus::Dormant || *status == operationalStatus::Error) return status;
+  const auto mii = link.bondMember ? link.bondMember->miiStatus : std::nullopt;
+  if (mii == kMiiDown) return operationalStatus::Error;
+  if (mii == kMiiGoingDown || mii == kMiiComingBack) return operationalStatus::Degraded;
+  return status;
+}
+
+std::optional<std::string> linkMessage(const LinkFacts& link) {
+  const auto status = portStatus(link);
+  if (!status) return std::nullopt;
+  switch (*status) {
+    case operationalStatus::Dormant:
+      return "administratively down";
+    case operationalStatus::OK:
+      return "link up" + speedText(link.ethtool);
+    case operationalStatus::Degraded:
+      return std::string("link up, but ") + operStateText(*link.operState);
+    default:
+      break;
+  }
+  if (link.ethtool.extendedState) {
+    return "no link: " + extendedStateText(*link.ethtool.extendedState, link.ethtool.extendedSubstate);
+  }
+  return link.operState == IF_OPER_LOWERLAYERDOWN ? "no link: lower layer down" : "no link";
+}
+
+}  // namespace ZEB::ethernet

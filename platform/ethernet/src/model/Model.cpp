@@ -1,0 +1,122 @@
+#include "model/Model.h"
+
+#include <algorithm>
+
+#include "model/Assembler.h"
+#include "model/Cards.h"
+#include "model/Kinds.h"
+#include "model/LinkStatus.h"
+
+namespace ZEB::ethernet {
+namespace {
+
+using Vlans = std::unordered_map<std::uint32_t, std::vector<std::shared_ptr<const VlanFacts>>>;
+
+struct PlacedPort {
+  PortPlace place;
+  const LinkFacts* link;
+};
+
+Vlans vlansByCarrier(const Assembler& assembler, Model& model) {
+  Vlans vlans;
+  for (const LinkFacts& link : assembler.links()) {
+    const LinkFacts* carrier = isVlan(link) ? assembler.carrierOf(link) : nullptr;
+    if (!carrier) continue;
+    std::shared_ptr<const VlanFacts> facts = assembler.vlan(link);
+    vlans[carrier->index].push_back(facts);
+    model.vlans.emplace(link.index, std::move(facts));
+  }
+  return vlans;
+}
+
+std::vector<PlacedPort> portsInOrder(const Assembler& assembler, bool includeVirtual) {
+  std::vector<PlacedPort> ports;
+  for (const LinkFacts& link : assembler.links()) {
+    if (isPort(link, includeVirtual)) ports.push_back({placeOf(link), &link});
+  }
+  std::ranges::sort(ports, {}, &PlacedPort::place);
+  return ports;
+}
+
+/// Dormant when every port is; else by how many of the others are OK.
+std::optional<operationalStatus> adapterStatus(const std::vector<PortEntry>& ports) {
+  std::size_t known = 0, active = 0, ok = 0;
+  for (const PortEntry& port : ports) {
+    const auto status = portStatus(port.facts->link);
+    known += status.has_value();
+    active += status && *status != operationalStatus::Dormant;
+    ok += status == operationalStatus::OK;
+  }
+  if (known == 0) return std::nullopt;
+  if (active == 0) return operationalStatus::Dormant;
+  if (ok == 0) return operationalStatus::Error;
+  return ok == active ? operationalStatus::OK : operationalStatus::Degraded;
+}
+
+AdapterEntry makeAdapter(const Assembler& assembler, std::span<const PlacedPort> placed, const Vlans& vlans) {
+  AdapterEntry adapter;
+  for (std::size_t i = 0; i < placed.size(); ++i) {
+    const auto facts = assembler.port(*placed[i].link);
+    if (facts->link.hardware) facts->number = static_cast<std::uint16_t>(i + 1);
+    const auto own = vlans.find(facts->link.index);
+    adapter.ports.push_back({facts, own == vlans.end() ? decltype(own->second){} : own->second});
+  }
+  const LinkFacts& first = *placed.front().link;
+  adapter.key = placed.front().place.cardName();
+  adapter.facts = std::make_shared<AdapterFacts>(AdapterFacts{
+      first.hardware, first.driver, static_cast<std::uint32_t>(placed.size()), adapterStatus(adapter.ports)});
+  return adapter;
+}
+
+void addAdapters(const Assembler& assembler, bool includeVirtual, const Vlans& vlans, Model& model) {
+  const std::vector<PlacedPort> ports = portsInOrder(assembler, includeVirtual);
+  for (std::size_t begin = 0, end = 0; begin < ports.size(); begin = end) {
+    while (end < ports.size() && ports[end].place.sameCard(ports[begin].place)) ++end;
+    model.adapters.push_back(makeAdapter(assembler, std::span(ports).subspan(begin, end - begin), vlans));
+    for (const PortEntry& port : model.adapters.back().ports)
+      model.ports.emplace(port.facts->link.index, port.facts);
+  }
+}
+
+void addTeams(const Assembler& assembler, const Vlans& vlans, Model& model) {
+  for (const LinkFacts& link : assembler.links()) {
+    if (!isTeam(link)) continue;
+    const auto own = vlans.find(link.index);
+    model.teams.push_back({assembler.team(link), own == vlans.end() ? decltype(own->second){} : own->second});
+    model.teamsByIndex.emplace(link.index, model.teams.back().facts);
+  }
+}
+
+}  // namespace
+
+std::shared_ptr<const Model> buildModel(HostSnapshot snapshot, bool includeVirtual) {
+  const Assembler assembler(std::move(snapshot));
+  auto model = std::make_shared<Model>();
+  const Vlans vlans = vlansByCarrier(assembler, *model);
+  addAdapters(assembler, includeVirtual, vlans, *model);
+  addTeams(assembler, vlans, *model);
+  return model;
+}
+
+std::shared_ptr<const PortFacts> onePort(HostSnapshot snapshot, const PortFacts& before) {
+  const Assembler assembler(std::move(snapshot));
+  const LinkFacts* link = assembler.find(before.link.index);
+  if (!link) return nullptr;
+  const auto facts = assembler.port(*link);
+  facts->number = before.number;
+  return facts;
+}
+
+std::shared_ptr<const VlanFacts> oneVlan(HostSnapshot snapshot, const VlanFacts& before) {
+  const Assembler assembler(std::move(snapshot));
+  const LinkFacts* link = assembler.find(before.link.index);
+  return link && isVlan(*link) ? assembler.vlan(*link) : nullptr;
+}
+
+std::shared_ptr<const TeamFacts> oneTeam(HostSnapshot snapshot, const TeamFacts& before) {
+  const Assembler assembler(std::move(snapshot));
+  const LinkFacts* link = assembler.find(before.link.index);
+  return link && isTeam(*link) ? assembler.team(*link) : nullptr;
+}
+
+}  // namespace ZEB::ethernet

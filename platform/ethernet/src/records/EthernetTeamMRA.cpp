@@ -1,0 +1,65 @@
+#include "ethernet/EthernetTeamMRA.h"
+
+#include "model/Changes.h"
+#include "records/RecordFactory.h"
+#include "records/Walk.h"
+
+namespace ZEB {
+
+using namespace ethernet;
+
+namespace {
+
+constexpr auto kKind = Inventory::Kind::Teams;
+
+int code(Walk::Result result) {
+  if (result == Walk::Result::Entry) return EthernetTeamMRA::kDelivered;
+  return result == Walk::Result::End ? EthernetTeamMRA::kNoMoreData : EthernetTeamMRA::kFailed;
+}
+
+}  // namespace
+
+EthernetTeamMRA::EthernetTeamMRA(std::shared_ptr<Inventory> inventory)
+    : _inventory(std::move(inventory)), _walk(std::make_unique<Walk>(_inventory, kKind)) {}
+
+EthernetTeamMRA::~EthernetTeamMRA() = default;
+
+int EthernetTeamMRA::getFirstData(bool fresh, EthernetTeamDataObject& team) {
+  const auto deliver = [&](const TeamEntry& entry) { team = makeRecord(entry, _inventory); };
+  return code(_walk->first(fresh, &Model::teams, deliver));
+}
+
+int EthernetTeamMRA::getNextData(bool, EthernetTeamDataObject& team) {
+  const auto deliver = [&](const TeamEntry& entry) { team = makeRecord(entry, _inventory); };
+  return code(_walk->next(&Model::teams, deliver));
+}
+
+bool EthernetTeamMRA::forceReload(std::vector<std::string>& added, std::vector<std::string>& removed) {
+  added.clear();
+  removed.clear();
+  const auto model = _inventory->reload(kKind);
+  if (!model) return false;
+  const auto given = _inventory->delivered(kKind);
+  added = teamNamesAdded(given.get(), model.get());
+  removed = teamNamesAdded(model.get(), given.get());
+  if (_inventory->deliveryPending(kKind) || !added.empty() || !removed.empty()) return true;
+  return !_inventory->eventLatched() && teamLayersDiffer(given.get(), *model);
+}
+
+int EthernetTeamMRA::updateAll() {
+  return _inventory->update() ? kDelivered : kFailed;
+}
+
+bool EthernetTeamMRA::ethTeamEventDetected() {
+  return _inventory->takeEvent(kKind);
+}
+
+void EthernetTeamMRA::buildFailed() {
+  _inventory->beginDelivery(kKind);
+}
+
+std::unique_ptr<EthernetTeamMRA> ethernetTeamMRAFactory(const Logger&) {
+  return std::make_unique<EthernetTeamMRA>(processInventory());
+}
+
+}  // namespace ZEB

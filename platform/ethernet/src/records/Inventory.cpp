@@ -1,0 +1,217 @@
+#include "records/Inventory.h"
+
+#include "model/Changes.h"
+#include "records/ScopeState.h"
+
+namespace ZEB::ethernet {
+namespace {
+
+std::size_t slot(Inventory::Kind kind) {
+  return static_cast<std::size_t>(kind);
+}
+std::size_t otherSlot(Inventory::Kind kind) {
+  return 1 - slot(kind);
+}
+
+template <class Facts>
+const std::unordered_map<std::uint32_t, std::shared_ptr<const Facts>>& indexOf(const Model& model) {
+  if constexpr (std::is_same_v<Facts, PortFacts>)
+    return model.ports;
+  else if constexpr (std::is_same_v<Facts, VlanFacts>)
+    return model.vlans;
+  else
+    return model.teamsByIndex;
+}
+
+template <class Facts>
+std::shared_ptr<const Facts> find(const Model& model, std::uint32_t index) {
+  const auto& all = indexOf<Facts>(model);
+  const auto found = all.find(index);
+  return found == all.end() ? nullptr : found->second;
+}
+
+std::shared_ptr<const PortFacts> one(HostSnapshot snapshot, const PortFacts& before) {
+  return onePort(std::move(snapshot), before);
+}
+std::shared_ptr<const VlanFacts> one(HostSnapshot snapshot, const VlanFacts& before) {
+  return oneVlan(std::move(snapshot), before);
+}
+std::shared_ptr<const TeamFacts> one(HostSnapshot snapshot, const TeamFacts& before) {
+  return oneTeam(std::move(snapshot), before);
+}
+
+/// What the open scope, if any, serves from now on.
+void shareWithScope(const Inventory& inventory, const std::shared_ptr<const Model>& model) {
+  if (ScopeState* scope = openScope(); scope && model) scope->answersOf(inventory).model = model;
+}
+
+}  // namespace
+
+Inventory::Inventory(std::unique_ptr<HostSource> source, bool includeVirtual)
+    : _includeVirtual(includeVirtual), _source(std::move(source)) {}
+
+std::shared_ptr<const Model> Inventory::current() {
+  if (ScopeState* scope = openScope()) {
+    auto& answers = scope->answersOf(*this);
+    return answers.model ? answers.model : fresh();
+  }
+  const std::scoped_lock asking(_asking);
+  const bool stale = _source->announced();
+  {
+    const std::scoped_lock lock(_mutex);
+    if (_newest && !stale) return _newest;
+  }
+  return askLocked();
+}
+
+std::shared_ptr<const Model> Inventory::fresh() {
+  const auto wanted = Clock::now();
+  std::shared_ptr<const Model> model;
+  {
+    const std::scoped_lock asking(_asking);
+    // Who waited here while another asked may take that answer if it was begun after the wish.
+    if (_begun >= wanted) {
+      const std::scoped_lock lock(_mutex);
+      model = _newest;
+    }
+    if (!model) model = askLocked();
+  }
+  shareWithScope(*this, model);
+  return model;
+}
+
+std::shared_ptr<const Model> Inventory::reload(Kind kind) {
+  std::shared_ptr<const Model> model;
+  {
+    const std::scoped_lock asking(_asking);
+    Offer offer = std::exchange(_offers[slot(kind)], {});
+    if (mayTake(offer)) {
+      model = std::move(offer.model);
+    } else {
+      model = askLocked();
+      _offers[otherSlot(kind)] = {model, _begun};
+    }
+  }
+  shareWithScope(*this, model);
+  return model;
+}
+
+bool Inventory::mayTake(const Offer& offer) {
+  if (!offer.model) return false;
+  if (const ScopeState* scope = openScope()) return offer.begun >= scope->begun;
+  return !_source->announced();
+}
+
+bool Inventory::update() {
+  std::shared_ptr<const Model> model;
+  {
+    const std::scoped_lock asking(_asking);
+    const bool stale = _source->announced();
+    {
+      const std::scoped_lock lock(_mutex);
+      if (_newest && !stale) return true;
+    }
+    model = askLocked();
+  }
+  shareWithScope(*this, model);
+  return model != nullptr;
+}
+
+std::shared_ptr<const Model> Inventory::askLocked() {
+  _begun = Clock::now();
+  Outcome<HostSnapshot> snapshot = _source->readAll();
+  if (!snapshot) {
+    noteFailure(snapshot.failure().what);
+    return nullptr;
+  }
+  auto model = buildModel(std::move(*snapshot), _includeVirtual);
+  adopt(model);
+  return model;
+}
+
+void Inventory::adopt(std::shared_ptr<const Model> model) {
+  std::shared_ptr<const Model> before;
+  {
+    const std::scoped_lock lock(_mutex);
+    before = _newest;
+  }
+  // Only who holds _asking comes here, so nobody adopts another in between.
+  const bool portEvent = before && portTransition(*before, *model);
+  const bool teamEvent = before && teamTransition(*before, *model);
+  const std::scoped_lock lock(_mutex);
+  _newest = std::move(model);
+  _failure.clear();
+  _events[slot(Kind::Ports)] |= portEvent;
+  _events[slot(Kind::Teams)] |= teamEvent;
+}
+
+Outcome<HostSnapshot> Inventory::askOne(std::uint32_t index) {
+  const std::scoped_lock asking(_asking);
+  Outcome<HostSnapshot> snapshot = _source->readOne(index);
+  if (!snapshot) noteFailure(snapshot.failure().what);
+  return snapshot;
+}
+
+template <class Facts>
+std::optional<std::shared_ptr<const Facts>> Inventory::newerFacts(const Facts& before) {
+  const std::uint32_t index = before.link.index;
+  ScopeState* scope = openScope();
+  ScopeAnswers* answers = scope ? &scope->answersOf(*this) : nullptr;
+  if (answers && !answers->model) {
+    const auto& singles = answers->singles<Facts>();
+    if (const auto known = singles.find(index); known != singles.end()) return known->second;
+    if (answers->singleCount() >= ScopeAnswers::kSingles && !fresh()) return std::nullopt;
+  }
+  if (answers && answers->model) return find<Facts>(*answers->model, index);
+  Outcome<HostSnapshot> snapshot = askOne(index);
+  if (!snapshot) return std::nullopt;
+  auto newer = one(std::move(*snapshot), before);
+  if (answers) answers->singles<Facts>().emplace(index, newer);
+  return newer;
+}
+
+template std::optional<std::shared_ptr<const PortFacts>> Inventory::newerFacts(const PortFacts&);
+template std::optional<std::shared_ptr<const VlanFacts>> Inventory::newerFacts(const VlanFacts&);
+template std::optional<std::shared_ptr<const TeamFacts>> Inventory::newerFacts(const TeamFacts&);
+
+bool Inventory::takeEvent(Kind kind) {
+  const std::scoped_lock lock(_mutex);
+  return std::exchange(_events[slot(kind)], false);
+}
+
+bool Inventory::eventLatched() const {
+  const std::scoped_lock lock(_mutex);
+  return _events[0] || _events[1];
+}
+
+std::shared_ptr<const Model> Inventory::delivered(Kind kind) const {
+  const std::scoped_lock lock(_mutex);
+  return _deliveries[slot(kind)].model;
+}
+
+bool Inventory::deliveryPending(Kind kind) const {
+  const std::scoped_lock lock(_mutex);
+  return _deliveries[slot(kind)].pending;
+}
+
+void Inventory::beginDelivery(Kind kind) {
+  const std::scoped_lock lock(_mutex);
+  _deliveries[slot(kind)].pending = true;
+}
+
+void Inventory::endDelivery(Kind kind, std::shared_ptr<const Model> model) {
+  const std::scoped_lock lock(_mutex);
+  _deliveries[slot(kind)] = {std::move(model), false};
+}
+
+std::string Inventory::failureText() const {
+  const std::scoped_lock lock(_mutex);
+  return _failure;
+}
+
+void Inventory::noteFailure(const std::string& text) {
+  const std::scoped_lock lock(_mutex);
+  _failure = text;
+}
+
+}  // namespace ZEB::ethernet

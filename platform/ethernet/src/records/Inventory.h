@@ -1,0 +1,99 @@
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "model/Model.h"
+#include "snapshot/HostSource.h"
+
+namespace ZEB::ethernet {
+
+/// What the data sources and the records share: one `HostSource`, its newest answer as a model, the latched
+/// events, and what the builds were given. Safe to use from several threads: asking is serialised, and nobody
+/// who only reads waits for it.
+class Inventory {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  /// The two who walk and reload: adapters with their ports, and teams.
+  enum class Kind : std::uint8_t { Ports, Teams };
+
+  Inventory(std::unique_ptr<HostSource> source, bool includeVirtual);
+
+  /// For a walk: the open scope's answer, else the newest if nothing was announced since, else a new one.
+  /// Null when asking failed, as everywhere here.
+  std::shared_ptr<const Model> current();
+
+  /// An answer begun now.
+  std::shared_ptr<const Model> fresh();
+
+  /// An answer begun now, unless the other kind's reload has just asked for one that this kind has not seen:
+  /// within the open scope, or as long as nothing was announced since.
+  std::shared_ptr<const Model> reload(Kind kind);
+
+  /// Asks if something was announced since the newest answer was begun. False when asking failed.
+  bool update();
+
+  /// Newer facts of one interface: of the open scope's answer, else of an answer for it alone. No value when
+  /// asking failed; null when the interface is gone.
+  template <class Facts>
+  std::optional<std::shared_ptr<const Facts>> newerFacts(const Facts& before);
+
+  /// Whether an event of this kind was latched; unlatches it.
+  bool takeEvent(Kind kind);
+  bool eventLatched() const;
+
+  /// What the last complete walk delivered; null before the first.
+  std::shared_ptr<const Model> delivered(Kind kind) const;
+  /// Whether walks since then were begun and not ended, or came to nothing.
+  bool deliveryPending(Kind kind) const;
+  void beginDelivery(Kind kind);
+  void endDelivery(Kind kind, std::shared_ptr<const Model> model);
+
+  /// Why asking failed last; empty when it did not.
+  std::string failureText() const;
+
+ private:
+  struct Delivery {
+    std::shared_ptr<const Model> model;
+    bool pending = true;
+  };
+  /// An answer that the other kind's reload asked for.
+  struct Offer {
+    std::shared_ptr<const Model> model;
+    Clock::time_point begun;
+  };
+
+  std::shared_ptr<const Model> askLocked();
+  bool mayTake(const Offer& offer);
+  void adopt(std::shared_ptr<const Model> model);
+  Outcome<HostSnapshot> askOne(std::uint32_t index);
+  void noteFailure(const std::string& text);
+
+  const bool _includeVirtual;
+
+  std::mutex _asking;  ///< held while the source is used; guards _source, _begun and _offers
+  std::unique_ptr<HostSource> _source;
+  Clock::time_point _begun;
+  std::array<Offer, 2> _offers;
+
+  mutable std::mutex _mutex;  ///< guards what follows; never held while asking
+  std::shared_ptr<const Model> _newest;
+  std::array<bool, 2> _events{};
+  std::array<Delivery, 2> _deliveries;
+  std::string _failure;
+};
+
+/// The inventory that the process's data sources share, made as the configuration asks for when there is
+/// none.
+std::shared_ptr<Inventory> processInventory();
+
+/// The same, if anyone holds it.
+std::shared_ptr<Inventory> existingProcessInventory();
+
+}  // namespace ZEB::ethernet

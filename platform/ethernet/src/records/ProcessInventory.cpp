@@ -1,0 +1,47 @@
+#include <mutex>
+
+#include "common/Configuration.h"
+#include "ethernet/Sources.h"
+#include "records/Inventory.h"
+
+namespace ZEB::ethernet {
+namespace {
+
+struct Shared {
+  std::mutex mutex;
+  std::weak_ptr<Inventory> inventory;
+  std::string sourceFile;
+  bool includeVirtual = false;
+};
+
+Shared& shared() {
+  static Shared instance;
+  return instance;
+}
+
+}  // namespace
+
+std::shared_ptr<Inventory> processInventory() {
+  const auto configuration = Configuration::current();
+  const Configuration& wanted = *configuration;
+  Shared& kept = shared();
+  const std::scoped_lock lock(kept.mutex);
+  auto inventory = kept.inventory.lock();
+  if (inventory && kept.sourceFile == wanted.sourceFile && kept.includeVirtual == wanted.includeVirtual) {
+    return inventory;
+  }
+  kept.sourceFile = wanted.sourceFile;
+  kept.includeVirtual = wanted.includeVirtual;
+  inventory = wanted.sourceFile.empty() ? kernelInventory(wanted.includeVirtual)
+                                        : recordedInventory(wanted.sourceFile, wanted.includeVirtual);
+  kept.inventory = inventory;
+  return inventory;
+}
+
+std::shared_ptr<Inventory> existingProcessInventory() {
+  Shared& kept = shared();
+  const std::scoped_lock lock(kept.mutex);
+  return kept.inventory.lock();
+}
+
+}  // namespace ZEB::ethernet

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <tuple>
+#include <unordered_map>
+#include <vector>
+
+#include "records/Inventory.h"
+
+namespace ZEB::ethernet {
+
+/// What one thread's open `RefreshScope` has asked an inventory for.
+class ScopeAnswers {
+ public:
+  explicit ScopeAnswers(const Inventory* whose) : inventory(whose) {}
+
+  /// Interfaces asked for one by one before a dump of all is the cheaper way.
+  static constexpr std::size_t kSingles = 8;
+
+  const Inventory* inventory;
+  std::shared_ptr<const Model> model;  ///< once there, it answers everything
+
+  template <class Facts>
+  auto& singles() {
+    return std::get<Singles<Facts>>(_singles);
+  }
+  std::size_t singleCount() const;
+
+ private:
+  template <class Facts>
+  using Singles = std::unordered_map<std::uint32_t, std::shared_ptr<const Facts>>;
+  std::tuple<Singles<PortFacts>, Singles<VlanFacts>, Singles<TeamFacts>> _singles;
+};
+
+class ScopeState {
+ public:
+  ScopeState() : begun(Inventory::Clock::now()), _kept(existingProcessInventory()) {}
+
+  ScopeAnswers& answersOf(const Inventory& inventory);
+  const Inventory::Clock::time_point begun;
+
+ private:
+  std::vector<std::unique_ptr<ScopeAnswers>> _answers;  ///< one inventory but in tests
+  std::shared_ptr<Inventory> _kept;
+};
+
+/// The calling thread's open scope; null when there is none.
+ScopeState* openScope();
+
+}  // namespace ZEB::ethernet
