@@ -1,0 +1,118 @@
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "FakeObjects.h"
+#include "cmpicpp/CmpiBroker.h"
+
+namespace ZEB::test {
+
+/// An object manager for tests: function tables over plain values. What a thread makes belongs to its
+/// innermost `Call`, attachment or memory mark, and is freed with it. Safe from several threads; the tables
+/// may be changed, slots set to null too, before the provider runs.
+class FakeBroker {
+ public:
+  FakeBroker();
+  ~FakeBroker();
+  FakeBroker(const FakeBroker&) = delete;
+  FakeBroker& operator=(const FakeBroker&) = delete;
+
+  const CMPIBroker* get() const { return &broker; }
+  /// The handle that a factory call with that context makes.
+  CmpiCpp::CmpiBroker handle(const CMPIContext* factoryContext = nullptr) const {
+    return CmpiCpp::CmpiBroker(&broker, factoryContext);
+  }
+
+  CMPIBroker broker{};
+  CMPIBrokerFT bft{};
+  CMPIBrokerEncFT eft{};
+  CMPIBrokerMemFT mft{};
+
+  /// One call of the object manager into a provider, on the thread that makes it.
+  class Call {
+   public:
+    explicit Call(FakeBroker& broker);
+    ~Call();
+    Call(const Call&) = delete;
+    Call& operator=(const Call&) = delete;
+
+    FakeContext& context() { return *_context; }
+    FakeResult& result() { return *_result; }
+    FakeObjectPath* path(CmpiCpp::CmpiObjectPath value);
+    FakeInstance* instance(CmpiCpp::CmpiInstance value);
+    FakeArgs* args(CmpiCpp::CmpiArgs value = {});
+
+   private:
+    FakeBroker& _broker;
+    FakeContext* _context;
+    FakeResult* _result;
+  };
+
+  /// `className` descends from `superclass`.
+  void declareClass(const std::string& className, const std::string& superclass);
+  /// Number of questions for ancestry.
+  int ancestryQuestions() const { return _ancestryQuestions; }
+
+  struct Delivery {
+    const CMPIContext* context;
+    std::string nameSpace;
+    CmpiCpp::CmpiInstance indication;
+    std::thread::id thread;
+  };
+  std::vector<Delivery> deliveries() const;
+  /// False when there are not that many after `patience`.
+  bool waitForDeliveries(std::size_t count, std::chrono::milliseconds patience) const;
+  /// Answer of every delivery from now on; one that is refused is not recorded.
+  void answerDeliveries(CMPIrc rc, std::string message = "");
+
+  struct Counts {
+    int prepared = 0, attached = 0, detached = 0, marks = 0, releases = 0;
+  };
+  Counts counts() const;
+  /// Objects that `clone` made and nobody released.
+  int liveClones() const { return _liveClones; }
+  /// What a provider must not do, such as making objects on a thread that is neither attached nor in a call.
+  std::vector<std::string> violations() const;
+
+  template <class Object, class... Arguments>
+  Object* make(Arguments&&... arguments) {
+    auto made = std::make_unique<Object>(*this, std::forward<Arguments>(arguments)...);
+    Object* object = made.get();
+    keep(std::move(made));
+    return object;
+  }
+
+ private:
+  friend struct FakeTables;
+  friend struct FakeObjectTables;
+  using Arena = std::vector<std::unique_ptr<FakeObject>>;
+
+  void keep(std::unique_ptr<FakeObject> object);
+  void pushArena();
+  void popArena();
+  void violation(std::string text);
+
+  mutable std::mutex _mutex;
+  mutable std::condition_variable _delivered;
+  std::map<std::thread::id, std::vector<Arena>> _arenas;
+  Arena _strays;
+  std::map<CmpiCpp::CmpiName, CmpiCpp::CmpiName, bool (*)(const CmpiCpp::CmpiName&, const CmpiCpp::CmpiName&)>
+      _superclasses;
+  std::atomic<int> _ancestryQuestions{0};
+  std::atomic<int> _liveClones{0};
+  std::vector<Delivery> _deliveries;
+  CMPIrc _deliveryAnswer = CMPI_RC_OK;
+  std::string _deliveryMessage;
+  std::map<const CMPIContext*, std::unique_ptr<FakeContext>> _prepared;
+  Counts _counts;
+  std::vector<std::string> _violations;
+};
+
+}  // namespace ZEB::test
