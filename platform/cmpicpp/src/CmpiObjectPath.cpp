@@ -22,11 +22,11 @@ struct CmpiObjectPath::Representation {
   }
 };
 
-CmpiObjectPath::CmpiObjectPath() {
-  // Every empty path shares one representation.
-  static const auto kEmpty = std::make_shared<const Representation>();
-  _representation = kEmpty;
-}
+// Every empty path shares one representation.
+const std::shared_ptr<const CmpiObjectPath::Representation> CmpiObjectPath::kEmpty =
+    std::make_shared<const Representation>();
+
+CmpiObjectPath::CmpiObjectPath() : _representation(kEmpty) {}
 
 CmpiObjectPath::CmpiObjectPath(std::string_view nameSpace, CmpiName className)
     : CmpiObjectPath(nameSpace, std::move(className), "", {}) {}

@@ -54,6 +54,8 @@ class CmpiObjectPath {
   explicit CmpiObjectPath(std::shared_ptr<const Representation> representation);
   void change(Representation&& changed);
 
+  static const std::shared_ptr<const Representation> kEmpty;
+
   std::shared_ptr<const Representation> _representation;
 };
 

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "cmpicpp/CmpiInstance.h"
+#include "common/CmpiManagedInstanceAssociation.h"
+#include "common/Logger.h"
+
+namespace ZEB {
+
+/// What one association class differs in from the others.
+struct AssociationClass {
+  enum class KeyOrder { FirstRoleFirst, SecondRoleFirst };
+
+  CmpiCpp::NameLiteral name;
+  CmpiManagedInstanceAssociation::Roles roles;
+  std::vector<CmpiCpp::CmpiInstance::Property> extras = {};  ///< added after the two references
+  KeyOrder keyOrder = KeyOrder::FirstRoleFirst;  ///< of the path; properties are in role order always
+};
+
+/// The frame of every association: a reference key and a reference property for each role, then the extras.
+class AssociationFrame : public CmpiManagedInstanceAssociation {
+ public:
+  ~AssociationFrame() override;
+
+  CmpiCpp::CmpiObjectPath makeObjectPath() override;
+  CmpiCpp::CmpiInstance makeInstance() override;
+  CmpiCpp::CmpiName className() const override { return _class.name; }
+  Roles roles() const override { return _class.roles; }
+
+ protected:
+  /// `associationClass` has to outlive the object.
+  AssociationFrame(const Logger& logger, const std::string& nameSpace,
+                   const AssociationClass& associationClass, const CmpiCpp::CmpiObjectPath& firstEnd,
+                   const CmpiCpp::CmpiObjectPath& secondEnd);
+
+  const Logger& logger() const { return _logger; }
+
+ private:
+  const AssociationClass& _class;
+  std::string _nameSpace;
+  Logger _logger;
+};
+
+}  // namespace ZEB

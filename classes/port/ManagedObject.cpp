@@ -1,0 +1,38 @@
+#include "classes/port/ManagedObject.h"
+
+#include "common/ClassNames.h"
+#include "common/ZEBUtil.h"
+
+namespace ZEB {
+
+Logger classLogger(Logger logger, CmpiCpp::NameLiteral className) {
+  logger.appendLogSource(":");
+  logger.appendLogSource(className.view());
+  return logger;
+}
+
+ManagedObject::ManagedObject(const Logger& logger, const std::string& nameSpace,
+                             CmpiCpp::NameLiteral className, Keys keys)
+    : _logger(classLogger(logger, className)),
+      _path(nameSpace, className, ZEBUtil::getHostName(), std::move(keys)) {
+  _logger.info("cxtor()");
+}
+
+ManagedObject::~ManagedObject() {
+  _logger.info("dxtor()");
+}
+
+std::string instanceName(CmpiCpp::NameLiteral className, std::uint32_t number) {
+  return "JXV:" + std::string(className.view()) + ":" + std::to_string(number);
+}
+
+std::vector<CmpiCpp::CmpiObjectPath::Key> systemScopedKeys(CmpiCpp::NameLiteral className,
+                                                           CmpiCpp::NameLiteral key,
+                                                           const std::string& name) {
+  return {{"CreationClassName", className.view()},
+          {"SystemCreationClassName", kComputerSystemClass.view()},
+          {"SystemName", ZEBUtil::getHostName()},
+          {key, name}};
+}
+
+}  // namespace ZEB

@@ -1,0 +1,139 @@
+#include "classes/port/ZEB_EthernetPort.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "classes/port/PortDescription.h"
+#include "classes/port/PropertyTable.h"
+#include "cmpicpp/CmpiFactories.h"
+
+namespace ZEB {
+
+using CmpiCpp::CmpiDateTime;
+using CmpiCpp::CmpiInstance;
+
+/// What the rows read: the refreshed record and what the port itself knows.
+struct ZEB_EthernetPort::Reading {
+  ZEB_EthernetPort& self;
+  EthernetPort& record;
+  operationalStatus status = operationalStatus::Unknown;
+};
+
+namespace {
+
+const char* capabilityText(std::uint16_t code) {
+  switch (code) {
+    case 1:
+      return "Other";
+    case 2:
+      return "Alert On LAN";
+    case 3:
+      return "Wake On LAN";
+    default:
+      return "Unknown";
+  }
+}
+
+std::optional<std::string> permanentAddress(const EthernetPort& port) {
+  std::string address;
+  if (port.getPermanentAddress(address) != 0) return std::nullopt;
+  return withoutColons(address);
+}
+
+std::vector<std::string> capabilityTexts(const EthernetPort& port) {
+  std::vector<std::string> texts;
+  for (const std::uint16_t code : port.getCapabilities()) texts.emplace_back(capabilityText(code));
+  return texts;
+}
+
+std::vector<std::string> networkAddresses(const EthernetPort& port) {
+  std::vector<std::string> addresses = port.networkAddresses();
+  std::transform(addresses.begin(), addresses.end(), addresses.begin(), withoutColons);
+  return addresses;
+}
+
+}  // namespace
+
+const PropertyRows<ZEB_EthernetPort::Reading> ZEB_EthernetPort::kProperties{
+    P::key("CreationClassName"),
+    P::key("SystemName"),
+    P::key("SystemCreationClassName"),
+    P::key("DeviceID"),
+    P::step([](Reading& r) { r.record.refresh(); }),
+    P::string("Caption", &EthernetPort::getPortPciProductStr, orElse("Ethernet Port")),
+    P::string("ElementName", sameAs("Caption")),
+    P::datetime(
+        "TimeOfLastStateChange", [](Reading& r) { return r.self.timeOfLastStateChange(); }, always),
+    P::string(
+        "PermanentAddress", [](Reading& r) { return permanentAddress(r.record); }, orElse("")),
+    P::string(
+        "Name", [](Reading& r) { return permanentAddress(r.record); }, orOmit),
+    P::uint16("PortType", &EthernetPort::getPortType, orElse(0)),
+    P::uint16("LinkTechnology", &EthernetPort::getPortLinkType, orElse(0)),
+    P::uint16("PortNumber", &EthernetPort::getPortNumber, orElse(0)),
+    P::uint16("VirtualPortNumber", &EthernetPort::getVirtualPortNumber, orOmit),
+    P::string(
+        "Description", [](Reading& r) { return r.self.description(r.record); }, always),
+    P::uint64("MaxSpeed", &EthernetPort::getPortSupportedSpeed, orElse(0)),
+    P::uint64("Speed", &EthernetPort::getPortSpeed, orElse(0)),
+    P::uint64("SupportedMaximumTransmissionUnit", &EthernetPort::getPortMaxFrameSize, orElse(0)),
+    // Data sources know one frame size, so both are the same.
+    P::uint64("ActiveMaximumTransmissionUnit", &EthernetPort::getPortMaxFrameSize, orElse(0)),
+    P::boolean("FullDuplex", &EthernetPort::getFullDuplex, orOmit),
+    P::boolean("AutoSense", &EthernetPort::getAutoSense, orOmit),
+    P::uint16("RequestedState", constant(12)),
+    P::uint16("EnabledState", constant(5)),
+    P::uint16Array("Capabilities", &EthernetPort::getCapabilities, orElse(0)),
+    P::stringArray(
+        "CapabilityDescriptions", [](Reading& r) { return capabilityTexts(r.record); }, orElse("Unknown")),
+    P::uint16Array("EnabledCapabilities", &EthernetPort::getEnabledCapabilities, orElse(0)),
+    P::stringArray(
+        "NetworkAddresses", [](Reading& r) { return networkAddresses(r.record); }, orElse("")),
+    P::step([](Reading& r) { r.status = r.self.reportedStatus(); }),
+    P::statusBlock([](Reading& r) { return r.status; }),
+};
+
+ZEB_EthernetPort::ZEB_EthernetPort(const Logger& logger, const std::string& nameSpace,
+                                   const std::uint32_t& number, const std::uint32_t& controllerNumber,
+                                   const physloc_t& location, const std::string& partNumber,
+                                   const EthernetPort& port)
+    : ManagedObject(logger, nameSpace, kClassName,
+                    systemScopedKeys(kClassName, "DeviceID", instanceName(kClassName, number))),
+      _controllerNumber(controllerNumber),
+      _location(location),
+      _partNumber(partNumber),
+      _port(port) {
+  setWatchesStatus(true);
+  _port.getPortStatus(_lastStatus);
+}
+
+CmpiInstance ZEB_EthernetPort::makeInstance() {
+  CmpiInstance instance = CmpiCpp::makeCmpiInstance(ZEBUtil::getBroker(), makeObjectPath());
+  Reading reading{*this, _port};
+  kProperties.fill(instance, reading);
+  return instance;
+}
+
+CmpiDateTime ZEB_EthernetPort::timeOfLastStateChange() {
+  const std::lock_guard lock(_memory);
+  const auto broker = ZEBUtil::getBroker();
+  if (_timeOfLastStateChange == 0) return CmpiCpp::makeCmpiDateTime(broker, std::uint64_t{0}, true);
+  return CmpiCpp::makeCmpiDateTime(broker, _timeOfLastStateChange);
+}
+
+std::string ZEB_EthernetPort::description(const EthernetPort& port) const {
+  std::uint16_t number = 0;
+  if (port.getPortNumber(number) != 0) number = 0;
+  return portDescription(number, _controllerNumber);
+}
+
+operationalStatus ZEB_EthernetPort::reportedStatus() {
+  operationalStatus status = operationalStatus::Unknown;
+  if (_port.getPortStatus(status) != 0) status = operationalStatus::Unknown;
+  const std::lock_guard lock(_memory);
+  if (std::exchange(_firstRefresh, false)) return status;
+  const bool justDegraded = status == operationalStatus::Degraded && status != _lastStatus;
+  return justDegraded ? operationalStatus::Error : status;
+}
+
+}  // namespace ZEB

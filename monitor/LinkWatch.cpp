@@ -1,0 +1,31 @@
+#include "monitor/LinkWatch.h"
+
+#include <sys/socket.h>
+
+#include <vector>
+
+#include "common/ZEBUtil.h"
+#include "ethernet/EthernetMRA.h"
+#include "ethernet/EthernetTeamMRA.h"
+
+namespace ZEB {
+
+std::atomic<bool> _netlinkEvent{false};
+
+long LinkWatch::handleMessage(int socket) {
+  constexpr std::size_t kBufferSize = 65536;
+  std::vector<char> buffer(kBufferSize);
+  const std::lock_guard lock(mutex);
+  // What a message says is not looked at: the refresh asks the kernel how things are.
+  const long received = recv(socket, buffer.data(), buffer.size(), 0);
+  if (received < 0) return received;
+  _netlinkEvent = true;
+  if (ethMRA && ethTeamMRA) {
+    ethMRA->updateAll();
+    ethTeamMRA->updateAll();
+    ZEBUtil::wakeWorker();
+  }
+  return received;
+}
+
+}  // namespace ZEB

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <atomic>
+#include <mutex>
+
+namespace ZEB {
+
+class EthernetMRA;
+class EthernetTeamMRA;
+
+/// A link message has arrived that no pass of the worker has taken account of yet. One for the process.
+extern std::atomic<bool> _netlinkEvent;
+
+/// What the netlink thread shares with the provider; it outlives the provider when the thread cannot be
+/// stopped. The mutex keeps the thread's handling of one message (receive, flag, refresh) and a pass of the
+/// worker apart, so that no message is lost under a pass and no source is used while it is replaced.
+struct LinkWatch {
+  std::mutex mutex;
+  EthernetMRA* ethMRA = nullptr;          ///< null while there is none
+  EthernetTeamMRA* ethTeamMRA = nullptr;  ///< null while there is none
+
+  /// Receives one message and refreshes the data sources. Answers what recv(2) answered. On the thread.
+  long handleMessage(int socket);
+};
+
+}  // namespace ZEB

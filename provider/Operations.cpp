@@ -1,0 +1,100 @@
+#include "cmpicpp/CmpiStatus.h"
+#include "common/AutoMutex.h"
+#include "common/ClassNames.h"
+#include "ethernet/RefreshScope.h"
+#include "provider/Names.h"
+#include "provider/ZEBEthernetPortProvider.h"
+#include "provider/ZEB_AutoStartEthernetPort.h"
+
+// The CIM operations: each logs its name, takes the collection mutex and is answered by the collection.
+// Within one operation the refreshes of many records share one answer of the kernel.
+
+namespace ZEB {
+
+using namespace CmpiCpp;
+
+namespace {
+
+constexpr NameLiteral kAutoStartClass = "ZEB_AutoStart";
+
+}  // namespace
+
+void ZEBEthernetPortProvider::enumInstanceNames(CmpiObjectPathResult& result, const CmpiContext& context,
+                                                const CmpiObjectPath& classPath) {
+  _logger.info("enumInstanceNames()");
+  const AutoMutex lock(_collectionMutex);
+  _collection.enumInstanceNames(result, context, classPath);
+}
+
+void ZEBEthernetPortProvider::enumInstances(CmpiInstanceResult& result, const CmpiContext& context,
+                                            const CmpiObjectPath& classPath, CmpiPropertyList properties) {
+  _logger.info("enumInstances()");
+  const AutoMutex lock(_collectionMutex);
+  const RefreshScope refresh;
+  if (classPath.className() == CmpiName(kAutoStartClass)) {
+    returnAutostart(result);
+  } else {
+    _collection.enumInstances(result, context, classPath, properties);
+  }
+}
+
+// Made for the occasion, and never part of the collection.
+void ZEBEthernetPortProvider::returnAutostart(CmpiInstanceResult& result) {
+  ZEB_AutoStartEthernetPort autostart(_logger, std::string(kNameSpace.view()));
+  result.returnInstance(autostart.makeInstance());
+}
+
+void ZEBEthernetPortProvider::getInstance(CmpiInstanceResult& result, const CmpiContext& context,
+                                          const CmpiObjectPath& path, CmpiPropertyList properties) {
+  _logger.info("getInstance()");
+  const AutoMutex lock(_collectionMutex);
+  const RefreshScope refresh;
+  if (!_collection.getInstance(result, context, path, properties)) throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND);
+}
+
+void ZEBEthernetPortProvider::associators(CmpiInstanceResult& result, const CmpiContext& context,
+                                          const CmpiObjectPath& path, const CmpiName& associationClass,
+                                          const CmpiName& resultClass, const CmpiName& role,
+                                          const CmpiName& resultRole, CmpiPropertyList properties) {
+  _logger.info("associators()");
+  const AutoMutex lock(_collectionMutex);
+  const RefreshScope refresh;
+  _collection.associators(result, context, path, associationClass, resultClass, role, resultRole, properties);
+}
+
+void ZEBEthernetPortProvider::associatorNames(CmpiObjectPathResult& result, const CmpiContext& context,
+                                              const CmpiObjectPath& path, const CmpiName& associationClass,
+                                              const CmpiName& resultClass, const CmpiName& role,
+                                              const CmpiName& resultRole) {
+  _logger.info("associatorNames()");
+  const AutoMutex lock(_collectionMutex);
+  _collection.associatorNames(result, context, path, associationClass, resultClass, role, resultRole);
+}
+
+void ZEBEthernetPortProvider::references(CmpiInstanceResult& result, const CmpiContext& context,
+                                         const CmpiObjectPath& path, const CmpiName& resultClass,
+                                         const CmpiName& role, CmpiPropertyList properties) {
+  _logger.info("references()");
+  const AutoMutex lock(_collectionMutex);
+  const RefreshScope refresh;
+  _collection.references(result, context, path, resultClass, role, properties);
+}
+
+void ZEBEthernetPortProvider::referenceNames(CmpiObjectPathResult& result, const CmpiContext& context,
+                                             const CmpiObjectPath& path, const CmpiName& resultClass,
+                                             const CmpiName& role) {
+  _logger.info("referenceNames()");
+  const AutoMutex lock(_collectionMutex);
+  _collection.referenceNames(result, context, path, resultClass, role);
+}
+
+void ZEBEthernetPortProvider::invokeMethod(CmpiMethodResult& result, const CmpiContext& /*context*/,
+                                           const CmpiObjectPath& /*path*/, const CmpiName& method,
+                                           const CmpiArgs& /*in*/, CmpiArgs& /*out*/) {
+  constexpr std::uint32_t kUnknownMethod = 1;
+  std::uint32_t answer = kUnknownMethod;
+  if (method == CmpiName(kPerformWork)) answer = 0;
+  result.returnData(answer);
+}
+
+}  // namespace ZEB

@@ -1,0 +1,86 @@
+#include "provider/ZEBEthernetPortProvider.h"
+
+#include "common/Configuration.h"
+#include "common/Physloc.h"
+#include "common/ZEBUtil.h"
+#include "provider/Names.h"
+
+namespace ZEB {
+namespace {
+
+/// The background work of this provider, as `setStop` knows it.
+constexpr int kBackgroundWork = 3;
+
+}  // namespace
+
+ZEBEthernetPortProvider::ZEBEthernetPortProvider(const CmpiCpp::CmpiBroker& broker, const Logger& logger)
+    : _logger(logger), _collection(logger), _linkWatch(std::make_shared<LinkWatch>()) {
+  _logger.info("cxtor()");
+  ZEBUtil::setStop(_logger, 0, kBackgroundWork);
+  pthread_mutex_init(&_collectionMutex, nullptr);
+  ZEBUtil::setBroker(broker);
+  ZEBUtil::forgetHostName();
+  for (const std::string& warning : Configuration::current()->warnings) _logger.warn("%s", warning);
+  _heartbeat = ZEBUtil::HeartBeatIndicationsEnabled();
+
+  _logger.info("calling makeDataStore...");
+  _dataStore = makeDataStore(std::string(kProviderName.view()));
+  if (!_dataStore) _logger.error("unable to open datastore");
+
+  ZEBPhysloc::init(ZEBPhysloc::kThisChassis);
+  StartNetlinkThread();
+  {
+    const std::lock_guard lock(_linkWatch->mutex);
+    makeDataSources();
+  }
+  _cmpiManagedInstanceFactory();
+}
+
+ZEBEthernetPortProvider::~ZEBEthernetPortProvider() {
+  _logger.info("dxtor() unloading provider");
+  {
+    // The thread may outlive us when it cannot be stopped; it must not find the sources then.
+    const std::lock_guard lock(_linkWatch->mutex);
+    _linkWatch->ethMRA = nullptr;
+    _linkWatch->ethTeamMRA = nullptr;
+  }
+  _netlinkThread.reset();
+  _dataStore.reset();
+  _ethMRA.reset();
+  _ethTeamMRA.reset();
+  ZEBPhysloc::close();
+  pthread_mutex_destroy(&_collectionMutex);
+}
+
+void ZEBEthernetPortProvider::StartNetlinkThread() {
+  _netlinkThread.emplace(_logger, [watch = _linkWatch](int socket) { return watch->handleMessage(socket); });
+  _netlinkThread->start();
+}
+
+void ZEBEthernetPortProvider::makeDataSources() {
+  const CmpiCpp::CmpiContext context;
+  auto ethMRA = ethernetMRAFactory(_logger, context);
+  auto ethTeamMRA = ethernetTeamMRAFactory(_logger);
+  _ethMRA = std::move(ethMRA);
+  _ethTeamMRA = std::move(ethTeamMRA);
+  _linkWatch->ethMRA = _ethMRA.get();
+  _linkWatch->ethTeamMRA = _ethTeamMRA.get();
+}
+
+CmpiCpp::CmpiBroker ZEBEthernetPortProvider::getBroker() const {
+  return ZEBUtil::getBroker();
+}
+
+void ZEBEthernetPortProvider::cleanup(const CmpiCpp::CmpiContext& /*context*/, bool /*terminating*/) {
+  ZEBUtil::setStop(_logger, 1, kBackgroundWork);
+}
+
+void ZEBEthernetPortProvider::enableIndications(const CmpiCpp::CmpiContext& /*context*/) {
+  _readyToSendIndications = true;
+}
+
+void ZEBEthernetPortProvider::disableIndications(const CmpiCpp::CmpiContext& /*context*/) {
+  _readyToSendIndications = false;
+}
+
+}  // namespace ZEB

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <pthread.h>
+
+#include <atomic>
+#include <memory>
+#include <optional>
+
+#include "cmpicpp/CmpiAssociationProvider.h"
+#include "cmpicpp/CmpiIndicationProvider.h"
+#include "cmpicpp/CmpiInstanceProvider.h"
+#include "cmpicpp/CmpiMethodProvider.h"
+#include "common/CmpiManagedInstanceCollection.h"
+#include "common/DataStore.h"
+#include "common/Logger.h"
+#include "ethernet/EthernetMRA.h"
+#include "ethernet/EthernetTeamMRA.h"
+#include "monitor/LinkWatch.h"
+#include "monitor/NetlinkThread.h"
+
+namespace ZEB {
+
+/// The one provider object. Serves every CIM operation from its collection of managed instances, under the
+/// collection mutex; may be called on any number of threads.
+class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
+                                public CmpiCpp::CmpiAssociationProvider,
+                                public CmpiCpp::CmpiMethodProvider,
+                                public CmpiCpp::CmpiIndicationProvider {
+ public:
+  /// Starts the netlink thread and builds every instance. What is thrown leaves nothing behind.
+  ZEBEthernetPortProvider(const CmpiCpp::CmpiBroker& broker, const Logger& logger);
+  ~ZEBEthernetPortProvider() override;
+
+  CmpiCpp::CmpiBroker getBroker() const override;
+  void cleanup(const CmpiCpp::CmpiContext& context, bool terminating) override;
+
+  void enumInstanceNames(CmpiCpp::CmpiObjectPathResult& result, const CmpiCpp::CmpiContext& context,
+                         const CmpiCpp::CmpiObjectPath& classPath) override;
+  void enumInstances(CmpiCpp::CmpiInstanceResult& result, const CmpiCpp::CmpiContext& context,
+                     const CmpiCpp::CmpiObjectPath& classPath, CmpiCpp::CmpiPropertyList properties) override;
+  void getInstance(CmpiCpp::CmpiInstanceResult& result, const CmpiCpp::CmpiContext& context,
+                   const CmpiCpp::CmpiObjectPath& path, CmpiCpp::CmpiPropertyList properties) override;
+  void modifyInstance(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                      const CmpiCpp::CmpiInstance& instance, CmpiCpp::CmpiPropertyList properties) override;
+
+  void associators(CmpiCpp::CmpiInstanceResult& result, const CmpiCpp::CmpiContext& context,
+                   const CmpiCpp::CmpiObjectPath& path, const CmpiCpp::CmpiName& associationClass,
+                   const CmpiCpp::CmpiName& resultClass, const CmpiCpp::CmpiName& role,
+                   const CmpiCpp::CmpiName& resultRole, CmpiCpp::CmpiPropertyList properties) override;
+  void associatorNames(CmpiCpp::CmpiObjectPathResult& result, const CmpiCpp::CmpiContext& context,
+                       const CmpiCpp::CmpiObjectPath& path, const CmpiCpp::CmpiName& associationClass,
+                       const CmpiCpp::CmpiName& resultClass, const CmpiCpp::CmpiName& role,
+                       const CmpiCpp::CmpiName& resultRole) override;
+  void references(CmpiCpp::CmpiInstanceResult& result, const CmpiCpp::CmpiContext& context,
+                  const CmpiCpp::CmpiObjectPath& path, const CmpiCpp::CmpiName& resultClass,
+                  const CmpiCpp::CmpiName& role, CmpiCpp::CmpiPropertyList properties) override;
+  void referenceNames(CmpiCpp::CmpiObjectPathResult& result, const CmpiCpp::CmpiContext& context,
+                      const CmpiCpp::CmpiObjectPath& path, const CmpiCpp::CmpiName& resultClass,
+                      const CmpiCpp::CmpiName& role) override;
+
+  void invokeMethod(CmpiCpp::CmpiMethodResult& result, const CmpiCpp::CmpiContext& context,
+                    const CmpiCpp::CmpiObjectPath& path, const CmpiCpp::CmpiName& method,
+                    const CmpiCpp::CmpiArgs& in, CmpiCpp::CmpiArgs& out) override;
+
+  void enableIndications(const CmpiCpp::CmpiContext& context) override;
+  void disableIndications(const CmpiCpp::CmpiContext& context) override;
+
+ private:
+  class InstanceBuild;
+
+  void StartNetlinkThread();
+  /// Puts new data sources in place of the ones there are, if any. The caller holds the link watch's mutex.
+  void makeDataSources();
+  /// Fills the collection from the data sources: adds, and never takes away.
+  void _cmpiManagedInstanceFactory();
+  void returnAutostart(CmpiCpp::CmpiInstanceResult& result);
+
+  std::unique_ptr<DataStore> _dataStore;  ///< null when it could not be opened
+  Logger _logger;
+  CmpiManagedInstanceCollection _collection;
+  std::atomic<bool> _readyToSendIndications{false};
+  bool _workerFirstPassDone = false;
+  bool _heartbeat = false;
+  std::unique_ptr<EthernetMRA> _ethMRA;
+  std::unique_ptr<EthernetTeamMRA> _ethTeamMRA;
+  pthread_mutex_t _collectionMutex;
+  std::shared_ptr<LinkWatch> _linkWatch;
+  std::optional<NetlinkThread> _netlinkThread;
+};
+
+}  // namespace ZEB
