@@ -64,7 +64,7 @@ Guest& GuestTest::guest() {
   return *sharedGuest;
 }
 
-nlohmann::json GuestTest::json(std::string_view script) {
+nlohmann::json GuestTest::jsonOf(std::string_view script) {
   return nlohmann::json::parse(guest().must(script));
 }
 

@@ -35,7 +35,7 @@ class GuestTest : public testing::Test {
   static Guest& guest();
 
   /// Standard output of a script that must succeed, as JSON.
-  static nlohmann::json json(std::string_view script);
+  static nlohmann::json jsonOf(std::string_view script);
   /// The first line of a file in the guest; empty when it cannot be read.
   static std::string fileLine(const std::string& path);
   /// Whether the interface gets to this carrier in time.

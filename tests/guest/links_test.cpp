@@ -10,7 +10,6 @@
 namespace ZEB::guest {
 namespace {
 
-using nlohmann::json;
 using testing::HasSubstr;
 using testing::UnorderedElementsAre;
 
@@ -130,7 +129,7 @@ TEST_F(BondTest, VlansAreOnPortAndBond) {
   ASSERT_TRUE(awaitCarrier("bond1.20", true));
   ASSERT_TRUE(awaitCarrier("lom1.10", true));
   const auto carrierAndId = [](const std::string& link) {
-    const auto found = json("ip -j -d link show dev " + link).at(0);
+    const auto found = jsonOf("ip -j -d link show dev " + link).at(0);
     return std::pair<std::string, int>(found.at("link"), found.at("linkinfo").at("info_data").at("id"));
   };
   EXPECT_EQ(carrierAndId("bond1.20"), std::pair(std::string("bond1"), 20));
@@ -152,10 +151,10 @@ TEST_F(AddressTest, BothFamiliesReachThePartner) {
     ip -6 route add default via 2001:db8::1 metric 200)");
   EXPECT_TRUE(guest().await("busybox ping -c 1 -W 1 192.0.2.1"));
   EXPECT_TRUE(guest().await("busybox ping -c 1 -W 1 2001:db8::1"));
-  const auto routes = json("ip -j route show default");
+  const auto routes = jsonOf("ip -j route show default");
   EXPECT_EQ(routes.at(0).at("gateway"), "192.0.2.1");
   EXPECT_EQ(routes.at(0).at("metric"), 100);
-  const auto routes6 = json("ip -j -6 route show default");
+  const auto routes6 = jsonOf("ip -j -6 route show default");
   EXPECT_EQ(routes6.at(0).at("gateway"), "2001:db8::1");
   EXPECT_EQ(routes6.at(0).at("metric"), 200);
 }
