@@ -1,10 +1,69 @@
 #include "common/AutostartDecorator.h"
 
+#include <random>
+
+#include "common/ClassNames.h"
+#include "common/Configuration.h"
+#include "common/ZEBUtil.h"
+
 namespace ZEB {
 
-AutostartDecorator::AutostartDecorator(const CmpiCpp::CmpiBroker& broker, const Logger& logger,
+using CmpiCpp::CmpiBroker;
+using CmpiCpp::CmpiContext;
+
+namespace {
+
+std::chrono::milliseconds randomPart(std::chrono::milliseconds whole) {
+  std::random_device device;
+  return std::chrono::milliseconds(std::uniform_int_distribution<std::int64_t>(0, whole.count())(device));
+}
+
+std::chrono::seconds secondsOf(const CmpiCpp::CmpiInstance& instance, std::string_view property) {
+  return std::chrono::seconds(instance.getProperty(property).asUnsigned());
+}
+
+}  // namespace
+
+AutostartDecorator::AutostartDecorator(const CmpiBroker& broker, const Logger& logger,
                                        std::unique_ptr<CmpiManagedInstance> autostart,
                                        const ProviderCreator& creator)
-    : ProviderDecorator(broker, logger, creator), _autostart(std::move(autostart)) {}
+    : ProviderDecorator(broker, logger, creator), _autostart(std::move(autostart)) {
+  if (Configuration::current()->autostart) startTimer(broker);
+}
+
+AutostartDecorator::~AutostartDecorator() {
+  ZEBUtil::setWorkerWaker(nullptr);
+  _timer.reset();
+}
+
+void AutostartDecorator::startTimer(const CmpiBroker& broker) {
+  CMPIContext* prepared = broker.prepareAttachThread();
+  if (!prepared) {
+    logger().warn("the object manager attaches no threads: background work runs only when it calls for it");
+    return;
+  }
+  const CmpiCpp::CmpiInstance instance = _autostart->makeInstance();
+  const WorkerTimer::Timing timing{.firstAfter = randomPart(secondsOf(instance, "WorkerPollIntervalStagger")),
+                                   .interval = secondsOf(instance, "WorkerPollInterval")};
+  _timer.emplace(timing, [this, broker, prepared](const WorkerTimer::NextRun& next) {
+    const CmpiCpp::ThreadAttachment attachment(broker, prepared);
+    if (!attachment.attached()) logger().error("cannot attach the worker's thread");
+    while (attachment.attached() && next()) performWork(broker, CmpiContext(prepared));
+  });
+  ZEBUtil::setWorkerWaker([this] { _timer->wake(); });
+}
+
+void AutostartDecorator::performWork(const CmpiBroker& broker, const CmpiContext& context) {
+  if (ZEBUtil::stopRequested()) return;
+  const CmpiCpp::BrokerMemoryMark mark(broker);
+  try {
+    CmpiCpp::CmpiMethodResult result;
+    CmpiCpp::CmpiArgs out;
+    dynamic_cast<CmpiCpp::CmpiMethodProvider&>(inner()).invokeMethod(
+        result, context, _autostart->makeObjectPath(), CmpiCpp::CmpiName(kPerformWork), {}, out);
+  } catch (const std::exception& failure) {
+    logger().error("background work failed: %s", failure.what());
+  }
+}
 
 }  // namespace ZEB

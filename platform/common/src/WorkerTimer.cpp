@@ -1,0 +1,45 @@
+#include "common/WorkerTimer.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace ZEB {
+
+WorkerTimer::WorkerTimer(Timing timing, Body body)
+    : _timing(timing),
+      _regular(Clock::now() + timing.firstAfter),
+      _thread([this, body = std::move(body)] { body([this] { return waitForRun(); }); }) {}
+
+WorkerTimer::~WorkerTimer() {
+  {
+    const std::lock_guard lock(_mutex);
+    _stop = true;
+    _changed.notify_all();
+  }
+  // The process may be ending on the timer's own thread.
+  if (_thread.get_id() == std::this_thread::get_id()) {
+    _thread.detach();
+  } else {
+    _thread.join();
+  }
+}
+
+void WorkerTimer::wake() {
+  const auto now = Clock::now();
+  const std::lock_guard lock(_mutex);
+  if (!std::exchange(_woken, true)) _latest = now + _timing.patience;
+  _asked = std::min(now + _timing.quiet, _latest);
+  _changed.notify_all();
+}
+
+bool WorkerTimer::waitForRun() {
+  std::unique_lock lock(_mutex);
+  // Called again, this is the end of a run.
+  if (!std::exchange(_first, false)) _regular = Clock::now() + _timing.interval;
+  const auto due = [this] { return _woken ? std::min(_asked, _regular) : _regular; };
+  while (!_stop && Clock::now() < due()) _changed.wait_until(lock, due());
+  _woken = false;
+  return !_stop;
+}
+
+}  // namespace ZEB
