@@ -8,7 +8,8 @@ namespace ZEB {
 
 /// A small persistent store of values under text keys. What a write put there is on disk when the call
 /// returns, but inside a batch when the batch is committed. Safe from several threads and several processes
-/// at once.
+/// at once. Every operation throws `CmpiStatus` with `CMPI_RC_ERR_FAILED` when the file cannot be read, or
+/// the value not be kept; the store goes on working when the cause is gone.
 class DataStore {
  public:
   virtual ~DataStore() = default;
@@ -19,12 +20,12 @@ class DataStore {
   virtual std::uint32_t getUInt32(const std::string& key) = 0;
   virtual bool getBool(const std::string& key) = 0;
 
-  /// Throw `CmpiStatus` with `CMPI_RC_ERR_FAILED` when the value could not be kept.
   virtual void setUInt32(const std::string& key, std::uint32_t value) = 0;
   virtual void setBool(const std::string& key, bool value) = 0;
 
-  /// Makes the writes during its lifetime one transaction. Commits at the end of the scope unless it was
-  /// committed before; a commit that fails throws from `commit` alone.
+  /// Makes the writes of this thread during its lifetime one transaction; other threads' operations wait.
+  /// When one of the writes fails, none is kept and the later ones fail at once. Commits at the end of the
+  /// scope unless it was committed before; a failure is thrown by `commit` alone.
   class Batch {
    public:
     explicit Batch(DataStore& store) : _store(&store) { store.beginBatch(); }
@@ -42,8 +43,9 @@ class DataStore {
   virtual void endBatch() = 0;
 };
 
-/// Opens the store of that name in the configured directory, and makes both when they are not there. Null
-/// when it cannot be opened.
+/// Opens the store of that name in the configured directory, and makes both when they are not there. A
+/// damaged file is put aside and a fresh one begun. Null when the store cannot be opened; the process's log
+/// says why.
 std::unique_ptr<DataStore> makeDataStore(const std::string& name);
 
 }  // namespace ZEB

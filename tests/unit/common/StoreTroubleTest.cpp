@@ -1,0 +1,345 @@
+#include <gmock/gmock.h>
+#include <sched.h>
+#include <signal.h>
+#include <sqlite3.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <random>
+#include <thread>
+
+#include "SqliteStore.h"
+#include "cmpicpp/CmpiStatus.h"
+#include "support/ChildProcess.h"
+#include "support/Environment.h"
+#include "support/ProcessLog.h"
+#include "support/TemporaryDirectory.h"
+
+// Stores under kills, full disks, and other processes. Every round works in processes of its own.
+
+namespace ZEB::test {
+namespace {
+
+using CmpiCpp::CmpiStatus;
+
+class StoreTroubleTest : public testing::Test {
+ protected:
+  static std::unique_ptr<DataStore> open() { return makeDataStore("S"); }
+
+  TemporaryDirectory directory;
+  Environment storeDirectory{"ZEB_STORE_DIR", directory.file("stores")};
+  ProcessLog log;
+};
+
+int soakRounds(int normal, int soak) {
+  const char* wanted = std::getenv("ZEB_SOAK");
+  return wanted && std::string(wanted) == "1" ? soak : normal;
+}
+
+/// A pipe by which a child acknowledges what it was told is on disk.
+class Acknowledgements {
+ public:
+  Acknowledgements() {
+    if (pipe(_ends) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
+  }
+  ~Acknowledgements() {
+    close(_ends[0]);
+    if (_ends[1] >= 0) close(_ends[1]);
+  }
+  void give(std::uint32_t number) const {
+    if (write(_ends[1], &number, sizeof number) != sizeof number) _exit(98);
+  }
+  void waitForFirst() const {
+    std::uint32_t number = 0;
+    if (read(_ends[0], &number, sizeof number) != sizeof number) ADD_FAILURE() << "the child never wrote";
+  }
+  /// The last one that was given; the child has ended.
+  std::uint32_t last() {
+    close(_ends[1]);
+    _ends[1] = -1;
+    std::uint32_t number = 0;
+    std::uint32_t next = 0;
+    while (read(_ends[0], &next, sizeof next) == sizeof next) number = next;
+    return number;
+  }
+
+ private:
+  int _ends[2] = {-1, -1};
+};
+
+/// Counts up: a single write, and a batch of two that belong together.
+int countUp(std::uint32_t from, const Acknowledgements& acknowledgements) {
+  const auto store = makeDataStore("S");
+  for (std::uint32_t number = from;; ++number) {
+    store->setUInt32("single", number);
+    {
+      DataStore::Batch batch(*store);
+      store->setUInt32("left", number);
+      store->setUInt32("right", number);
+      batch.commit();
+    }
+    acknowledgements.give(number);
+  }
+}
+
+TEST_F(StoreTroubleTest, killsAtRandomMomentsLoseNothingAndTearNothing) {
+  std::mt19937 random(20260102);
+  std::uniform_int_distribution<int> microseconds(0, 20000);
+  const int rounds = soakRounds(50, 1000);
+  std::uint32_t next = 1;
+  for (int round = 0; round < rounds; ++round) {
+    Acknowledgements acknowledgements;
+    ChildProcess writer([&] { return countUp(next, acknowledgements); });
+    acknowledgements.waitForFirst();
+    std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
+    writer.kill();
+    ASSERT_EQ(writer.wait(), -SIGKILL);
+    const std::uint32_t acknowledged = std::max(acknowledgements.last(), next);
+
+    const auto store = open();
+    ASSERT_TRUE(store);
+    const std::uint32_t single = store->getUInt32("single");
+    const std::uint32_t left = store->getUInt32("left");
+    ASSERT_EQ(left, store->getUInt32("right")) << "round " << round;
+    ASSERT_TRUE(left == acknowledged || left == acknowledged + 1) << left << " " << acknowledged;
+    ASSERT_TRUE(single == left || single == left + 1) << single << " " << left;
+    next = single + 1;
+  }
+  EXPECT_THAT(log.sink->lines(), testing::IsEmpty()) << "nothing was damaged";
+}
+
+TEST_F(StoreTroubleTest, killsDuringTheFirstOpeningLeaveAStoreThatOpens) {
+  std::mt19937 random(7);
+  std::uniform_int_distribution<int> microseconds(0, 4000);
+  for (int round = 0; round < soakRounds(50, 1000); ++round) {
+    std::filesystem::remove_all(directory.file("stores"));
+    ChildProcess opener([&] { return open() ? 0 : 1; });
+    std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
+    opener.kill();
+    opener.wait();
+    const auto store = open();
+    ASSERT_TRUE(store) << "round " << round;
+    store->setUInt32("a", 1);
+    ASSERT_EQ(store->getUInt32("a"), 1u);
+  }
+  EXPECT_FALSE(std::filesystem::exists(directory.file("stores/S.db.damaged-1")));
+}
+
+TEST_F(StoreTroubleTest, twoProcessesAtOnceLoseNoWrite) {
+  constexpr std::uint32_t kWrites = 200;
+  const auto writeAll = [&](const std::string& mine) {
+    const auto store = makeDataStore("S");
+    if (!store) return 1;
+    for (std::uint32_t i = 0; i < kWrites; ++i) {
+      store->setUInt32(mine + std::to_string(i), i);
+      store->setUInt32("shared", i);
+    }
+    return 0;
+  };
+  ChildProcess first([&] { return writeAll("first "); });
+  ChildProcess second([&] { return writeAll("second "); });
+  EXPECT_EQ(first.wait(), 0);
+  EXPECT_EQ(second.wait(), 0);
+  const auto store = open();
+  for (std::uint32_t i = 0; i < kWrites; ++i) {
+    ASSERT_EQ(store->getUInt32("first " + std::to_string(i)), i);
+    ASSERT_EQ(store->getUInt32("second " + std::to_string(i)), i);
+    ASSERT_TRUE(store->exists("second " + std::to_string(i)));
+  }
+}
+
+TEST_F(StoreTroubleTest, processesThatOpenADamagedStoreAtOnceAgreeOnTheFreshOne) {
+  for (int round = 0; round < soakRounds(10, 200); ++round) {
+    std::filesystem::remove_all(directory.file("stores"));
+    std::filesystem::create_directories(directory.file("stores"));
+    directory.write("stores/S.db", std::string(5000, 'n'));
+    const auto openAndWrite = [&](const char* mine) {
+      const auto store = makeDataStore("S");
+      if (!store) return 1;
+      store->setUInt32(mine, 1);
+      return 0;
+    };
+    ChildProcess first([&] { return openAndWrite("first"); });
+    ChildProcess second([&] { return openAndWrite("second"); });
+    ASSERT_EQ(first.wait(), 0);
+    ASSERT_EQ(second.wait(), 0);
+    const auto store = open();
+    ASSERT_TRUE(store->exists("first") && store->exists("second")) << "round " << round;
+    ASSERT_FALSE(std::filesystem::exists(directory.file("stores/S.db.damaged-2")));
+  }
+}
+
+/// Another process that has the store locked for as long as this lives.
+class Locker {
+ public:
+  explicit Locker(const std::string& file)
+      : _process([&] {
+          sqlite3* database = nullptr;
+          if (sqlite3_open(file.c_str(), &database) != SQLITE_OK) return 1;
+          if (sqlite3_exec(database, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr) != SQLITE_OK) return 1;
+          _locked.give(1);
+          pause();
+          return 0;
+        }) {
+    _locked.waitForFirst();
+  }
+
+ private:
+  Acknowledgements _locked;
+  ChildProcess _process;
+};
+
+TEST_F(StoreTroubleTest, aStoreThatIsLockedCannotBeOpenedAndIsLeftAlone) {
+  open()->setUInt32("a", 1);
+  const std::string file = directory.file("stores/S.db");
+  {
+    const Locker locker(file);
+    EXPECT_THROW(SqliteStore(file, std::chrono::milliseconds(100), Logger()), std::runtime_error);
+  }
+  EXPECT_EQ(open()->getUInt32("a"), 1u);
+  EXPECT_FALSE(std::filesystem::exists(file + ".damaged-1"));
+}
+
+TEST_F(StoreTroubleTest, aWriteWaitsForTheLockOfAnotherProcess) {
+  const auto store = open();
+  auto locker = std::make_unique<Locker>(directory.file("stores/S.db"));
+  std::thread release([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    locker.reset();
+  });
+  store->setUInt32("a", 1);
+  release.join();
+  EXPECT_EQ(store->getUInt32("a"), 1u);
+}
+
+TEST_F(StoreTroubleTest, aWriteThatFindsTheStoreLockedFailsAndTheNextOneWorks) {
+  const std::string file = directory.file("stores/S.db");
+  SqliteStore store(file, std::chrono::milliseconds(100), Logger());
+  {
+    const Locker locker(file);
+    try {
+      store.setUInt32("a", 1);
+      ADD_FAILURE() << "the write was accepted";
+    } catch (const CmpiStatus& status) {
+      EXPECT_EQ(status.rc(), CMPI_RC_ERR_FAILED);
+      EXPECT_THAT(status.msg(), testing::HasSubstr("locked"));
+    }
+  }
+  store.setUInt32("a", 2);
+  EXPECT_EQ(store.getUInt32("a"), 2u);
+}
+
+TEST_F(StoreTroubleTest, aBatchThatFindsTheStoreLockedWaitsOnce) {
+  const std::string file = directory.file("stores/S.db");
+  SqliteStore store(file, std::chrono::milliseconds(200), Logger());
+  const Locker locker(file);
+  const auto began = std::chrono::steady_clock::now();
+  DataStore::Batch batch(store);
+  for (int i = 0; i < 100; ++i) EXPECT_THROW(store.setUInt32(std::to_string(i), 1), CmpiStatus);
+  EXPECT_THROW(batch.commit(), CmpiStatus);
+  EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(5));
+}
+
+/// Runs `body` where `stores` is a file system of 256 KiB. Returns 77 where no such thing can be mounted.
+int onSmallDisk(const std::string& stores, const std::function<int()>& body) {
+  return ChildProcess([&] {
+           std::filesystem::create_directories(stores);
+           if (unshare(CLONE_NEWNS) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return 77;
+           if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return 77;
+           if (mount("tmpfs", stores.c_str(), "tmpfs", 0, "size=256k") != 0) return 77;
+           return body();
+         })
+      .wait();
+}
+
+void fillDisk(const std::string& stores) {
+  std::ofstream filler(stores + "/filler", std::ios::binary);
+  const std::string block(1024, 'f');
+  while (filler.write(block.data(), static_cast<std::streamsize>(block.size())).flush()) {
+  }
+}
+
+bool writeFails(DataStore& store, const std::string& key) {
+  try {
+    store.setUInt32(key, 5);
+    return false;
+  } catch (const CmpiStatus& status) {
+    return status.rc() == CMPI_RC_ERR_FAILED;
+  }
+}
+
+TEST_F(StoreTroubleTest, aFullDiskFailsTheWriteAndLosesNothing) {
+  const std::string stores = directory.file("stores");
+  const int result = onSmallDisk(stores, [&] {
+    const auto store = open();
+    if (!store) return 1;
+    store->setUInt32("kept", 4);
+    fillDisk(stores);
+    if (!writeFails(*store, "lost")) return 2;
+    if (store->getUInt32("kept") != 4 || store->exists("lost")) return 3;
+    DataStore::Batch batch(*store);
+    if (!writeFails(*store, "lost") || !writeFails(*store, "lost too")) return 4;
+    try {
+      batch.commit();
+      return 5;
+    } catch (const CmpiStatus&) {
+    }
+    std::filesystem::remove(stores + "/filler");
+    store->setUInt32("later", 6);
+    const auto again = open();
+    if (!again || again->getUInt32("kept") != 4 || again->getUInt32("later") != 6) return 6;
+    return again->exists("lost") || again->exists("lost too") ? 7 : 0;
+  });
+  if (result == 77) GTEST_SKIP() << "no file system can be mounted here";
+  EXPECT_EQ(result, 0);
+}
+
+TEST_F(StoreTroubleTest, aFullDiskIsNoStoreAtTheFirstOpening) {
+  const std::string stores = directory.file("stores");
+  const int result = onSmallDisk(stores, [&] {
+    fillDisk(stores);
+    if (open()) return 1;
+    if (!log.sink->mentions(LogLevel::Error, "cannot be opened")) return 2;
+    std::filesystem::remove(stores + "/filler");
+    return open() ? 0 : 3;
+  });
+  if (result == 77) GTEST_SKIP() << "no file system can be mounted here";
+  EXPECT_EQ(result, 0);
+}
+
+TEST_F(StoreTroubleTest, aReadOnlyDiskServesWhatIsKeptAndRefusesWrites) {
+  const std::string stores = directory.file("stores");
+  const int result = onSmallDisk(stores, [&] {
+    open()->setUInt32("kept", 4);
+    if (mount(nullptr, stores.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) != 0) return 77;
+    const auto store = open();
+    if (!store) return 1;
+    if (store->getUInt32("kept") != 4) return 2;
+    if (!writeFails(*store, "kept")) return 3;
+    if (!log.sink->mentions(LogLevel::Warn, "can be read only")) return 4;
+    return store->getUInt32("kept") == 4 ? 0 : 5;
+  });
+  if (result == 77) GTEST_SKIP() << "no file system can be mounted here";
+  EXPECT_EQ(result, 0);
+}
+
+TEST_F(StoreTroubleTest, aFileThatMayNotGrowFailsTheWriteAndLosesNothing) {
+  const int result = ChildProcess([&] {
+                       const auto store = open();
+                       store->setUInt32("kept", 4);
+                       signal(SIGXFSZ, SIG_IGN);
+                       const rlimit limit{600, RLIM_INFINITY};
+                       if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return 1;
+                       if (!writeFails(*store, "lost")) return 2;
+                       const rlimit none{RLIM_INFINITY, RLIM_INFINITY};
+                       if (setrlimit(RLIMIT_FSIZE, &none) != 0) return 3;
+                       store->setUInt32("later", 6);
+                       return store->getUInt32("kept") == 4 && !store->exists("lost") ? 0 : 4;
+                     }).wait();
+  EXPECT_EQ(result, 0);
+  EXPECT_EQ(open()->getUInt32("later"), 6u);
+}
+
+}  // namespace
+}  // namespace ZEB::test
