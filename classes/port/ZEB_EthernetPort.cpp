@@ -1,6 +1,7 @@
 #include "classes/port/ZEB_EthernetPort.h"
 
 #include <algorithm>
+#include <ctime>
 #include <utility>
 
 #include "classes/port/PortDescription.h"
@@ -134,6 +135,20 @@ operationalStatus ZEB_EthernetPort::reportedStatus() {
   if (std::exchange(_firstRefresh, false)) return status;
   const bool justDegraded = status == operationalStatus::Degraded && status != _lastStatus;
   return justDegraded ? operationalStatus::Error : status;
+}
+
+operationalStatus ZEB_EthernetPort::lastStatus() {
+  const std::lock_guard lock(_memory);
+  return _lastStatus;
+}
+
+void ZEB_EthernetPort::rememberStatus(operationalStatus status) {
+  const std::lock_guard lock(_memory);
+  if (status != _lastStatus) {
+    _lastStatus = status;
+    _timeOfLastStateChange = std::time(nullptr);
+  }
+  _firstRefresh = false;
 }
 
 }  // namespace ZEB

@@ -1,15 +1,19 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <mutex>
 #include <string>
 
 #include "classes/port/ManagedObject.h"
+#include "cmpicpp/CmpiContext.h"
 #include "common/OperationalStatus.h"
 #include "common/Physloc.h"
 #include "ethernet/EthernetPort.h"
 
 namespace ZEB {
+
+class ZEB_EthernetIndication;
 
 /// One physical Ethernet port of an adapter.
 class ZEB_EthernetPort : public ManagedObject {
@@ -21,6 +25,18 @@ class ZEB_EthernetPort : public ManagedObject {
                    const std::string& partNumber, const EthernetPort& port);
 
   CmpiCpp::CmpiInstance makeInstance() override;
+
+  /// Refreshes the port's data and, when its status is another one than was seen last, sends the alert for the
+  /// change: if ports are monitored, this port is included and indications are enabled. The change is remembered
+  /// in any case. `visible` is always set. On the worker's thread.
+  void manageDynamic(bool& visible, int indicationsEnabled, int monitorPorts, const CmpiCpp::CmpiContext& context);
+
+  /// The status seen last. From any thread.
+  operationalStatus lastStatus();
+
+  /// Whether the port counts for the collection's status and raises alerts. From any thread.
+  bool included() const { return _included; }
+  void setIncluded(bool included) { _included = included; }
 
  private:
   struct Reading;
@@ -34,10 +50,15 @@ class ZEB_EthernetPort : public ManagedObject {
   /// is recorded. The first report shows the status as it is.
   operationalStatus reportedStatus();
 
+  void sendStatusAlert(ZEB_EthernetIndication& sender, operationalStatus before, operationalStatus now,
+                       const CmpiCpp::CmpiContext& context);
+  void rememberStatus(operationalStatus status);
+
   const std::uint32_t _controllerNumber;
   const physloc_t _location;
   const std::string _partNumber;
   EthernetPort _port;
+  std::atomic<bool> _included{true};
 
   // What the port remembers, which the worker changes beside requests; never held while something is sent.
   std::mutex _memory;
