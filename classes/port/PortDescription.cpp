@@ -1,8 +1,11 @@
 #include "classes/port/PortDescription.h"
 
+#include "classes/port/Known.h"
+
 namespace ZEB {
 
-std::string portDescription(std::uint16_t portNumber, std::uint32_t controllerNumber) {
+std::string portDescription(const EthernetPort& port, std::uint32_t controllerNumber) {
+  const std::uint16_t portNumber = known(port, &EthernetPort::getPortNumber).value_or(0);
   const std::string number = portNumber != 0 ? std::to_string(portNumber) + " " : std::string();
   return "Ethernet port " + number + "on ethernet controller " + std::to_string(controllerNumber);
 }

@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "classes/port/Known.h"
+#include "cmpicpp/CmpiFactories.h"
 #include "cmpicpp/CmpiInstance.h"
 #include "common/OperationalStatus.h"
 #include "common/ZEBUtil.h"
@@ -123,6 +125,13 @@ class PropertyRows {
 
   const std::vector<Row>& rows() const { return _rows; }
 
+  /// The instance of that path with every row's property.
+  CmpiCpp::CmpiInstance makeInstance(const CmpiCpp::CmpiObjectPath& path, Subject subject) const {
+    CmpiCpp::CmpiInstance instance = CmpiCpp::makeCmpiInstance(ZEBUtil::getBroker(), path);
+    fill(instance, subject);
+    return instance;
+  }
+
   /// Adds every row's property to the instance, in order.
   void fill(CmpiCpp::CmpiInstance& instance, Subject& subject) const {
     instance.reserve(_rows.size());
@@ -147,6 +156,11 @@ struct Properties {
     return row(name, CMPI_string, [name](Subject&, const CmpiCpp::CmpiInstance& instance) {
       return std::optional(instance.path().getKey(name.view()));
     });
+  }
+
+  /// The keys of a device or an access point, whose own key has that name, once more as properties.
+  static Rows systemScopedKeys(CmpiCpp::NameLiteral own) {
+    return {key("CreationClassName"), key("SystemName"), key("SystemCreationClassName"), key(own)};
   }
 
   /// Something that happens between two rows.
@@ -226,9 +240,7 @@ struct Properties {
   /// Calls a getter of the subject's record, or a function of the subject.
   template <class Record, class Value>
   static std::optional<Value> call(int (Record::*getter)(Value&) const, Subject& subject) {
-    Value value{};
-    const Record& record = subject.record;
-    return (record.*getter)(value) == 0 ? std::optional<Value>(std::move(value)) : std::nullopt;
+    return known<Record>(subject.record, getter);
   }
   template <class Record, class Element>
   static std::vector<Element> call(std::vector<Element> (Record::*getter)() const, Subject& subject) {

@@ -4,6 +4,7 @@
 #include <ctime>
 #include <utility>
 
+#include "classes/port/Known.h"
 #include "classes/port/PortDescription.h"
 #include "classes/port/PropertyTable.h"
 #include "cmpicpp/CmpiFactories.h"
@@ -36,9 +37,8 @@ const char* capabilityText(std::uint16_t code) {
 }
 
 std::optional<std::string> permanentAddress(const EthernetPort& port) {
-  std::string address;
-  if (port.getPermanentAddress(address) != 0) return std::nullopt;
-  return withoutColons(address);
+  const auto address = known(port, &EthernetPort::getPermanentAddress);
+  return address ? std::optional(withoutColons(*address)) : std::nullopt;
 }
 
 std::vector<std::string> capabilityTexts(const EthernetPort& port) {
@@ -56,10 +56,7 @@ std::vector<std::string> networkAddresses(const EthernetPort& port) {
 }  // namespace
 
 const PropertyRows<ZEB_EthernetPort::Reading> ZEB_EthernetPort::kProperties{
-    P::key("CreationClassName"),
-    P::key("SystemName"),
-    P::key("SystemCreationClassName"),
-    P::key("DeviceID"),
+    P::systemScopedKeys("DeviceID"),
     P::step([](Reading& r) { r.record.refresh(); }),
     P::string("Caption", &EthernetPort::getPortPciProductStr, orElse("Ethernet Port")),
     P::string("ElementName", sameAs("Caption")),
@@ -74,7 +71,8 @@ const PropertyRows<ZEB_EthernetPort::Reading> ZEB_EthernetPort::kProperties{
     P::uint16("PortNumber", &EthernetPort::getPortNumber, orElse(0)),
     P::uint16("VirtualPortNumber", &EthernetPort::getVirtualPortNumber, orOmit),
     P::string(
-        "Description", [](Reading& r) { return r.self.description(r.record); }, always),
+        "Description", [](Reading& r) { return portDescription(r.record, r.self._controllerNumber); },
+        always),
     P::uint64("MaxSpeed", &EthernetPort::getPortSupportedSpeed, orElse(0)),
     P::uint64("Speed", &EthernetPort::getPortSpeed, orElse(0)),
     P::uint64("SupportedMaximumTransmissionUnit", &EthernetPort::getPortMaxFrameSize, orElse(0)),
@@ -109,10 +107,7 @@ ZEB_EthernetPort::ZEB_EthernetPort(const Logger& logger, const std::string& name
 }
 
 CmpiInstance ZEB_EthernetPort::makeInstance() {
-  CmpiInstance instance = CmpiCpp::makeCmpiInstance(ZEBUtil::getBroker(), makeObjectPath());
-  Reading reading{*this, _port};
-  kProperties.fill(instance, reading);
-  return instance;
+  return kProperties.makeInstance(makeObjectPath(), {*this, _port});
 }
 
 CmpiDateTime ZEB_EthernetPort::timeOfLastStateChange() {
@@ -122,15 +117,8 @@ CmpiDateTime ZEB_EthernetPort::timeOfLastStateChange() {
   return CmpiCpp::makeCmpiDateTime(broker, _timeOfLastStateChange);
 }
 
-std::string ZEB_EthernetPort::description(const EthernetPort& port) const {
-  std::uint16_t number = 0;
-  if (port.getPortNumber(number) != 0) number = 0;
-  return portDescription(number, _controllerNumber);
-}
-
 operationalStatus ZEB_EthernetPort::reportedStatus() {
-  operationalStatus status = operationalStatus::Unknown;
-  if (_port.getPortStatus(status) != 0) status = operationalStatus::Unknown;
+  const auto status = known(_port, &EthernetPort::getPortStatus).value_or(operationalStatus::Unknown);
   const std::lock_guard lock(_memory);
   if (std::exchange(_firstRefresh, false)) return status;
   const bool justDegraded = status == operationalStatus::Degraded && status != _lastStatus;

@@ -26,10 +26,11 @@ class ZEB_EthernetPort : public ManagedObject {
 
   CmpiCpp::CmpiInstance makeInstance() override;
 
-  /// Refreshes the port's data and, when its status is another one than was seen last, sends the alert for the
-  /// change: if ports are monitored, this port is included and indications are enabled. The change is remembered
-  /// in any case. `visible` is always set. On the worker's thread.
-  void manageDynamic(bool& visible, int indicationsEnabled, int monitorPorts, const CmpiCpp::CmpiContext& context);
+  /// Refreshes the port's data and, when its status is another one than was seen last, sends the alert for
+  /// the change: if ports are monitored, this port is included and indications are enabled. The change is
+  /// remembered in any case. `visible` is always set. On the worker's thread.
+  void manageDynamic(bool& visible, int indicationsEnabled, int monitorPorts,
+                     const CmpiCpp::CmpiContext& context);
 
   /// The status seen last. From any thread.
   operationalStatus lastStatus();
@@ -44,7 +45,6 @@ class ZEB_EthernetPort : public ManagedObject {
   static const PropertyRows<Reading> kProperties;
 
   CmpiCpp::CmpiDateTime timeOfLastStateChange();
-  std::string description(const EthernetPort& port) const;
 
   /// The status that a client sees: a port that has just turned degraded shows as in error until the change
   /// is recorded. The first report shows the status as it is.

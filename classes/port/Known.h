@@ -1,0 +1,15 @@
+#pragma once
+
+#include <optional>
+
+namespace ZEB {
+
+/// What a getter of the data library answers, or nothing when the value is not known.
+template <class Record, class Value>
+std::optional<Value> known(const Record& record, int (Record::*getter)(Value&) const) {
+  Value value{};
+  if ((record.*getter)(value) != 0) return std::nullopt;
+  return value;
+}
+
+}  // namespace ZEB
