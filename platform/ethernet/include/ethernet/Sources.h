@@ -10,7 +10,7 @@ class Inventory;
 /// An inventory of its own over a recorded snapshot or timeline; the file is read when first asked for.
 std::shared_ptr<Inventory> recordedInventory(const std::string& file, bool includeVirtual);
 
-/// An inventory of its own over the kernel, for the network namespace of the calling thread.
+/// An inventory of its own over the kernel, for the network namespace of the thread that first asks it.
 std::shared_ptr<Inventory> kernelInventory(bool includeVirtual);
 
 }  // namespace ZEB::ethernet

@@ -1,0 +1,50 @@
+#include "kernel/DeviceMemory.h"
+
+#include <algorithm>
+
+namespace ZEB::ethernet {
+
+void DeviceMemory::completeAll(std::vector<LinkFacts>& links) {
+  std::unique_ptr<HardwareReader> reader;
+  for (LinkFacts& link : links) complete(link, reader);
+  std::erase_if(_devices, [&](const auto& entry) {
+    return !std::ranges::binary_search(links, entry.first, {}, &LinkFacts::index);
+  });
+}
+
+void DeviceMemory::complete(LinkFacts& link) {
+  std::unique_ptr<HardwareReader> reader;
+  complete(link, reader);
+}
+
+void DeviceMemory::complete(LinkFacts& link, std::unique_ptr<HardwareReader>& reader) {
+  if (!link.parentDevice) {
+    // A virtual interface's driver is what its kind is called by; it has nothing else to be asked for.
+    if (!link.kind.empty()) link.driver = std::make_shared<DriverFacts>(DriverFacts{link.kind, {}, {}});
+    return;
+  }
+  Device& device = remembered(link, reader);
+  link.hardware = device.hardware;
+  link.driver = device.driver;
+  addCounters(link, device);
+}
+
+DeviceMemory::Device& DeviceMemory::remembered(const LinkFacts& link,
+                                               std::unique_ptr<HardwareReader>& reader) {
+  Device& device = _devices[link.index];
+  if (device.hardware && device.bus == link.parentBus && device.name == link.parentDevice) return device;
+  if (!reader) reader = std::make_unique<HardwareReader>();
+  device = {link.parentBus, link.parentDevice, reader->read(link), _ioctl.driver(link.name),
+            _ioctl.counters(link.name)};
+  return device;
+}
+
+void DeviceMemory::addCounters(LinkFacts& link, Device& device) const {
+  const bool standardGroup = link.ethtool.mac != MacStatistics{};
+  if (standardGroup || !device.counters || device.counters->places.empty()) return;
+  if (!_ioctl.readCounters(link.name, *device.counters, link.ethtool.mac)) {
+    device.counters = _ioctl.counters(link.name);
+  }
+}
+
+}  // namespace ZEB::ethernet

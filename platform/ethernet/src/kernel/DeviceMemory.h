@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+#include "kernel/EthtoolIoctl.h"
+#include "kernel/Hardware.h"
+#include "snapshot/HostSnapshot.h"
+
+namespace ZEB::ethernet {
+
+/// Remembers what does not change while a device lives: its hardware, its driver and where the driver keeps
+/// its counters. Asks for it when a device is seen first.
+class DeviceMemory {
+ public:
+  /// Adds what is known to the links, and forgets devices that are not among them.
+  void completeAll(std::vector<LinkFacts>& links);
+  /// Adds what is known to one link.
+  void complete(LinkFacts& link);
+
+ private:
+  struct Device {
+    std::optional<std::string> bus, name;  ///< tell a device from a later one with the same number
+    std::shared_ptr<const HardwareFacts> hardware;
+    std::shared_ptr<const DriverFacts> driver;
+    std::optional<CounterPlaces> counters;
+  };
+
+  void complete(LinkFacts& link, std::unique_ptr<HardwareReader>& reader);
+  Device& remembered(const LinkFacts& link, std::unique_ptr<HardwareReader>& reader);
+  void addCounters(LinkFacts& link, Device& device) const;
+
+  EthtoolIoctl _ioctl;
+  std::unordered_map<std::uint32_t, Device> _devices;  ///< by interface number; those with hardware only
+};
+
+}  // namespace ZEB::ethernet

@@ -1,0 +1,182 @@
+#include "kernel/Hardware.h"
+
+extern "C" {
+#include <pci/pci.h>
+}
+
+#include <algorithm>
+#include <charconv>
+#include <fstream>
+#include <system_error>
+#include <vector>
+
+#include "kernel/PciDecoders.h"
+
+namespace ZEB::ethernet {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kLargestFile = 64 * 1024;
+
+std::vector<std::byte> contents(const fs::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  std::vector<std::byte> bytes(kLargestFile);
+  in.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  bytes.resize(in.bad() ? 0 : static_cast<std::size_t>(in.gcount()));
+  return bytes;
+}
+
+std::optional<std::string> line(const fs::path& file) {
+  std::ifstream in(file);
+  std::string text;
+  if (!std::getline(in, text) || text.empty()) return std::nullopt;
+  return text;
+}
+
+/// A number as sysfs writes them: decimal, or hexadecimal with or without "0x".
+template <class T>
+std::optional<T> number(const fs::path& file, int base) {
+  const auto text = line(file);
+  if (!text) return std::nullopt;
+  const std::string_view digits = std::string_view(*text).substr(text->starts_with("0x") ? 2 : 0);
+  T value{};
+  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value, base);
+  return result.ec == std::errc() ? std::optional(value) : std::nullopt;
+}
+
+fs::path resolved(const fs::path& link) {
+  std::error_code error;
+  const fs::path path = fs::canonical(link, error);
+  return error ? fs::path() : path;
+}
+
+std::string subsystemOf(const fs::path& device) {
+  return resolved(device / "subsystem").filename();
+}
+
+/// The nearest device of a subsystem, from `device` upwards; an empty path when there is none.
+fs::path ancestor(fs::path device, const std::string& subsystem) {
+  for (; device.has_relative_path(); device = device.parent_path()) {
+    if (subsystemOf(device) == subsystem) return device;
+  }
+  return {};
+}
+
+std::optional<std::uint16_t> virtualFunctionNumber(const fs::path& physical, const fs::path& function) {
+  std::error_code error;
+  for (const auto& entry : fs::directory_iterator(physical, error)) {
+    const std::string name = entry.path().filename();
+    std::uint16_t value = 0;
+    if (!name.starts_with("virtfn") || resolved(entry.path()) != function) continue;
+    if (std::from_chars(name.data() + 6, name.data() + name.size(), value).ec == std::errc()) return value;
+  }
+  return std::nullopt;
+}
+
+/// The kernel's slot table: the slot whose address, "0000:03:00", is the device's.
+std::optional<std::uint16_t> kernelSlot(const fs::path& slots, const std::string& device) {
+  std::error_code error;
+  for (const auto& slot : fs::directory_iterator(slots, error)) {
+    if (line(slot.path() / "address") != device) continue;
+    const std::string name = slot.path().filename();
+    std::uint16_t value = 0;
+    if (std::from_chars(name.data(), name.data() + name.size(), value).ec == std::errc()) return value;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+HardwareReader::HardwareReader(std::filesystem::path root) : _root(std::move(root)) {}
+
+HardwareReader::~HardwareReader() {
+  if (_names) pci_cleanup(_names);
+}
+
+std::shared_ptr<const HardwareFacts> HardwareReader::read(const LinkFacts& link) {
+  if (!link.parentBus || !link.parentDevice) return nullptr;
+  auto facts = std::make_shared<HardwareFacts>();
+  facts->bus = *link.parentBus;
+  facts->device = *link.parentDevice;
+  const fs::path device = resolved(_root / "sys/bus" / facts->bus / "devices" / facts->device);
+  if (device.empty()) return facts;
+  const fs::path own = device / "net" / link.name;
+  facts->devicePort = number<std::uint16_t>(own / "dev_port", 10);
+  facts->wireless = fs::exists(own / "phy80211");
+  if (const fs::path usb = ancestor(device, "usb"); !usb.empty()) {
+    readUsb(usb, *facts);
+  } else if (const fs::path function = ancestor(device, "pci"); !function.empty()) {
+    readPci(function, *facts);
+  }
+  return facts;
+}
+
+void HardwareReader::readPci(const fs::path& function, HardwareFacts& facts) {
+  facts.pci = parsePciAddress(function.filename().string());
+  facts.vendorId = number<std::uint16_t>(function / "vendor", 16);
+  facts.deviceId = number<std::uint16_t>(function / "device", 16);
+  facts.revision = number<std::uint8_t>(function / "revision", 16);
+  if (const fs::path physical = resolved(function / "physfn"); !physical.empty()) {
+    facts.physicalFunction = parsePciAddress(physical.filename().string());
+    facts.virtualFunction = virtualFunctionNumber(physical, function);
+  }
+  facts.onboardLabel = line(function / "label");
+  facts.onboardIndex = number<std::uint16_t>(function / "index", 10);
+  if (!facts.onboardIndex) facts.onboardIndex = number<std::uint16_t>(function / "acpi_index", 10);
+  const VitalProductData product = decodeVitalProductData(contents(function / "vpd"));
+  facts.productName = product.productName;
+  facts.partNumber = product.partNumber;
+  facts.serialNumber = product.serialNumber;
+  readSlot(function, facts);
+  lookUpNames(facts);
+}
+
+/// The slot of the function or of the nearest bridge above it that sits in one. The kernel's table counts
+/// before the firmware's.
+void HardwareReader::readSlot(const fs::path& function, HardwareFacts& facts) {
+  const std::vector<FirmwareSlot> slots =
+      decodeFirmwareSlots(contents(_root / "sys/firmware/dmi/tables/DMI"));
+  for (fs::path device = function; device.has_relative_path(); device = device.parent_path()) {
+    const auto address = parsePciAddress(device.filename().string());
+    if (!address) break;
+    const std::string name = device.filename();
+    const auto inFirmware = std::ranges::find_if(slots, [&](const FirmwareSlot& slot) {
+      return slot.address.domain == address->domain && slot.address.bus == address->bus &&
+             slot.address.device == address->device;
+    });
+    facts.slot = kernelSlot(_root / "sys/bus/pci/slots", name.substr(0, name.find('.')));
+    if (!facts.slot && inFirmware != slots.end()) facts.slot = inFirmware->number;
+    if (!facts.slot) continue;
+    facts.slotKind = slotKindOf(contents(function / "config"));
+    if (!facts.slotKind && inFirmware != slots.end()) facts.slotKind = inFirmware->kind;
+    if (!facts.slotKind && fs::exists(function / "max_link_speed")) facts.slotKind = SlotKind::PciExpress;
+    return;
+  }
+}
+
+void HardwareReader::readUsb(const fs::path& device, HardwareFacts& facts) const {
+  // The driver sits on an interface of the device; ids and texts are the device's.
+  const fs::path whole = fs::exists(device / "idVendor") ? device : device.parent_path();
+  facts.vendorId = number<std::uint16_t>(whole / "idVendor", 16);
+  facts.deviceId = number<std::uint16_t>(whole / "idProduct", 16);
+  facts.vendorName = line(whole / "manufacturer");
+  facts.deviceName = line(whole / "product");
+  facts.serialNumber = line(whole / "serial");
+}
+
+void HardwareReader::lookUpNames(HardwareFacts& facts) {
+  if (!facts.vendorId || !facts.deviceId) return;
+  if (!_names) _names = pci_alloc();
+  char text[256];
+  const auto look = [&](int what) -> std::optional<std::string> {
+    // An unknown id gives a null pointer and not its digits; nobody is asked over the network.
+    const char* name = pci_lookup_name(_names, text, sizeof text, what | PCI_LOOKUP_NO_NUMBERS,
+                                       *facts.vendorId, *facts.deviceId);
+    return name ? std::optional<std::string>(name) : std::nullopt;
+  };
+  facts.vendorName = look(PCI_LOOKUP_VENDOR);
+  facts.deviceName = look(PCI_LOOKUP_DEVICE);
+}
+
+}  // namespace ZEB::ethernet

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+
+#include "kernel/DeviceMemory.h"
+#include "kernel/KernelQueries.h"
+#include "kernel/Listener.h"
+#include "snapshot/HostSource.h"
+
+namespace ZEB::ethernet {
+
+/// The running kernel, in the network namespace of the thread that first asks. Starts no process. An answer
+/// that changed while it was put together is repaired, interface by interface, until nothing was announced
+/// about the parts that were read last.
+class KernelSource : public HostSource {
+ public:
+  /// Sockets are opened with the first question.
+  KernelSource() = default;
+
+  Outcome<HostSnapshot> readAll() override;
+  Outcome<HostSnapshot> readOne(std::uint32_t index) override;
+  bool announced() override;
+
+ private:
+  std::optional<Failure> open();
+  Outcome<HostSnapshot> dump();
+  std::optional<Failure> repair(HostSnapshot& snapshot, Announcements changed);
+  Outcome<HostSnapshot> askOne(std::uint32_t index);
+
+  std::unique_ptr<Listener> _listener;
+  std::unique_ptr<KernelQueries> _queries;
+  DeviceMemory _devices;
+  bool _announced = true;  ///< something was heard since the last whole answer began, or there was none
+};
+
+}  // namespace ZEB::ethernet

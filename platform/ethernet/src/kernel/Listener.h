@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include "netlink/Attributes.h"
+#include "netlink/Descriptor.h"
+
+namespace ZEB::ethernet {
+
+/// What was announced: some interfaces, or possibly everything.
+struct Announcements {
+  bool everything = false;
+  std::set<std::uint32_t> interfaces;
+
+  bool any() const { return everything || !interfaces.empty(); }
+  void add(const Announcements& more);
+};
+
+/// The interfaces that a routing announcement concerns; those that cannot matter here concern none.
+Announcements routingAnnouncement(Bytes datagram);
+
+/// The same for an announcement of ethtool's.
+Announcements ethtoolAnnouncement(Bytes datagram);
+
+/// Hears the kernel announce changes of links, addresses, default routes and link settings.
+class Listener {
+ public:
+  /// Without `ethtoolGroup`, link settings are not announced. Where a socket is not to be had, everything
+  /// counts as announced all the time.
+  explicit Listener(std::optional<std::uint32_t> ethtoolGroup);
+
+  /// Takes in all that waits, without waiting. Lost announcements count as everything.
+  Announcements drain();
+
+ private:
+  Announcements drain(const Descriptor& socket, Announcements (*read)(Bytes));
+
+  Descriptor _routing, _ethtool;
+  bool _listensToEthtool;
+  std::vector<std::byte> _buffer;
+};
+
+}  // namespace ZEB::ethernet

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "netlink/Attributes.h"
+#include "snapshot/HostSnapshot.h"
+
+/// From bytes that firmware and cards provide to facts. Such bytes are often wrong; what does not hold
+/// together is left out.
+namespace ZEB::ethernet {
+
+/// "0000:03:00.1".
+std::optional<PciAddress> parsePciAddress(std::string_view text);
+
+/// What kind of slot a function's configuration space says that it is made for. A space that was only read in
+/// part, as without privileges, says nothing.
+std::optional<SlotKind> slotKindOf(Bytes configuration);
+
+struct VitalProductData {
+  std::optional<std::string> productName, partNumber, serialNumber;
+};
+
+VitalProductData decodeVitalProductData(Bytes bytes);
+
+/// A slot in the system's own table (SMBIOS type 9) that knows what sits in it.
+struct FirmwareSlot {
+  PciAddress address;
+  std::uint16_t number = 0;
+  std::optional<SlotKind> kind;
+};
+
+std::vector<FirmwareSlot> decodeFirmwareSlots(Bytes table);
+
+}  // namespace ZEB::ethernet

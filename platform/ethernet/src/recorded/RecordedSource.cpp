@@ -1,0 +1,75 @@
+#include "recorded/RecordedSource.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+#include <fstream>
+#include <sstream>
+
+namespace ZEB::ethernet {
+
+bool RecordedSource::Stamp::operator==(const Stamp& other) const {
+  return device == other.device && inode == other.inode && size == other.size &&
+         changed.tv_sec == other.changed.tv_sec && changed.tv_nsec == other.changed.tv_nsec;
+}
+
+RecordedSource::RecordedSource(std::string file, std::function<Clock::time_point()> now)
+    : _file(std::move(file)), _now(std::move(now)) {}
+
+RecordedSource::Stamp RecordedSource::stampOf(const std::string& file) {
+  struct stat status {};
+  if (::stat(file.c_str(), &status) != 0) return {};
+  return {status.st_dev, status.st_ino, status.st_size, status.st_mtim};
+}
+
+std::optional<Failure> RecordedSource::load() {
+  const Stamp stamp = stampOf(_file);
+  if (_read && stamp == _stamp) return std::nullopt;
+  _read = false;
+  const auto fail = [&](int code, const std::string& what) {
+    return Failure{code, "snapshot " + _file + ": " + what};
+  };
+  if (stamp.size > static_cast<off_t>(kLargestSnapshotFile))
+    return fail(EFBIG, "larger than any snapshot of a host");
+  std::ifstream in(_file, std::ios::binary);
+  if (!in || stamp.size < 0) return fail(errno, std::strerror(errno));
+  std::ostringstream text;
+  text << in.rdbuf();
+  auto moments = readSnapshots(text.str());
+  if (!moments) return fail(0, moments.failure().what);
+  _moments = std::move(*moments);
+  _stamp = stamp;
+  _began = _now();
+  _read = true;
+  return std::nullopt;
+}
+
+std::size_t RecordedSource::momentNow() const {
+  const double elapsed = std::chrono::duration<double>(_now() - _began).count();
+  const auto next = std::ranges::upper_bound(_moments, elapsed, {}, &TimedSnapshot::at);
+  return next == _moments.begin() ? 0 : static_cast<std::size_t>(next - _moments.begin() - 1);
+}
+
+HostSnapshot RecordedSource::timed(std::size_t moment) const {
+  HostSnapshot snapshot = _moments[moment].snapshot;
+  if (snapshot.sampleTime == 0) snapshot.sampleTime = std::time(nullptr);
+  return snapshot;
+}
+
+Outcome<HostSnapshot> RecordedSource::readAll() {
+  if (auto failure = load()) return std::move(*failure);
+  _delivered = momentNow();
+  return timed(_delivered);
+}
+
+Outcome<HostSnapshot> RecordedSource::readOne(std::uint32_t) {
+  if (auto failure = load()) return std::move(*failure);
+  return timed(momentNow());
+}
+
+bool RecordedSource::announced() {
+  return !_read || !(stampOf(_file) == _stamp) || momentNow() != _delivered;
+}
+
+}  // namespace ZEB::ethernet

@@ -1,0 +1,86 @@
+// Writes what the kernel knows of this host's Ethernet to a snapshot file, or checks such a file.
+//
+//   zeb-capture [--anonymize] FILE     "-" for standard output
+//   zeb-capture --check FILE
+//
+// Exit status: 0 done, 1 failed with one line on standard error, 2 wrong usage.
+
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <random>
+#include <string>
+#include <string_view>
+
+#include "kernel/KernelSource.h"
+#include "recorded/Anonymizer.h"
+#include "recorded/RecordedSource.h"
+#include "recorded/SnapshotWriter.h"
+
+namespace {
+
+using namespace ZEB::ethernet;
+
+constexpr int kFailed = 1;
+constexpr int kUsage = 2;
+
+int usage() {
+  std::cerr << "usage: zeb-capture [--anonymize] FILE | zeb-capture --check FILE\n";
+  return kUsage;
+}
+
+int fail(const std::string& why) {
+  std::cerr << "zeb-capture: " << why << "\n";
+  return kFailed;
+}
+
+int check(const std::string& file) {
+  const auto snapshot = RecordedSource(file).readAll();
+  return snapshot ? 0 : fail(snapshot.failure().what);
+}
+
+std::uint64_t randomKey() {
+  std::random_device device;
+  return static_cast<std::uint64_t>(device()) << 32 | device();
+}
+
+/// To a file of its own first, so that a reader never finds half of it.
+bool write(const std::string& file, const std::string& text) {
+  if (file == "-") return static_cast<bool>(std::cout << text << std::flush);
+  const std::string partial = file + ".part";
+  std::ofstream out(partial, std::ios::binary | std::ios::trunc);
+  const bool written = static_cast<bool>(out << text << std::flush);
+  out.close();
+  if (written && std::rename(partial.c_str(), file.c_str()) == 0) return true;
+  std::remove(partial.c_str());
+  return false;
+}
+
+int capture(const std::string& file, bool anonymous) {
+  auto snapshot = KernelSource().readAll();
+  if (!snapshot) return fail(snapshot.failure().what);
+  if (anonymous) anonymize(*snapshot, randomKey());
+  return write(file, writeSnapshot(std::move(*snapshot))) ? 0 : fail("cannot write " + file);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  bool anonymous = false;
+  bool checking = false;
+  std::string file;
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view argument = argv[i];
+    if (argument == "--anonymize") {
+      anonymous = true;
+    } else if (argument == "--check") {
+      checking = true;
+    } else if ((argument.starts_with("-") && argument != "-") || !file.empty()) {
+      return usage();
+    } else {
+      file = argument;
+    }
+  }
+  if (file.empty() || (anonymous && checking)) return usage();
+  return checking ? check(file) : capture(file, anonymous);
+}
