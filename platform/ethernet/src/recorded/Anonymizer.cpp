@@ -18,8 +18,14 @@ bool bitOf(const IpAddress& address, unsigned bit) {
   return (address.bytes[bit / 8] >> (7 - bit % 8) & 1) != 0;
 }
 
+bool isLoopback(const IpAddress& address) {
+  static const IpAddress kLoopback = *parseIpAddress("::1");
+  return address.family == IpFamily::V4 ? address.bytes[0] == 127 : address == kLoopback;
+}
+
 unsigned keptBits(const IpAddress& address) {
   const bool v4 = address.family == IpFamily::V4;
+  if (isLoopback(address)) return address.width();
   if (isLinkLocal(address)) return v4 ? 16 : 64;
   return v4 ? 8 : 16;
 }
