@@ -22,6 +22,7 @@ SqliteStore::SqliteStore(std::string file, std::chrono::milliseconds patience, c
 }
 
 void SqliteStore::connect() {
+  _batchWrites = false;
   _connection.reset();
   _connection = std::make_unique<Connection>(openStoreFile(_file, _patience, _logger));
 }
@@ -47,6 +48,7 @@ std::optional<std::uint32_t> SqliteStore::find(const std::string& key) {
   if (!_connection) throw CmpiStatus(CMPI_RC_ERR_FAILED, "the store " + _file + " is not open");
   SqliteStatement& select = _connection->select;
   try {
+    if (_batches > 0 && !_connection->database->inTransaction()) _connection->database->execute("BEGIN");
     select.bind(1, key);
     std::optional<std::uint32_t> number;
     if (select.step()) number = static_cast<std::uint32_t>(select.number(0));
@@ -63,7 +65,7 @@ void SqliteStore::write(const std::string& key, std::uint32_t number) {
   try {
     if (!_batchFailure.empty()) throw std::runtime_error(_batchFailure);
     if (!_connection) connect();
-    const bool alone = !_connection->database->inTransaction();
+    const bool alone = !_batchWrites;
     try {
       insert(key, number);
     } catch (const SqliteError& error) {
@@ -79,10 +81,8 @@ void SqliteStore::write(const std::string& key, std::uint32_t number) {
   }
 }
 
-// A batch begins its transaction with its first write: most batches find that there is nothing to write.
 void SqliteStore::insert(const std::string& key, std::uint32_t number) {
-  SqliteDatabase& database = *_connection->database;
-  if (_batches > 0 && !database.inTransaction()) database.execute("BEGIN IMMEDIATE");
+  if (_batches > 0) beginWriting();
   SqliteStatement& statement = _connection->insert;
   try {
     statement.bind(1, key);
@@ -95,7 +95,19 @@ void SqliteStore::insert(const std::string& key, std::uint32_t number) {
   statement.reset();
 }
 
+// A batch reads in a transaction that keeps nobody from reading, and takes one for writing with its first
+// write: most batches find that there is nothing to write. The first is ended for it, because two processes
+// that both held one and wanted to write would wait for each other.
+void SqliteStore::beginWriting() {
+  if (_batchWrites) return;
+  SqliteDatabase& database = *_connection->database;
+  if (database.inTransaction()) database.execute("COMMIT");
+  database.execute("BEGIN IMMEDIATE");
+  _batchWrites = true;
+}
+
 void SqliteStore::rollback() {
+  _batchWrites = false;
   if (!_connection || !_connection->database->inTransaction()) return;
   try {
     _connection->database->execute("ROLLBACK");
@@ -112,6 +124,7 @@ void SqliteStore::beginBatch() {
 void SqliteStore::endBatch() {
   const std::unique_lock lock(_mutex, std::adopt_lock);
   if (--_batches > 0) return;
+  _batchWrites = false;
   std::string failure = std::exchange(_batchFailure, {});
   if (failure.empty() && _connection && _connection->database->inTransaction()) {
     try {

@@ -35,6 +35,7 @@ class SqliteStore : public DataStore {
   std::optional<std::uint32_t> find(const std::string& key);
   void write(const std::string& key, std::uint32_t number);
   void insert(const std::string& key, std::uint32_t number);
+  void beginWriting();
   void connect();
   void rollback();
 
@@ -46,6 +47,7 @@ class SqliteStore : public DataStore {
   std::recursive_mutex _mutex;
   std::unique_ptr<Connection> _connection;
   int _batches = 0;
+  bool _batchWrites = false;  // the batch has begun its transaction for writing
   // What made the current batch worthless; later writes of it fail at once, without waiting for a lock again.
   std::string _batchFailure;
 };

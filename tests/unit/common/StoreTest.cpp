@@ -173,13 +173,33 @@ TEST_F(StoreTest, aBatchCommitsAtTheEndOfItsScope) {
   EXPECT_EQ(open()->getUInt32("a"), 1u);
 }
 
-TEST_F(StoreTest, aBatchThatOnlyReadsLocksNobodyOut) {
+TEST_F(StoreTest, aBatchThatOnlyReadsKeepsNobodyFromReading) {
   const auto store = open();
   store->setUInt32("a", 1);
-  const DataStore::Batch batch(*store);
-  EXPECT_TRUE(store->exists("a"));
+  {
+    const DataStore::Batch batch(*store);
+    EXPECT_TRUE(store->exists("a"));
+    EXPECT_EQ(open()->getUInt32("a"), 1u);
+  }
   EXPECT_EQ(sql("INSERT INTO value VALUES ('b', 2)"), 0);
   EXPECT_EQ(store->getUInt32("b"), 2u);
+}
+
+TEST_F(StoreTest, batchesOfTwoProcessesThatReadAndThenWriteDoNotWaitForEachOther) {
+  const auto readAndWrite = [] {
+    const auto store = open();
+    for (std::uint32_t i = 0; i < 50; ++i) {
+      DataStore::Batch batch(*store);
+      const std::uint32_t seen = store->getUInt32("a");
+      store->setUInt32("a", seen + 1);
+      batch.commit();
+    }
+    return 0;
+  };
+  ChildProcess first(readAndWrite);
+  ChildProcess second(readAndWrite);
+  EXPECT_EQ(first.wait(), 0);
+  EXPECT_EQ(second.wait(), 0);
 }
 
 TEST_F(StoreTest, batchesNest) {
