@@ -14,7 +14,6 @@
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -22,6 +21,8 @@
 #include <string>
 #include <thread>
 #include <vector>
+
+#include "common/SignalsBlocked.h"
 
 namespace ZEB {
 
@@ -158,13 +159,11 @@ void NetlinkThread::start() {
   pthread_attr_init(&attributes);
   pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
 
-  // The thread inherits the mask: no signal that is meant for the object manager is ever taken here.
-  sigset_t all, before;
-  sigfillset(&all);
-  pthread_sigmask(SIG_SETMASK, &all, &before);
   auto shared = std::make_unique<std::shared_ptr<State>>(_state);
-  const int result = pthread_create(&_thread, &attributes, &NetlinkThread::run, shared.get());
-  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  const int result = [&] {
+    const SignalsBlocked inherited;
+    return pthread_create(&_thread, &attributes, &NetlinkThread::run, shared.get());
+  }();
 
   _logger.info("In StartNetlinkThread.\n");
   if (result != 0) {

@@ -2,6 +2,7 @@
 
 #include <syslog.h>
 
+#include <atomic>
 #include <cstdio>
 #include <map>
 #include <mutex>
@@ -31,23 +32,45 @@ class StandardErrorSink : public LogSink {
   }
 };
 
-struct Destination {
-  std::shared_ptr<LogSink> sink;
-  LogLevel level = LogLevel::Warn;
+}  // namespace
+
+/// Where the lines of some loggers go. Its level is asked for at every line, so it has to cost nothing.
+class LogDestination {
+ public:
+  LogDestination(std::shared_ptr<LogSink> sink, LogLevel level) : _sink(std::move(sink)), _level(level) {}
+
+  void set(std::shared_ptr<LogSink> sink, LogLevel level) {
+    const std::lock_guard lock(_mutex);
+    _sink = std::move(sink);
+    _level = level;
+  }
+  bool wants(LogLevel level) const { return level <= _level; }
+  std::shared_ptr<LogSink> sink() const {
+    const std::lock_guard lock(_mutex);
+    return _sink;
+  }
+
+ private:
+  mutable std::mutex _mutex;
+  std::shared_ptr<LogSink> _sink;
+  std::atomic<LogLevel> _level;
 };
 
-std::mutex processMutex;
-Destination processDestination;
+namespace {
 
-Destination configuredDestination() {
-  const auto configuration = Configuration::current();
-  return {configuration->logTarget == "stderr" ? makeStandardErrorSink() : makeSyslogSink(),
-          configuration->logLevel};
+std::mutex processMutex;
+std::shared_ptr<LogDestination> processDestination;
+
+std::shared_ptr<LogSink> configuredSink() {
+  return Configuration::current()->logTarget == "stderr" ? makeStandardErrorSink() : makeSyslogSink();
 }
 
-Destination currentDestination() {
+std::shared_ptr<LogDestination> currentDestination() {
   const std::lock_guard lock(processMutex);
-  if (!processDestination.sink) processDestination = configuredDestination();
+  if (!processDestination) {
+    processDestination =
+        std::make_shared<LogDestination>(configuredSink(), Configuration::current()->logLevel);
+  }
   return processDestination;
 }
 
@@ -55,7 +78,7 @@ Destination currentDestination() {
 
 // A name with those that were made from it by lengthening, so that a thousand handles of one class share one.
 struct Logger::Source {
-  Destination destination;
+  std::shared_ptr<LogDestination> destination;
   std::string name;
   std::mutex mutex;
   std::map<std::string, std::weak_ptr<Source>, std::less<>> longer;
@@ -70,7 +93,7 @@ Logger::Logger(std::string_view name) : _source(std::make_shared<Source>()) {
 
 Logger::Logger(std::string_view name, std::shared_ptr<LogSink> sink, LogLevel level)
     : _source(std::make_shared<Source>()) {
-  _source->destination = {std::move(sink), level};
+  _source->destination = std::make_shared<LogDestination>(std::move(sink), level);
   _source->name = name;
 }
 
@@ -92,7 +115,7 @@ const std::string& Logger::source() const {
 }
 
 bool Logger::wants(LogLevel level) const {
-  return level <= _source->destination.level;
+  return _source->destination->wants(level);
 }
 
 void Logger::write(LogLevel level, const char* format, const LogArgument* arguments,
@@ -100,12 +123,16 @@ void Logger::write(LogLevel level, const char* format, const LogArgument* argume
   std::string text = formatLog(format, arguments, count);
   // Some texts end in a line break; a sink writes lines.
   while (!text.empty() && text.back() == '\n') text.pop_back();
-  _source->destination.sink->write(level, _source->name, text);
+  _source->destination->sink()->write(level, _source->name, text);
 }
 
 void setProcessLogSink(std::shared_ptr<LogSink> sink, LogLevel level) {
-  const std::lock_guard lock(processMutex);
-  processDestination = {std::move(sink), level};
+  const auto destination = currentDestination();
+  if (sink) {
+    destination->set(std::move(sink), level);
+  } else {
+    destination->set(configuredSink(), Configuration::current()->logLevel);
+  }
 }
 
 std::shared_ptr<LogSink> makeSyslogSink() {

@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/SignalsBlocked.h"
+
 namespace ZEB {
 
 WorkerTimer::WorkerTimer(Timing timing, Body body)
-    : _timing(timing),
-      _regular(Clock::now() + timing.firstAfter),
-      _thread([this, body = std::move(body)] { body([this] { return waitForRun(); }); }) {}
+    : _timing(timing), _regular(Clock::now() + timing.firstAfter), _thread([&] {
+        const SignalsBlocked inherited;
+        return std::thread([this, work = std::move(body)] { work([this] { return waitForRun(); }); });
+      }()) {}
 
 WorkerTimer::~WorkerTimer() {
   {

@@ -1,0 +1,81 @@
+#include "classes/port/PortDescription.h"
+#include "classes/port/ZEB_EthernetPort.h"
+#include "monitor/Events.h"
+#include "monitor/ZEB_EthernetIndication.h"
+
+// Which change of a port's status is worth which alert, and the sending of it.
+
+namespace ZEB {
+namespace {
+
+struct StatusAlert {
+  int event;
+  const char* logLine;
+  bool loggedAfterSend = false;
+};
+
+constexpr StatusAlert kPortFailed{kFailed, "Send ethernet port failed indication"};
+constexpr StatusAlert kPortLost{kConnectivityLost, "Send ethernet port connectivity lost indication", true};
+constexpr StatusAlert kPortRestored{kConnectivityRestored, "Send ethernet port connectivity restored"};
+constexpr StatusAlert kPortActivated{kActivated, "Send ethernet port activated indication"};
+constexpr StatusAlert kPortDeactivated{kDeactivated, "Send ethernet port deactivated indication"};
+
+bool isFault(operationalStatus status) {
+  return status == operationalStatus::Degraded || status == operationalStatus::Error;
+}
+
+/// Null for a change that has no alert.
+const StatusAlert* alertFor(operationalStatus before, operationalStatus now) {
+  if (isFault(now)) return before == operationalStatus::OK ? &kPortLost : &kPortFailed;
+  if (now == operationalStatus::Dormant) return &kPortDeactivated;
+  if (now != operationalStatus::OK) return nullptr;
+  if (before == operationalStatus::Dormant) return &kPortActivated;
+  return isFault(before) ? &kPortRestored : nullptr;
+}
+
+}  // namespace
+
+void ZEB_EthernetPort::manageDynamic(bool& visible, int indicationsEnabled, int monitorPorts,
+                                     const CmpiCpp::CmpiContext& context) {
+  logger().info("manageDynamic()");
+  logger().info("indicationsEnabled: %d", indicationsEnabled);
+  visible = true;
+
+  _port.refresh();
+  operationalStatus now = operationalStatus::Unknown;
+  if (_port.getPortStatus(now) != 0) return;
+  const operationalStatus before = lastStatus();
+  logger().info("old status: %d", before);
+  logger().info("new status: %d", now);
+  if (now != before) {
+    if (monitorPorts != 0 && _included) {
+      logger().info("Creating EthernetIndication object");
+      ZEB_EthernetIndication sender(logger(), nameSpace());
+      logger().info("Done creating EthernetIndication object");
+      if (indicationsEnabled != 0) sendStatusAlert(sender, before, now, context);
+    } else {
+      logger().info(
+          "EthEventSettings MonitorPorst is %d; Port Status filter Included prop is %d. No Indications sent.",
+          monitorPorts, included());
+    }
+  }
+  rememberStatus(now);
+}
+
+void ZEB_EthernetPort::sendStatusAlert(ZEB_EthernetIndication& sender, operationalStatus before,
+                                       operationalStatus now, const CmpiCpp::CmpiContext& context) {
+  const StatusAlert* alert = alertFor(before, now);
+  if (!alert) {
+    // The format has no place for its arguments; the line is known by its beginning.
+    logger().info("Unknown indication type status(", now, ")  _status(", before, ")");
+    return;
+  }
+  std::string linkMessage;
+  _port.getPortLinkMessage(linkMessage);
+  if (!alert->loggedAfterSend) logger().info(alert->logLine);
+  sender.send(alert->event, makeObjectPath().str(), portDescription(_port, _controllerNumber), kPortSubCategory, _location,
+              _partNumber, linkMessage, context);
+  if (alert->loggedAfterSend) logger().info(alert->logLine);
+}
+
+}  // namespace ZEB

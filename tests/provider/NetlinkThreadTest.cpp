@@ -1,0 +1,238 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <thread>
+
+#include "monitor/LinkWatch.h"
+#include "monitor/NetlinkThread.h"
+#include "support/NetworkNamespace.h"
+#include "support/RecordingLogSink.h"
+
+// The system calls of the thread, made to fail on demand: the linker leads them here.
+namespace {
+enum class Failing { None, Pipe, Socket, Bind, Select, Recv };
+std::atomic<Failing> failing{Failing::None};
+
+bool fails(Failing call) {
+  if (failing != call) return false;
+  errno = EMFILE;
+  return true;
+}
+}  // namespace
+
+extern "C" {
+int __real_pipe2(int*, int);
+int __real_socket(int, int, int);
+int __real_bind(int, const sockaddr*, socklen_t);
+int __real_select(int, fd_set*, fd_set*, fd_set*, timeval*);
+ssize_t __real_recv(int, void*, std::size_t, int);
+
+int __wrap_pipe2(int* ends, int flags) {
+  return fails(Failing::Pipe) ? -1 : __real_pipe2(ends, flags);
+}
+int __wrap_socket(int domain, int type, int protocol) {
+  return domain == AF_NETLINK && fails(Failing::Socket) ? -1 : __real_socket(domain, type, protocol);
+}
+int __wrap_bind(int fd, const sockaddr* address, socklen_t size) {
+  return fails(Failing::Bind) ? -1 : __real_bind(fd, address, size);
+}
+int __wrap_select(int count, fd_set* readable, fd_set* writable, fd_set* exceptional, timeval* timeout) {
+  return fails(Failing::Select) ? -1 : __real_select(count, readable, writable, exceptional, timeout);
+}
+ssize_t __wrap_recv(int fd, void* buffer, std::size_t size, int flags) {
+  return fails(Failing::Recv) ? -1 : __real_recv(fd, buffer, size, flags);
+}
+}
+
+namespace ZEB::test {
+namespace {
+
+std::size_t openDescriptors() {
+  const std::filesystem::directory_iterator entries("/proc/self/fd");
+  return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+}
+
+std::size_t threads() {
+  const std::filesystem::directory_iterator entries("/proc/self/task");
+  return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+}
+
+template <class Condition>
+bool eventually(Condition condition) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > deadline) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return true;
+}
+
+class NetlinkThreadTest : public testing::Test {
+ protected:
+  NetlinkThreadTest() { testing::FLAGS_gtest_death_test_style = "threadsafe"; }
+
+  RecordedLogger recorded;
+  LinkWatch watch;
+  NetlinkThread::Handler handler = [this](int socketFd) { return watch.handleMessage(socketFd); };
+};
+
+TEST_F(NetlinkThreadTest, TheStopByteEndsTheThreadAndItsThreeDescriptorsAreClosed) {
+  const auto descriptors = openDescriptors();
+  const auto before = threads();
+  {
+    NetlinkThread thread(recorded.logger, handler);
+    thread.start();
+    // The pipe is there when the start returns, the socket soon after.
+    EXPECT_GE(pipeFd[0], 0);
+    EXPECT_GE(pipeFd[1], 0);
+    EXPECT_TRUE(eventually([&] { return openDescriptors() == descriptors + 3; }));
+    EXPECT_EQ(threads(), before + 1);
+  }
+  EXPECT_EQ(threads(), before);
+  EXPECT_EQ(openDescriptors(), descriptors);
+  EXPECT_EQ(pipeFd[0], -1);
+  EXPECT_EQ(pipeFd[1], -1);
+  EXPECT_EQ(recorded.sink->texts(),
+            (std::vector<std::string>{"Entered StartNetlinkThread.", "In StartNetlinkThread.",
+                                      "Netlink Thread Started", "wrote to pipeFd."}));
+}
+
+// In a thread of its own, so that the namespace goes with the test.
+void inNewNamespace(const std::function<void()>& body) {
+  bool entered = true;
+  std::thread([&] {
+    entered = enterNewNetworkNamespace();
+    if (entered) body();
+  }).join();
+  if (!entered) GTEST_SKIP() << "making a network namespace is not allowed here";
+}
+
+TEST_F(NetlinkThreadTest, ALinkMessageRaisesTheFlag) {
+  inNewNamespace([&] {
+    NetlinkThread thread(recorded.logger, handler);
+    thread.start();
+    _netlinkEvent = false;
+    // The message may come before the socket is there.
+    EXPECT_TRUE(eventually([&] { return setLoopback(true) && setLoopback(false) && _netlinkEvent; }));
+    _netlinkEvent = false;
+  });
+}
+
+TEST_F(NetlinkThreadTest, EveryLinkMessageComesThroughDescriptorsPastTheFirstThousand) {
+  rlimit limit{};
+  getrlimit(RLIMIT_NOFILE, &limit);
+  const rlimit roomy{.rlim_cur = 2048, .rlim_max = limit.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &roomy), 0);
+  std::vector<int> taken;
+  while (taken.empty() || taken.back() < 1100) taken.push_back(open("/dev/null", O_RDONLY | O_CLOEXEC));
+  inNewNamespace([&] {
+    NetlinkThread thread(recorded.logger, handler);
+    thread.start();
+    EXPECT_GT(pipeFd[0], 1024);
+    _netlinkEvent = false;
+    EXPECT_TRUE(eventually([&] { return setLoopback(true) && setLoopback(false) && _netlinkEvent; }));
+    _netlinkEvent = false;
+  });
+  for (const int fd : taken) close(fd);
+  setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+TEST_F(NetlinkThreadTest, WithoutAPipeTheThreadEndsAndTheStopperSaysSoOnce) {
+  const auto before = threads();
+  failing = Failing::Pipe;
+  {
+    NetlinkThread thread(recorded.logger, handler);
+    thread.start();
+    failing = Failing::None;
+    EXPECT_EQ(pipeFd[1], -1);
+  }
+  EXPECT_EQ(threads(), before);
+  EXPECT_EQ(recorded.sink->count("Invalid file descriptor"), 1U);
+  EXPECT_EQ(recorded.sink->count("Unable to write to pipe fd"), 0U);
+}
+
+TEST_F(NetlinkThreadTest, WhenEveryWriteFailsNothingWaits) {
+  // The thread goes on, so this happens in a process of its own.
+  const auto body = [&] {
+    auto thread = std::make_unique<NetlinkThread>(recorded.logger, handler);
+    thread->start();
+    const int writeEnd = pipeFd[1];
+    pipeFd[1] = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    recorded.sink->clear();
+    thread.reset();
+    pipeFd[1] = writeEnd;
+    const std::vector<std::string> expected{
+        "Unable to write to pipe fd, result: -1, Error: Bad file descriptor",
+        "Unable to write to pipe fd, result: -1, Error: Bad file descriptor",
+        "Unable to write to pipe fd, result: -1, Error: Bad file descriptor", "Unable to write to pipe fd"};
+    _exit(recorded.sink->texts() == expected ? 0 : 1);
+  };
+  EXPECT_EXIT(body(), testing::ExitedWithCode(0), "");
+}
+
+struct FatalCall {
+  const char* name;
+  Failing call;
+  const char* message;
+};
+
+const FatalCall kFatalCalls[] = {
+    {"Socket", Failing::Socket,
+     "Netlink socket failed. Unable to capture transient errors.: Too many open files"},
+    {"Bind", Failing::Bind, "bind failed: Too many open files"},
+    {"Select", Failing::Select, "Error in select\\(\\): Too many open files"},
+    {"Recv", Failing::Recv, "recv failed: Too many open files"},
+};
+
+class FatalCallTest : public NetlinkThreadTest, public testing::WithParamInterface<FatalCall> {};
+
+TEST_P(FatalCallTest, EndsTheProcessWithStatusOne) {
+  const auto body = [&] {
+    if (!enterNewNetworkNamespace()) _exit(2);
+    failing = GetParam().call;
+    NetlinkThread thread(recorded.logger, handler);
+    thread.start();
+    for (;;) {
+      setLoopback(true);
+      setLoopback(false);
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+  };
+  EXPECT_EXIT(body(), testing::ExitedWithCode(1), GetParam().message);
+}
+
+std::string nameOfCall(const testing::TestParamInfo<FatalCall>& each) {
+  return each.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryCall, FatalCallTest, testing::ValuesIn(kFatalCalls), nameOfCall);
+
+TEST_F(NetlinkThreadTest, SignalsAreBlockedInTheThread) {
+  NetlinkThread thread(recorded.logger, handler);
+  std::vector<std::string> before;
+  for (const auto& task : std::filesystem::directory_iterator("/proc/self/task"))
+    before.push_back(task.path());
+  thread.start();
+  for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+    if (std::find(before.begin(), before.end(), task.path()) != before.end()) continue;
+    std::ifstream status(task.path() / "status");
+    std::string line;
+    while (std::getline(status, line)) {
+      if (!line.starts_with("SigBlk:")) continue;
+      // All but the two that nothing can block and the two that the C library keeps for itself.
+      EXPECT_EQ(line, "SigBlk:\tfffffffe7ffbfeff");
+    }
+  }
+}
+
+}  // namespace
+}  // namespace ZEB::test

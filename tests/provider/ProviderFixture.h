@@ -1,0 +1,67 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "common/Configuration.h"
+#include "common/Logger.h"
+#include "support/FakeBroker.h"
+#include "support/RecordingLogSink.h"
+
+namespace ZEB::test {
+
+/// A folder of its own that goes with the test.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::string path = (std::filesystem::temp_directory_path() / "zeb-test-XXXXXX").string();
+    _path = mkdtemp(path.data());
+  }
+  ~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(_path, ignored);
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  std::filesystem::path path() const { return _path; }
+  std::filesystem::path operator/(const std::string& name) const { return _path / name; }
+
+ private:
+  std::filesystem::path _path;
+};
+
+/// The environment of a plug-in under test: a recorded snapshot, stores and status file in a folder of its
+/// own, no timer, and a sink that keeps every log line of the process.
+class ProviderTest : public testing::Test {
+ protected:
+  ProviderTest() {
+    setenv("ZEB_CONFIG", "/nonexistent", 1);
+    setenv("ZEB_STORE_DIR", (folder / "store").c_str(), 1);
+    setenv("ZEB_RUN_DIR", (folder / "run").c_str(), 1);
+    setenv("ZEB_AUTOSTART", "0", 1);
+    serve("one_port.json");
+    setProcessLogSink(log, LogLevel::Info);
+  }
+  ~ProviderTest() override { setProcessLogSink(nullptr, LogLevel::Warn); }
+
+  /// The recorded snapshot of that name in tests/data/snapshots, or with that path.
+  static void serve(const std::string& snapshot) {
+    setenv("ZEB_SOURCE_FILE", (std::filesystem::path(ZEB_TEST_DATA) / "snapshots" / snapshot).c_str(), 1);
+    Configuration::reset();
+  }
+  static void configure(const char* variable, const std::string& value) {
+    setenv(variable, value.c_str(), 1);
+    Configuration::reset();
+  }
+
+  TemporaryFolder folder;
+  std::shared_ptr<RecordingLogSink> log = std::make_shared<RecordingLogSink>();
+  FakeBroker broker;
+};
+
+}  // namespace ZEB::test
