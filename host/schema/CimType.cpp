@@ -73,7 +73,7 @@ std::string typeName(CMPIType type) {
 }
 
 std::optional<IntegerRange> integerRange(CMPIType type) {
-  const TypeRow* row = rowOf(type);
+  const TypeRow* row = isArray(type) ? nullptr : rowOf(type);
   return row ? row->range : std::nullopt;
 }
 

@@ -22,7 +22,7 @@ std::optional<CMPIType> typeFromName(std::string_view name);
 /// MOF name of a type; `[]` behind it for an array, "reference" for a reference.
 std::string typeName(CMPIType type);
 
-/// Nothing when the type is no integer.
+/// Nothing when the type is no integer, or an array.
 std::optional<IntegerRange> integerRange(CMPIType type);
 
 /// What an integer literal means: decimal, hexadecimal (0x), binary (…b) or octal (0…), with a sign.

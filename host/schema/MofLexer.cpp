@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "schema/ClassRepository.h"
+#include "schema/Utf8.h"
 
 namespace ZebHost {
 namespace {
@@ -33,20 +34,6 @@ std::size_t numberLength(std::string_view text) {
 std::string shown(char c) {
   if (c > ' ' && c < '\x7f') return std::string("'") + c + "'";
   return "byte " + std::to_string(static_cast<unsigned char>(c));
-}
-
-/// UTF-8 of a character of the basic plane.
-void appendCharacter(std::string& out, unsigned code) {
-  if (code < 0x80) {
-    out += static_cast<char>(code);
-  } else if (code < 0x800) {
-    out += static_cast<char>(0xc0 | (code >> 6));
-    out += static_cast<char>(0x80 | (code & 0x3f));
-  } else {
-    out += static_cast<char>(0xe0 | (code >> 12));
-    out += static_cast<char>(0x80 | ((code >> 6) & 0x3f));
-    out += static_cast<char>(0x80 | (code & 0x3f));
-  }
 }
 
 }  // namespace
@@ -153,7 +140,7 @@ bool unescape(std::string_view raw, std::string& out) {
       const auto [stop, error] =
           std::from_chars(first, first + std::min<std::size_t>(4, raw.size() - i - 1), code, 16);
       if (error != std::errc{} || code == 0) return false;
-      appendCharacter(out, code);
+      appendUtf8(out, code);
       i += static_cast<std::size_t>(stop - first);
       continue;
     }
