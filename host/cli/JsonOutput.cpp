@@ -1,0 +1,106 @@
+#include "cli/JsonOutput.h"
+
+#include <nlohmann/json.hpp>
+
+#include "broker/DateTimeText.h"
+#include "broker/ObjectPathText.h"
+#include "broker/Values.h"
+
+namespace ZebHost {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json instanceJson(const Instance& instance);
+
+Json scalarJson(const CMPIData& data) {
+  if (isNull(data)) return nullptr;
+  if (const auto range = integerRange(data.type)) {
+    return range->min < 0 ? Json(signedOf(data)) : Json(unsignedOf(data));
+  }
+  switch (data.type) {
+    case CMPI_boolean:
+      return data.value.boolean != 0;
+    case CMPI_real32:
+      return data.value.real32;
+    case CMPI_real64:
+      return data.value.real64;
+    case CMPI_char16:
+      return utf8Of(data.value.char16);
+    case CMPI_dateTime:
+      return formatDateTime(as<DateTime>(data.value.dateTime)->body());
+    case CMPI_ref:
+      return formatPath(as<ObjectPath>(data.value.ref)->body());
+    case CMPI_instance:
+      return instanceJson(*as<Instance>(data.value.inst));
+    default:
+      return textOf(data.value.string);
+  }
+}
+
+Json valueJson(const CMPIData& data) {
+  if (isNull(data) || !isArray(data.type)) return scalarJson(data);
+  Json list = Json::array();
+  const ArrayBody& array = as<Array>(data.value.array)->body();
+  for (CMPICount i = 0; i < array.count; ++i) list.push_back(scalarJson(array.elements[i]));
+  return list;
+}
+
+Json namedJson(const NamedValues& values) {
+  Json list = Json::array();
+  for (const NamedValue& value : values) {
+    list.push_back(
+        {{"name", value.name}, {"type", typeName(value.data.type)}, {"value", valueJson(value.data)}});
+  }
+  return list;
+}
+
+Json instanceJson(const Instance& instance) {
+  const InstanceBody& body = instance.body();
+  return {{"class", body.classDef->name},
+          {"path", formatPath(*body.path)},
+          {"properties", namedJson(body.properties)}};
+}
+
+/// Text that is no UTF-8 is shown with replacement characters: better than no answer.
+std::string dump(const Json& json) {
+  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace
+
+std::string jsonOfItems(std::span<const CMPIData> items) {
+  Json list = Json::array();
+  for (const CMPIData& item : items) list.push_back(scalarJson(item));
+  return dump(list);
+}
+
+std::string jsonOfInstance(const Instance& instance) {
+  return dump(instanceJson(instance));
+}
+
+std::string jsonOfClasses(const std::vector<const ClassDef*>& classes) {
+  Json list = Json::array();
+  for (const ClassDef* def : classes) {
+    Json keys = Json::array();
+    for (const PropertyDef* key : def->keys()) keys.push_back(key->name);
+    list.push_back({{"class", def->name},
+                    {"superclass", def->superclass ? Json(def->superclass->name) : Json(nullptr)},
+                    {"association", def->association},
+                    {"indication", def->indication},
+                    {"keys", keys},
+                    {"description", def->description}});
+  }
+  return dump(list);
+}
+
+std::string jsonOfMethod(const CMPIData& returned, const NamedValues& arguments) {
+  return dump({{"returnValue", {{"type", typeName(returned.type)}, {"value", valueJson(returned)}}},
+               {"parameters", namedJson(arguments)}});
+}
+
+std::string jsonOfPath(const PathBody& path) {
+  return dump({{"path", formatPath(path)}});
+}
+
+}  // namespace ZebHost

@@ -1,0 +1,20 @@
+// Answers as JSON for programs.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "broker/Objects.h"
+
+namespace ZebHost {
+
+/// An array of objects with class, path and properties; paths in the list become their text.
+std::string jsonOfItems(std::span<const CMPIData> items);
+std::string jsonOfClasses(const std::vector<const ClassDef*>& classes);
+/// Return value and output arguments of a method.
+std::string jsonOfMethod(const CMPIData& returned, const NamedValues& arguments);
+/// An object that names the instance that was changed.
+std::string jsonOfPath(const PathBody& path);
+
+}  // namespace ZebHost

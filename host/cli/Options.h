@@ -1,0 +1,35 @@
+// What the command line asks for.
+#pragma once
+
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "broker/ProviderCalls.h"
+
+namespace ZebHost {
+
+struct Options {
+  std::string command;
+  std::string className;
+  std::string path;
+  std::string method;
+  std::vector<std::string> assignments;  ///< Name=Value
+  AssociationFilter filter;
+  bool names = false;
+
+  bool json = false;
+  bool includeVirtual = false;
+  std::string source;
+  std::string plugin;
+  std::string schema;
+  unsigned timeoutSeconds = 60;  ///< 0: none
+};
+
+/// Reads the command line. Nothing when the process is to end with `exitStatus`: after help (0), and after a
+/// wrong command line (2), whose usage went to `err`.
+std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostream& out, std::ostream& err,
+                                    int& exitStatus);
+
+}  // namespace ZebHost

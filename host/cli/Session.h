@@ -1,0 +1,38 @@
+// What a command works with.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "broker/Broker.h"
+#include "cli/Deadline.h"
+#include "cli/Options.h"
+#include "plugin/PluginLibrary.h"
+
+namespace ZebHost {
+
+/// Folder of the running executable.
+std::string executableFolder();
+
+/// The schema from the start, the plug-in from its first use on.
+class Session {
+ public:
+  /// Throws SchemaError or HostError.
+  explicit Session(const Options& options);
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+  ~Session();
+
+  const ClassRepository& repository() const { return _repository; }
+  Broker& broker() { return _broker; }
+  /// Loads the plug-in when it is not loaded yet. Throws HostError.
+  ProviderCalls& provider();
+
+ private:
+  const Options& _options;
+  ClassRepository _repository;
+  Broker _broker;
+  std::unique_ptr<PluginLibrary> _plugin;
+};
+
+}  // namespace ZebHost
