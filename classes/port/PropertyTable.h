@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <concepts>
 #include <functional>
 #include <initializer_list>
@@ -56,6 +57,10 @@ template <class Value>
 constexpr Constant<Value> constant(Value value) {
   return {value};
 }
+template <class... Values>
+constexpr auto constantList(Values... values) {
+  return constant(std::array{values...});
+}
 /// The value of a property further up.
 constexpr SameAs sameAs(CmpiCpp::NameLiteral property) {
   return {property};
@@ -71,6 +76,22 @@ template <class T>
 inline constexpr bool kIsOptional = false;
 template <class T>
 inline constexpr bool kIsOptional<std::optional<T>> = true;
+template <class T>
+inline constexpr bool kMayBeUnknown = kIsVector<T> || kIsOptional<T>;
+
+/// A single value is a list of one, one that is not known an empty list.
+template <class T>
+std::vector<T> asList(std::vector<T> list) {
+  return list;
+}
+template <class T>
+std::vector<T> asList(std::optional<T> value) {
+  return value ? std::vector<T>{std::move(*value)} : std::vector<T>{};
+}
+template <class T>
+std::vector<T> asList(T value) {
+  return {std::move(value)};
+}
 
 /// The CIM value of type `Cim` for whatever the data library holds it in.
 template <class Cim, class Value>
@@ -93,6 +114,11 @@ CMPIType cimType() {
   } else {
     return CmpiCpp::CmpiData(Cim{}).type();
   }
+}
+
+template <class Cim>
+CMPIType arrayType() {
+  return static_cast<CMPIType>(cimType<Cim>() | CMPI_ARRAY);
 }
 
 template <class Cim, class List>
@@ -224,11 +250,9 @@ struct Properties {
         uint16(
             "HealthState", [status](Subject& s) { return ZEBUtil::opstatusToHealthState(status(s)); },
             always),
-        uint16Array(
-            "OperationalStatus", [status](Subject& s) { return std::vector{status(s)}; }, always),
+        uint16Array("OperationalStatus", status, always),
         stringArray(
-            "StatusDescriptions",
-            [status](Subject& s) { return std::vector<std::string>{opstatusToString(status(s))}; }, always),
+            "StatusDescriptions", [status](Subject& s) { return opstatusToString(status(s)); }, always),
     };
   }
 
@@ -295,38 +319,37 @@ struct Properties {
 
   template <class Cim, class Value>
   static Rows list(CmpiCpp::NameLiteral name, Constant<Value> fixed) {
-    return row(name, static_cast<CMPIType>(detail::cimType<Cim>() | CMPI_ARRAY),
+    return row(name, detail::arrayType<Cim>(),
                [data = detail::toArray<Cim>(fixed.value)](Subject&, const CmpiCpp::CmpiInstance&) {
                  return std::optional(data);
                });
   }
 
   template <class Cim, class Source>
-  requires(detail::kIsVector<Result<Source>>) static Rows
+  requires(!detail::kIsOptional<Result<Source>>) static Rows
       list(CmpiCpp::NameLiteral name, Source source, Always) {
-    return row(name, static_cast<CMPIType>(detail::cimType<Cim>() | CMPI_ARRAY),
-               [source](Subject& subject, const CmpiCpp::CmpiInstance&) {
-                 return std::optional(detail::toArray<Cim>(call(source, subject)));
-               });
+    return row(name, detail::arrayType<Cim>(), [source](Subject& subject, const CmpiCpp::CmpiInstance&) {
+      return std::optional(detail::toArray<Cim>(detail::asList(call(source, subject))));
+    });
   }
 
   template <class Cim, class Source>
-  requires(detail::kIsVector<Result<Source>>) static Rows
+  requires(detail::kMayBeUnknown<Result<Source>>) static Rows
       list(CmpiCpp::NameLiteral name, Source source, Omit) {
-    return row(name, static_cast<CMPIType>(detail::cimType<Cim>() | CMPI_ARRAY),
+    return row(name, detail::arrayType<Cim>(),
                [source](Subject& subject, const CmpiCpp::CmpiInstance&) -> std::optional<CmpiCpp::CmpiData> {
-                 const auto values = call(source, subject);
+                 const auto values = detail::asList(call(source, subject));
                  return values.empty() ? std::nullopt : std::optional(detail::toArray<Cim>(values));
                });
   }
 
   template <class Cim, class Source, class Value>
-  requires(detail::kIsVector<Result<Source>>) static Rows
+  requires(detail::kMayBeUnknown<Result<Source>>) static Rows
       list(CmpiCpp::NameLiteral name, Source source, OrElse<Value> only) {
-    return row(name, static_cast<CMPIType>(detail::cimType<Cim>() | CMPI_ARRAY),
+    return row(name, detail::arrayType<Cim>(),
                [source, other = detail::toArray<Cim>(std::initializer_list<Value>{only.value})](
                    Subject& subject, const CmpiCpp::CmpiInstance&) {
-                 const auto values = call(source, subject);
+                 const auto values = detail::asList(call(source, subject));
                  return std::optional(values.empty() ? other : detail::toArray<Cim>(values));
                });
   }

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "classes/port/Escalation.h"
 #include "classes/port/Known.h"
 #include "classes/port/PortDescription.h"
 #include "classes/port/PropertyTable.h"
@@ -98,8 +99,7 @@ std::string ZEB_EthernetLANEndpoint::description() const {
 operationalStatus ZEB_EthernetLANEndpoint::reportedStatus() {
   const auto status = known(_interface, &InterfaceRecord::getStatus).value_or(operationalStatus::Unknown);
   if (std::exchange(_firstReport, false) || status == _lastStatus) return status;
-  _lastStatus = status == operationalStatus::Degraded ? operationalStatus::Error : status;
-  return _lastStatus;
+  return _lastStatus = escalated(status, _lastStatus);
 }
 
 }  // namespace ZEB

@@ -4,6 +4,7 @@
 #include <ctime>
 #include <utility>
 
+#include "classes/port/Escalation.h"
 #include "classes/port/Known.h"
 #include "classes/port/PortDescription.h"
 #include "classes/port/PropertyTable.h"
@@ -121,8 +122,7 @@ operationalStatus ZEB_EthernetPort::reportedStatus() {
   const auto status = known(_port, &EthernetPort::getPortStatus).value_or(operationalStatus::Unknown);
   const std::lock_guard lock(_memory);
   if (std::exchange(_firstRefresh, false)) return status;
-  const bool justDegraded = status == operationalStatus::Degraded && status != _lastStatus;
-  return justDegraded ? operationalStatus::Error : status;
+  return escalated(status, _lastStatus);
 }
 
 operationalStatus ZEB_EthernetPort::lastStatus() {

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "classes/team/AdapterObject.h"
+
+namespace ZEB {
+
+/// The controller of an adapter as a device.
+class ZEB_EthernetPortController : public AdapterObject {
+ public:
+  static constexpr CmpiCpp::NameLiteral kClassName = "ZEB_EthernetPortController";
+
+  ZEB_EthernetPortController(const Logger& logger, const std::string& nameSpace, const std::uint32_t& number,
+                             const EthernetAdapterDataObject& adapter);
+
+  CmpiCpp::CmpiInstance makeInstance() override;
+};
+
+}  // namespace ZEB

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "classes/team/AdapterObject.h"
+
+namespace ZEB {
+
+/// The card or the on-board chip that an adapter is made as.
+class ZEB_EthernetPortControllerPhysicalPackage : public AdapterObject {
+ public:
+  static constexpr CmpiCpp::NameLiteral kClassName = "ZEB_EthernetPortControllerPhysicalPackage";
+
+  ZEB_EthernetPortControllerPhysicalPackage(const Logger& logger, const std::string& nameSpace,
+                                            const std::uint32_t& number,
+                                            const EthernetAdapterDataObject& adapter);
+
+  CmpiCpp::CmpiInstance makeInstance() override;
+};
+
+}  // namespace ZEB

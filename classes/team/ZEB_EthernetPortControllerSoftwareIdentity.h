@@ -1,0 +1,19 @@
+#pragma once
+
+#include "classes/team/AdapterObject.h"
+
+namespace ZEB {
+
+/// The driver of an adapter.
+class ZEB_EthernetPortControllerSoftwareIdentity : public AdapterObject {
+ public:
+  static constexpr CmpiCpp::NameLiteral kClassName = "ZEB_EthernetPortControllerSoftwareIdentity";
+
+  ZEB_EthernetPortControllerSoftwareIdentity(const Logger& logger, const std::string& nameSpace,
+                                             const std::uint32_t& number,
+                                             const EthernetAdapterDataObject& adapter);
+
+  CmpiCpp::CmpiInstance makeInstance() override;
+};
+
+}  // namespace ZEB

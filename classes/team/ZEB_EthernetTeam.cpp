@@ -1,0 +1,121 @@
+#include "classes/team/ZEB_EthernetTeam.h"
+
+#include <array>
+
+#include "classes/port/Escalation.h"
+#include "classes/port/Known.h"
+#include "classes/port/PropertyTable.h"
+
+namespace ZEB {
+namespace {
+
+/// What a team's mode says in terms of CIM.
+struct LoadBalancing {
+  std::uint16_t algorithm;  ///< "LoadBalanceAlgorithm"
+  std::uint16_t typeOfSet;
+  const char* other;  ///< "OtherLoadBalanceAlgorithm"; null unless the algorithm is 1, other
+};
+
+/// By the number of the bonding mode.
+constexpr std::array kLoadBalancing{
+    LoadBalancing{3, 3, nullptr},        // balance-rr
+    LoadBalancing{0, 2, nullptr},        // active-backup
+    LoadBalancing{1, 3, "balance-xor"},  //
+    LoadBalancing{0, 2, nullptr},        // broadcast
+    LoadBalancing{1, 3, "8023ad"},       // clients know it without a dot
+    LoadBalancing{1, 3, "balance-tlb"},  //
+    LoadBalancing{1, 3, "balance-alb"},
+};
+constexpr LoadBalancing kOtherMode{1, 3, ""};
+constexpr LoadBalancing kModeNotKnown{0, 0, nullptr};
+
+const LoadBalancing& loadBalancing(const EthernetTeamDataObject& team) {
+  const auto mode = known(team, &EthernetTeamDataObject::getOperatingMode);
+  if (!mode) return kModeNotKnown;
+  const auto number = static_cast<std::size_t>(*mode);
+  return number < kLoadBalancing.size() ? kLoadBalancing[number] : kOtherMode;
+}
+
+/// The elements of an operating mode array; none when the mode is not known.
+std::vector<std::uint16_t> operatingModes(const std::optional<EthTeamModeEnum>& mode) {
+  if (!mode) return {};
+  if (*mode > EthTeamModeEnum::BalanceAlb) return {0};
+  if (*mode >= EthTeamModeEnum::BalanceTlb) return {2, 3};
+  return {2};
+}
+
+}  // namespace
+
+struct ZEB_EthernetTeam::Reading {
+  ZEB_EthernetTeam& self;
+  const EthernetTeamDataObject& record;
+  const LoadBalancing& balancing;
+
+  std::string numbered(const char* text) const { return text + std::to_string(self._index); }
+  std::optional<operationalStatus> status() const {
+    const auto status = known(record, &EthernetTeamDataObject::getTeamStatus);
+    return status ? std::optional(escalated(*status, self.lastStatus())) : std::nullopt;
+  }
+};
+
+const PropertyRows<ZEB_EthernetTeam::Reading> ZEB_EthernetTeam::kProperties{
+    P::string(
+        "Caption", [](Reading& r) { return r.numbered("QV Network Team "); }, always),
+    P::string("ElementName", sameAs("Caption")),
+    P::string(
+        "Description", [](Reading& r) { return r.numbered("Local Area Connection "); }, always),
+    P::key("InstanceID"),
+    P::uint16(
+        "LoadBalanceAlgorithm", [](Reading& r) { return r.balancing.algorithm; }, always),
+    P::string(
+        "OtherLoadBalanceAlgorithm",
+        [](Reading& r) { return r.balancing.other ? std::optional(r.balancing.other) : std::nullopt; },
+        orOmit),
+    P::uint16Array(
+        "TypeOfSet", [](Reading& r) { return r.balancing.typeOfSet; }, always),
+    P::uint32("MaxNumberSupported", &EthernetTeamDataObject::getNumberOfSlaves, orElse(0)),
+    P::uint32("MinNumberNeeded", constant(1)),
+    P::uint16("RedundancyStatus", &EthernetTeamDataObject::getRedundancyStatus, orOmit),
+    P::uint16Array(
+        "GroupOperationalStatus", [](Reading& r) { return r.status(); }, orOmit),
+    P::uint64("ActiveMaximumTransmissionUnit", &EthernetTeamDataObject::getMaxFrameSize, orElse(0)),
+    P::uint64("Speed", &EthernetTeamDataObject::getSpeed, orElse(0)),
+    P::uint16Array("TeamCapabilities", &EthernetTeamDataObject::getCapabilities, orOmit),
+    P::uint16Array("TeamEnabledCapabilities", &EthernetTeamDataObject::getEnabledCapabilities, orOmit),
+    P::uint16Array(
+        "TeamOperatingMode",
+        [](Reading& r) { return operatingModes(known(r.record, &EthernetTeamDataObject::getOperatingMode)); },
+        orOmit),
+    P::uint16Array(
+        "TeamCurrentOperatingMode",
+        [](Reading& r) {
+          return operatingModes(known(r.record, &EthernetTeamDataObject::getCurrentOperatingMode));
+        },
+        orOmit),
+};
+
+ZEB_EthernetTeam::ZEB_EthernetTeam(const Logger& parent, const std::string& nameSpace,
+                                   const std::uint32_t& index, const EthernetTeamDataObject& team)
+    : ManagedObject(parent, nameSpace, kClassName, {{"InstanceID", instanceName(kClassName, index)}}),
+      _index(index),
+      _team(team),
+      _slaves(team.getSlaves()) {
+  setWatchesStatus(true);
+  if (_team.getOsDeviceName(_teamName) != 0) {
+    logger().error("ZEB_EthernetTeam:%d failed to call EthernetTeamDataObject::getOsDeviceName", _index);
+  }
+  if (_team.getTeamStatus(_lastStatus) != 0) {
+    logger().error("ZEB_EthernetTeam:%d failed to call EthernetTeamDataObject::getTeamStatus", _index);
+  }
+}
+
+CmpiCpp::CmpiInstance ZEB_EthernetTeam::makeInstance() {
+  return kProperties.makeInstance(makeObjectPath(), {*this, _team, loadBalancing(_team)});
+}
+
+operationalStatus ZEB_EthernetTeam::lastStatus() {
+  const std::lock_guard lock(_memory);
+  return _lastStatus;
+}
+
+}  // namespace ZEB
