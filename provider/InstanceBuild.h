@@ -1,10 +1,15 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
+#include "classes/port/EndpointTypes.h"
+#include "classes/port/InterfaceRecord.h"
 #include "ethernet/EthernetAdapterDataObject.h"
+#include "ethernet/EthernetTeamDataObject.h"
+#include "provider/TeamRecord.h"
 #include "provider/ZEBEthernetPortProvider.h"
 
 namespace ZEB {
@@ -19,8 +24,30 @@ class ZEBEthernetPortProvider::InstanceBuild {
   void run();
 
  private:
+  struct FamilyRule;
+
+  void buildTeamInstances();
+  void buildTeam(const EthernetTeamDataObject& team);
   void buildAdapters();
   void buildAdapter(const EthernetAdapterDataObject& adapter);
+  void buildPort(const CmpiCpp::CmpiObjectPath& controller, const physloc_t& location,
+                 const std::string& partNumber, const EthernetPort& port);
+  void buildPortVLanInstances(const CmpiCpp::CmpiObjectPath& port, const EthernetPort& record);
+  void buildStatistics(const CmpiCpp::CmpiObjectPath& port, const EthernetPort& record);
+  void buildCollection();
+
+  /// A LAN endpoint of an interface with its IP endpoints and gateways. `ToLANEndpoint` ties it to `carrier`,
+  /// the port or the team that the interface is or stands on.
+  template <class ToLANEndpoint>
+  void buildEndpoint(const CmpiCpp::CmpiObjectPath& carrier, const InterfaceRecord& interface);
+  /// The IP endpoints for `addresses` addresses of one family.
+  void buildAddresses(const FamilyRule& rule, std::size_t addresses,
+                      const CmpiCpp::CmpiObjectPath& lanEndpoint, const InterfaceRecord& interface);
+  /// A gateway, once for every IP endpoint that uses it.
+  void buildGateway(const CmpiCpp::CmpiObjectPath& ipEndpoint, const InterfaceRecord& interface);
+
+  /// The position of the first team that has a member of the port's name, or `PortEntry::kNoTeam`.
+  std::int32_t findTeamOfPort(const EthernetPort& port) const;
 
   /// Makes an instance of a class and hands it to the collection, visible. `arguments` follow the logger and
   /// the namespace, which every class takes first.
@@ -31,11 +58,26 @@ class ZEBEthernetPortProvider::InstanceBuild {
     instance->setVisible(true);
     return *instance;
   }
+  /// Likewise, for an instance that is only needed as the end of associations.
+  template <class Class, class... Arguments>
+  CmpiCpp::CmpiObjectPath createEnd(const Arguments&... arguments) {
+    return create<Class>(arguments...).makeObjectPath();
+  }
 
   ZEBEthernetPortProvider& _provider;
   const std::string _nameSpace;
+  const CmpiCpp::CmpiObjectPath _system;
+
+  std::uint32_t _teamNumber = 1;
   std::uint32_t _adapterNumber = 1;
   std::uint32_t _portNumber = 1;  ///< goes on from one adapter to the next
+  // Shared by teams, ports and VLANs; they wrap.
+  std::uint16_t _lanEndpointNumber = 1;
+  std::uint16_t _ipEndpointNumber = 1;
+
+  std::vector<TeamRecord> _teams;
+  std::unordered_map<std::string, std::int32_t> _teamOfMember;  ///< by the member's name, the first team
+  std::vector<PortEntry> _ports;
 };
 
 }  // namespace ZEB

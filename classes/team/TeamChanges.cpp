@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "ethernet/EthernetTeamDataObject.h"
+#include "monitor/Events.h"
 
 namespace ZEB {
 namespace {
@@ -35,11 +36,11 @@ struct StatusChange {
 };
 
 constexpr StatusChange kStatusChanges[] = {
-    {isNotOK, isFailing, "Ethernet Team ", " has failed", 1},
-    {isOK, isFailing, "Ethernet Team ", " has lost connectivity", 2},
-    {isAny, isDormant, "Ethernet Team ", " has been deactivated", 21},
-    {isFailing, isOK, "The connectivity of Ethernet Team ", " has restored", 3},
-    {isDormant, isOK, "Ethernet Team ", " has been activated", 20},
+    {isNotOK, isFailing, "Ethernet Team ", " has failed", kFailed},
+    {isOK, isFailing, "Ethernet Team ", " has lost connectivity", kConnectivityLost},
+    {isAny, isDormant, "Ethernet Team ", " has been deactivated", kDeactivated},
+    {isFailing, isOK, "The connectivity of Ethernet Team ", " has restored", kConnectivityRestored},
+    {isDormant, isOK, "Ethernet Team ", " has been activated", kActivated},
 };
 
 /// Members that are OK, before and now, and how many members there are now.
@@ -58,15 +59,15 @@ struct RedundancyChange {
 
 constexpr RedundancyChange kRedundancyChanges[] = {
     {[](const Redundancy& r) { return r.now > r.before && r.now != r.members; },
-     "The redundancy of Ethernet Team ", " has increased", 6},
+     "The redundancy of Ethernet Team ", " has increased", kRedundancyIncreased},
     {[](const Redundancy& r) { return r.now > r.before && r.now == r.members; },
-     "The redundancy of Ethernet Team ", " has fully restored", 15},
+     "The redundancy of Ethernet Team ", " has fully restored", kRedundancyRestored},
     {[](const Redundancy& r) { return r.now < r.before && r.now > 1; }, "The redundancy of Ethernet Team ",
-     " has decreased", 4},
+     " has decreased", kRedundancyDecreased},
     {[](const Redundancy& r) { return r.now < r.before && r.now == 1; }, "The redundancy of Ethernet Team ",
-     " has lost", 5},
+     " has lost", kRedundancyLost},
     {[](const Redundancy& r) { return r.now < r.before && r.now == 0; }, "The Ethernet Team ", " has failed",
-     16},
+     kTeamFailed},
 };
 
 const EthernetTeamSlave* findByName(const Slaves& slaves, const std::string& name) {
@@ -95,16 +96,18 @@ void addChangesAndDepartures(std::vector<TeamAlert>& alerts, const std::string& 
     const EthernetTeamSlave* current = findByName(now, old.name);
     if (!current) {
       if (gates.memberLeft) {
-        alerts.push_back({8, "Member " + old.name + " has been dropped from Ethernet Team " + team});
+        alerts.push_back(
+            {kMemberDropped, "Member " + old.name + " has been dropped from Ethernet Team " + team});
       }
       continue;
     }
     if (gates.memberRoleChanged && old.role != current->role) {
-      alerts.push_back(memberChanged(9, "role", old.name, team, roleText(old.role), roleText(current->role)));
+      alerts.push_back(memberChanged(kMemberRoleChanged, "role", old.name, team, roleText(old.role),
+                                     roleText(current->role)));
     }
     if (gates.memberStatusChanged && old.status != current->status) {
-      alerts.push_back(memberChanged(10, "status", old.name, team, opstatusToString(old.status),
-                                     opstatusToString(current->status)));
+      alerts.push_back(memberChanged(kMemberStatusChanged, "status", old.name, team,
+                                     opstatusToString(old.status), opstatusToString(current->status)));
     }
   }
 }
@@ -115,7 +118,8 @@ void addArrivals(std::vector<TeamAlert>& alerts, const std::string& team, const 
   if (!gates.memberJoined) return;
   for (const EthernetTeamSlave& current : now) {
     if (findByName(before, current.name)) continue;
-    alerts.push_back({7, "New Member " + current.name + " has been added into Ethernet Team " + team});
+    alerts.push_back(
+        {kMemberAdded, "New Member " + current.name + " has been added into Ethernet Team " + team});
   }
 }
 
@@ -149,8 +153,9 @@ std::vector<TeamAlert> teamMemberAlerts(const Logger& logger, const std::string&
     }
   }
   if (gates.activeCountChanged && activeBefore != activeNow) {
-    alerts.push_back({13, "Active Member Count of Ethernet Team " + team + " Changed from " +
-                              std::to_string(activeBefore) + " to " + std::to_string(activeNow)});
+    alerts.push_back({kActiveMembersChanged, "Active Member Count of Ethernet Team " + team +
+                                                 " Changed from " + std::to_string(activeBefore) + " to " +
+                                                 std::to_string(activeNow)});
   }
   return alerts;
 }
