@@ -1,8 +1,10 @@
 #include "provider/ZEBEthernetPortProvider.h"
 
+#include "cmpicpp/CmpiStatus.h"
 #include "common/Configuration.h"
 #include "common/Physloc.h"
 #include "common/ZEBUtil.h"
+#include "ethernet/Sources.h"
 #include "provider/Names.h"
 
 namespace ZEB {
@@ -29,6 +31,7 @@ ZEBEthernetPortProvider::ZEBEthernetPortProvider(const CmpiCpp::CmpiBroker& brok
 
   ZEBPhysloc::init(ZEBPhysloc::kThisChassis);
   StartNetlinkThread();
+  checkSource();
   {
     const std::lock_guard lock(_linkWatch->mutex);
     makeDataSources();
@@ -55,6 +58,14 @@ ZEBEthernetPortProvider::~ZEBEthernetPortProvider() {
 void ZEBEthernetPortProvider::StartNetlinkThread() {
   _netlinkThread.emplace(_logger, [watch = _linkWatch](int socket) { return watch->handleMessage(socket); });
   _netlinkThread->start();
+}
+
+// A recording that cannot be played back is a mistake of whoever configured it, who has to be told; a host whose
+// kernel does not answer is served all the same.
+void ZEBEthernetPortProvider::checkSource() {
+  const std::string file = Configuration::current()->sourceFile;
+  if (file.empty()) return;
+  if (const auto trouble = ethernet::checkRecording(file)) throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_FAILED, *trouble);
 }
 
 void ZEBEthernetPortProvider::makeDataSources() {

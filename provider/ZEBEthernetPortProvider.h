@@ -69,6 +69,7 @@ class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
   class InstanceBuild;
 
   void StartNetlinkThread();
+  static void checkSource();
   /// Puts new data sources in place of the ones there are, if any. The caller holds the link watch's mutex.
   void makeDataSources();
   /// Fills the collection from the data sources: adds, and never takes away.

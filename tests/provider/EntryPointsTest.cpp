@@ -1,5 +1,8 @@
 #include <pthread.h>
 
+#include <filesystem>
+#include <iterator>
+
 #include "ProviderFixture.h"
 #include "cmpicpp/CmpiProvider.h"
 #include "monitor/NetlinkThread.h"
@@ -24,6 +27,11 @@ struct Interfaces {
   CMPIMethodMI* method;
   CMPIIndicationMI* indication;
 };
+
+std::size_t threads() {
+  const std::filesystem::directory_iterator entries("/proc/self/task");
+  return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+}
 
 /// Each test makes its own provider and leaves none behind.
 class EntryPointsTest : public ProviderTest {
@@ -191,6 +199,47 @@ TEST_F(EntryPointsTest, FilterCallsAnswerOk) {
   EXPECT_EQ(mi->ft->deActivateFilter(mi, &call.context(), nullptr, "ZEB_EthernetIndication", path, 1).rc,
             CMPI_RC_OK);
   mi->ft->cleanup(mi, &call.context(), 1);
+}
+
+TEST_F(EntryPointsTest, AProviderThatCannotBeMadeGivesNullAndAReasonAndLeavesNothing) {
+  configure("ZEB_SOURCE_FILE", "/nonexistent/recording.json");
+  FakeBroker::Call call(broker);
+  const auto before = threads();
+  struct {
+    const char* name;
+    void* interface;
+  } const results[] = {
+      {"_Generic_Create_InstanceMI",
+       _Generic_Create_InstanceMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr)},
+      {"_Generic_Create_AssociationMI",
+       _Generic_Create_AssociationMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr)},
+      {"_Generic_Create_MethodMI",
+       _Generic_Create_MethodMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr)},
+      {"_Generic_Create_IndicationMI",
+       _Generic_Create_IndicationMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr)},
+  };
+  for (const auto& result : results) {
+    EXPECT_EQ(result.interface, nullptr) << result.name;
+    EXPECT_TRUE(log->mentions(LogLevel::Error, std::string(result.name) +
+                                                   ": ZEBEthernetPort constructor threw CmpiStatus exception: "))
+        << result.name;
+  }
+  // The netlink thread had been started; it is gone, and its pipe with it.
+  EXPECT_EQ(log->count("Netlink Thread Started"), 4U);
+  EXPECT_EQ(threads(), before);
+  EXPECT_EQ(pipeFd[0], -1);
+
+  CMPIStatus status{CMPI_RC_OK, nullptr};
+  EXPECT_EQ(_Generic_Create_InstanceMI(broker.get(), &call.context(), "ZEBEthernetPort", &status), nullptr);
+  EXPECT_EQ(status.rc, CMPI_RC_ERR_FAILED);
+  ASSERT_NE(status.msg, nullptr);
+  EXPECT_NE(std::string(status.msg->ft->getCharPtr(status.msg, nullptr)).find("/nonexistent/recording.json"),
+            std::string::npos);
+
+  // The registry kept nothing: with a source that can be read the next call succeeds.
+  serve("one_port.json");
+  EXPECT_NE(create(), nullptr);
+  cleanup();
 }
 
 TEST_F(EntryPointsTest, AThreadThatCannotBeStartedIsLoggedAndTheProviderServes) {

@@ -12,9 +12,9 @@
 #include <string>
 #include <string_view>
 
+#include "ethernet/Sources.h"
 #include "kernel/KernelSource.h"
 #include "recorded/Anonymizer.h"
-#include "recorded/RecordedSource.h"
 #include "recorded/SnapshotWriter.h"
 
 namespace {
@@ -35,8 +35,8 @@ int fail(const std::string& why) {
 }
 
 int check(const std::string& file) {
-  const auto snapshot = RecordedSource(file).readAll();
-  return snapshot ? 0 : fail(snapshot.failure().what);
+  const auto trouble = checkRecording(file);
+  return trouble ? fail(*trouble) : 0;
 }
 
 std::uint64_t randomKey() {

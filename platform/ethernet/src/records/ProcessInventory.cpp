@@ -14,17 +14,14 @@ struct Shared {
   bool includeVirtual = false;
 };
 
-Shared& shared() {
-  static Shared instance;
-  return instance;
-}
+// Made when the library is loaded, so that it outlives every provider.
+Shared kept;
 
 }  // namespace
 
 std::shared_ptr<Inventory> processInventory() {
   const auto configuration = Configuration::current();
   const Configuration& wanted = *configuration;
-  Shared& kept = shared();
   const std::scoped_lock lock(kept.mutex);
   auto inventory = kept.inventory.lock();
   if (inventory && kept.sourceFile == wanted.sourceFile && kept.includeVirtual == wanted.includeVirtual) {
@@ -39,7 +36,6 @@ std::shared_ptr<Inventory> processInventory() {
 }
 
 std::shared_ptr<Inventory> existingProcessInventory() {
-  Shared& kept = shared();
   const std::scoped_lock lock(kept.mutex);
   return kept.inventory.lock();
 }

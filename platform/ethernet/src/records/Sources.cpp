@@ -10,6 +10,11 @@ std::shared_ptr<Inventory> recordedInventory(const std::string& file, bool inclu
   return std::make_shared<Inventory>(std::make_unique<RecordedSource>(file), includeVirtual);
 }
 
+std::optional<std::string> checkRecording(const std::string& file) {
+  const auto snapshot = RecordedSource(file).readAll();
+  return snapshot ? std::nullopt : std::optional(snapshot.failure().what);
+}
+
 std::shared_ptr<Inventory> kernelInventory(bool includeVirtual) {
   return std::make_shared<Inventory>(std::make_unique<KernelSource>(), includeVirtual);
 }
