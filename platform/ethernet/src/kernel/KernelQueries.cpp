@@ -120,33 +120,24 @@ Outcome<std::vector<AddressFacts>> KernelQueries::addresses(std::optional<std::u
   return addresses;
 }
 
-Outcome<std::vector<RouteFacts>> KernelQueries::routes(std::optional<std::uint32_t> index) {
-  auto routes = routesOf(AF_INET, index);
+Outcome<std::vector<RouteFacts>> KernelQueries::routes() {
+  auto routes = routesOf(AF_INET);
   if (!routes) return routes;
-  const auto more = routesOf(AF_INET6, index);
+  const auto more = routesOf(AF_INET6);
   // Without IPv6 in the kernel there are no routes of it.
   if (more) routes->insert(routes->end(), more->begin(), more->end());
   return routes;
 }
 
-Outcome<std::vector<RouteFacts>> KernelQueries::routesOf(std::uint8_t family,
-                                                         std::optional<std::uint32_t> index) {
+Outcome<std::vector<RouteFacts>> KernelQueries::routesOf(std::uint8_t family) {
   Request request(RTM_GETROUTE, NLM_F_DUMP);
   rtmsg header{};
   header.rtm_family = family;
   header.rtm_type = RTN_UNICAST;
   request.header(header);
-  if (index) request.u32(RTA_OIF, *index);
-  auto routes = collect<RouteFacts>(_routing, request, "routes", [&](auto& all, Bytes payload) {
-    for (const RouteFacts& route : decodeDefaultRoute(payload)) {
-      if (!index || route.index == *index) all.push_back(route);
-    }
+  return collect<RouteFacts>(_routing, request, "routes", [](auto& all, Bytes payload) {
+    for (const RouteFacts& route : decodeDefaultRoute(payload)) all.push_back(route);
   });
-  // A kernel that keeps no routes out of that interface has no device for the filter, or no table.
-  if (!routes && index && (routes.failure().code == ENODEV || routes.failure().code == ENOENT)) {
-    return std::vector<RouteFacts>{};
-  }
-  return routes;
 }
 
 void KernelQueries::addEthtool(std::vector<LinkFacts>& links) {

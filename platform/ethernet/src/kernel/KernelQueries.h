@@ -25,8 +25,8 @@ class KernelQueries {
   /// The interfaces that are members of that one.
   Outcome<std::vector<LinkFacts>> members(std::uint32_t master);
   Outcome<std::vector<AddressFacts>> addresses(std::optional<std::uint32_t> index);
-  /// Default routes.
-  Outcome<std::vector<RouteFacts>> routes(std::optional<std::uint32_t> index);
+  /// Default routes. The kernel has no faster way to those of one interface than to walk all.
+  Outcome<std::vector<RouteFacts>> routes();
 
   /// Adds what ethtool says to links in the order of their numbers. What it does not say, or not on this
   /// kernel, stays unknown.
@@ -41,7 +41,7 @@ class KernelQueries {
   Outcome<std::vector<Message>> collect(QuerySocket& socket, Request& request, const char* what,
                                         Append append);
   void findEthtool();
-  Outcome<std::vector<RouteFacts>> routesOf(std::uint8_t family, std::optional<std::uint32_t> index);
+  Outcome<std::vector<RouteFacts>> routesOf(std::uint8_t family);
 
   QuerySocket _routing;
   std::unique_ptr<QuerySocket> _generic;  ///< null where generic netlink is not to be had

@@ -24,6 +24,12 @@ void replaceInterface(HostSnapshot& snapshot, std::uint32_t index, const HostSna
   replaceOf(snapshot.routes, index, newer.routes);
 }
 
+bool concerns(const Announcements& announced, const HostSnapshot& snapshot) {
+  return announced.everything || std::ranges::any_of(snapshot.links, [&](const LinkFacts& link) {
+           return announced.interfaces.contains(link.index);
+         });
+}
+
 template <class T>
 void append(std::vector<T>& all, std::vector<T>&& more) {
   std::ranges::move(more, std::back_inserter(all));
@@ -41,18 +47,37 @@ std::optional<Failure> KernelSource::open() {
 }
 
 bool KernelSource::announced() {
-  if (_listener && _listener->drain().any()) _announced = true;
+  if (_listener && hear().any()) _announced = true;
   return _announced;
+}
+
+/// An interface that goes down or loses an address takes its routes with it, and not all of that is
+/// announced.
+Announcements KernelSource::hear() {
+  Announcements heard = _listener->drain();
+  const auto concerned = [&](const RouteFacts& route) { return heard.interfaces.contains(route.index); };
+  if (heard.everything || heard.routes || (_routes && std::ranges::any_of(*_routes, concerned)))
+    _routes.reset();
+  return heard;
+}
+
+Outcome<std::vector<RouteFacts>> KernelSource::routes() {
+  if (!_routes) {
+    auto routes = _queries->routes();
+    if (!routes) return routes;
+    _routes = std::move(*routes);
+  }
+  return *_routes;
 }
 
 Outcome<HostSnapshot> KernelSource::readAll() {
   if (auto failure = open()) return std::move(*failure);
-  (void)_listener->drain();
+  (void)hear();
   _announced = true;  // until an answer is whole
   Outcome<HostSnapshot> snapshot = dump();
   if (!snapshot) return snapshot;
   Announcements changed;
-  for (int round = 0; round < kRounds && (changed = _listener->drain()).any(); ++round) {
+  for (int round = 0; round < kRounds && (changed = hear()).any(); ++round) {
     if (changed.everything || changed.interfaces.size() > kMostRepairs) {
       snapshot = dump();
       if (!snapshot) return snapshot;
@@ -72,11 +97,12 @@ Outcome<HostSnapshot> KernelSource::dump() {
   if (!links) return links.failure();
   auto addresses = _queries->addresses(std::nullopt);
   if (!addresses) return addresses.failure();
-  auto routes = _queries->routes(std::nullopt);
-  if (!routes) return routes.failure();
+  _routes.reset();
+  auto defaults = routes();
+  if (!defaults) return defaults.failure();
   snapshot.links = std::move(*links);
   snapshot.addresses = std::move(*addresses);
-  snapshot.routes = std::move(*routes);
+  snapshot.routes = std::move(*defaults);
   std::ranges::sort(snapshot.links, {}, &LinkFacts::index);
   _queries->addEthtool(snapshot.links);
   _devices.completeAll(snapshot.links);
@@ -94,20 +120,19 @@ std::optional<Failure> KernelSource::repair(HostSnapshot& snapshot, Announcement
 
 Outcome<HostSnapshot> KernelSource::readOne(std::uint32_t index) {
   if (auto failure = open()) return std::move(*failure);
-  Announcements before = _listener->drain();
+  Announcements before = hear();
   Outcome<HostSnapshot> snapshot = askOne(index);
   for (int round = 0; round < kRounds; ++round) {
-    const Announcements during = _listener->drain();
+    const Announcements during = hear();
     before.add(during);
-    if (!snapshot || (!during.everything && !during.interfaces.contains(index))) break;
+    if (!snapshot || !concerns(during, *snapshot)) break;
     snapshot = askOne(index);
   }
   if (before.any()) _announced = true;
   return snapshot;
 }
 
-/// The interface first, then what else its facts are made from: a team's members, a bridge that it is a port
-/// of.
+/// The interface first, then what else its facts are made from: a team's members, or the bridge that it is in.
 Outcome<HostSnapshot> KernelSource::askOne(std::uint32_t index) {
   HostSnapshot snapshot;
   snapshot.sampleTime = std::time(nullptr);
@@ -127,13 +152,13 @@ Outcome<HostSnapshot> KernelSource::askOne(std::uint32_t index) {
     withLayers.push_back(*own.masterIndex);
     append(snapshot.links, std::move(*master));
   }
+  auto defaults = routes();
+  if (!defaults) return defaults.failure();
+  snapshot.routes = std::move(*defaults);
   for (const std::uint32_t each : withLayers) {
     auto addresses = _queries->addresses(each);
-    auto routes = _queries->routes(each);
     if (!addresses) return addresses.failure();
-    if (!routes) return routes.failure();
     append(snapshot.addresses, std::move(*addresses));
-    append(snapshot.routes, std::move(*routes));
   }
   _queries->addEthtool(own);
   _devices.complete(own);

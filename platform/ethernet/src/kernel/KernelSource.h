@@ -26,10 +26,15 @@ class KernelSource : public HostSource {
   Outcome<HostSnapshot> dump();
   std::optional<Failure> repair(HostSnapshot& snapshot, Announcements changed);
   Outcome<HostSnapshot> askOne(std::uint32_t index);
+  Announcements hear();
+  Outcome<std::vector<RouteFacts>> routes();
 
   std::unique_ptr<Listener> _listener;
   std::unique_ptr<KernelQueries> _queries;
   DeviceMemory _devices;
+  /// Default routes as of the last dump of them; nothing once some may have changed. A question about one
+  /// interface then needs no walk over the whole routing table.
+  std::optional<std::vector<RouteFacts>> _routes;
   bool _announced = true;  ///< something was heard since the last whole answer began, or there was none
 };
 

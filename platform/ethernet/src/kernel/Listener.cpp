@@ -56,6 +56,7 @@ void addRoute(Announcements& announced, Bytes payload) {
   const auto routes = decodeDefaultRoute(payload);
   // One without a gateway that is known here may still replace one that was.
   announced.everything |= routes.empty();
+  announced.routes = true;
   for (const RouteFacts& route : routes) announced.interfaces.insert(route.index);
 }
 
@@ -63,6 +64,7 @@ void addRoute(Announcements& announced, Bytes payload) {
 
 void Announcements::add(const Announcements& more) {
   everything |= more.everything;
+  routes |= more.routes;
   interfaces.insert(more.interfaces.begin(), more.interfaces.end());
 }
 

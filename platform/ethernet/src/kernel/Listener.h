@@ -13,6 +13,7 @@ namespace ZEB::ethernet {
 /// What was announced: some interfaces, or possibly everything.
 struct Announcements {
   bool everything = false;
+  bool routes = false;  ///< default routes of the interfaces came or went
   std::set<std::uint32_t> interfaces;
 
   bool any() const { return everything || !interfaces.empty(); }

@@ -64,7 +64,6 @@ std::optional<Failure> QuerySocket::ask(Request& request, const char* what, cons
     const bool again = state == ReplyReader::State::Interrupted || error == ENOBUFS || error == EBUSY;
     if (!again) break;
   }
-  // What changes faster than it can be listed: the last try was whole, if not of one moment.
   return Failure{error,
                  std::string(what) + ": " + (error ? std::strerror(error) : "changes while it is listed")};
 }

@@ -1,0 +1,83 @@
+#include <gtest/gtest.h>
+#include <linux/ethtool_netlink.h>
+#include <linux/genetlink.h>
+#include <linux/rtnetlink.h>
+#include <sys/socket.h>
+
+#include "MessageBuilder.h"
+#include "kernel/Listener.h"
+
+namespace ZEB::ethernet::test {
+namespace {
+
+using Interfaces = std::set<std::uint32_t>;
+
+MessageBuilder link(int index) {
+  ifinfomsg header{};
+  header.ifi_index = index;
+  MessageBuilder builder;
+  return builder.raw(header).message(RTM_NEWLINK, 0);
+}
+
+MessageBuilder address(std::uint32_t index) {
+  ifaddrmsg header{};
+  header.ifa_index = index;
+  MessageBuilder builder;
+  return builder.raw(header).message(RTM_DELADDR, 0);
+}
+
+MessageBuilder route(int destination, bool gateway) {
+  rtmsg header{};
+  header.rtm_family = AF_INET;
+  header.rtm_type = RTN_UNICAST;
+  header.rtm_dst_len = static_cast<std::uint8_t>(destination);
+  MessageBuilder builder;
+  builder.raw(header).number(RTA_OIF, 8u);
+  if (gateway) builder.bytes(RTA_GATEWAY, {10, 0, 0, 1});
+  return builder.message(RTM_NEWROUTE, 0);
+}
+
+TEST(Announcements, NameTheInterfacesOfADatagram) {
+  auto datagram = link(3);
+  datagram += address(4);
+  datagram += link(3);
+  const auto heard = routingAnnouncement(datagram.view());
+  EXPECT_FALSE(heard.everything);
+  EXPECT_FALSE(heard.routes);
+  EXPECT_EQ(heard.interfaces, (Interfaces{3, 4}));
+}
+
+TEST(Announcements, DefaultRoutesConcernTheirInterface) {
+  const auto heard = routingAnnouncement(route(0, true).view());
+  EXPECT_TRUE(heard.routes);
+  EXPECT_FALSE(heard.everything);
+  EXPECT_EQ(heard.interfaces, Interfaces{8});
+  EXPECT_TRUE(routingAnnouncement(route(0, false).view()).everything) << "it may replace one with a gateway";
+  EXPECT_FALSE(routingAnnouncement(route(24, true).view()).any());
+}
+
+TEST(Announcements, WhatCannotBeReadMayBeEverything) {
+  MessageBuilder cut;
+  EXPECT_TRUE(routingAnnouncement(cut.raw(std::uint8_t{0}).message(RTM_NEWLINK, 0).view()).everything);
+  EXPECT_TRUE(routingAnnouncement(link(0).view()).everything);
+  EXPECT_FALSE(routingAnnouncement(link(3).view().first(8)).any());
+}
+
+TEST(Announcements, OfEthtool) {
+  MessageBuilder header, builder, bare;
+  header.number(ETHTOOL_A_HEADER_DEV_INDEX, 6u);
+  builder.raw(genlmsghdr{ETHTOOL_MSG_WOL_NTF, 1, 0}).nest(ETHTOOL_A_WOL_HEADER, header);
+  EXPECT_EQ(ethtoolAnnouncement(builder.message(21, 0).view()).interfaces, Interfaces{6});
+  bare.raw(genlmsghdr{ETHTOOL_MSG_WOL_NTF, 1, 0});
+  EXPECT_TRUE(ethtoolAnnouncement(bare.message(21, 0).view()).everything);
+}
+
+TEST(Announcements, AddUp) {
+  Announcements heard = routingAnnouncement(link(3).view());
+  heard.add(routingAnnouncement(route(0, true).view()));
+  EXPECT_TRUE(heard.routes);
+  EXPECT_EQ(heard.interfaces, (Interfaces{3, 8}));
+}
+
+}  // namespace
+}  // namespace ZEB::ethernet::test
