@@ -12,7 +12,8 @@ namespace CmpiCpp {
 class CmpiStatus : public std::exception {
  public:
   explicit CmpiStatus(CMPIrc rc) : _rc(rc), _text(defaultText(rc)) {}
-  CmpiStatus(CMPIrc rc, std::string message) : _rc(rc), _message(std::move(message)), _text(_message) {}
+  CmpiStatus(CMPIrc rc, std::string message)
+      : _rc(rc), _message(std::move(message)), _text(_message.empty() ? defaultText(rc) : _message) {}
 
   CMPIrc rc() const { return _rc; }
   /// What goes to the client beside the code; may be empty.
