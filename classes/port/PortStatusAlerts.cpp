@@ -48,7 +48,7 @@ void ZEB_EthernetPort::manageDynamic(bool& visible, int indicationsEnabled, int 
   logger().info("old status: %d", before);
   logger().info("new status: %d", now);
   if (now != before) {
-    if (monitorPorts != 0 && _included) {
+    if (monitorPorts != 0 && included()) {
       logger().info("Creating EthernetIndication object");
       ZEB_EthernetIndication sender(logger(), nameSpace());
       logger().info("Done creating EthernetIndication object");

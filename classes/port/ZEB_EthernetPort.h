@@ -1,10 +1,10 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <mutex>
 #include <string>
 
+#include "classes/port/CollectionMember.h"
 #include "classes/port/ManagedObject.h"
 #include "cmpicpp/CmpiContext.h"
 #include "common/OperationalStatus.h"
@@ -16,7 +16,7 @@ namespace ZEB {
 class ZEB_EthernetIndication;
 
 /// One physical Ethernet port of an adapter.
-class ZEB_EthernetPort : public ManagedObject {
+class ZEB_EthernetPort : public ManagedObject, public CollectionMember {
  public:
   static constexpr CmpiCpp::NameLiteral kClassName = "ZEB_EthernetPort";
 
@@ -32,12 +32,7 @@ class ZEB_EthernetPort : public ManagedObject {
   void manageDynamic(bool& visible, int indicationsEnabled, int monitorPorts,
                      const CmpiCpp::CmpiContext& context);
 
-  /// The status seen last. From any thread.
-  operationalStatus lastStatus();
-
-  /// Whether the port counts for the collection's status and raises alerts. From any thread.
-  bool included() const { return _included; }
-  void setIncluded(bool included) { _included = included; }
+  operationalStatus lastStatus() override;
 
  private:
   struct Reading;
@@ -58,7 +53,6 @@ class ZEB_EthernetPort : public ManagedObject {
   const physloc_t _location;
   const std::string _partNumber;
   EthernetPort _port;
-  std::atomic<bool> _included{true};
 
   // What the port remembers, which the worker changes beside requests; never held while something is sent.
   std::mutex _memory;

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <mutex>
 #include <string>
 #include <vector>
 
+#include "classes/port/CollectionMember.h"
 #include "classes/port/ManagedObject.h"
 #include "common/OperationalStatus.h"
 #include "ethernet/EthernetTeamDataObject.h"
@@ -13,7 +13,7 @@
 namespace ZEB {
 
 /// One team of ports: a bonding interface.
-class ZEB_EthernetTeam : public ManagedObject {
+class ZEB_EthernetTeam : public ManagedObject, public CollectionMember {
  public:
   static constexpr CmpiCpp::NameLiteral kClassName = "ZEB_EthernetTeam";
 
@@ -25,12 +25,7 @@ class ZEB_EthernetTeam : public ManagedObject {
   /// The OS device name when the team was built; empty when it could not be read.
   const std::string& teamName() const { return _teamName; }
 
-  /// The status seen last. From any thread.
-  operationalStatus lastStatus();
-
-  /// Whether the team raises alerts. From any thread.
-  bool included() const { return _included; }
-  void setIncluded(bool included) { _included = included; }
+  operationalStatus lastStatus() override;
 
  private:
   struct Reading;
@@ -40,7 +35,6 @@ class ZEB_EthernetTeam : public ManagedObject {
   const std::uint32_t _index;
   EthernetTeamDataObject _team;
   std::string _teamName;
-  std::atomic<bool> _included{true};
 
   // What the team remembers, which the worker changes beside requests; never held while something is sent.
   std::mutex _memory;

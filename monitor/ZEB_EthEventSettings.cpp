@@ -1,0 +1,195 @@
+#include "monitor/ZEB_EthEventSettings.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstring>
+#include <optional>
+#include <thread>
+
+#include "classes/port/PropertyTable.h"
+#include "cmpicpp/CmpiFactories.h"
+#include "cmpicpp/CmpiStatus.h"
+
+namespace ZEB {
+
+using CmpiCpp::CmpiData;
+using CmpiCpp::CmpiInstance;
+using CmpiCpp::CmpiPropertyList;
+using CmpiCpp::CmpiStatus;
+
+namespace {
+
+constexpr const char kDescription[] = "QV Ethernet Event Provider configurable settings";
+
+/// What the two kinds of settings differ in.
+struct Kind {
+  CMPIType type;
+  const char* mismatch;
+  std::uint32_t (*read)(const CmpiData&);
+  CmpiData (*make)(std::uint32_t);
+  void (*load)(DataStore&, const std::string& key, std::atomic<std::uint32_t>& value);
+  void (*keep)(DataStore&, const std::string& key, std::uint32_t value);
+};
+
+constexpr Kind kNumber = {
+    CMPI_uint32,
+    "data type is not uint32.  throw CmpiStatus error!",
+    [](const CmpiData& data) { return static_cast<std::uint32_t>(data.asUnsigned()); },
+    [](std::uint32_t value) { return CmpiData(value); },
+    [](DataStore& store, const std::string& key, std::atomic<std::uint32_t>& value) {
+      value = store.getUInt32(key);
+    },
+    [](DataStore& store, const std::string& key, std::uint32_t value) { store.setUInt32(key, value); },
+};
+
+constexpr Kind kFlag = {
+    CMPI_boolean,
+    "data type is not boolean.  throw CmpiStatus error!",
+    [](const CmpiData& data) { return data.asBoolean() ? 1u : 0u; },
+    [](std::uint32_t value) { return CmpiData(value != 0); },
+    [](DataStore& store, const std::string& key, std::atomic<std::uint32_t>& value) {
+      value = store.getBool(key) ? 1 : 0;
+    },
+    [](DataStore& store, const std::string& key, std::uint32_t value) { store.setBool(key, value != 0); },
+};
+
+/// A setting: its name is the property's and the store's key.
+struct Setting {
+  CmpiCpp::NameLiteral name;
+  const Kind& kind;
+  std::uint32_t initial;
+};
+
+constexpr std::array<Setting, ZEB_EthEventSettings::kCount> kSettings = {{
+    {"PollInterval", kNumber, 200},
+    {"FloodThreshold", kNumber, 10},
+    {"MaxFloodLevel", kNumber, 100},
+    {"ActiveAdapterCountChanged", kFlag, false},
+    {"MemberRoleChanged", kFlag, false},
+    {"MemberStatusChanged", kFlag, false},
+    {"MemberJoinedTeam", kFlag, false},
+    {"MemberLeftTeam", kFlag, false},
+    {"InterfaceAvailable", kFlag, false},
+    {"InterfaceUnAvailable", kFlag, false},
+    {"MonitorPorts", kFlag, true},
+    {"MonitorLANEndpoints", kFlag, false},
+    {"MonitorRedundancySets", kFlag, true},
+}};
+
+constexpr auto kPollInterval = static_cast<std::size_t>(EventSetting::PollInterval);
+
+/// Settings are told apart by case.
+std::optional<std::size_t> indexOf(const char* name) {
+  const auto found = std::find_if(kSettings.begin(), kSettings.end(), [&](const Setting& setting) {
+    return std::strcmp(setting.name.c_str(), name) == 0;
+  });
+  if (found == kSettings.end()) return std::nullopt;
+  return static_cast<std::size_t>(found - kSettings.begin());
+}
+
+}  // namespace
+
+ZEB_EthEventSettings::ZEB_EthEventSettings(const Logger& theLogger, const std::string& theNameSpace)
+    : ManagedObject(theLogger, theNameSpace, kClassName, {{"InstanceId", "JXV:0"}}) {
+  logger().info("calling makeDataStore...");
+  _store = makeDataStore(std::string(kClassName.view()));
+  if (!_store) logger().error("unable to open datastore %s", kClassName.view());
+  initialize();
+  _pollingDisabled = number(EventSetting::PollInterval) == 0;
+}
+
+void ZEB_EthEventSettings::initialize() {
+  // All defaults of a first start are one transaction.
+  std::optional<DataStore::Batch> batch;
+  if (_store) batch.emplace(*_store);
+  bool works = _store != nullptr;
+  const auto guarded = [&](auto&& use) {
+    try {
+      if (works) use();
+    } catch (const CmpiStatus& status) {
+      // Once is enough: each further try could wait for a lock again.
+      works = false;
+      logger().error("the settings cannot be kept: %s", status.what());
+    }
+  };
+  for (std::size_t index = 0; index < kCount; ++index) {
+    const Setting& setting = kSettings[index];
+    const std::string key(setting.name.view());
+    logger().info("initialize evSetting %s...", key);
+    _values[index] = setting.initial;
+    guarded([&] {
+      if (_store->exists(key)) {
+        setting.kind.load(*_store, key, _values[index]);
+      } else {
+        setting.kind.keep(*_store, key, setting.initial);
+      }
+    });
+  }
+  guarded([&] { batch->commit(); });
+}
+
+CmpiInstance ZEB_EthEventSettings::makeInstance() {
+  using P = Properties<ZEB_EthEventSettings>;
+  static const PropertyRows<ZEB_EthEventSettings> kProperties{
+      P::key("InstanceId"),
+      P::string("ElementName", constant(kDescription)),
+      P::string("Caption", constant(kDescription)),
+      P::string("Description", constant(kDescription)),
+  };
+  CmpiInstance instance = CmpiCpp::makeCmpiInstance(ZEBUtil::getBroker(), makeObjectPath());
+  kProperties.fill(instance, *this);
+  for (std::size_t index = 0; index < kCount; ++index) {
+    instance.addProperty(kSettings[index].name, kSettings[index].kind.make(_values[index]));
+  }
+  return instance;
+}
+
+void ZEB_EthEventSettings::modify(const CmpiInstance& instance, CmpiPropertyList names) {
+  logger().info("::modifyInstance() start");
+  const Selection selection = select(names);
+  for (std::size_t index = 0; index < kCount; ++index) {
+    if (selection[index]) modifyOne(index, instance.getProperty(kSettings[index].name.view()));
+  }
+}
+
+ZEB_EthEventSettings::Selection ZEB_EthEventSettings::select(CmpiPropertyList names) const {
+  Selection selection{};
+  if (!names) {
+    logger().info("property list is NULL");
+    selection.fill(true);
+    return selection;
+  }
+  logger().info("property list is NOT NULL");
+  bool unknown = true;
+  while (*names) {
+    if (const auto index = indexOf(*names)) {
+      selection[*index] = true;
+      unknown = false;
+      ++names;
+    } else if (unknown) {
+      throw CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER);
+    } else {
+      // The walk stays at this name for ever; clients know it so. It only must not burn the processor.
+      std::this_thread::sleep_for(std::chrono::seconds(1));
+    }
+  }
+  return selection;
+}
+
+void ZEB_EthEventSettings::modifyOne(std::size_t index, const CmpiData& data) {
+  const Setting& setting = kSettings[index];
+  if (data.type() != setting.kind.type) {
+    logger().info(setting.kind.mismatch);
+    throw CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER);
+  }
+  const std::uint32_t wanted = data.isNull() ? 0 : setting.kind.read(data);
+  if (wanted == _values[index]) return;
+  logger().info("Change in %s property detected...", setting.name.view());
+  // Kept first: when that fails, the client is told that nothing was.
+  if (_store) setting.kind.keep(*_store, std::string(setting.name.view()), wanted);
+  _values[index] = wanted;
+  // Any other number switches polling on again, even while the interval is 0.
+  if (setting.kind.type == CMPI_uint32) _pollingDisabled = index == kPollInterval && wanted == 0;
+}
+
+}  // namespace ZEB

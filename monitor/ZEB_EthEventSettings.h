@@ -1,0 +1,75 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <memory>
+
+#include "classes/port/ManagedObject.h"
+#include "common/DataStore.h"
+
+namespace ZEB {
+
+/// The settings by their index, which is their order everywhere.
+enum class EventSetting : std::size_t {
+  PollInterval,  ///< seconds; 0 is no polling
+  FloodThreshold,
+  MaxFloodLevel,
+  ActiveAdapterCountChanged,
+  MemberRoleChanged,
+  MemberStatusChanged,
+  MemberJoinedTeam,
+  MemberLeftTeam,
+  InterfaceAvailable,
+  InterfaceUnAvailable,
+  MonitorPorts,
+  MonitorLANEndpoints,
+  MonitorRedundancySets,
+};
+
+/// The one instance of configurable settings, kept in a data store of its own. Readers need no lock: a value
+/// is the one before or after a change.
+class ZEB_EthEventSettings : public ManagedObject {
+ public:
+  static constexpr CmpiCpp::NameLiteral kClassName = "ZEB_EthEventSettings";
+
+  /// Takes the values from the store; what is not there starts with its default and is written there. Without
+  /// a store that works the defaults hold.
+  ZEB_EthEventSettings(const Logger& logger, const std::string& nameSpace);
+
+  CmpiCpp::CmpiInstance makeInstance() override;
+
+  std::uint32_t number(EventSetting setting) const { return value(setting); }
+  bool isOn(EventSetting setting) const { return value(setting) != 0; }
+  bool pollingDisabled() const { return _pollingDisabled; }
+
+  /// Seconds since the epoch; 0 until the build sets it.
+  std::int64_t lastPollTime() const { return _lastPollTime; }
+  void setLastPollTime(std::int64_t seconds) { _lastPollTime = seconds; }
+
+  /// Takes the listed properties over from `instance`, all settings when the list is null. Under the
+  /// provider's lock.
+  ///
+  /// Throws `CmpiStatus`: `CMPI_RC_ERR_INVALID_PARAMETER` for an unknown name at the head of the list or a
+  /// value of the wrong type, `CMPI_RC_ERR_FAILED` when the store does not keep a value, which then stays as
+  /// it was. What was changed before stays changed. An unknown name further down the list is waited at for
+  /// ever.
+  void modify(const CmpiCpp::CmpiInstance& instance, CmpiCpp::CmpiPropertyList names);
+
+  static constexpr std::size_t kCount = 13;
+
+ private:
+  using Selection = std::array<bool, kCount>;
+
+  std::uint32_t value(EventSetting setting) const { return _values[static_cast<std::size_t>(setting)]; }
+  void initialize();
+  Selection select(CmpiCpp::CmpiPropertyList names) const;
+  void modifyOne(std::size_t index, const CmpiCpp::CmpiData& data);
+
+  std::array<std::atomic<std::uint32_t>, kCount> _values{};
+  std::atomic<std::int64_t> _lastPollTime{0};
+  std::atomic<bool> _pollingDisabled{false};
+  std::unique_ptr<DataStore> _store;  ///< null when it could not be opened
+};
+
+}  // namespace ZEB

@@ -1,0 +1,155 @@
+#include "monitor/ZEB_EthernetCollection.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "classes/port/CollectionMember.h"
+#include "classes/port/PropertyTable.h"
+#include "cmpicpp/CmpiFactories.h"
+#include "cmpicpp/CmpiStatus.h"
+
+namespace ZEB {
+
+using CmpiCpp::CmpiInstance;
+
+namespace {
+
+constexpr std::uint32_t kInstanceNumber = 1;
+
+/// A group status as clients see it. Any other is 0, "Unknown".
+struct GroupStatus {
+  operationalStatus status;
+  const char* text;
+};
+
+constexpr GroupStatus kGroupStatuses[] = {
+    {operationalStatus::OK, "OK"},
+    {operationalStatus::Degraded, "Degraded"},
+    {operationalStatus::Error, "Error"},
+};
+
+GroupStatus reported(operationalStatus status) {
+  const auto* known = std::find_if(std::begin(kGroupStatuses), std::end(kGroupStatuses),
+                                   [&](const GroupStatus& group) { return group.status == status; });
+  return known == std::end(kGroupStatuses) ? GroupStatus{operationalStatus::Unknown, "Unknown"} : *known;
+}
+
+/// A member's status that makes the group's another one; without `current`, whichever that is. Every other
+/// pair leaves the group as it is.
+struct Worse {
+  operationalStatus update;
+  std::optional<operationalStatus> current;
+  operationalStatus result;
+};
+
+constexpr Worse kWorse[] = {
+    {operationalStatus::Error, std::nullopt, operationalStatus::Error},
+    {operationalStatus::Degraded, operationalStatus::OK, operationalStatus::Degraded},
+};
+
+}  // namespace
+
+ZEB_EthernetCollection::ZEB_EthernetCollection(const Logger& theLogger, const std::string& theNameSpace)
+    : ManagedObject(
+          theLogger, theNameSpace, kClassName,
+          {{"InstanceID", "JXV:" + std::string(kClassName.view()) + "-" + std::to_string(kInstanceNumber)}}) {
+}
+
+CmpiInstance ZEB_EthernetCollection::makeInstance() {
+  using P = Properties<const GroupStatus>;
+  static const PropertyRows<const GroupStatus> kProperties{
+      P::key("InstanceID"),
+      P::string("ElementName", constant("Ethernet Adapter Collection")),
+      P::string("Caption", constant("Ethernet Adapter Collection")),
+      P::uint16Array(
+          "GroupOperationalStatus", [](const GroupStatus& group) { return std::vector{group.status}; },
+          always),
+      P::stringArray(
+          "GroupStatusDescriptions",
+          [](const GroupStatus& group) { return std::vector<std::string>{group.text}; }, always),
+      P::string("Description", constant("This is a collection of all Ethernet Ports.")),
+  };
+  CmpiInstance instance = CmpiCpp::makeCmpiInstance(ZEBUtil::getBroker(), makeObjectPath());
+  const GroupStatus group = reported(groupStatus());
+  kProperties.fill(instance, group);
+  return instance;
+}
+
+operationalStatus ZEB_EthernetCollection::groupStatus() {
+  const std::lock_guard lock(_memory);
+  return _groupStatus;
+}
+
+void ZEB_EthernetCollection::reset() {
+  const std::lock_guard lock(_memory);
+  _groupStatus = operationalStatus::OK;
+}
+
+void ZEB_EthernetCollection::updateMembers(CmpiManagedInstanceCollection& instances, bool force) {
+  for (std::size_t i = 0; i < instances.size(); ++i) updateMember(instances.getManagedInstance(i), force);
+}
+
+void ZEB_EthernetCollection::updateMember(CmpiManagedInstance& instance, bool force) {
+  logger().info("manageDynamic()");
+  if (force) _stateChanged = true;
+  auto* member = dynamic_cast<CollectionMember*>(&instance);
+  // Asked before the guard is taken, because the member has a guard of its own.
+  const operationalStatus update = member ? member->lastStatus() : operationalStatus::Unknown;
+  const std::lock_guard lock(_memory);
+  operationalStatus status = _groupStatus;
+  if (member && member->kind() == CollectionMember::Kind::Port) {
+    logger().info("ethPort found: current collection status: %d: ethport->_included is: %d", status,
+                  member->included());
+    if (instance.visible() && member->included()) status = updateWorstEthernetPort(status, update);
+    logger().info("new Ethernet collection status: %d", status);
+  } else if (member) {
+    logger().info("ethTeam found in collection...");
+    logger().info("current collection status: %d", status);
+    // A team counts whether it is included or not.
+    if (instance.visible()) status = updateWorstEthernetPort(status, update);
+    logger().info("new Ethernet collection status: %d", status);
+  }
+  if (status != _groupStatus && !_firstPass)
+    logger().info("send Ethernet collection state change indication");
+  _firstPass = false;
+  _groupStatus = status;
+}
+
+operationalStatus ZEB_EthernetCollection::updateWorstEthernetPort(operationalStatus current,
+                                                                  operationalStatus update) const {
+  logger().info("updateWorstEthernetPort Begin: current %d, update %d", current, update);
+  if (update == operationalStatus::OK) logger().info("updated is statusOK");
+  const auto* worse = std::find_if(std::begin(kWorse), std::end(kWorse), [&](const Worse& row) {
+    return row.update == update && row.current.value_or(current) == current;
+  });
+  const operationalStatus result = worse == std::end(kWorse) ? current : worse->result;
+  logger().info("updateWorstEthernetPort End: current %d, update %d", result, update);
+  return result;
+}
+
+void ZEB_EthernetCollection::updateStatusFilter(CmpiManagedInstanceCollection& instances, DataStore* store) {
+  logger().info("updateStatusFilter Start");
+  if (!store) {
+    logger().warn("DataStore not open, update not persistent");
+    return;
+  }
+  if (!_firstPass) return;
+  logger().info("firstState is True");
+  try {
+    const DataStore::Batch batch(*store);
+    for (std::size_t i = 0; i < instances.size(); ++i) restoreFilter(instances.getManagedInstance(i), *store);
+  } catch (const CmpiCpp::CmpiStatus& status) {
+    logger().error("the status filter cannot be restored: %s", status.what());
+  }
+}
+
+void ZEB_EthernetCollection::restoreFilter(CmpiManagedInstance& instance, DataStore& store) const {
+  auto* member = dynamic_cast<CollectionMember*>(&instance);
+  if (!member || member->kind() != CollectionMember::Kind::Port) return;
+  logger().info("updateStatusFilter: ethPort found in collection...");
+  if (!instance.visible()) return;
+  const std::string key = instance.makeObjectPath().str();
+  if (store.exists(key)) member->setIncluded(store.getBool(key));
+}
+
+}  // namespace ZEB

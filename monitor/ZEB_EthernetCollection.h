@@ -1,0 +1,47 @@
+#pragma once
+
+#include <atomic>
+#include <mutex>
+
+#include "classes/port/ManagedObject.h"
+#include "common/CmpiManagedInstanceCollection.h"
+#include "common/DataStore.h"
+#include "common/OperationalStatus.h"
+
+namespace ZEB {
+
+/// All ports and teams as one, with the worst status of those that count. Safe from several threads.
+class ZEB_EthernetCollection : public ManagedObject {
+ public:
+  static constexpr CmpiCpp::NameLiteral kClassName = "ZEB_EthernetCollection";
+
+  ZEB_EthernetCollection(const Logger& logger, const std::string& nameSpace);
+
+  CmpiCpp::CmpiInstance makeInstance() override;
+
+  /// Starts a pass over the members: the group is OK until one says otherwise.
+  void reset();
+  /// Takes one instance into account, if it is a member that counts. `force` marks the state as changed.
+  void updateMember(CmpiManagedInstance& instance, bool force);
+  /// A whole pass, in the order of the instances.
+  void updateMembers(CmpiManagedInstanceCollection& instances, bool force);
+
+  /// Whether a pass was forced since the last call of this.
+  bool testAndClearStateChanged() { return _stateChanged.exchange(false); }
+
+  /// Sets the filter of every visible port that the store knows, before the first pass of this collection.
+  /// The store may be null.
+  void updateStatusFilter(CmpiManagedInstanceCollection& instances, DataStore* store);
+
+ private:
+  operationalStatus updateWorstEthernetPort(operationalStatus current, operationalStatus update) const;
+  operationalStatus groupStatus();
+  void restoreFilter(CmpiManagedInstance& instance, DataStore& store) const;
+
+  std::atomic<bool> _firstPass{true};
+  std::atomic<bool> _stateChanged{false};
+  std::mutex _memory;  ///< two passes may meet: a worker's and a client's
+  operationalStatus _groupStatus = operationalStatus::OK;
+};
+
+}  // namespace ZEB
