@@ -86,6 +86,19 @@ std::optional<std::uint16_t> kernelSlot(const fs::path& slots, const std::string
   return std::nullopt;
 }
 
+void ignoreMessage(char*, ...) {}
+
+/// The library's own file of names and nothing else: no cache in a home directory, no question over the
+/// network. It reports through handlers that it only has after its bus access was set up, which is not wanted
+/// here.
+pci_access* openNames() {
+  pci_access* access = pci_alloc();
+  access->id_lookup_mode = 0;
+  access->warning = ignoreMessage;
+  access->debug = ignoreMessage;
+  return access;
+}
+
 }  // namespace
 
 HardwareReader::HardwareReader(std::filesystem::path root) : _root(std::move(root)) {}
@@ -167,12 +180,13 @@ void HardwareReader::readUsb(const fs::path& device, HardwareFacts& facts) const
 
 void HardwareReader::lookUpNames(HardwareFacts& facts) {
   if (!facts.vendorId || !facts.deviceId) return;
-  if (!_names) _names = pci_alloc();
+  if (!_names) _names = openNames();
   char text[256];
   const auto look = [&](int what) -> std::optional<std::string> {
-    // An unknown id gives a null pointer and not its digits; nobody is asked over the network.
-    const char* name = pci_lookup_name(_names, text, sizeof text, what | PCI_LOOKUP_NO_NUMBERS,
-                                       *facts.vendorId, *facts.deviceId);
+    // An unknown id gives a null pointer and not its digits.
+    const char* name =
+        pci_lookup_name(_names, text, sizeof text, what | PCI_LOOKUP_NO_NUMBERS | PCI_LOOKUP_NO_HWDB,
+                        *facts.vendorId, *facts.deviceId);
     return name ? std::optional<std::string>(name) : std::nullopt;
   };
   facts.vendorName = look(PCI_LOOKUP_VENDOR);

@@ -132,7 +132,8 @@ Outcome<HostSnapshot> KernelSource::readOne(std::uint32_t index) {
   return snapshot;
 }
 
-/// The interface first, then what else its facts are made from: a team's members, or the bridge that it is in.
+/// The interface first, then what else its facts are made from: a team's members, or the bridge that it is
+/// in.
 Outcome<HostSnapshot> KernelSource::askOne(std::uint32_t index) {
   HostSnapshot snapshot;
   snapshot.sampleTime = std::time(nullptr);

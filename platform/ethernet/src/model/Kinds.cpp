@@ -37,8 +37,7 @@ bool isRepresentorName(std::string_view portName) {
   const auto controller = skipNumbered(portName, "c");
   const auto function = skipNumbered(controller, "pf");
   if (function == controller) return false;
-  const auto rest = skipNumbered(function, "vf");
-  return (rest.empty() && rest != function) || skipNumbered(function, "sf").empty();
+  return function.empty() || skipNumbered(function, "vf").empty() || skipNumbered(function, "sf").empty();
 }
 
 bool isPort(const LinkFacts& link, bool includeVirtual) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "snapshot/HostSnapshot.h"
 
 namespace ZEB::ethernet {
@@ -12,7 +14,8 @@ bool isVlan(const LinkFacts& link);
 /// wire.
 bool isPort(const LinkFacts& link, bool includeVirtual);
 
-/// Whether a driver's port name is that of a representor, such as "pf0vf1" or "c1pf0sf4".
+/// Whether a driver's port name is that of a representor: of a physical function, "pf0", or of a virtual or
+/// sub function of it, "pf0vf1", "c1pf0sf4". A port on the outside is "p0".
 bool isRepresentorName(std::string_view portName);
 
 }  // namespace ZEB::ethernet

@@ -26,6 +26,11 @@ Json* linkOf(Json& links, const Json& index) {
 /// the ones before.
 std::string applyChange(Json& snapshot, const Json& change) {
   if (!change.is_object()) return "change: expected an object";
+  if (!snapshot.is_object()) return "snapshot before: expected an object";
+  for (const char* list : {"links", "removed"}) {
+    if (change.contains(list) && !change[list].is_array())
+      return std::string("change.") + list + ": expected a list";
+  }
   Json& links = snapshot["links"];
   if (links.is_null()) links = Json::array();
   if (!links.is_array()) return "links: expected a list";
