@@ -25,7 +25,6 @@
 #include "classes/team/ZEB_EthernetPortControllerPhysicalPackage.h"
 #include "classes/team/ZEB_EthernetPortControllerSoftwareIdentity.h"
 #include "classes/team/ZEB_EthernetTeam.h"
-#include "classes/team/ZEB_EthernetTeamMember.h"
 #include "classes/team/ZEB_EthernetTeamToLANEndpoint.h"
 #include "classes/team/ZEB_HostedEthernetTeam.h"
 #include "common/ZEBUtil.h"
@@ -212,15 +211,6 @@ std::int32_t ZEBEthernetPortProvider::InstanceBuild::findTeamOfPort(const Ethern
   const auto name = known(port, &EthernetPort::getOsDeviceName);
   const auto team = name ? _teamOfMember.find(*name) : _teamOfMember.end();
   return team == _teamOfMember.end() ? PortEntry::kNoTeam : team->second;
-}
-
-void ZEBEthernetPortProvider::InstanceBuild::buildCollection() {
-  for (const PortEntry& entry : _ports) {
-    if (entry.teamIndex == PortEntry::kNoTeam) continue;
-    const TeamRecord& team = _teams[static_cast<std::size_t>(entry.teamIndex)];
-    create<ZEB_EthernetTeamMember>(team.team->makeObjectPath(), entry.port->makeObjectPath(), team.data,
-                                   entry.record);
-  }
 }
 
 }  // namespace ZEB

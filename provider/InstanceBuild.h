@@ -14,6 +14,8 @@
 
 namespace ZEB {
 
+class ZEB_EthernetCollection;
+
 /// One build of all managed instances, from the data sources into the provider's collection: the counters
 /// that number them and the steps in their order. The caller holds the collection mutex, or nobody can call
 /// yet.
@@ -34,7 +36,13 @@ class ZEBEthernetPortProvider::InstanceBuild {
                  const std::string& partNumber, const EthernetPort& port);
   void buildPortVLanInstances(const CmpiCpp::CmpiObjectPath& port, const EthernetPort& record);
   void buildStatistics(const CmpiCpp::CmpiObjectPath& port, const EthernetPort& record);
+  /// What comes when there is a team or a port: the settings, the collection, and the place of every team and
+  /// port in it.
   void buildCollection();
+  void buildMemberships(ZEB_EthernetCollection& collection);
+  void buildTeamMember(const PortEntry& entry);
+  /// Makes the port known to the store, so that its filter can be kept. What is there stays.
+  void keepFilter(ZEB_EthernetPort& port);
 
   /// A LAN endpoint of an interface with its IP endpoints and gateways. `ToLANEndpoint` ties it to `carrier`,
   /// the port or the team that the interface is or stands on.
@@ -52,7 +60,7 @@ class ZEBEthernetPortProvider::InstanceBuild {
   /// Makes an instance of a class and hands it to the collection, visible. `arguments` follow the logger and
   /// the namespace, which every class takes first.
   template <class Class, class... Arguments>
-  Class& create(const Arguments&... arguments) {
+  Class& create(Arguments&&... arguments) {
     auto* instance = new Class(_provider._logger, _nameSpace, arguments...);
     _provider._collection.createInstance(instance);
     instance->setVisible(true);
@@ -78,6 +86,7 @@ class ZEBEthernetPortProvider::InstanceBuild {
   std::vector<TeamRecord> _teams;
   std::unordered_map<std::string, std::int32_t> _teamOfMember;  ///< by the member's name, the first team
   std::vector<PortEntry> _ports;
+  bool _filterIsKept = true;  ///< false once the store has failed
 };
 
 }  // namespace ZEB

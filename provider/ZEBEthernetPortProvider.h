@@ -20,6 +20,8 @@
 
 namespace ZEB {
 
+class ZEB_EthEventSettings;
+
 /// The one provider object. Serves every CIM operation from its collection of managed instances, under the
 /// collection mutex; may be called on any number of threads.
 class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
@@ -79,6 +81,8 @@ class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
   std::unique_ptr<DataStore> _dataStore;  ///< null when it could not be opened
   Logger _logger;
   CmpiManagedInstanceCollection _collection;
+  /// Belongs to the collection: null until a build has made them, and again when the collection is cleared.
+  std::atomic<ZEB_EthEventSettings*> _eventSettings{nullptr};
   std::atomic<bool> _readyToSendIndications{false};
   bool _workerFirstPassDone = false;
   bool _heartbeat = false;
