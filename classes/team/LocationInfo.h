@@ -16,10 +16,8 @@ struct LocationInfo {
   std::vector<std::uint16_t> kinds;
 };
 
-/// Nothing for a place of unknown kind. Throws as `requireOneKindEach` does.
+/// Nothing for a place of unknown kind. Logs and throws `CmpiStatus` with `CMPI_RC_ERROR_SYSTEM` unless every
+/// text has one kind.
 std::optional<LocationInfo> locationInfo(const Logger& logger, const physloc_t& location);
-
-/// Logs and throws `CmpiStatus` with `CMPI_RC_ERROR_SYSTEM` unless every text has one kind.
-void requireOneKindEach(const Logger& logger, const LocationInfo& info);
 
 }  // namespace ZEB

@@ -1,0 +1,92 @@
+#include "DataLibrary.h"
+
+#include "common/Physloc.h"
+#include "ethernet/EthernetMRA.h"
+#include "ethernet/EthernetPort.h"
+#include "ethernet/EthernetTeamMRA.h"
+
+using ZEB::test::DataLibrary;
+
+namespace {
+
+DataLibrary* installed = nullptr;
+
+/// Counts a record; false when the walk is to fail instead.
+bool mayDeliver(std::optional<std::size_t> DataLibrary::*left) {
+  if (!installed || !(installed->*left)) return true;
+  return (*(installed->*left))-- > 0;
+}
+
+}  // namespace
+
+namespace ZEB::test {
+
+DataLibrary::DataLibrary() {
+  installed = this;
+}
+DataLibrary::~DataLibrary() {
+  installed = nullptr;
+}
+DataLibrary* DataLibrary::current() {
+  return installed;
+}
+
+}  // namespace ZEB::test
+
+// The linker calls __wrap_X for X, which is __real_X; a member function takes its object first.
+extern "C" {
+
+#define REAL(name) __real_##name
+#define WRAP(name) __wrap_##name
+
+#define PORT_STATUS(prefix) prefix(_ZNK3ZEB12EthernetPort13getPortStatusERNS_17operationalStatusE)
+int PORT_STATUS(REAL)(const ZEB::EthernetPort*, ZEB::operationalStatus&);
+int PORT_STATUS(WRAP)(const ZEB::EthernetPort* port, ZEB::operationalStatus& status) {
+  if (!installed || !installed->portStatus) return PORT_STATUS(REAL)(port, status);
+  status = *installed->portStatus;
+  return 0;
+}
+
+#define CAPABILITIES(prefix) prefix(_ZNK3ZEB12EthernetPort15getCapabilitiesEv)
+std::vector<std::uint16_t> CAPABILITIES(REAL)(const ZEB::EthernetPort*);
+std::vector<std::uint16_t> CAPABILITIES(WRAP)(const ZEB::EthernetPort* port) {
+  return installed && installed->capabilities ? *installed->capabilities : CAPABILITIES(REAL)(port);
+}
+
+#define NETWORK_ADDRESSES(prefix) prefix(_ZNK3ZEB12EthernetPort16networkAddressesB5cxx11Ev)
+std::vector<std::string> NETWORK_ADDRESSES(REAL)(const ZEB::EthernetPort*);
+std::vector<std::string> NETWORK_ADDRESSES(WRAP)(const ZEB::EthernetPort* port) {
+  const auto known = NETWORK_ADDRESSES(REAL)(port);
+  std::vector<std::string> all;
+  for (std::size_t i = 0; i < (installed ? installed->networkAddressRepeats : 1); ++i) {
+    all.insert(all.end(), known.begin(), known.end());
+  }
+  return all;
+}
+
+#define NEXT_TEAM(prefix) prefix(_ZN3ZEB15EthernetTeamMRA11getNextDataEbRNS_22EthernetTeamDataObjectE)
+int NEXT_TEAM(REAL)(ZEB::EthernetTeamMRA*, bool, ZEB::EthernetTeamDataObject&);
+int NEXT_TEAM(WRAP)(ZEB::EthernetTeamMRA* source, bool fresh, ZEB::EthernetTeamDataObject& team) {
+  return mayDeliver(&DataLibrary::teamsUntilFailure) ? NEXT_TEAM(REAL)(source, fresh, team)
+                                                     : ZEB::EthernetTeamMRA::kFailed;
+}
+
+#define NEXT_ADAPTER(prefix) prefix(_ZN3ZEB11EthernetMRA11getNextDataEbRNS_25EthernetAdapterDataObjectE)
+int NEXT_ADAPTER(REAL)(ZEB::EthernetMRA*, bool, ZEB::EthernetAdapterDataObject&);
+int NEXT_ADAPTER(WRAP)(ZEB::EthernetMRA* source, bool fresh, ZEB::EthernetAdapterDataObject& adapter) {
+  return mayDeliver(&DataLibrary::adaptersUntilFailure) ? NEXT_ADAPTER(REAL)(source, fresh, adapter)
+                                                        : ZEB::EthernetMRA::kFailed;
+}
+
+#define LOCATION_INFO(prefix) \
+  prefix(                     \
+      _ZN3ZEB10ZEBPhysloc25createLocationInfoVectorsERK9physloc_tRSt6vectorINSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEESaISA_EERS4_ItSaItEE)
+int LOCATION_INFO(REAL)(const physloc_t&, std::vector<std::string>&, std::vector<std::uint16_t>&);
+int LOCATION_INFO(WRAP)(const physloc_t& location, std::vector<std::string>& texts,
+                        std::vector<std::uint16_t>& kinds) {
+  const int result = LOCATION_INFO(REAL)(location, texts, kinds);
+  if (installed && installed->unevenLocationInfo) kinds.push_back(0);
+  return result;
+}
+
+}  // extern "C"

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Records.h"
+#include "ethernet/EthernetMRA.h"
+#include "ethernet/EthernetTeamMRA.h"
+#include "records/Inventory.h"
+#include "snapshot/HostSource.h"
+
+namespace ZEB::test {
+
+/// A host in memory, whose records follow what the test changes. Interfaces are up with carrier and know
+/// little else.
+class MemoryHost {
+ public:
+  MemoryHost()
+      : _inventory(std::make_shared<ethernet::Inventory>(std::make_unique<Source>(_snapshot), false)) {}
+
+  ethernet::LinkFacts& addPort(const std::string& name) {
+    auto& link = add(name);
+    link.parentBus = "pci";
+    link.parentDevice = "device of " + name;
+    return link;
+  }
+  ethernet::LinkFacts& addTeam(const std::string& name) {
+    auto& link = add(name);
+    link.kind = "bond";
+    link.bond.emplace();
+    return link;
+  }
+  ethernet::LinkFacts& addVlan(const std::string& name, const std::string& lower) {
+    const auto lowerIndex = this->link(lower).index;
+    auto& link = add(name);
+    link.kind = "vlan";
+    link.lowerIndex = lowerIndex;
+    return link;
+  }
+  void join(const std::string& port, const std::string& team) {
+    link(port).masterIndex = link(team).index;
+    link(port).bondMember = ethernet::BondMemberFacts{0, 0, {}};
+  }
+
+  ethernet::LinkFacts& link(const std::string& name) {
+    for (auto& link : _snapshot->links) {
+      if (link.name == name) return link;
+    }
+    throw std::out_of_range(name);
+  }
+  ethernet::HostSnapshot& snapshot() { return *_snapshot; }
+
+  /// The port or the team of that position.
+  EthernetPort port(std::size_t position) {
+    EthernetMRA source(_inventory);
+    EthernetAdapterDataObject adapter;
+    source.getFirstData(true, adapter);
+    for (; position > 0; --position) source.getNextData(false, adapter);
+    return adapter.ports.at(0);
+  }
+  EthernetTeamDataObject team(std::size_t position) {
+    EthernetTeamMRA source(_inventory);
+    EthernetTeamDataObject team;
+    source.getFirstData(true, team);
+    for (; position > 0; --position) source.getNextData(false, team);
+    return team;
+  }
+
+ private:
+  class Source : public ethernet::HostSource {
+   public:
+    explicit Source(std::shared_ptr<const ethernet::HostSnapshot> snapshot)
+        : _snapshot(std::move(snapshot)) {}
+    ethernet::Outcome<ethernet::HostSnapshot> readAll() override { return *_snapshot; }
+    ethernet::Outcome<ethernet::HostSnapshot> readOne(std::uint32_t) override { return *_snapshot; }
+    bool announced() override { return true; }
+
+   private:
+    std::shared_ptr<const ethernet::HostSnapshot> _snapshot;
+  };
+
+  ethernet::LinkFacts& add(const std::string& name) {
+    auto& link = _snapshot->links.emplace_back();
+    link.index = static_cast<std::uint32_t>(_snapshot->links.size());
+    link.name = name;
+    setStatus(link, operationalStatus::OK);
+    return link;
+  }
+
+  std::shared_ptr<ethernet::HostSnapshot> _snapshot = std::make_shared<ethernet::HostSnapshot>();
+  std::shared_ptr<ethernet::Inventory> _inventory;
+};
+
+}  // namespace ZEB::test
