@@ -100,12 +100,12 @@ ZEB_EthernetTeam::ZEB_EthernetTeam(const Logger& parent, const std::string& name
       CollectionMember(Kind::Team),
       _index(index),
       _team(team),
-      _slaves(team.getSlaves()) {
+      _lastState{operationalStatus::Unknown, team.getSlaves()} {
   setWatchesStatus(true);
   if (_team.getOsDeviceName(_teamName) != 0) {
     logger().error("ZEB_EthernetTeam:%d failed to call EthernetTeamDataObject::getOsDeviceName", _index);
   }
-  if (_team.getTeamStatus(_lastStatus) != 0) {
+  if (_team.getTeamStatus(_lastState.status) != 0) {
     logger().error("ZEB_EthernetTeam:%d failed to call EthernetTeamDataObject::getTeamStatus", _index);
   }
 }
@@ -116,7 +116,12 @@ CmpiCpp::CmpiInstance ZEB_EthernetTeam::makeInstance() {
 
 operationalStatus ZEB_EthernetTeam::lastStatus() {
   const std::lock_guard lock(_memory);
-  return _lastStatus;
+  return _lastState.status;
+}
+
+ZEB_EthernetTeam::State ZEB_EthernetTeam::lastState() {
+  const std::lock_guard lock(_memory);
+  return _lastState;
 }
 
 }  // namespace ZEB

@@ -7,10 +7,13 @@
 
 #include "classes/port/CollectionMember.h"
 #include "classes/port/ManagedObject.h"
+#include "cmpicpp/CmpiContext.h"
 #include "common/OperationalStatus.h"
 #include "ethernet/EthernetTeamDataObject.h"
 
 namespace ZEB {
+
+class ZEB_EthEventSettings;
 
 /// One team of ports: a bonding interface.
 class ZEB_EthernetTeam : public ManagedObject, public CollectionMember {
@@ -27,19 +30,33 @@ class ZEB_EthernetTeam : public ManagedObject, public CollectionMember {
 
   operationalStatus lastStatus() override;
 
+  /// Reads the team anew and, while indications are enabled, sends an alert for each change of its status and
+  /// its members since the last time that the settings let through. What was read is remembered in any case,
+  /// but for a status that could not be read. `visible` is always set. On the worker's thread.
+  void manageDynamic(bool& visible, bool indicationsEnabled, const CmpiCpp::CmpiContext& context,
+                     const ZEB_EthEventSettings& settings);
+
  private:
+  /// What a team remembers from one look to the next.
+  struct State {
+    operationalStatus status = operationalStatus::Unknown;
+    std::vector<EthernetTeamSlave> slaves;
+  };
+
   struct Reading;
   using P = Properties<Reading>;
   static const PropertyRows<Reading> kProperties;
+
+  State lastState();
+  void sendAlerts(const State& before, const State& now, const CmpiCpp::CmpiContext& context,
+                  const ZEB_EthEventSettings& settings);
 
   const std::uint32_t _index;
   EthernetTeamDataObject _team;
   std::string _teamName;
 
-  // What the team remembers, which the worker changes beside requests; never held while something is sent.
-  std::mutex _memory;
-  operationalStatus _lastStatus = operationalStatus::Unknown;
-  std::vector<EthernetTeamSlave> _slaves;
+  std::mutex _memory;  ///< guards `_lastState`; never held while something is sent
+  State _lastState;
 };
 
 }  // namespace ZEB

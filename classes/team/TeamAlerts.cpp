@@ -1,0 +1,71 @@
+#include "classes/port/Escalation.h"
+#include "classes/port/Known.h"
+#include "classes/team/TeamChanges.h"
+#include "classes/team/ZEB_EthernetTeam.h"
+#include "common/Physloc.h"
+#include "monitor/Events.h"
+#include "monitor/ZEB_EthEventSettings.h"
+#include "monitor/ZEB_EthernetIndication.h"
+
+// A team's look at itself, and the sending of the alerts that it calls for.
+
+namespace ZEB {
+namespace {
+
+/// Teams have no part number.
+constexpr const char* kPartNumber = "N/A";
+
+TeamAlertGates gatesOf(const ZEB_EthEventSettings& settings) {
+  return {
+      .memberJoined = settings.isOn(EventSetting::MemberJoinedTeam),
+      .memberLeft = settings.isOn(EventSetting::MemberLeftTeam),
+      .memberRoleChanged = settings.isOn(EventSetting::MemberRoleChanged),
+      .memberStatusChanged = settings.isOn(EventSetting::MemberStatusChanged),
+      .redundancyChanged = settings.isOn(EventSetting::MonitorRedundancySets),
+      .activeCountChanged = settings.isOn(EventSetting::ActiveAdapterCountChanged),
+  };
+}
+
+}  // namespace
+
+void ZEB_EthernetTeam::manageDynamic(bool& visible, bool indicationsEnabled,
+                                     const CmpiCpp::CmpiContext& context,
+                                     const ZEB_EthEventSettings& settings) {
+  logger().info("ZEB_EthernetTeam::manageDynamic()");
+  logger().info("indicationsEnabled: %d", indicationsEnabled);
+  visible = true;
+
+  _team.refresh();
+  const State before = lastState();
+  const auto status = known(_team, &EthernetTeamDataObject::getTeamStatus);
+  State now{escalated(status.value_or(before.status), before.status), _team.getSlaves()};
+  if (indicationsEnabled) sendAlerts(before, now, context, settings);
+
+  const std::lock_guard lock(_memory);
+  _lastState = std::move(now);
+}
+
+void ZEB_EthernetTeam::sendAlerts(const State& before, const State& now, const CmpiCpp::CmpiContext& context,
+                                  const ZEB_EthEventSettings& settings) {
+  std::vector<TeamAlert> alerts;
+  std::string teamMessage;
+  if (now.status != before.status && watchesStatus()) {
+    _team.getTeamMessage(teamMessage);
+    if (auto alert = teamStatusAlert(_teamName, before.status, now.status)) alerts.push_back(*alert);
+  }
+  const auto memberAlerts =
+      teamMemberAlerts(logger(), _teamName, gatesOf(settings), before.slaves, now.slaves);
+  alerts.insert(alerts.end(), memberAlerts.begin(), memberAlerts.end());
+  if (alerts.empty()) return;
+
+  logger().info("Creating EthernetIndication object");
+  ZEB_EthernetIndication sender(logger(), nameSpace());
+  logger().info("Done creating EthernetIndication object");
+  const std::string path = makeObjectPath().str();
+  for (const TeamAlert& alert : alerts) {
+    sender.send(alert.eventId, path, alert.message, kTeamSubCategory, BMC_physloc_NULL, kPartNumber,
+                teamMessage, context);
+  }
+}
+
+}  // namespace ZEB
