@@ -34,8 +34,7 @@ void* Arena::allocateInNewBlock(std::size_t size) {
 
 std::string_view Arena::copy(std::string_view text) {
   char* const bytes = static_cast<char*>(allocate(text.size() + 1, 1));
-  std::memcpy(bytes, text.data(), text.size());
-  bytes[text.size()] = '\0';
+  *std::copy(text.begin(), text.end(), bytes) = '\0';
   return {bytes, text.size()};
 }
 

@@ -27,12 +27,14 @@ class Broker {
   ProviderCalls& provider() { return _provider; }
   IndicationQueue& indications() { return _indications; }
   AttachedThreads& threads() { return _threads; }
+  RefusalLog& refusals() { return _refusals; }
 
  private:
   const ClassRepository& _repository;
   ProviderCalls _provider;
   IndicationQueue _indications;
   AttachedThreads _threads;
+  RefusalLog _refusals;
   CMPIBroker _face;
 };
 

@@ -30,7 +30,7 @@ CMPIInstance* newInstance(const CMPIBroker* broker, const CMPIObjectPath* source
     if (!path) put(status, CMPI_RC_ERR_INVALID_HANDLE);
     if (path && !found)
       put(status, CMPI_RC_ERR_NOT_FOUND, "no such class: " + std::string(path->body().className));
-    return found ? makeInstance(arena, *path, *found) : nullptr;
+    return found ? makeInstance(arena, *path, *found, &Broker::of(broker).refusals()) : nullptr;
   });
 }
 

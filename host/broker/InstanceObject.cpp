@@ -41,6 +41,11 @@ std::string_view nameToKeep(Arena& arena, const char* name, const PropertyDef& p
   return property.name == name ? std::string_view(property.name) : arena.copy(name);
 }
 
+CMPIStatus refuse(const InstanceBody& body, CMPIrc code, const std::string& why) {
+  if (body.refusals) body.refusals->note(why);
+  return statusOf(code, why);
+}
+
 CMPIStatus setProperty(const CMPIInstance* object, const char* name, const CMPIValue* value, CMPIType type) {
   Instance* const instance = as<Instance>(object);
   if (!instance) return statusOf(CMPI_RC_ERR_INVALID_HANDLE);
@@ -48,7 +53,7 @@ CMPIStatus setProperty(const CMPIInstance* object, const char* name, const CMPIV
   const ClassDef& classDef = *instance->body().classDef;
   const auto known = classDef.propertyIndex.find(name);
   if (known == classDef.propertyIndex.end()) {
-    return statusOf(CMPI_RC_ERR_NO_SUCH_PROPERTY, classDef.name + " has no property " + name);
+    return refuse(instance->body(), CMPI_RC_ERR_NO_SUCH_PROPERTY, classDef.name + " has no property " + name);
   }
   const PropertyDef& property = classDef.properties[known->second];
   CMPIData data{};
@@ -56,9 +61,9 @@ CMPIStatus setProperty(const CMPIInstance* object, const char* name, const CMPIV
     return statusOf(error);
   }
   if (data.type != property.type && !(type == CMPI_null && isNull(data))) {
-    return statusOf(CMPI_RC_ERR_INVALID_DATA_TYPE, classDef.name + "." + property.name + " is " +
-                                                       typeName(property.type) + ", not " +
-                                                       typeName(data.type));
+    return refuse(instance->body(), CMPI_RC_ERR_INVALID_DATA_TYPE,
+                  classDef.name + "." + property.name + " is " + typeName(property.type) + ", not " +
+                      typeName(data.type));
   }
   data.type = property.type;
   if (isFilteredOut(instance->body(), property)) return statusOf(CMPI_RC_OK);

@@ -11,6 +11,7 @@
 #include <type_traits>
 
 #include "broker/Arena.h"
+#include "broker/RefusalLog.h"
 #include "cmpi/cmpi.h"
 #include "schema/ClassRepository.h"
 
@@ -64,6 +65,7 @@ struct InstanceBody {
   PathBody* path = nullptr;  ///< always shared
   NamedValues properties;
   std::uint16_t* positions = nullptr;   ///< by the class's property index: 1 + place in `properties`, or 0
+  RefusalLog* refusals = nullptr;       ///< null when nobody wants to know
   const char* const* filter = nullptr;  ///< names that may be set, null-terminated; null for all
   bool shared = false;
 };

@@ -140,9 +140,10 @@ ObjectPath* makePath(Arena& arena, std::string_view nameSpace, std::string_view 
   return makeHandle<ObjectPath>(arena, body);
 }
 
-Instance* makeInstance(Arena& arena, const ObjectPath& path, const ClassDef& classDef) {
+Instance* makeInstance(Arena& arena, const ObjectPath& path, const ClassDef& classDef, RefusalLog* refusals) {
   auto* body = arena.make<InstanceBody>();
   body->classDef = &classDef;
+  body->refusals = refusals;
   body->path = &shareOrCopy<ObjectPath>(arena, &path, copyPath)->body();
   body->path->shared = true;
   body->positions = arena.makeArray<std::uint16_t>(classDef.properties.size());
@@ -323,6 +324,7 @@ InstanceBody* copyInstance(Arena& arena, const InstanceBody& instance) {
   auto* copy = arena.make<InstanceBody>();
   const std::size_t count = instance.classDef->properties.size();
   copy->classDef = instance.classDef;
+  copy->refusals = instance.refusals;
   copy->path = copyPath(arena, *instance.path);
   copy->path->shared = true;
   copy->properties = copyNamed(arena, instance.properties);

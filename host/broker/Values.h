@@ -17,7 +17,8 @@ String* makeString(Arena& arena, std::string_view text);
 DateTime* makeDateTime(Arena& arena, const DateTimeBody& value);
 Array* makeArray(Arena& arena, CMPICount count, CMPIType elementType);
 ObjectPath* makePath(Arena& arena, std::string_view nameSpace, std::string_view className);
-Instance* makeInstance(Arena& arena, const ObjectPath& path, const ClassDef& classDef);
+Instance* makeInstance(Arena& arena, const ObjectPath& path, const ClassDef& classDef,
+                       RefusalLog* refusals = nullptr);
 Args* makeArgs(Arena& arena);
 Context* makeContext(Arena& arena);
 /// Collects what a provider returns; it goes to `keep`, where it outlives marks of the call's arena.

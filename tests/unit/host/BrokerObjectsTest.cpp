@@ -258,6 +258,9 @@ TEST_F(Instances, ARefusalSaysWhatIsWrong) {
   EXPECT_EQ(text(instance->ft->setProperty(instance, "Large", &value, CMPI_uint16).msg),
             "A_Port.Large is uint64, not uint16");
   const CMPIStatus unknown = instance->ft->setProperty(instance, "None", &value, CMPI_uint16);
+  EXPECT_THAT(broker.refusals().take(),
+              ElementsAre("A_Port.Large is uint64, not uint16", "A_Port has no property None"));
+  EXPECT_THAT(broker.refusals().take(), ElementsAre());
   EXPECT_EQ(unknown.rc, CMPI_RC_ERR_NO_SUCH_PROPERTY);
   EXPECT_EQ(text(unknown.msg), "A_Port has no property None");
   EXPECT_EQ(instance->ft->setProperty(instance, nullptr, &value, CMPI_uint16).rc,
