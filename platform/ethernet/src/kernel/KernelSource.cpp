@@ -1,14 +1,17 @@
 #include "kernel/KernelSource.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <ctime>
 
 namespace ZEB::ethernet {
 namespace {
 
-// Repairing more interfaces than this one by one is no cheaper than asking for all of them again.
-constexpr std::size_t kMostRepairs = 64;
-constexpr int kRounds = 6;
+// Whole answers that are thrown away because announcements were lost meanwhile.
+constexpr int kDumps = 4;
+// An interface takes less than a tenth of a millisecond to ask for: only what changes faster than that needs
+// many.
+constexpr int kTries = 32;
 
 template <class T>
 void replaceOf(std::vector<T>& all, std::uint32_t index, const std::vector<T>& newer) {
@@ -24,8 +27,9 @@ void replaceInterface(HostSnapshot& snapshot, std::uint32_t index, const HostSna
   replaceOf(snapshot.routes, index, newer.routes);
 }
 
-bool concerns(const Announcements& announced, const HostSnapshot& snapshot) {
-  return announced.everything || std::ranges::any_of(snapshot.links, [&](const LinkFacts& link) {
+bool concerns(const Announcements& announced, std::uint32_t index, const HostSnapshot& snapshot) {
+  return announced.everything || announced.interfaces.contains(index) ||
+         std::ranges::any_of(snapshot.links, [&](const LinkFacts& link) {
            return announced.interfaces.contains(link.index);
          });
 }
@@ -47,7 +51,7 @@ std::optional<Failure> KernelSource::open() {
 }
 
 bool KernelSource::announced() {
-  if (_listener && hear().any()) _announced = true;
+  if (_listener) (void)hear();
   return _announced;
 }
 
@@ -58,6 +62,7 @@ Announcements KernelSource::hear() {
   const auto concerned = [&](const RouteFacts& route) { return heard.interfaces.contains(route.index); };
   if (heard.everything || heard.routes || (_routes && std::ranges::any_of(*_routes, concerned)))
     _routes.reset();
+  _announced |= heard.any();
   return heard;
 }
 
@@ -73,20 +78,20 @@ Outcome<std::vector<RouteFacts>> KernelSource::routes() {
 Outcome<HostSnapshot> KernelSource::readAll() {
   if (auto failure = open()) return std::move(*failure);
   (void)hear();
-  _announced = true;  // until an answer is whole
-  Outcome<HostSnapshot> snapshot = dump();
-  if (!snapshot) return snapshot;
-  Announcements changed;
-  for (int round = 0; round < kRounds && (changed = hear()).any(); ++round) {
-    if (changed.everything || changed.interfaces.size() > kMostRepairs) {
-      snapshot = dump();
-      if (!snapshot) return snapshot;
-    } else if (auto failure = repair(*snapshot, changed)) {
-      return std::move(*failure);
+  _announced = false;
+  Outcome<HostSnapshot> snapshot = Failure{ENOBUFS, "everything changes while it is read"};
+  for (int i = 0; i < kDumps; ++i) {
+    snapshot = dump();
+    if (!snapshot) break;
+    const Announcements during = hear();
+    if (during.everything) {
+      snapshot = Failure{ENOBUFS, "everything changes while it is read"};
+      continue;
     }
+    if (auto failure = repair(*snapshot, during.interfaces)) snapshot = std::move(*failure);
+    break;
   }
-  // What never came to rest is asked for again by whoever looks next.
-  _announced = changed.any();
+  if (!snapshot) _announced = true;
   return snapshot;
 }
 
@@ -109,9 +114,11 @@ Outcome<HostSnapshot> KernelSource::dump() {
   return snapshot;
 }
 
-std::optional<Failure> KernelSource::repair(HostSnapshot& snapshot, Announcements changed) {
-  for (const std::uint32_t index : changed.interfaces) {
-    const Outcome<HostSnapshot> newer = askOne(index);
+/// A dump has its parts of different moments. An interface about which nothing was announced is the same in
+/// all of them; every other is replaced by an answer of one moment.
+std::optional<Failure> KernelSource::repair(HostSnapshot& snapshot, const std::set<std::uint32_t>& changed) {
+  for (const std::uint32_t index : changed) {
+    const Outcome<HostSnapshot> newer = askWhole(index);
     if (!newer) return newer.failure();
     replaceInterface(snapshot, index, *newer);
   }
@@ -120,15 +127,13 @@ std::optional<Failure> KernelSource::repair(HostSnapshot& snapshot, Announcement
 
 Outcome<HostSnapshot> KernelSource::readOne(std::uint32_t index) {
   if (auto failure = open()) return std::move(*failure);
-  Announcements before = hear();
+  return askWhole(index);
+}
+
+Outcome<HostSnapshot> KernelSource::askWhole(std::uint32_t index) {
+  (void)hear();
   Outcome<HostSnapshot> snapshot = askOne(index);
-  for (int round = 0; round < kRounds; ++round) {
-    const Announcements during = hear();
-    before.add(during);
-    if (!snapshot || !concerns(during, *snapshot)) break;
-    snapshot = askOne(index);
-  }
-  if (before.any()) _announced = true;
+  for (int i = 0; i < kTries && snapshot && concerns(hear(), index, *snapshot); ++i) snapshot = askOne(index);
   return snapshot;
 }
 

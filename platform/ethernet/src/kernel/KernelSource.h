@@ -9,9 +9,9 @@
 
 namespace ZEB::ethernet {
 
-/// The running kernel, in the network namespace of the thread that first asks. Starts no process. An answer
-/// that changed while it was put together is repaired, interface by interface, until nothing was announced
-/// about the parts that were read last.
+/// The running kernel, in the network namespace of the thread that first asks. Starts no process. What was
+/// announced to change while an answer was put together is asked for again, interface by interface, so that no
+/// interface's facts are of different moments.
 class KernelSource : public HostSource {
  public:
   /// Sockets are opened with the first question.
@@ -24,7 +24,8 @@ class KernelSource : public HostSource {
  private:
   std::optional<Failure> open();
   Outcome<HostSnapshot> dump();
-  std::optional<Failure> repair(HostSnapshot& snapshot, Announcements changed);
+  std::optional<Failure> repair(HostSnapshot& snapshot, const std::set<std::uint32_t>& changed);
+  Outcome<HostSnapshot> askWhole(std::uint32_t index);
   Outcome<HostSnapshot> askOne(std::uint32_t index);
   Announcements hear();
   Outcome<std::vector<RouteFacts>> routes();

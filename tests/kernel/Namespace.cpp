@@ -1,0 +1,66 @@
+#include "Namespace.h"
+
+#include <sched.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <thread>
+
+namespace ZEB::test {
+
+bool inNamespace(const std::function<void()>& body) {
+  bool made = false;
+  std::thread([&] {
+    made = unshare(CLONE_NEWNET) == 0;
+    if (made) body();
+  }).join();
+  return made;
+}
+
+void ip(const std::string& arguments) {
+  EXPECT_EQ(std::system(("ip " + arguments).c_str()), 0) << arguments;
+}
+
+void ipBatch(const std::string& commands) {
+  char name[] = "/tmp/zeb-batch-XXXXXX";
+  const int file = mkstemp(name);
+  ASSERT_GE(file, 0);
+  ::close(file);
+  std::ofstream(name) << commands;
+  ip(std::string("-batch ") + name);
+  std::remove(name);
+}
+
+nlohmann::json ipJson(const std::string& arguments) {
+  const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(("ip -j " + arguments).c_str(), "r"), pclose);
+  std::string text;
+  std::array<char, 4096> part;
+  while (const std::size_t size = fread(part.data(), 1, part.size(), pipe.get()))
+    text.append(part.data(), size);
+  return nlohmann::json::parse(text, nullptr, false);
+}
+
+void makePairs(int count) {
+  std::string commands;
+  for (int i = 0; i < count; ++i) {
+    const std::string n = std::to_string(i);
+    commands += "link add a" + n + " type veth peer name b" + n + "\n";
+    commands += "link set a" + n + " up\nlink set b" + n + " up\n";
+  }
+  ipBatch(commands);
+}
+
+bool eventually(const std::function<bool()>& condition) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > deadline) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  return true;
+}
+
+}  // namespace ZEB::test
