@@ -191,6 +191,8 @@ void* NetlinkThread::run(void* argument) {
     state.enter(State::Phase::Running);
     const Descriptor link(openLinkSocket());
     listen(link.get(), readEnd.get(), state.handler);
+    // The stopper may not have come back from its write yet.
+    const std::lock_guard lock(state.mutex);
     pipeFd[0] = pipeFd[1] = -1;
   }
   state.enter(State::Phase::Parked);
@@ -218,6 +220,7 @@ NetlinkThread::~NetlinkThread() {
 bool NetlinkThread::writeStopByte() {
   constexpr int kTries = 3;
   constexpr char kStop = 'S';
+  const std::lock_guard lock(_state->mutex);
   for (int i = 0; i < kTries; ++i) {
     if (pipeFd[1] < 0) {
       _logger.info("Invalid file descriptor");

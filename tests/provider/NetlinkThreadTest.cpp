@@ -78,7 +78,11 @@ bool eventually(Condition condition) {
 
 class NetlinkThreadTest : public testing::Test {
  protected:
-  NetlinkThreadTest() { testing::FLAGS_gtest_death_test_style = "threadsafe"; }
+  NetlinkThreadTest() {
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    // A sanitizer starts a thread of its own beside the first one that a program starts.
+    std::thread([] {}).join();
+  }
 
   RecordedLogger recorded;
   LinkWatch watch;

@@ -1,6 +1,7 @@
 #include <dlfcn.h>
 
 #include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -95,7 +96,10 @@ TEST_F(UnloadTest, LoadsAndUnloadsAThousandTimesWhileLinkMessagesArrive) {
     if (!entered) return;
     std::atomic<bool> stop{false};
     std::thread changes([&] {
-      for (bool up = true; !stop; up = !up) setLoopback(up);
+      for (bool up = true; !stop; up = !up) {
+        setLoopback(up);
+        std::this_thread::sleep_for(std::chrono::microseconds(500));
+      }
     });
     for (int i = 0; i < 1000 && !HasFailure(); ++i) {
       load();
