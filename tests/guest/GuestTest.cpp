@@ -42,17 +42,20 @@ class SharedGuest : public testing::Environment {
 }  // namespace
 
 Hardware testServer() {
-  return {
-      .slots = {3, 4, 7, kFreeSlot},
-      .cards = {{.name = "slot3a", .model = kE1000e, .slot = 3, .partner = true},
-                {.name = "slot3b", .model = kE1000e, .slot = 3, .function = 1, .partner = true},
-                {.name = "slot4", .model = kVmxnet3, .slot = 4},
-                {.name = "slot7", .model = kVirtioNet, .slot = 7, .properties = "speed=10000,duplex=full"},
-                {.name = "lom1", .model = kE1000e, .label = "Onboard LAN 1", .partner = true},
-                {.name = "e1000", .model = kE1000, .partner = true},
-                {.name = "rtl8139", .model = kRtl8139},
-                {.name = "e100", .model = kI82559er},
-                {.name = "virtio", .model = kVirtioNet}}};
+  return {.slots = {3, 4, 7, kFreeSlot},
+          .cards = {{.name = "slot3a", .model = kE1000e, .slot = 3, .partner = true},
+                    {.name = "slot3b", .model = kE1000e, .slot = 3, .function = 1, .partner = true},
+                    {.name = "slot4", .model = kVmxnet3, .slot = 4},
+                    {.name = "slot7",
+                     .model = kVirtioNet,
+                     .slot = 7,
+                     .properties = "speed=10000,duplex=full",
+                     .partner = true},
+                    {.name = "lom1", .model = kE1000e, .label = "Onboard LAN 1", .partner = true},
+                    {.name = "e1000", .model = kE1000, .partner = true},
+                    {.name = "rtl8139", .model = kRtl8139},
+                    {.name = "e100", .model = kI82559er},
+                    {.name = "virtio", .model = kVirtioNet, .partner = true}}};
 }
 
 void GuestTest::SetUp() {
@@ -75,7 +78,19 @@ std::string GuestTest::fileLine(const std::string& path) {
 }
 
 bool GuestTest::awaitCarrier(const std::string& link, bool carrier) {
-  return guest().await("[ $(cat /sys/class/net/" + link + "/carrier) = " + (carrier ? "1" : "0") + " ]");
+  const std::string folder = "/sys/class/net/" + link;
+  const std::string state = carrier ? "up|unknown" : "down|lowerlayerdown";
+  return guest().await("[ $(cat " + folder + "/carrier) = " + (carrier ? "1" : "0") + " ] && grep -qxE '" +
+                       state + "' " + folder + "/operstate");
+}
+
+void GuestTest::makeTraffic(const std::string& link) {
+  // To a neighbour that nobody is; the driver counts what it sends all the same.
+  guest().must(
+      "set -e\nip address add 198.18.0.1/24 dev " + link +
+      "\nip neighbour add 198.18.0.2 lladdr 02:00:00:00:00:02 dev " + link +
+      "\nfor n in {1..20}; do echo frame >/dev/udp/198.18.0.2/9; done\nip address flush to 198.18.0.1 dev " +
+      link);
 }
 
 void GuestTest::bringUp(const std::vector<std::string>& links) {

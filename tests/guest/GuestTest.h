@@ -14,13 +14,15 @@ namespace ZEB::guest {
 ///
 ///     slot 3  e1000e, two ports   slot3a, slot3b   cables to a partner
 ///     slot 4  vmxnet3             slot4
-///     slot 7  virtio_net, 10 Gb   slot7
+///     slot 7  virtio_net, 10 Gb   slot7            cable to a partner
 ///     slot 9  free
 ///     board   e1000e              lom1             labelled "Onboard LAN 1", cable to a partner
 ///     board   e1000               e1000            cable to a partner
 ///     board   8139cp              rtl8139
 ///     board   e100                e100
-///     board   virtio_net          virtio           says no speed
+///     board   virtio_net          virtio           says no speed, cable to a partner
+///
+/// Frames of a virtio card whose cable leads nowhere are never sent, nor counted.
 Hardware testServer();
 
 /// The free slot of testServer().
@@ -38,8 +40,11 @@ class GuestTest : public testing::Test {
   static nlohmann::json jsonOf(std::string_view script);
   /// The first line of a file in the guest; empty when it cannot be read.
   static std::string fileLine(const std::string& path);
-  /// Whether the interface gets to this carrier in time.
+  /// Whether the interface gets to this carrier in time, and to the operational state that the kernel gives
+  /// it a moment later.
   static bool awaitCarrier(const std::string& link, bool carrier);
+  /// Sends some frames out of an interface that is up.
+  static void makeTraffic(const std::string& link);
   /// Sets interfaces up and waits for their carrier.
   static void bringUp(const std::vector<std::string>& links);
 };
