@@ -1,0 +1,18 @@
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+
+#include "GuestTest.h"
+
+namespace ZEB::guest {
+
+/// Fixture of tests that look at what zeb-capture reads in the guest.
+class CaptureTest : public GuestTest {
+ protected:
+  static nlohmann::json capture();
+  /// One interface of a capture; throws when there is none of that name.
+  static nlohmann::json linkOf(const nlohmann::json& snapshot, const std::string& name);
+};
+
+}  // namespace ZEB::guest

@@ -1,0 +1,235 @@
+// What zeb-capture reads of the cards, against what is known of each and what ip, ethtool and sysfs say.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "CaptureTest.h"
+#include "CardFacts.h"
+
+namespace ZEB::guest {
+namespace {
+
+using nlohmann::json;
+using testing::ElementsAreArray;
+using testing::HasSubstr;
+
+/// ethtool's letters for what wakes a machine, as the kernel's bits.
+unsigned wakeBits(const std::string& letters) {
+  const std::map<char, unsigned> bits = {{'p', 1},  {'u', 2},  {'m', 4}, {'b', 8},
+                                         {'a', 16}, {'g', 32}, {'s', 64}};
+  unsigned sum = 0;
+  for (const char letter : letters) {
+    if (letter != 'd') sum += bits.at(letter);
+  }
+  return sum;
+}
+
+std::vector<std::string> words(const std::string& text) {
+  std::istringstream stream(text);
+  return {std::istream_iterator<std::string>(stream), {}};
+}
+
+/// The driver's own names of the counters that a snapshot has; a driver without them has nothing to report.
+const std::map<std::string, std::map<std::string, std::string>> kErrorCounters = {
+    {"e1000e",
+     {{"alignmentErrors", "rx_align_errors"},
+      {"fcsErrors", "rx_crc_errors"},
+      {"singleCollisions", "tx_single_coll_ok"},
+      {"multipleCollisions", "tx_multi_coll_ok"},
+      {"deferred", "tx_deferred_ok"},
+      {"lateCollisions", "tx_abort_late_coll"}}},
+    {"e1000",
+     {{"alignmentErrors", "rx_align_errors"},
+      {"fcsErrors", "rx_crc_errors"},
+      {"singleCollisions", "tx_single_coll_ok"},
+      {"multipleCollisions", "tx_multi_coll_ok"},
+      {"deferred", "tx_deferred_ok"},
+      {"lateCollisions", "tx_abort_late_coll"}}},
+    {"e100",
+     {{"fcsErrors", "rx_crc_errors"},
+      {"singleCollisions", "tx_single_collisions"},
+      {"multipleCollisions", "tx_multi_collisions"},
+      {"deferred", "tx_deferred"}}},
+    {"8139cp",
+     {{"alignmentErrors", "frame_align"},
+      {"singleCollisions", "tx_ok_1col"},
+      {"multipleCollisions", "tx_ok_mcol"}}},
+    {"vmxnet3", {}},
+    {"virtio_net", {}},
+};
+
+/// All cards are set up once, and captured once, for all tests.
+class CaptureCardsTest : public CaptureTest, public testing::WithParamInterface<CardFacts> {
+ public:
+  static void SetUpTestSuite() {
+    guest().reset();
+    std::vector<std::string> names;
+    for (const CardFacts& facts : cardFacts()) names.push_back(facts.name);
+    bringUp(names);
+    snapshot_ = std::make_unique<json>(capture());
+  }
+  static void TearDownTestSuite() {
+    snapshot_.reset();
+    said_.clear();
+  }
+
+ protected:
+  void SetUp() override {}
+
+  json link() const { return linkOf(*snapshot_, GetParam().name); }
+
+  /// The answer of `ethtool ARGUMENTS CARD`, asked once.
+  static const std::string& ethtool(const std::string& arguments) {
+    const auto [entry, isNew] = said_.try_emplace(arguments + " " + GetParam().name);
+    if (isNew) entry->second = guest().must("ethtool " + entry->first);
+    return entry->second;
+  }
+
+  /// What follows `label` in its line of that answer.
+  static std::string ethtool(const std::string& arguments, const std::string& label) {
+    std::istringstream lines(ethtool(arguments));
+    for (std::string line; std::getline(lines, line);) {
+      line.erase(0, line.find_first_not_of(" \t"));
+      if (line.starts_with(label + ":")) return line.substr(std::min(label.size() + 2, line.size()));
+    }
+    return "";
+  }
+
+ private:
+  static inline std::unique_ptr<json> snapshot_;
+  static inline std::map<std::string, std::string> said_;
+};
+
+TEST_P(CaptureCardsTest, DriverIsThatOfEthtool) {
+  const json driver = link().at("driver");
+  EXPECT_EQ(driver.at("name"), GetParam().driver);
+  EXPECT_EQ(driver.at("version"), ethtool("-i", "version"));
+  EXPECT_EQ(driver.value("firmwareVersion", ""), ethtool("-i", "firmware-version"));
+  EXPECT_EQ(driver.value("firmwareVersion", ""), GetParam().driver == "e1000e" ? "2.1-0" : "");
+}
+
+TEST_P(CaptureCardsTest, PciFunctionIsThatOfSysfs) {
+  const json hardware = link().at("hardware");
+  EXPECT_EQ(hardware.at("pci"), ethtool("-i", "bus-info"));
+  EXPECT_EQ(hardware.at("vendorId"), std::stoi(GetParam().vendor, nullptr, 16));
+  EXPECT_EQ(hardware.at("deviceId"), std::stoi(GetParam().device, nullptr, 16));
+}
+
+TEST_P(CaptureCardsTest, SpeedAndDuplex) {
+  const json facts = link().at("ethtool");
+  if (GetParam().speed < 0) {
+    EXPECT_FALSE(facts.contains("speed"));
+    EXPECT_FALSE(facts.contains("fullDuplex"));
+    return;
+  }
+  EXPECT_EQ(facts.at("speed"), GetParam().speed);
+  EXPECT_EQ(facts.at("fullDuplex"), GetParam().duplex == "full");
+}
+
+TEST_P(CaptureCardsTest, LinkModesAreThoseOfEthtool) {
+  const std::string& said = ethtool("");
+  const std::string label = "Supported link modes:";
+  const std::size_t begin = said.find(label) + label.size();
+  std::vector<std::string> expected = words(said.substr(begin, said.find("Supported pause") - begin));
+  if (expected == words("Not reported")) expected.clear();
+  std::vector<std::string> captured;
+  for (const std::string mode : link().at("ethtool").value("supported", json::array())) {
+    if (mode.find("base") != std::string::npos) captured.push_back(mode);
+  }
+  std::ranges::sort(expected);
+  std::ranges::sort(captured);
+  EXPECT_THAT(captured, ElementsAreArray(expected));
+  EXPECT_EQ(captured.empty(), GetParam().driver == "virtio_net");
+}
+
+TEST_P(CaptureCardsTest, AutonegotiationIsThatOfEthtool) {
+  EXPECT_EQ(link().at("ethtool").at("autonegotiation"), ethtool("", "Auto-negotiation") == "on");
+}
+
+TEST_P(CaptureCardsTest, WakeOnLan) {
+  const json facts = link().at("ethtool");
+  EXPECT_EQ(facts.value("wakeOnLanSupported", 0U), wakeBits(GetParam().wakeOnLan));
+  EXPECT_EQ(facts.value("wakeOnLanEnabled", 0U), wakeBits(ethtool("", "Wake-on")));
+}
+
+TEST_P(CaptureCardsTest, LinkIsThatOfIp) {
+  const json kernel = jsonOf("ip -j -d link show dev " + GetParam().name).at(0);
+  EXPECT_EQ(link().at("index"), kernel.at("ifindex"));
+  EXPECT_EQ(link().at("address"), kernel.at("address"));
+  EXPECT_EQ(link().at("mtu"), kernel.at("mtu"));
+  EXPECT_EQ(link().at("operState"), kernel.at("operstate"));
+  EXPECT_EQ(link().at("parentDevice"), kernel.at("parentdev"));
+  EXPECT_EQ(link().at("carrier"), true);
+  EXPECT_EQ(link().at("permanentAddress"), guest().addressOf(GetParam().name));
+}
+
+/// Counters go on while they are compared: what is captured lies between two readings of the kernel's.
+TEST_P(CaptureCardsTest, TrafficIsCounted) {
+  makeTraffic(GetParam().name);
+  const std::string read = "ip -j -s link show dev " + GetParam().name;
+  const json before = jsonOf(read).at(0).at("stats64");
+  const json now = linkOf(capture(), GetParam().name).at("statistics");
+  const json after = jsonOf(read).at(0).at("stats64");
+  const auto between = [&](const char* name, const char* direction, const char* counter) {
+    EXPECT_GE(now.at(name), before.at(direction).at(counter)) << name;
+    EXPECT_LE(now.at(name), after.at(direction).at(counter)) << name;
+  };
+  between("rxBytes", "rx", "bytes");
+  between("rxPackets", "rx", "packets");
+  between("txBytes", "tx", "bytes");
+  between("txPackets", "tx", "packets");
+  EXPECT_GT(now.at("txPackets"), 0);
+}
+
+TEST_P(CaptureCardsTest, ErrorsAreCountedWhereTheDriverCounts) {
+  const json captured = link().at("ethtool").value("mac", json::object());
+  const auto& counters = kErrorCounters.at(GetParam().driver);
+  for (const auto& [name, counter] : counters) {
+    ASSERT_TRUE(captured.contains(name)) << name;
+    EXPECT_EQ(std::to_string(captured.at(name).get<std::uint64_t>()), ethtool("-S", counter)) << name;
+  }
+  EXPECT_EQ(captured.empty(), counters.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Cards, CaptureCardsTest, testing::ValuesIn(cardFacts().begin(), cardFacts().end()),
+                         [](const auto& row) { return row.param.name; });
+
+using CapturePlacesTest = CaptureTest;
+
+TEST_F(CapturePlacesTest, TwoPortsOfOneCardInASlot) {
+  const json all = capture();
+  const json first = linkOf(all, "slot3a").at("hardware"), second = linkOf(all, "slot3b").at("hardware");
+  EXPECT_EQ(first.at("slot"), 3);
+  EXPECT_EQ(second.at("slot"), 3);
+  EXPECT_EQ(first.at("slotKind"), 5);  // PCI Express
+  const std::string place = fileLine("/sys/bus/pci/slots/3/address");
+  EXPECT_EQ(first.at("pci"), place + ".0");
+  EXPECT_EQ(second.at("pci"), place + ".1");
+}
+
+TEST_F(CapturePlacesTest, SlotsAreThoseOfSysfs) {
+  const json all = capture();
+  for (const std::string slot : {"4", "7"}) {
+    const json hardware = linkOf(all, "slot" + slot).at("hardware");
+    EXPECT_EQ(std::to_string(hardware.at("slot").get<int>()), slot);
+    EXPECT_THAT(hardware.at("pci").get<std::string>(),
+                testing::StartsWith(fileLine("/sys/bus/pci/slots/" + slot + "/address")));
+  }
+}
+
+TEST_F(CapturePlacesTest, TheBoardNamesItsOwnCard) {
+  const json all = capture();
+  const json named = linkOf(all, "lom1").at("hardware"), unnamed = linkOf(all, "e1000").at("hardware");
+  EXPECT_EQ(named.at("onboardLabel"), "Onboard LAN 1");
+  EXPECT_EQ(named.at("onboardIndex"), 1);
+  EXPECT_FALSE(named.contains("slot"));
+  EXPECT_FALSE(unnamed.contains("onboardLabel"));
+  EXPECT_FALSE(unnamed.contains("slot"));
+}
+
+}  // namespace
+}  // namespace ZEB::guest
