@@ -2,6 +2,7 @@
 #include "common/AutoMutex.h"
 #include "common/ClassNames.h"
 #include "ethernet/RefreshScope.h"
+#include "monitor/BackgroundWorker.h"
 #include "provider/Names.h"
 #include "provider/ZEBEthernetPortProvider.h"
 #include "provider/ZEB_AutoStartEthernetPort.h"
@@ -88,12 +89,13 @@ void ZEBEthernetPortProvider::referenceNames(CmpiObjectPathResult& result, const
   _collection.referenceNames(result, context, path, resultClass, role);
 }
 
-void ZEBEthernetPortProvider::invokeMethod(CmpiMethodResult& result, const CmpiContext& /*context*/,
+void ZEBEthernetPortProvider::invokeMethod(CmpiMethodResult& result, const CmpiContext& context,
                                            const CmpiObjectPath& /*path*/, const CmpiName& method,
                                            const CmpiArgs& /*in*/, CmpiArgs& /*out*/) {
   constexpr std::uint32_t kUnknownMethod = 1;
   std::uint32_t answer = kUnknownMethod;
-  if (method == CmpiName(kPerformWork)) answer = 0;
+  // A pass takes the collection mutex by itself, where it has to.
+  if (method == CmpiName(kPerformWork)) answer = BackgroundWorker(*this, context).pass();
   result.returnData(answer);
 }
 

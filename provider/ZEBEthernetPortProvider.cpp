@@ -60,12 +60,13 @@ void ZEBEthernetPortProvider::StartNetlinkThread() {
   _netlinkThread->start();
 }
 
-// A recording that cannot be played back is a mistake of whoever configured it, who has to be told; a host whose
-// kernel does not answer is served all the same.
+// A recording that cannot be played back is a mistake of whoever configured it, who has to be told; a host
+// whose kernel does not answer is served all the same.
 void ZEBEthernetPortProvider::checkSource() {
   const std::string file = Configuration::current()->sourceFile;
   if (file.empty()) return;
-  if (const auto trouble = ethernet::checkRecording(file)) throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_FAILED, *trouble);
+  if (const auto trouble = ethernet::checkRecording(file))
+    throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_FAILED, *trouble);
 }
 
 void ZEBEthernetPortProvider::makeDataSources() {

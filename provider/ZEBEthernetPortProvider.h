@@ -69,6 +69,7 @@ class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
 
  private:
   class InstanceBuild;
+  class BackgroundWorker;
 
   void StartNetlinkThread();
   static void checkSource();
@@ -84,7 +85,7 @@ class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
   /// Belongs to the collection: null until a build has made them, and again when the collection is cleared.
   std::atomic<ZEB_EthEventSettings*> _eventSettings{nullptr};
   std::atomic<bool> _readyToSendIndications{false};
-  bool _workerFirstPassDone = false;
+  bool _indicationsStarted = false;  ///< a pass has found indications enabled
   bool _heartbeat = false;
   std::unique_ptr<EthernetMRA> _ethMRA;
   std::unique_ptr<EthernetTeamMRA> _ethTeamMRA;
