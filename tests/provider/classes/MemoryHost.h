@@ -26,6 +26,16 @@ class MemoryHost {
     link.parentDevice = "device of " + name;
     return link;
   }
+  /// A port of a PCI card: one function of the device on that bus.
+  ethernet::LinkFacts& addCardPort(const std::string& name, std::uint8_t bus, std::uint8_t function) {
+    auto& link = addPort(name);
+    ethernet::HardwareFacts hardware;
+    hardware.bus = "pci";
+    hardware.device = *link.parentDevice;
+    hardware.pci = ethernet::PciAddress{0, bus, 0, function};
+    link.hardware = std::make_shared<const ethernet::HardwareFacts>(std::move(hardware));
+    return link;
+  }
   ethernet::LinkFacts& addTeam(const std::string& name) {
     auto& link = add(name);
     link.kind = "bond";
@@ -42,6 +52,17 @@ class MemoryHost {
   void join(const std::string& port, const std::string& team) {
     link(port).masterIndex = link(team).index;
     link(port).bondMember = ethernet::BondMemberFacts{0, 0, {}};
+  }
+
+  void addAddress(const std::string& name, const std::string& text, std::uint8_t prefixLength) {
+    auto& facts = _snapshot->addresses.emplace_back(address(text, prefixLength));
+    facts.index = link(name).index;
+  }
+  void addGateway(const std::string& name, const std::string& gateway) {
+    auto& route = _snapshot->routes.emplace_back();
+    route.index = link(name).index;
+    route.gateway = ethernet::parseIpAddress(gateway).value();
+    route.table = 254;
   }
 
   ethernet::LinkFacts& link(const std::string& name) {
