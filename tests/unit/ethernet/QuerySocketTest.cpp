@@ -55,6 +55,13 @@ TEST(ReplyReader, ErrorAndFailingDone) {
   }
 }
 
+TEST(ReplyReader, ErrorThatIsNone) {
+  ReplyReader reader(5, [](std::uint16_t, Bytes) {});
+  EXPECT_EQ(reader.feed(closing(NLMSG_ERROR, 5, std::numeric_limits<int>::min()).view()),
+            ReplyReader::State::Failed);
+  EXPECT_EQ(reader.error(), EBADMSG);
+}
+
 TEST(ReplyReader, InterruptedAnywhereIsInterrupted) {
   ReplyReader reader(5, [](std::uint16_t, Bytes) {});
   EXPECT_EQ(reader.feed(item(5, 1, NLM_F_MULTI | NLM_F_DUMP_INTR).view()), ReplyReader::State::More);

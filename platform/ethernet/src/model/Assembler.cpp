@@ -16,7 +16,8 @@ void sortByIndex(std::vector<T>& all) {
 
 template <class T>
 std::span<const T> withIndex(const std::vector<T>& all, std::uint32_t index) {
-  return std::ranges::equal_range(all, index, {}, &T::index);
+  const auto begin = std::ranges::lower_bound(all, index, {}, &T::index);
+  return {begin, std::ranges::upper_bound(begin, all.end(), index, {}, &T::index)};
 }
 
 }  // namespace
@@ -24,8 +25,8 @@ std::span<const T> withIndex(const std::vector<T>& all, std::uint32_t index) {
 Assembler::Assembler(HostSnapshot snapshot) : _snapshot(std::move(snapshot)) {
   auto& links = _snapshot.links;
   sortByIndex(links);
-  const auto repeated = std::ranges::unique(links, {}, &LinkFacts::index);
-  links.erase(repeated.begin(), repeated.end());
+  const auto sameIndex = [](const LinkFacts& a, const LinkFacts& b) { return a.index == b.index; };
+  links.erase(std::unique(links.begin(), links.end(), sameIndex), links.end());
   sortByIndex(_snapshot.addresses);
   sortByIndex(_snapshot.routes);
   for (const LinkFacts& link : links) {

@@ -25,8 +25,9 @@ ReplyReader::State ReplyReader::feed(Bytes datagram) {
 /// Both closing messages begin with zero or a negative errno value; a dump's may be empty on old kernels.
 ReplyReader::State ReplyReader::end(Bytes payload) {
   const int code = leading<int>(payload).value_or(0);
+  constexpr int kLargestError = 4095;
   if (code < 0) {
-    _error = -code;
+    _error = code >= -kLargestError ? -code : EBADMSG;
     return State::Failed;
   }
   return _interrupted ? State::Interrupted : State::Done;
