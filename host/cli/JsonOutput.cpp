@@ -63,20 +63,29 @@ Json instanceJson(const Instance& instance) {
 }
 
 /// Text that is no UTF-8 is shown with replacement characters: better than no answer.
-std::string dump(const Json& json) {
-  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+std::string text(const Json& json) {
+  return json.dump(2, ' ', false, Json::error_handler_t::replace);
+}
+
+/// Appends text with its lines moved right; a line end in JSON text is never part of a value.
+void appendIndented(std::string& out, std::string_view lines) {
+  while (!lines.empty()) {
+    const std::size_t length = std::min(lines.find('\n'), lines.size() - 1) + 1;
+    out.append("  ").append(lines.substr(0, length));
+    lines.remove_prefix(length);
+  }
 }
 
 }  // namespace
 
 std::string jsonOfItems(std::span<const CMPIData> items) {
-  Json list = Json::array();
-  for (const CMPIData& item : items) list.push_back(scalarJson(item));
-  return dump(list);
-}
-
-std::string jsonOfInstance(const Instance& instance) {
-  return dump(instanceJson(instance));
+  // One item at a time: the tree of a large answer would take many times the memory of its text.
+  std::string out = "[";
+  for (const CMPIData& item : items) {
+    out += out.size() == 1 ? "\n" : ",\n";
+    appendIndented(out, text(scalarJson(item)));
+  }
+  return out + (items.empty() ? "]\n" : "\n]\n");
 }
 
 std::string jsonOfClasses(const std::vector<const ClassDef*>& classes) {
@@ -91,16 +100,17 @@ std::string jsonOfClasses(const std::vector<const ClassDef*>& classes) {
                     {"keys", keys},
                     {"description", def->description}});
   }
-  return dump(list);
+  return text(list) + "\n";
 }
 
 std::string jsonOfMethod(const CMPIData& returned, const NamedValues& arguments) {
-  return dump({{"returnValue", {{"type", typeName(returned.type)}, {"value", valueJson(returned)}}},
-               {"parameters", namedJson(arguments)}});
+  return text({{"returnValue", {{"type", typeName(returned.type)}, {"value", valueJson(returned)}}},
+               {"parameters", namedJson(arguments)}}) +
+         "\n";
 }
 
 std::string jsonOfPath(const PathBody& path) {
-  return dump({{"path", formatPath(path)}});
+  return text({{"path", formatPath(path)}}) + "\n";
 }
 
 }  // namespace ZebHost

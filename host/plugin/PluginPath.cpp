@@ -16,9 +16,12 @@ std::string findPlugin(const std::string& option, const std::string& executableF
   const char* const named = std::getenv("ZEB_PLUGIN");
   if (named && *named) return named;
   const std::filesystem::path beside(executableFolder);
-  const std::array<std::filesystem::path, 5> folders = {beside, beside / "../provider",
-                                                        beside / ".." / ZEB_PROVIDER_FOLDER,
-                                                        ZEB_SYSTEM_PROVIDER_FOLDER, "/usr/lib/cmpi"};
+  const std::array<std::filesystem::path, 6> folders = {beside,
+                                                        beside / "../provider",
+                                                        beside / ".." / ZEB_LIBRARY_FOLDER / "cmpi",
+                                                        beside / ".." / ZEB_LIBRARY_FOLDER,
+                                                        ZEB_SYSTEM_PROVIDER_FOLDER,
+                                                        "/usr/lib/cmpi"};
   std::error_code ignored;
   for (const auto& folder : folders) {
     if (std::filesystem::exists(folder / kFileName, ignored)) {
