@@ -63,8 +63,9 @@ class PlayedHost {
     if (link.isTeam) {
       text += R"(, "kind": "bond", "bond": {"mode": 1})";
     } else {
-      text +=
-          R"(, "parentBus": "pci", "parentDevice": "0000:)" + std::to_string(10 + link.index) + R"(:00.0")";
+      const std::string device = "0000:" + std::to_string(10 + link.index) + ":00.0";
+      text += R"(, "parentBus": "pci", "parentDevice": ")" + device;
+      text += R"(", "hardware": {"bus": "pci", "device": ")" + device + R"(", "pci": ")" + device + R"("})";
     }
     if (link.team != 0) {
       text += R"(, "masterIndex": )" + std::to_string(link.team) +
