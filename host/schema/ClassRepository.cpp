@@ -18,8 +18,7 @@ bool covers(std::string_view entry, std::int64_t number) {
   const auto dots = entry.find("..");
   const auto bound = [](std::string_view text) { return parseInteger(text).value_or(IntegerLiteral{}); };
   const auto valueOf = [](const IntegerLiteral& literal) {
-    const auto magnitude = static_cast<std::int64_t>(literal.magnitude);
-    return literal.negative ? -magnitude : magnitude;
+    return static_cast<std::int64_t>(literal.negative ? ~literal.magnitude + 1 : literal.magnitude);
   };
   if (dots == std::string_view::npos) return valueOf(bound(entry)) == number && parseInteger(entry);
   const std::string_view low = entry.substr(0, dots);

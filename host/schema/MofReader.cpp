@@ -122,16 +122,19 @@ std::optional<std::string> readDefault(MofLexer& lexer, const ElementDef& elemen
   return all;
 }
 
+/// Only regular files of a bounded size: an include must not be able to hang the reader.
 std::string contentOf(const std::string& path, const std::string& from) {
+  const auto refuse = [&](const std::string& why) {
+    throw SchemaError((from.empty() ? path : from) + ": cannot read the schema file '" + path + "': " + why);
+  };
+  std::error_code error;
+  const auto status = std::filesystem::status(path, error);
+  if (!std::filesystem::exists(status)) refuse(error ? error.message() : "No such file or directory");
+  if (!std::filesystem::is_regular_file(status)) refuse("not a file");
+  if (std::filesystem::file_size(path, error) > kLargestFile) refuse("too large");
   std::ifstream file(path, std::ios::binary);
-  const std::string prefix = from.empty() ? path : from;
-  if (!file || std::filesystem::is_directory(path)) {
-    throw SchemaError(prefix + ": cannot read the schema file '" + path +
-                      "': " + std::strerror(file ? EISDIR : errno));
-  }
-  std::string text(std::istreambuf_iterator<char>(file), {});
-  if (text.size() > kLargestFile) throw SchemaError(path + ":1: the file is too large");
-  return text;
+  if (!file) refuse(std::strerror(errno));
+  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 void MofReader::readFile(const std::string& path, const std::string& from) {

@@ -264,6 +264,16 @@ TEST_F(MofFiles, AFolderAndAMissingFileAreErrors) {
   EXPECT_THROW(ClassRepository::fromFile((folder / "absent.mof").string()), SchemaError);
 }
 
+TEST_F(MofFiles, AnIncludeThatNeverEndsIsRefused) {
+  const std::string file = write("a.mof", "#pragma include (\"/dev/zero\")");
+  try {
+    ClassRepository::fromFile(file);
+    FAIL() << "no error";
+  } catch (const SchemaError& error) {
+    EXPECT_EQ(error.what(), file + ":1: cannot read the schema file '/dev/zero': not a file");
+  }
+}
+
 TEST_F(MofFiles, ACircleOfIncludesEnds) {
   write("b.mof", "#pragma include (\"a.mof\")");
   const std::string outer = write("a.mof", "#pragma include (\"b.mof\")");
