@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <ctime>
 
@@ -39,9 +40,10 @@ std::optional<CmpiDateTime> parseTime(std::string_view text) {
              hour = number(text, 8, 2), minute = number(text, 10, 2), second = number(text, 12, 2),
              micros = number(text, 15, 6), offset = number(text, 22, 3);
   if (!year || !month || !day || !hour || !minute || !second || !micros || !offset) return std::nullopt;
-  if (*month < 1 || *month > 12 || *day < 1 || *day > 31 || *hour > 23 || *minute > 59 || *second > 60) {
-    return std::nullopt;
-  }
+  const std::chrono::year_month_day date(std::chrono::year(*year),
+                                         std::chrono::month(static_cast<unsigned>(*month)),
+                                         std::chrono::day(static_cast<unsigned>(*day)));
+  if (!date.ok() || *hour > 23 || *minute > 59 || *second > 60) return std::nullopt;
   std::tm broken{};
   broken.tm_year = *year - 1900;
   broken.tm_mon = *month - 1;
