@@ -113,6 +113,11 @@ void apply(Configuration& configuration, const std::string& file, const toml::ke
 void readFile(Configuration& configuration, const std::string& file) {
   std::error_code error;
   if (!std::filesystem::exists(file, error)) return;
+  // Reading a directory gives an empty text without any complaint.
+  if (std::filesystem::is_directory(file, error)) {
+    configuration.warnings.push_back(file + " is a directory");
+    return;
+  }
   try {
     const toml::table table = toml::parse_file(file);
     for (const auto& [name, node] : table) apply(configuration, file, name, node);

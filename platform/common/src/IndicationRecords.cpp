@@ -5,7 +5,7 @@
 
 #include <array>
 #include <charconv>
-#include <cstring>
+#include <filesystem>
 #include <limits>
 #include <mutex>
 #include <stdexcept>
@@ -137,6 +137,12 @@ std::shared_ptr<const IndicationRecords> IndicationRecords::of(const std::string
 }
 
 IndicationRecords::IndicationRecords(const std::string& file) {
+  std::error_code error;
+  // Reading a directory gives an empty text without any complaint.
+  if (std::filesystem::is_directory(file, error)) {
+    _failure = file + " is a directory";
+    return;
+  }
   try {
     const toml::table whole = toml::parse_file(file);
     for (const auto& [name, node] : whole) {
@@ -151,9 +157,9 @@ IndicationRecords::IndicationRecords(const std::string& file) {
         _entries[std::string(name.str())].emplace(number, readEntry(file, digits, *record, *part));
       }
     }
-  } catch (const toml::parse_error& error) {
-    const bool hasLine = error.source().begin.line > 0;
-    _failure = (hasLine ? placeOf(file, error.source()) : file + ": ") + std::string(error.description());
+  } catch (const toml::parse_error& mistake) {
+    const bool hasLine = mistake.source().begin.line > 0;
+    _failure = (hasLine ? placeOf(file, mistake.source()) : file + ": ") + std::string(mistake.description());
   }
 }
 

@@ -1,0 +1,81 @@
+#include <gmock/gmock.h>
+
+#include "common/ClassAncestry.h"
+#include "common/HashIndex.h"
+#include "common/ZEBUtil.h"
+#include "support/FakeBroker.h"
+
+namespace ZEB {
+namespace {
+
+std::vector<std::uint32_t> found(HashIndex& index, std::size_t hash) {
+  std::vector<std::uint32_t> numbers;
+  for (const auto& entry : index.find(hash)) numbers.push_back(entry.number);
+  return numbers;
+}
+
+TEST(HashIndexTest, findsNothingWhereNothingIs) {
+  HashIndex index;
+  EXPECT_TRUE(found(index, 1).empty());
+  index.add(2, 0);
+  EXPECT_TRUE(found(index, 1).empty());
+  EXPECT_TRUE(found(index, 3).empty());
+}
+
+TEST(HashIndexTest, keepsTheOrderOfAddingWhateverComesBetween) {
+  HashIndex index;
+  index.add(7, 0);
+  index.add(3, 1);
+  index.add(7, 2);
+  EXPECT_THAT(found(index, 7), testing::ElementsAre(0, 2));
+  index.add(7, 3);
+  index.add(1, 4);
+  EXPECT_THAT(found(index, 7), testing::ElementsAre(0, 2, 3));
+  EXPECT_THAT(found(index, 3), testing::ElementsAre(1));
+  EXPECT_THAT(found(index, 1), testing::ElementsAre(4));
+}
+
+TEST(HashIndexTest, isEmptyWhenCleared) {
+  HashIndex index;
+  index.add(7, 0);
+  index.clear();
+  EXPECT_TRUE(found(index, 7).empty());
+  index.add(7, 5);
+  EXPECT_THAT(found(index, 7), testing::ElementsAre(5));
+}
+
+class ClassAncestryTest : public testing::Test {
+ protected:
+  ClassAncestryTest() {
+    broker.declareClass("Port", "Device");
+    broker.declareClass("Device", "Element");
+    ZEBUtil::setBroker(broker.handle());
+  }
+  ~ClassAncestryTest() override { ZEBUtil::setBroker(CmpiCpp::CmpiBroker()); }
+
+  test::FakeBroker broker;
+  test::FakeBroker::Call call{broker};
+  ClassAncestry ancestry;
+};
+
+TEST_F(ClassAncestryTest, eachPairIsAskedForOnce) {
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_TRUE(ancestry.isA("n", "Port", "Element"));
+    EXPECT_TRUE(ancestry.isA("n", "PORT", "element"));
+    EXPECT_FALSE(ancestry.isA("n", "Port", "Other"));
+  }
+  EXPECT_EQ(broker.ancestryQuestions(), 2);
+}
+
+TEST_F(ClassAncestryTest, aClassIsItselfWithoutAsking) {
+  EXPECT_TRUE(ancestry.isA("n", "Port", "port"));
+  EXPECT_EQ(broker.ancestryQuestions(), 0);
+}
+
+TEST_F(ClassAncestryTest, inventedClassesDoNotFillTheMemory) {
+  for (int i = 0; i < 1000; ++i) EXPECT_FALSE(ancestry.isA("n", "Port", "Invented" + std::to_string(i)));
+  EXPECT_TRUE(ancestry.isA("n", "Port", "Device"));
+}
+
+}  // namespace
+}  // namespace ZEB

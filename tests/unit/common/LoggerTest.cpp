@@ -1,0 +1,119 @@
+#include <gmock/gmock.h>
+
+#include <thread>
+
+#include "common/Logger.h"
+#include "support/ProcessLog.h"
+#include "support/RecordingLogSink.h"
+
+namespace ZEB {
+namespace {
+
+using test::ProcessLog;
+using test::RecordingLogSink;
+using testing::ElementsAre;
+using Line = RecordingLogSink::Line;
+
+TEST(LoggerTest, writesALineWithItsLevelAndSource) {
+  const auto sink = std::make_shared<RecordingLogSink>();
+  const Logger logger("Me", sink, LogLevel::Info);
+  logger.info("i %d", 1);
+  logger.warn("w %s", "x");
+  logger.error("e");
+  EXPECT_THAT(sink->lines(), ElementsAre(Line{LogLevel::Info, "Me", "i 1"}, Line{LogLevel::Warn, "Me", "w x"},
+                                         Line{LogLevel::Error, "Me", "e"}));
+}
+
+TEST(LoggerTest, writesNothingMoreDetailedThanItsLevel) {
+  const auto sink = std::make_shared<RecordingLogSink>();
+  for (const LogLevel level : {LogLevel::Error, LogLevel::Warn, LogLevel::Info}) {
+    sink->clear();
+    const Logger logger("Me", sink, level);
+    logger.info("x");
+    logger.warn("x");
+    logger.error("x");
+    EXPECT_EQ(sink->lines().size(), static_cast<std::size_t>(level) + 1);
+    EXPECT_TRUE(logger.wants(level));
+  }
+}
+
+TEST(LoggerTest, aSourceIsLengthenedForThisHandleAlone) {
+  const Logger parent("Me", std::make_shared<RecordingLogSink>(), LogLevel::Info);
+  Logger child = parent;
+  child.appendLogSource(":");
+  child.appendLogSource("Class");
+  EXPECT_EQ(child.source(), "Me:Class");
+  EXPECT_EQ(parent.source(), "Me");
+}
+
+TEST(LoggerTest, handlesLengthenedAlikeShareOneName) {
+  const Logger parent("Me", std::make_shared<RecordingLogSink>(), LogLevel::Info);
+  Logger one = parent, two = parent;
+  one.appendLogSource(":Class");
+  two.appendLogSource(":Class");
+  EXPECT_EQ(&one.source(), &two.source());
+}
+
+TEST(LoggerTest, lineBreaksAtTheEndAreDropped) {
+  const auto sink = std::make_shared<RecordingLogSink>();
+  const Logger logger("Me", sink, LogLevel::Info);
+  logger.info("In StartNetlinkThread.\n");
+  logger.info("\n\n");
+  EXPECT_THAT(sink->texts(), ElementsAre("In StartNetlinkThread.", ""));
+}
+
+TEST(LoggerTest, withoutASinkItWritesToTheProcesss) {
+  const ProcessLog log;
+  Logger("Named").warn("seen");
+  Logger().warn("too");
+  EXPECT_THAT(log.sink->lines(),
+              ElementsAre(Line{LogLevel::Warn, "Named", "seen"}, Line{LogLevel::Warn, "", "too"}));
+}
+
+TEST(LoggerTest, aReplacedProcessSinkHoldsForHandlesThatAreThere) {
+  const auto first = std::make_shared<RecordingLogSink>();
+  setProcessLogSink(first, LogLevel::Info);
+  const Logger logger("Me");
+  {
+    const ProcessLog second;
+    logger.info("x");
+    EXPECT_TRUE(first->lines().empty());
+    EXPECT_THAT(second.sink->texts(), ElementsAre("x"));
+  }
+  EXPECT_FALSE(logger.wants(LogLevel::Info)) << "what the configuration asks for is back";
+}
+
+TEST(LoggerTest, aHandleWithASinkOfItsOwnKeepsIt) {
+  const auto own = std::make_shared<RecordingLogSink>();
+  const Logger logger("Me", own, LogLevel::Info);
+  const ProcessLog process;
+  logger.info("x");
+  EXPECT_EQ(own->lines().size(), 1u);
+  EXPECT_TRUE(process.sink->lines().empty());
+}
+
+TEST(LoggerTest, isUsedAndCopiedOnSeveralThreads) {
+  const auto sink = std::make_shared<RecordingLogSink>();
+  const Logger parent("Me", sink, LogLevel::Info);
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t) {
+    threads.emplace_back([&parent] {
+      for (int i = 0; i < 200; ++i) {
+        Logger mine = parent;
+        mine.appendLogSource(":Class");
+        mine.info("%d", i);
+      }
+    });
+  }
+  for (auto& thread : threads) thread.join();
+  EXPECT_EQ(sink->lines().size(), 800u);
+}
+
+TEST(LoggerTest, standardErrorGetsOneLine) {
+  testing::internal::CaptureStderr();
+  Logger("Me", makeStandardErrorSink(), LogLevel::Info).error("no %s", "space");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "error: Me: no space\n");
+}
+
+}  // namespace
+}  // namespace ZEB
