@@ -36,6 +36,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         StatusCase{"Up", true, true, IF_OPER_UP, Status::OK, Status::OK},
         StatusCase{"UnknownState", true, true, IF_OPER_UNKNOWN, Status::OK, Status::OK},
+        StatusCase{"StateNotYetThere", true, true, IF_OPER_DOWN, Status::OK, Status::OK},
         StatusCase{"NoCarrier", true, false, IF_OPER_DOWN, Status::Error, Status::Error},
         StatusCase{"Testing", true, true, IF_OPER_TESTING, Status::Degraded, Status::Degraded},
         StatusCase{"NotFullyUp", true, true, IF_OPER_DORMANT, Status::Degraded, Status::Degraded},
@@ -91,7 +92,9 @@ TEST(LinkMessage, SaysHowTheLinkIs) {
   EXPECT_EQ(linkMessage(up), "link up, 1000 Mbit/s half duplex");
   EXPECT_EQ(linkMessage(link(false, true, IF_OPER_DOWN)), "administratively down");
   EXPECT_EQ(linkMessage(link(true, true, IF_OPER_TESTING)), "link up, but under test");
-  EXPECT_EQ(linkMessage(link(true, true, 200)), "link up, but in an unknown state");
+  EXPECT_EQ(linkMessage(link(true, true, IF_OPER_DORMANT)), "link up, but not fully up");
+  EXPECT_EQ(linkMessage(link(true, true, IF_OPER_LOWERLAYERDOWN)), "link up, but the layer below is down");
+  EXPECT_EQ(linkMessage(link(true, true, 200)), "link up");
 }
 
 TEST(LinkMessage, SaysWhyThereIsNone) {

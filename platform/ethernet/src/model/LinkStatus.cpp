@@ -11,8 +11,10 @@ constexpr std::uint8_t kMiiGoingDown = 1;
 constexpr std::uint8_t kMiiDown = 2;
 constexpr std::uint8_t kMiiComingBack = 3;
 
+/// The operational state follows the carrier a moment later: "down" beside a carrier is the state from
+/// before.
 bool isImpaired(std::optional<std::uint8_t> operState) {
-  return operState && *operState != IF_OPER_UP && *operState != IF_OPER_UNKNOWN;
+  return operState == IF_OPER_TESTING || operState == IF_OPER_LOWERLAYERDOWN || operState == IF_OPER_DORMANT;
 }
 
 std::string speedText(const EthtoolFacts& ethtool) {

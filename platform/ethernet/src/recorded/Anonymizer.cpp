@@ -19,8 +19,7 @@ bool bitOf(const IpAddress& address, unsigned bit) {
 }
 
 bool isLoopback(const IpAddress& address) {
-  static const IpAddress kLoopback = *parseIpAddress("::1");
-  return address.family == IpFamily::V4 ? address.bytes[0] == 127 : address == kLoopback;
+  return address.family == IpFamily::V4 ? address.bytes[0] == 127 : toText(address) == "::1";
 }
 
 unsigned keptBits(const IpAddress& address) {

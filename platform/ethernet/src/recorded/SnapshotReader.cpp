@@ -35,7 +35,7 @@ class Reader {
     return !_problem.empty() || found == _object.end() || found->is_null() ? nullptr : &*found;
   }
   std::string placeOf(const char* key) const { return _place.empty() ? key : _place + "." + key; }
-  void expected(const std::string& place, const char* what) {
+  void expected(const std::string& place, const std::string& what) {
     if (_problem.empty()) _problem = place + ": expected " + what;
   }
 
@@ -110,10 +110,8 @@ void Reader::read(const Json& json, const std::string& place, T& value) {
     return json.is_number_integer() && std::in_range<T>(json.get<std::int64_t>());
   };
   if (!fits()) {
-    static const std::string kExpected = "a whole number from " +
-                                         std::to_string(std::numeric_limits<T>::min()) + " to " +
-                                         std::to_string(std::numeric_limits<T>::max());
-    return expected(place, kExpected.c_str());
+    return expected(place, "a whole number from " + std::to_string(std::numeric_limits<T>::min()) + " to " +
+                               std::to_string(std::numeric_limits<T>::max()));
   }
   value = json.get<T>();
 }
