@@ -87,6 +87,14 @@ std::optional<std::size_t> indexOf(const char* name) {
   return static_cast<std::size_t>(found - kSettings.begin());
 }
 
+using P = Properties<ZEB_EthEventSettings>;
+const PropertyRows<ZEB_EthEventSettings> kTexts{
+    P::key("InstanceId"),
+    P::string("ElementName", constant(kDescription)),
+    P::string("Caption", constant(kDescription)),
+    P::string("Description", constant(kDescription)),
+};
+
 }  // namespace
 
 ZEB_EthEventSettings::ZEB_EthEventSettings(const Logger& theLogger, const std::string& theNameSpace)
@@ -129,15 +137,8 @@ void ZEB_EthEventSettings::initialize() {
 }
 
 CmpiInstance ZEB_EthEventSettings::makeInstance() {
-  using P = Properties<ZEB_EthEventSettings>;
-  static const PropertyRows<ZEB_EthEventSettings> kProperties{
-      P::key("InstanceId"),
-      P::string("ElementName", constant(kDescription)),
-      P::string("Caption", constant(kDescription)),
-      P::string("Description", constant(kDescription)),
-  };
   CmpiInstance instance = CmpiCpp::makeCmpiInstance(ZEBUtil::getBroker(), makeObjectPath());
-  kProperties.fill(instance, *this);
+  kTexts.fill(instance, *this);
   for (std::size_t index = 0; index < kCount; ++index) {
     instance.addProperty(kSettings[index].name, kSettings[index].kind.make(_values[index]));
   }

@@ -47,6 +47,19 @@ constexpr Worse kWorse[] = {
     {operationalStatus::Degraded, operationalStatus::OK, operationalStatus::Degraded},
 };
 
+using P = Properties<const GroupStatus>;
+const PropertyRows<const GroupStatus> kProperties{
+    P::key("InstanceID"),
+    P::string("ElementName", constant("Ethernet Adapter Collection")),
+    P::string("Caption", constant("Ethernet Adapter Collection")),
+    P::uint16Array(
+        "GroupOperationalStatus", [](const GroupStatus& group) { return std::vector{group.status}; }, always),
+    P::stringArray(
+        "GroupStatusDescriptions",
+        [](const GroupStatus& group) { return std::vector<std::string>{group.text}; }, always),
+    P::string("Description", constant("This is a collection of all Ethernet Ports.")),
+};
+
 }  // namespace
 
 ZEB_EthernetCollection::ZEB_EthernetCollection(const Logger& theLogger, const std::string& theNameSpace)
@@ -56,19 +69,6 @@ ZEB_EthernetCollection::ZEB_EthernetCollection(const Logger& theLogger, const st
 }
 
 CmpiInstance ZEB_EthernetCollection::makeInstance() {
-  using P = Properties<const GroupStatus>;
-  static const PropertyRows<const GroupStatus> kProperties{
-      P::key("InstanceID"),
-      P::string("ElementName", constant("Ethernet Adapter Collection")),
-      P::string("Caption", constant("Ethernet Adapter Collection")),
-      P::uint16Array(
-          "GroupOperationalStatus", [](const GroupStatus& group) { return std::vector{group.status}; },
-          always),
-      P::stringArray(
-          "GroupStatusDescriptions",
-          [](const GroupStatus& group) { return std::vector<std::string>{group.text}; }, always),
-      P::string("Description", constant("This is a collection of all Ethernet Ports.")),
-  };
   CmpiInstance instance = CmpiCpp::makeCmpiInstance(ZEBUtil::getBroker(), makeObjectPath());
   const GroupStatus group = reported(groupStatus());
   kProperties.fill(instance, group);
