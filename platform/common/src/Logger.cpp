@@ -80,6 +80,7 @@ std::shared_ptr<LogDestination> currentDestination() {
 struct Logger::Source {
   std::shared_ptr<LogDestination> destination;
   std::string name;
+  std::shared_ptr<Source> shorter;  ///< what it was made from, kept so that others find it there
   std::mutex mutex;
   std::map<std::string, std::weak_ptr<Source>, std::less<>> longer;
 };
@@ -105,6 +106,7 @@ void Logger::appendLogSource(std::string_view source) {
     longer = std::make_shared<Source>();
     longer->destination = _source->destination;
     longer->name = _source->name + std::string(source);
+    longer->shorter = _source;
     known = longer;
   }
   _source.swap(longer);
