@@ -10,6 +10,7 @@ namespace ZEB::ethernet::test {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 
@@ -84,6 +85,36 @@ TEST_F(RecordedSourceTest, TimeOfPlaybackWhereTheFileHasNone) {
   EXPECT_GE(snapshot->sampleTime, before);
   writeLink("eth0", 77);
   EXPECT_EQ(RecordedSource(file.string()).readAll()->sampleTime, 77);
+}
+
+TEST_F(RecordedSourceTest, OneInterfaceComesWithItsMembersItsMasterAndTheirNetworks) {
+  source = RecordedSource(file.string());
+  write(R"({"format": "zeb-host-snapshot", "version": 1, "time": 5, "links": [
+      {"index": 2, "name": "eth0", "masterIndex": 10}, {"index": 3, "name": "eth1", "masterIndex": 10},
+      {"index": 4, "name": "eth2"}, {"index": 10, "name": "bond0", "masterIndex": 20},
+      {"index": 20, "name": "br0"}],
+    "addresses": [
+      {"index": 4, "address": "10.0.0.4", "prefixLength": 8}, {"index": 10, "address": "10.0.0.1", "prefixLength": 8},
+      {"index": 20, "address": "10.0.0.3", "prefixLength": 8}, {"index": 10, "address": "10.0.0.2", "prefixLength": 8}],
+    "routes": [{"index": 20, "gateway": "10.0.0.254"}, {"index": 4, "gateway": "10.0.0.253"}]})");
+  const auto bond = source.readOne(10);
+  ASSERT_TRUE(bond);
+  EXPECT_EQ(bond->sampleTime, 5);
+  const auto names = [](const HostSnapshot& snapshot) {
+    std::vector<std::string> all;
+    for (const LinkFacts& link : snapshot.links) all.push_back(link.name);
+    return all;
+  };
+  EXPECT_THAT(names(*bond), ElementsAre("bond0", "eth0", "eth1", "br0"));
+  std::vector<std::string> addresses;
+  for (const AddressFacts& own : bond->addresses) addresses.push_back(toText(own.address));
+  EXPECT_THAT(addresses, ElementsAre("10.0.0.1", "10.0.0.2", "10.0.0.3"));
+  ASSERT_EQ(bond->routes.size(), 1U);
+  EXPECT_EQ(toText(bond->routes.front().gateway), "10.0.0.254");
+  EXPECT_THAT(names(*source.readOne(4)), ElementsAre("eth2"));
+  EXPECT_THAT(names(*source.readOne(99)), ElementsAre());
+  writeLink("eth9");
+  EXPECT_THAT(names(*source.readOne(2)), ElementsAre("eth9"));
 }
 
 TEST_F(RecordedSourceTest, TimelineStepsAtItsTimes) {

@@ -38,6 +38,7 @@ std::optional<Failure> RecordedSource::load() {
   text << in.rdbuf();
   auto moments = readSnapshots(text.str());
   if (!moments) return fail(0, moments.failure().what);
+  _index.reset();
   _moments = std::move(*moments);
   _stamp = stamp;
   _began = _now();
@@ -51,8 +52,7 @@ std::size_t RecordedSource::momentNow() const {
   return next == _moments.begin() ? 0 : static_cast<std::size_t>(next - _moments.begin() - 1);
 }
 
-HostSnapshot RecordedSource::timed(std::size_t moment) const {
-  HostSnapshot snapshot = _moments[moment].snapshot;
+HostSnapshot RecordedSource::timed(HostSnapshot snapshot) {
   if (snapshot.sampleTime == 0) snapshot.sampleTime = std::time(nullptr);
   return snapshot;
 }
@@ -60,12 +60,15 @@ HostSnapshot RecordedSource::timed(std::size_t moment) const {
 Outcome<HostSnapshot> RecordedSource::readAll() {
   if (auto failure = load()) return std::move(*failure);
   _delivered = momentNow();
-  return timed(_delivered);
+  return timed(_moments[_delivered].snapshot);
 }
 
-Outcome<HostSnapshot> RecordedSource::readOne(std::uint32_t) {
+Outcome<HostSnapshot> RecordedSource::readOne(std::uint32_t index) {
   if (auto failure = load()) return std::move(*failure);
-  return timed(momentNow());
+  const std::size_t moment = momentNow();
+  if (!_index || _indexed != moment) _index.emplace(_moments[moment].snapshot);
+  _indexed = moment;
+  return timed(_index->only(index));
 }
 
 bool RecordedSource::announced() {

@@ -4,9 +4,11 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "recorded/InterfaceIndex.h"
 #include "recorded/SnapshotReader.h"
 #include "snapshot/HostSource.h"
 
@@ -37,12 +39,15 @@ class RecordedSource : public HostSource {
   static Stamp stampOf(const std::string& file);
   std::optional<Failure> load();
   std::size_t momentNow() const;
-  HostSnapshot timed(std::size_t moment) const;
+  /// The snapshot with the time of playback, if it has none of its own.
+  static HostSnapshot timed(HostSnapshot snapshot);
 
   std::string _file;
   std::function<Clock::time_point()> _now;
   Stamp _stamp;
   std::vector<TimedSnapshot> _moments;
+  std::optional<InterfaceIndex> _index;  ///< of moment `_indexed`; made when one interface is asked for
+  std::size_t _indexed = 0;
   Clock::time_point _began;
   std::size_t _delivered = 0;  ///< moment of the last `readAll`
   bool _read = false;
