@@ -72,6 +72,7 @@ class MemoryHost {
     throw std::out_of_range(name);
   }
   ethernet::HostSnapshot& snapshot() { return *_snapshot; }
+  const ethernet::HostSnapshot& snapshot() const { return *_snapshot; }
 
   /// The port or the team of that position.
   EthernetPort port(std::size_t position) {
