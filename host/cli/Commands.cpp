@@ -10,6 +10,7 @@
 #include "cli/Assignments.h"
 #include "cli/JsonOutput.h"
 #include "cli/TextOutput.h"
+#include "cli/TreeModel.h"
 
 namespace ZebHost {
 namespace {
@@ -140,6 +141,11 @@ void runInvoke(const Options& options, Session& session, const Output& output) {
                               : textOfMethod(method, returned, arguments));
 }
 
+void runTree(const Options& options, Session& session, const Output& output) {
+  const Tree tree = readTree(session.provider());
+  output.out << (options.json ? jsonOfTree(tree) : textOfTree(tree, output.colour, linesOfLocale()));
+}
+
 struct CommandRow {
   const char* name;
   Command run;
@@ -153,6 +159,7 @@ constexpr std::array kCommands = {
     CommandRow{"references", runReferences},
     CommandRow{"modify", runModify},
     CommandRow{"invoke", runInvoke},
+    CommandRow{"tree", runTree},
 };
 
 }  // namespace

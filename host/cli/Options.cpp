@@ -45,6 +45,7 @@ void addReferences(CLI::App& app, Options& options) {
 }
 
 void addCommands(CLI::App& app, Options& options) {
+  app.add_subcommand("tree", "Cards, ports, teams and their addresses at a glance");
   app.add_subcommand("classes", "Classes that are served");
 
   CLI::App& instances = *app.add_subcommand("instances", "Instances of a class and of its subclasses");

@@ -5,17 +5,10 @@
 #include "broker/DateTimeText.h"
 #include "broker/ObjectPathText.h"
 #include "broker/Values.h"
+#include "cli/Printable.h"
 
 namespace ZebHost {
 namespace {
-
-std::string printable(std::string_view text) {
-  std::string shown(text);
-  std::replace_if(
-      shown.begin(), shown.end(), [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; },
-      '?');
-  return shown;
-}
 
 std::string heading(const std::string& text, bool colour) {
   return colour ? "\x1b[1m" + text + "\x1b[0m" : text;

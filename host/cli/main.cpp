@@ -1,9 +1,12 @@
 #include <unistd.h>
 
+#include <cstdlib>
 #include <iostream>
 
 #include "cli/Commands.h"
 
 int main(int argc, char** argv) {
-  return ZebHost::runZebcim(argc, argv, std::cout, std::cerr, isatty(STDOUT_FILENO) == 1);
+  const char* const noColour = std::getenv("NO_COLOR");
+  const bool colour = isatty(STDOUT_FILENO) == 1 && !(noColour && *noColour);
+  return ZebHost::runZebcim(argc, argv, std::cout, std::cerr, colour);
 }
