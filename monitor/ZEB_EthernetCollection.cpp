@@ -16,24 +16,6 @@ namespace {
 
 constexpr std::uint32_t kInstanceNumber = 1;
 
-/// A group status as clients see it. Any other is 0, "Unknown".
-struct GroupStatus {
-  operationalStatus status;
-  const char* text;
-};
-
-constexpr GroupStatus kGroupStatuses[] = {
-    {operationalStatus::OK, "OK"},
-    {operationalStatus::Degraded, "Degraded"},
-    {operationalStatus::Error, "Error"},
-};
-
-GroupStatus reported(operationalStatus status) {
-  const auto* known = std::find_if(std::begin(kGroupStatuses), std::end(kGroupStatuses),
-                                   [&](const GroupStatus& group) { return group.status == status; });
-  return known == std::end(kGroupStatuses) ? GroupStatus{operationalStatus::Unknown, "Unknown"} : *known;
-}
-
 /// A member's status that makes the group's another one; without `current`, whichever that is. Every other
 /// pair leaves the group as it is.
 struct Worse {
@@ -66,6 +48,17 @@ ZEB_EthernetCollection::ZEB_EthernetCollection(const Logger& theLogger, const st
     : ManagedObject(
           theLogger, theNameSpace, kClassName,
           {{"InstanceID", "JXV:" + std::string(kClassName.view()) + "-" + std::to_string(kInstanceNumber)}}) {
+}
+
+ZEB_EthernetCollection::GroupStatus ZEB_EthernetCollection::reported(operationalStatus status) {
+  static constexpr GroupStatus kKnown[] = {
+      {operationalStatus::OK, "OK"},
+      {operationalStatus::Degraded, "Degraded"},
+      {operationalStatus::Error, "Error"},
+  };
+  const auto* known = std::find_if(std::begin(kKnown), std::end(kKnown),
+                                   [&](const GroupStatus& group) { return group.status == status; });
+  return known == std::end(kKnown) ? GroupStatus{operationalStatus::Unknown, "Unknown"} : *known;
 }
 
 CmpiInstance ZEB_EthernetCollection::makeInstance() {

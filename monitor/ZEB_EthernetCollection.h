@@ -19,6 +19,13 @@ class ZEB_EthernetCollection : public ManagedObject {
 
   CmpiCpp::CmpiInstance makeInstance() override;
 
+  /// A group status as clients see it: 0, "Unknown" for any but OK, degraded and error.
+  struct GroupStatus {
+    operationalStatus status;
+    const char* text;
+  };
+  static GroupStatus reported(operationalStatus status);
+
   /// Starts a pass over the members: the group is OK until one says otherwise.
   void reset();
   /// Takes one instance into account, if it is a member that counts. `force` marks the state as changed.

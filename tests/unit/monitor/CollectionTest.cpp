@@ -71,6 +71,16 @@ TEST_F(CollectionTest, theInstanceHasItsPropertiesInOrder) {
   }
 }
 
+TEST_F(CollectionTest, aStatusOutsideTheThreeIsUnknown) {
+  for (std::uint32_t code = 0; code <= 20; ++code) {
+    const auto group = ZEB_EthernetCollection::reported(static_cast<Status>(code));
+    const bool known = code == 2 || code == 3 || code == 6;
+    EXPECT_EQ(static_cast<std::uint32_t>(group.status), known ? code : 0);
+    const std::string text = code == 2 ? "OK" : code == 3 ? "Degraded" : code == 6 ? "Error" : "Unknown";
+    EXPECT_EQ(group.text, text);
+  }
+}
+
 TEST_F(CollectionTest, theWorstPortDecides) {
   add(Kind::Port, Status::OK);
   add(Kind::Port, Status::Degraded);
