@@ -29,6 +29,7 @@ constexpr Worse kWorse[] = {
     {operationalStatus::Degraded, operationalStatus::OK, operationalStatus::Degraded},
 };
 
+using GroupStatus = ZEB_EthernetCollection::GroupStatus;
 using P = Properties<const GroupStatus>;
 const PropertyRows<const GroupStatus> kProperties{
     P::key("InstanceID"),
