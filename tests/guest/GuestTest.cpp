@@ -84,6 +84,13 @@ bool GuestTest::awaitCarrier(const std::string& link, bool carrier) {
                        state + "' " + folder + "/operstate");
 }
 
+nlohmann::json GuestTest::statistics() {
+  nlohmann::json found;
+  for (const nlohmann::json& link : jsonOf("ip -j -s link show"))
+    found[link.at("ifname")] = link.at("stats64");
+  return found;
+}
+
 void GuestTest::makeTraffic(const std::string& link) {
   // To a neighbour that nobody is; the driver counts what it sends all the same.
   guest().must(

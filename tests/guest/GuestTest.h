@@ -43,6 +43,8 @@ class GuestTest : public testing::Test {
   /// Whether the interface gets to this carrier in time, and to the operational state that the kernel gives
   /// it a moment later.
   static bool awaitCarrier(const std::string& link, bool carrier);
+  /// Of every interface, by name, what `ip -s` counts.
+  static nlohmann::json statistics();
   /// Sends some frames out of an interface that is up.
   static void makeTraffic(const std::string& link);
   /// Sets interfaces up and waits for their carrier.

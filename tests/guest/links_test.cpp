@@ -24,14 +24,12 @@ TEST_F(CableTest, APortThatIsDownTellsNothing) {
 }
 
 TEST_F(CableTest, PulledAndPutBack) {
-  for (const std::string card : {"slot3a", "slot3b", "lom1", "slot4", "slot7", "e1000", "rtl8139"}) {
-    SCOPED_TRACE(card);
-    bringUp({card});
-    guest().setLink(card, false);
-    EXPECT_TRUE(awaitCarrier(card, false));
-    guest().setLink(card, true);
-    EXPECT_TRUE(awaitCarrier(card, true));
-  }
+  const std::vector<std::string> cards = {"slot3a", "slot3b", "lom1", "slot4", "slot7", "e1000", "rtl8139"};
+  bringUp(cards);
+  for (const std::string& card : cards) guest().setLink(card, false);
+  for (const std::string& card : cards) EXPECT_TRUE(awaitCarrier(card, false)) << card;
+  for (const std::string& card : cards) guest().setLink(card, true);
+  for (const std::string& card : cards) EXPECT_TRUE(awaitCarrier(card, true)) << card;
 }
 
 TEST_F(CableTest, WithoutCarrierThereIsNoSpeed) {
