@@ -25,6 +25,8 @@ class EthernetMRA {
 
   explicit EthernetMRA(std::shared_ptr<ethernet::Inventory> inventory);
   ~EthernetMRA();
+  EthernetMRA(const EthernetMRA&) = delete;
+  EthernetMRA& operator=(const EthernetMRA&) = delete;
 
   /// Begins a walk over the adapters, in bus order. With `fresh` set, over an answer asked for now.
   int getFirstData(bool fresh, EthernetAdapterDataObject& adapter);

@@ -23,6 +23,8 @@ class EthernetTeamMRA {
 
   explicit EthernetTeamMRA(std::shared_ptr<ethernet::Inventory> inventory);
   ~EthernetTeamMRA();
+  EthernetTeamMRA(const EthernetTeamMRA&) = delete;
+  EthernetTeamMRA& operator=(const EthernetTeamMRA&) = delete;
 
   /// Begins a walk over the teams, by interface number.
   int getFirstData(bool fresh, EthernetTeamDataObject& team);

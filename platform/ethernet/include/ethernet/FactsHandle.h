@@ -27,6 +27,17 @@ class FactsHandle {
     return *this;
   }
 
+  /// Moving takes the facts away without asking whether anyone is reading them.
+  FactsHandle(FactsHandle&& other) noexcept
+      : _facts(std::move(other._facts)), _origin(std::move(other._origin)) {}
+  FactsHandle& operator=(FactsHandle&& other) noexcept {
+    if (this == &other) return *this;
+    replace(std::move(other._facts));
+    _origin = std::move(other._origin);
+    return *this;
+  }
+  ~FactsHandle() = default;
+
   /// Null for a record that was never filled.
   std::shared_ptr<const Facts> facts() const {
     const std::scoped_lock lock(handleMutex(this));

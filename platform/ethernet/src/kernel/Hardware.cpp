@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kLargestFile = 64 * 1024;
+constexpr std::size_t kLargestFile = std::size_t{64} * 1024;
 
 std::vector<std::byte> contents(const fs::path& file) {
   std::ifstream in(file, std::ios::binary);

@@ -17,6 +17,8 @@ class HardwareReader {
   /// `root` is where "sys" is found, so that tests can have one of their own.
   explicit HardwareReader(std::filesystem::path root = "/");
   ~HardwareReader();
+  HardwareReader(const HardwareReader&) = delete;
+  HardwareReader& operator=(const HardwareReader&) = delete;
 
   /// The device that the kernel gave as the link's parent; what cannot be read stays unknown.
   std::shared_ptr<const HardwareFacts> read(const LinkFacts& link);

@@ -10,8 +10,8 @@
 namespace ZEB::ethernet {
 
 /// The running kernel, in the network namespace of the thread that first asks. Starts no process. What was
-/// announced to change while an answer was put together is asked for again, interface by interface, so that no
-/// interface's facts are of different moments.
+/// announced to change while an answer was put together is asked for again, interface by interface, so that
+/// no interface's facts are of different moments.
 class KernelSource : public HostSource {
  public:
   /// Sockets are opened with the first question.

@@ -17,7 +17,7 @@ constexpr std::uint32_t kRoutingGroups =
     RTMGRP_LINK | RTMGRP_IPV4_IFADDR | RTMGRP_IPV6_IFADDR | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_ROUTE;
 // A burst that fits is told apart interface by interface; one that does not is told as "everything".
 constexpr int kReceiveBuffer = 4 * 1024 * 1024;
-constexpr std::size_t kDatagram = 64 * 1024;
+constexpr std::size_t kDatagram = std::size_t{64} * 1024;
 // Every announcement of ethtool's begins with the attribute that names the interface; statistics are not
 // announced.
 constexpr std::uint16_t kEthtoolHeader = ETHTOOL_A_LINKMODES_HEADER;

@@ -12,6 +12,8 @@ class Descriptor {
   Descriptor() = default;
   explicit Descriptor(int number) : _number(number) {}
   Descriptor(Descriptor&& other) noexcept : _number(std::exchange(other._number, -1)) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
   Descriptor& operator=(Descriptor&& other) noexcept {
     std::swap(_number, other._number);
     return *this;

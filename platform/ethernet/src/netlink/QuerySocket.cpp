@@ -13,7 +13,7 @@ namespace {
 constexpr int kAttempts = 8;
 constexpr timeval kPatience{5, 0};
 // The kernel fills what the longest read so far offered, up to 32 KiB.
-constexpr std::size_t kBufferSize = 64 * 1024;
+constexpr std::size_t kBufferSize = std::size_t{64} * 1024;
 
 void setOption(int socket, int level, int option, const void* value, socklen_t size) {
   // Every option asked for is an improvement that some kernel lacks; without it things work, only less well.
