@@ -28,4 +28,14 @@ long LinkWatch::handleMessage(int socket) {
   return received;
 }
 
+bool LinkWatch::followRecording() {
+  const std::lock_guard lock(mutex);
+  if (!ethMRA || !ethTeamMRA || !ethMRA->announced()) return true;
+  if (ethMRA->updateAll() != 0) return false;
+  ethTeamMRA->updateAll();
+  _netlinkEvent = true;
+  ZEBUtil::wakeWorker();
+  return true;
+}
+
 }  // namespace ZEB

@@ -37,6 +37,7 @@ ZEBEthernetPortProvider::ZEBEthernetPortProvider(const CmpiCpp::CmpiBroker& brok
     makeDataSources();
   }
   _cmpiManagedInstanceFactory();
+  watchRecording();
 }
 
 ZEBEthernetPortProvider::~ZEBEthernetPortProvider() {
@@ -47,6 +48,7 @@ ZEBEthernetPortProvider::~ZEBEthernetPortProvider() {
     _linkWatch->ethMRA = nullptr;
     _linkWatch->ethTeamMRA = nullptr;
   }
+  _recordingWatch.reset();
   _netlinkThread.reset();
   _dataStore.reset();
   _ethMRA.reset();
@@ -67,6 +69,13 @@ void ZEBEthernetPortProvider::checkSource() {
   if (file.empty()) return;
   if (const auto trouble = ethernet::checkRecording(file))
     throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_FAILED, *trouble);
+}
+
+// A recording is another host: link messages of this one say nothing of it. Who calls the worker by itself
+// looks when it likes.
+void ZEBEthernetPortProvider::watchRecording() {
+  const auto configuration = Configuration::current();
+  if (configuration->autostart && !configuration->sourceFile.empty()) _recordingWatch.emplace(_linkWatch);
 }
 
 void ZEBEthernetPortProvider::makeDataSources() {

@@ -17,6 +17,7 @@
 #include "ethernet/EthernetTeamMRA.h"
 #include "monitor/LinkWatch.h"
 #include "monitor/NetlinkThread.h"
+#include "monitor/RecordingWatch.h"
 
 namespace ZEB {
 
@@ -73,6 +74,7 @@ class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
 
   void StartNetlinkThread();
   static void checkSource();
+  void watchRecording();
   /// Puts new data sources in place of the ones there are, if any. The caller holds the link watch's mutex.
   void makeDataSources();
   /// Fills the collection from the data sources: adds, and never takes away.
@@ -92,6 +94,8 @@ class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
   pthread_mutex_t _collectionMutex;
   std::shared_ptr<LinkWatch> _linkWatch;
   std::optional<NetlinkThread> _netlinkThread;
+  std::optional<RecordingWatch>
+      _recordingWatch;  ///< where a recording is served and the worker runs by itself
 };
 
 }  // namespace ZEB

@@ -9,8 +9,10 @@
 #include "broker/Values.h"
 #include "cli/Assignments.h"
 #include "cli/JsonOutput.h"
+#include "cli/StopSignals.h"
 #include "cli/TextOutput.h"
 #include "cli/TreeModel.h"
+#include "cli/Watch.h"
 
 namespace ZebHost {
 namespace {
@@ -146,6 +148,12 @@ void runTree(const Options& options, Session& session, const Output& output) {
   output.out << (options.json ? jsonOfTree(tree) : textOfTree(tree, output.colour, linesOfLocale()));
 }
 
+void runWatch(const Options& options, Session& session, const Output& output) {
+  const StopSignals signals([&queue = session.broker().indications()] { queue.wake(); });
+  session.provider();
+  watchAlerts(options, session, output, signals);
+}
+
 struct CommandRow {
   const char* name;
   Command run;
@@ -160,6 +168,7 @@ constexpr std::array kCommands = {
     CommandRow{"modify", runModify},
     CommandRow{"invoke", runInvoke},
     CommandRow{"tree", runTree},
+    CommandRow{"watch", runWatch},
 };
 
 }  // namespace
@@ -175,9 +184,8 @@ int runZebcim(int argc, const char* const* argv, std::ostream& out, std::ostream
   const auto options = parseOptions(argc, argv, out, err, exitStatus);
   if (!options) return exitStatus;
   try {
-    const Deadline deadline(options->timeoutSeconds);
     Session session(*options);
-    runCommand(*options, session, {out, colour});
+    runCommand(*options, session, {out, err, colour});
     if (!out.flush()) throw HostError("cannot write the output");
     return 0;
   } catch (const std::exception& error) {

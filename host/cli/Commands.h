@@ -12,6 +12,7 @@ namespace ZebHost {
 /// Where a command prints, and how.
 struct Output {
   std::ostream& out;
+  std::ostream& err;
   bool colour = false;
 };
 

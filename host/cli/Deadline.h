@@ -1,9 +1,10 @@
 // A limit on the time that the plug-in may take.
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
-#include <string>
+#include <optional>
 #include <thread>
 
 namespace ZebHost {
@@ -17,11 +18,17 @@ class Deadline {
   Deadline& operator=(const Deadline&) = delete;
   ~Deadline();
 
- private:
-  void watch(unsigned seconds);
+  /// Takes the limit away while nothing is asked of the plug-in, and sets it anew.
+  void suspend();
+  void resume();
 
+ private:
+  void watch();
+
+  const std::chrono::seconds _limit;
   std::mutex _mutex;
-  std::condition_variable _over;
+  std::condition_variable _changed;
+  std::optional<std::chrono::steady_clock::time_point> _end;
   bool _done = false;
   std::thread _thread;
 };

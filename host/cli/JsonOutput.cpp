@@ -88,6 +88,10 @@ std::string jsonOfItems(std::span<const CMPIData> items) {
   return out + (items.empty() ? "]\n" : "\n]\n");
 }
 
+std::string jsonLineOfInstance(const Instance& instance) {
+  return instanceJson(instance).dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
 std::string jsonOfClasses(const std::vector<const ClassDef*>& classes) {
   Json list = Json::array();
   for (const ClassDef* def : classes) {

@@ -11,6 +11,8 @@ namespace ZebHost {
 
 /// An array of objects with class, path and properties; paths in the list become their text.
 std::string jsonOfItems(std::span<const CMPIData> items);
+/// The same object of one instance, in one line without its end.
+std::string jsonLineOfInstance(const Instance& instance);
 std::string jsonOfClasses(const std::vector<const ClassDef*>& classes);
 /// Return value and output arguments of a method.
 std::string jsonOfMethod(const CMPIData& returned, const NamedValues& arguments);

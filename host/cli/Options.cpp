@@ -44,8 +44,19 @@ void addReferences(CLI::App& app, Options& options) {
   addNames(command, options);
 }
 
+void addWatch(CLI::App& app, Options& options) {
+  CLI::App& command = *app.add_subcommand("watch", "Alerts as they come, until interrupted");
+  command.add_option("--for", options.watchSeconds, "End after this many seconds")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.001, 1e8));
+  command.add_option("--count", options.watchCount, "End after this many alerts")
+      ->type_name("N")
+      ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1} << 62));
+}
+
 void addCommands(CLI::App& app, Options& options) {
   app.add_subcommand("tree", "Cards, ports, teams and their addresses at a glance");
+  addWatch(app, options);
   app.add_subcommand("classes", "Classes that are served");
 
   CLI::App& instances = *app.add_subcommand("instances", "Instances of a class and of its subclasses");

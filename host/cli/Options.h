@@ -1,6 +1,7 @@
 // What the command line asks for.
 #pragma once
 
+#include <cstdint>
 #include <iosfwd>
 #include <optional>
 #include <string>
@@ -18,6 +19,8 @@ struct Options {
   std::vector<std::string> assignments;  ///< Name=Value
   AssociationFilter filter;
   bool names = false;
+  std::optional<double> watchSeconds;       ///< nothing: until a signal comes
+  std::optional<std::uint64_t> watchCount;  ///< likewise
 
   bool json = false;
   bool includeVirtual = false;

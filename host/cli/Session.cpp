@@ -44,7 +44,8 @@ std::string executableFolder() {
 }
 
 Session::Session(const Options& options)
-    : _options(options),
+    : _deadline(options.timeoutSeconds),
+      _options(options),
       _repository(ClassRepository::fromFile(findSchema(options.schema))),
       _broker(_repository) {}
 

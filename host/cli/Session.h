@@ -25,10 +25,13 @@ class Session {
 
   const ClassRepository& repository() const { return _repository; }
   Broker& broker() { return _broker; }
+  /// Runs from the start until the plug-in is gone again.
+  Deadline& deadline() { return _deadline; }
   /// Loads the plug-in when it is not loaded yet. Throws HostError.
   ProviderCalls& provider();
 
  private:
+  Deadline _deadline;
   const Options& _options;
   ClassRepository _repository;
   Broker _broker;

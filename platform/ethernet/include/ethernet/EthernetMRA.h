@@ -40,6 +40,9 @@ class EthernetMRA {
   /// Asks only if something was announced since the last answer was begun. Non-zero when asking failed.
   int updateAll();
 
+  /// Whether anything was announced since the last answer was begun. Asks nothing.
+  bool announced();
+
   /// Whether a port's status or link changed since this was last asked.
   bool ethEventDetected();
 

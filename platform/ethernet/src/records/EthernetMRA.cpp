@@ -46,6 +46,10 @@ int EthernetMRA::updateAll() {
   return _inventory->update() ? kDelivered : kFailed;
 }
 
+bool EthernetMRA::announced() {
+  return _inventory->announced();
+}
+
 bool EthernetMRA::ethEventDetected() {
   return _inventory->takeEvent(kKind);
 }

@@ -117,6 +117,11 @@ bool Inventory::update() {
   return model != nullptr;
 }
 
+bool Inventory::announced() {
+  const std::scoped_lock asking(_asking);
+  return _source->announced();
+}
+
 std::shared_ptr<const Model> Inventory::askLocked() {
   _begun = Clock::now();
   Outcome<HostSnapshot> snapshot = _source->readAll();

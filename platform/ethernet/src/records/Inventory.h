@@ -39,6 +39,9 @@ class Inventory {
   /// Asks if something was announced since the newest answer was begun. False when asking failed.
   bool update();
 
+  /// Whether anything was announced since the newest answer was begun.
+  bool announced();
+
   /// Newer facts of one interface: of the open scope's answer, else of an answer for it alone. No value when
   /// asking failed; null when the interface is gone.
   template <class Facts>
