@@ -3,10 +3,17 @@
 namespace ZebHost {
 namespace {
 
+/// Wakes the thread when nothing is to be waited for any more.
+constexpr int kEndOfWait = SIGUSR2;
+
 sigset_t stopSet() {
   sigset_t set;
   sigemptyset(&set);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&set, signal);
+  sigaddset(&set, kEndOfWait);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    struct sigaction action {};
+    if (sigaction(signal, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) sigaddset(&set, signal);
+  }
   return set;
 }
 
@@ -21,7 +28,7 @@ StopSignals::StopSignals(std::function<void()> stop) : _stop(std::move(stop)) {
 
 StopSignals::~StopSignals() {
   _done = true;
-  pthread_kill(_thread.native_handle(), SIGTERM);
+  pthread_kill(_thread.native_handle(), kEndOfWait);
   _thread.join();
   pthread_sigmask(SIG_SETMASK, &_before, nullptr);
 }
@@ -30,7 +37,7 @@ void StopSignals::wait() {
   const sigset_t set = stopSet();
   int signal = 0;
   while (!_done) {
-    if (sigwait(&set, &signal) != 0 || _done) continue;
+    if (sigwait(&set, &signal) != 0 || _done || signal == kEndOfWait) continue;
     if (!_requested.exchange(true)) _stop();
   }
 }

@@ -2,12 +2,14 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <stdexcept>
+#include <utility>
 
 extern char** environ;
 
@@ -42,7 +44,7 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
 }
 
 /// Reads both pipes to their ends; false when that takes too long.
-bool drain(const Pipe& out, const Pipe& err, Outcome& outcome) {
+bool drain(const Pipe& out, const Pipe& err, Outcome& outcome, pid_t child, SignalAfter after) {
   std::array<pollfd, 2> watched = {{{out.ends[0], POLLIN, 0}, {err.ends[0], POLLIN, 0}}};
   const std::array<std::string*, 2> texts = {&outcome.out, &outcome.err};
   std::array<char, 65536> buffer{};
@@ -55,6 +57,9 @@ bool drain(const Pipe& out, const Pipe& err, Outcome& outcome) {
         watched[i].fd = -1;
       } else {
         texts[i]->append(buffer.data(), static_cast<std::size_t>(got));
+        if (after.signal != 0 && outcome.err.find(after.text) != std::string::npos) {
+          kill(child, std::exchange(after.signal, 0));
+        }
       }
     }
   }
@@ -64,7 +69,7 @@ bool drain(const Pipe& out, const Pipe& err, Outcome& outcome) {
 }  // namespace
 
 Outcome run(const std::string& program, const std::vector<std::string>& arguments,
-            const std::vector<std::string>& environment) {
+            const std::vector<std::string>& environment, const SignalAfter& after) {
   Pipe out;
   Pipe err;
   std::vector<std::string> words = arguments;
@@ -85,7 +90,7 @@ Outcome run(const std::string& program, const std::vector<std::string>& argument
   out.closeWriter();
   err.closeWriter();
   Outcome outcome;
-  if (!drain(out, err, outcome)) kill(child, SIGKILL);
+  if (!drain(out, err, outcome, child, after)) kill(child, SIGKILL);
   int status = 0;
   waitpid(child, &status, 0);
   outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;

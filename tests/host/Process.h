@@ -12,8 +12,14 @@ struct Outcome {
   std::string err;
 };
 
+/// A signal that the program gets once it has said something on standard error.
+struct SignalAfter {
+  std::string text;
+  int signal = 0;
+};
+
 /// Runs the program with arguments and extra environment (NAME=value). Ends it when it takes too long.
 Outcome run(const std::string& program, const std::vector<std::string>& arguments,
-            const std::vector<std::string>& environment = {});
+            const std::vector<std::string>& environment = {}, const SignalAfter& after = {});
 
 }  // namespace ZebHost
