@@ -17,6 +17,7 @@ class Arena {
   Arena() = default;
   Arena(const Arena&) = delete;
   Arena& operator=(const Arena&) = delete;
+  ~Arena() = default;
 
   void* allocate(std::size_t size, std::size_t alignment = alignof(std::max_align_t));
 

@@ -17,6 +17,7 @@ class Broker {
   explicit Broker(const ClassRepository& repository, std::string nameSpace = kNameSpace);
   Broker(const Broker&) = delete;
   Broker& operator=(const Broker&) = delete;
+  ~Broker() = default;
 
   /// What the provider gets.
   const CMPIBroker* face() const { return &_face; }

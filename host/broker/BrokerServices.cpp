@@ -35,7 +35,7 @@ void* newThread(CMPIThreadFunc function, void* argument, int detached) {
   pthread_t thread{};
   if (pthread_create(&thread, nullptr, function, argument) != 0) return nullptr;
   if (detached) pthread_detach(thread);
-  return reinterpret_cast<void*>(thread);
+  return reinterpret_cast<void*>(thread);  // NOLINT(performance-no-int-to-ptr): the interface's handle
 }
 
 int joinThread(void* thread, void** value) {
