@@ -34,7 +34,8 @@ HostSnapshot InterfaceIndex::only(std::uint32_t index) const {
   HostSnapshot part;
   part.sampleTime = _snapshot->sampleTime;
   addLinks(_links, index, part);
-  const auto master = part.links.empty() ? std::nullopt : part.links.front().masterIndex;
+  std::optional<std::uint32_t> master;
+  if (!part.links.empty()) master = part.links.front().masterIndex;
   addNetwork(index, part);
   addLinks(_members, index, part);
   if (master) {
