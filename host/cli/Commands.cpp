@@ -8,6 +8,7 @@
 #include "broker/ObjectPathText.h"
 #include "broker/Values.h"
 #include "cli/Assignments.h"
+#include "cli/Capture.h"
 #include "cli/JsonOutput.h"
 #include "cli/StopSignals.h"
 #include "cli/TextOutput.h"
@@ -154,6 +155,10 @@ void runWatch(const Options& options, Session& session, const Output& output) {
   watchAlerts(options, session, output, signals);
 }
 
+void runCapture(const Options& options, Session&, const Output&) {
+  capture(options, executableFolder());
+}
+
 struct CommandRow {
   const char* name;
   Command run;
@@ -169,6 +174,7 @@ constexpr std::array kCommands = {
     CommandRow{"invoke", runInvoke},
     CommandRow{"tree", runTree},
     CommandRow{"watch", runWatch},
+    CommandRow{"capture", runCapture},
 };
 
 }  // namespace

@@ -54,9 +54,16 @@ void addWatch(CLI::App& app, Options& options) {
       ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1} << 62));
 }
 
+void addCapture(CLI::App& app, Options& options) {
+  CLI::App& command = *app.add_subcommand("capture", "Record this machine in a snapshot file for --source");
+  command.add_option("FILE", options.path, "File to write, - for standard output")->required();
+  command.add_flag("--anonymize", options.anonymize, "Replace addresses and serial numbers");
+}
+
 void addCommands(CLI::App& app, Options& options) {
   app.add_subcommand("tree", "Cards, ports, teams and their addresses at a glance");
   addWatch(app, options);
+  addCapture(app, options);
   app.add_subcommand("classes", "Classes that are served");
 
   CLI::App& instances = *app.add_subcommand("instances", "Instances of a class and of its subclasses");

@@ -19,6 +19,7 @@ struct Options {
   std::vector<std::string> assignments;  ///< Name=Value
   AssociationFilter filter;
   bool names = false;
+  bool anonymize = false;
   std::optional<double> watchSeconds;       ///< nothing: until a signal comes
   std::optional<std::uint64_t> watchCount;  ///< likewise
 
