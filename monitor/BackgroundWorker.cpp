@@ -49,11 +49,30 @@ ZEBEthernetPortProvider::BackgroundWorker::BackgroundWorker(ZEBEthernetPortProvi
 
 std::uint32_t ZEBEthernetPortProvider::BackgroundWorker::pass() {
   const std::lock_guard lock(_provider._linkWatch->mutex);
+  _provider._health.passBegins();
+  try {
+    const std::uint32_t result = work();
+    _provider._health.passEnded(_skipped, surroundings());
+    return result;
+  } catch (const std::exception& failure) {
+    _provider._health.passFailed(failure.what(), surroundings());
+    throw;
+  }
+}
+
+Health::Surroundings ZEBEthernetPortProvider::BackgroundWorker::surroundings() const {
+  return {.linkMessages = _provider._linkWatch->messages,
+          .indications = _provider._readyToSendIndications,
+          .unread = _provider._ethMRA ? _provider._ethMRA->failureText() : ""};
+}
+
+std::uint32_t ZEBEthernetPortProvider::BackgroundWorker::work() {
   const RefreshScope scope;
   _logger.info("::_backgroundWorker");
   reportCollectionState();
   _logger.info("::value of _netlinkEvent at start= %d ", _netlinkEvent.load());
-  if (!pollIsDue()) return 0;
+  _skipped = !pollIsDue();
+  if (_skipped) return 0;
 
   const bool ethernetEvent = refresh();
   const bool ready = _provider._readyToSendIndications;

@@ -17,10 +17,13 @@ class ZEBEthernetPortProvider::BackgroundWorker {
  public:
   BackgroundWorker(ZEBEthernetPortProvider& provider, const CmpiCpp::CmpiContext& context);
 
-  /// 0, or 4 when the processing of events failed. What is thrown ends the pass where it stands.
+  /// 0, or 4 when the processing of events failed. What is thrown ends the pass where it stands. How it went
+  /// is posted.
   std::uint32_t pass();
 
  private:
+  std::uint32_t work();
+  Health::Surroundings surroundings() const;
   void reportCollectionState();
   /// Whether this pass has to look at the data; sets the time of the last poll.
   bool pollIsDue();
@@ -43,6 +46,7 @@ class ZEBEthernetPortProvider::BackgroundWorker {
   ZEBEthernetPortProvider& _provider;
   const CmpiCpp::CmpiContext& _context;
   const Logger& _logger;
+  bool _skipped = false;  ///< nothing was due
 };
 
 }  // namespace ZEB

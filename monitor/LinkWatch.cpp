@@ -19,6 +19,7 @@ long LinkWatch::handleMessage(int socket) {
   // What a message says is not looked at: the refresh asks the kernel how things are.
   const long received = recv(socket, buffer.data(), buffer.size(), 0);
   if (received < 0) return received;
+  ++messages;
   _netlinkEvent = true;
   if (ethMRA && ethTeamMRA) {
     ethMRA->updateAll();
@@ -33,6 +34,7 @@ bool LinkWatch::followRecording() {
   if (!ethMRA || !ethTeamMRA || !ethMRA->announced()) return true;
   if (ethMRA->updateAll() != 0) return false;
   ethTeamMRA->updateAll();
+  ++messages;
   _netlinkEvent = true;
   ZEBUtil::wakeWorker();
   return true;

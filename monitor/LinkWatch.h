@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <mutex>
 
 namespace ZEB {
@@ -18,6 +19,7 @@ struct LinkWatch {
   std::mutex mutex;
   EthernetMRA* ethMRA = nullptr;          ///< null while there is none
   EthernetTeamMRA* ethTeamMRA = nullptr;  ///< null while there is none
+  std::uint64_t messages = 0;             ///< how many have been received
 
   /// Receives one message and refreshes the data sources. Answers what recv(2) answered. On the thread.
   long handleMessage(int socket);

@@ -16,7 +16,7 @@ constexpr int kBackgroundWork = 3;
 }  // namespace
 
 ZEBEthernetPortProvider::ZEBEthernetPortProvider(const CmpiCpp::CmpiBroker& broker, const Logger& logger)
-    : _logger(logger), _collection(logger), _linkWatch(std::make_shared<LinkWatch>()) {
+    : _logger(logger), _collection(logger), _linkWatch(std::make_shared<LinkWatch>()), _health(logger) {
   _logger.info("cxtor()");
   ZEBUtil::setStop(_logger, 0, kBackgroundWork);
   pthread_mutex_init(&_collectionMutex, nullptr);

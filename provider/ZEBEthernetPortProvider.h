@@ -15,6 +15,7 @@
 #include "common/Logger.h"
 #include "ethernet/EthernetMRA.h"
 #include "ethernet/EthernetTeamMRA.h"
+#include "monitor/Health.h"
 #include "monitor/LinkWatch.h"
 #include "monitor/NetlinkThread.h"
 #include "monitor/RecordingWatch.h"
@@ -93,6 +94,7 @@ class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
   std::unique_ptr<EthernetTeamMRA> _ethTeamMRA;
   pthread_mutex_t _collectionMutex;
   std::shared_ptr<LinkWatch> _linkWatch;
+  Health _health;  ///< under the link watch's mutex
   std::optional<NetlinkThread> _netlinkThread;
   std::optional<RecordingWatch>
       _recordingWatch;  ///< where a recording is served and the worker runs by itself

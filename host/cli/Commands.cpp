@@ -9,6 +9,7 @@
 #include "broker/Values.h"
 #include "cli/Assignments.h"
 #include "cli/Capture.h"
+#include "cli/Doctor.h"
 #include "cli/JsonOutput.h"
 #include "cli/StopSignals.h"
 #include "cli/TextOutput.h"
@@ -190,6 +191,7 @@ int runZebcim(int argc, const char* const* argv, std::ostream& out, std::ostream
   const auto options = parseOptions(argc, argv, out, err, exitStatus);
   if (!options) return exitStatus;
   try {
+    if (options->command == "doctor") return diagnose(*options, {out, err, colour});
     Session session(*options);
     runCommand(*options, session, {out, err, colour});
     if (!out.flush()) throw HostError("cannot write the output");

@@ -63,6 +63,7 @@ void addCapture(CLI::App& app, Options& options) {
 void addCommands(CLI::App& app, Options& options) {
   app.add_subcommand("tree", "Cards, ports, teams and their addresses at a glance");
   addWatch(app, options);
+  app.add_subcommand("doctor", "Whether everything is as it should be");
   addCapture(app, options);
   app.add_subcommand("classes", "Classes that are served");
 

@@ -52,6 +52,11 @@ IndicationDB::IndicationDB(const Logger& logger, const std::string& name)
 
 IndicationDB::~IndicationDB() = default;
 
+IndicationRecordsState IndicationDB::state() {
+  const std::string file = recordsFile();
+  return {file, IndicationRecords::of(file)->firstFailure()};
+}
+
 int IndicationDB::getRecord(int eventId, IndDBRec& record) const {
   enum : int { kFound = 0, kNotThere = 1, kDamaged = 2 };
   const IndicationRecords::Entry* entry = _records->find(_name, eventId);

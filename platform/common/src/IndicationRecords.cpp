@@ -163,6 +163,16 @@ IndicationRecords::IndicationRecords(const std::string& file) {
   }
 }
 
+std::string IndicationRecords::firstFailure() const {
+  if (!_failure.empty()) return _failure;
+  for (const auto& [name, records] : _entries) {
+    for (const auto& [id, entry] : records) {
+      if (!entry.failure.empty()) return entry.failure;
+    }
+  }
+  return {};
+}
+
 const IndicationRecords::Entry* IndicationRecords::find(const std::string& name, int eventId) const {
   const auto part = _entries.find(name);
   if (part == _entries.end()) return nullptr;

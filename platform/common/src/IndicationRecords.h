@@ -24,6 +24,8 @@ class IndicationRecords {
 
   /// What is wrong with the whole file; empty when nothing is.
   const std::string& failure() const { return _failure; }
+  /// That, or what is wrong with the first record that has something wrong.
+  std::string firstFailure() const;
   /// Null when there is no such record.
   const Entry* find(const std::string& name, int eventId) const;
 

@@ -1,14 +1,7 @@
-#include <fcntl.h>
-#include <sys/stat.h>
-
-#include <cerrno>
-#include <cstdio>
-#include <filesystem>
+#include <exception>
 #include <nlohmann/json.hpp>
-#include <system_error>
 
-#include "FileDescriptor.h"
-#include "common/Configuration.h"
+#include "common/RunFile.h"
 #include "common/ZEBUtil.h"
 
 namespace ZEB {
@@ -55,43 +48,12 @@ std::string statusText(const CmpiCpp::CmpiInstance& instance) {
   return status.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
-[[noreturn]] void throwErrno(const std::string& what) {
-  throw std::system_error(errno, std::generic_category(), what);
-}
-
-void writeAll(int file, const std::string& name, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = ::write(file, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) throwErrno(name);
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
-}
-
-/// Under a name of this process first, then renamed: a reader finds the old file or the new one.
-void replaceFile(const std::string& file, const std::string& text) {
-  const std::string temporary = file + "." + std::to_string(getpid());
-  try {
-    const FileDescriptor opened(
-        open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644));
-    if (!opened) throwErrno(temporary);
-    writeAll(opened.get(), temporary, text);
-    if (fsync(opened.get()) != 0) throwErrno(temporary);
-    if (std::rename(temporary.c_str(), file.c_str()) != 0) throwErrno(file);
-  } catch (const std::system_error&) {
-    unlink(temporary.c_str());
-    throw;
-  }
-}
-
 }  // namespace
 
 void ZEBUtil::postStatus(const Logger& logger, const CmpiCpp::CmpiContext& /*context*/,
                          const CmpiCpp::CmpiInstance& instance) {
-  const std::string directory = Configuration::current()->runDirectory;
   try {
-    std::filesystem::create_directories(directory);
-    replaceFile(directory + "status.json", statusText(instance));
+    replaceRunFile("status.json", statusText(instance));
   } catch (const std::exception& error) {
     logger.warn("the status cannot be posted: %s", error.what());
   }

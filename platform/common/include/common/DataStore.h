@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace ZEB {
 
@@ -47,5 +48,15 @@ class DataStore {
 /// damaged file is put aside and a fresh one begun. Null when the store cannot be opened; the process's log
 /// says why.
 std::unique_ptr<DataStore> makeDataStore(const std::string& name);
+
+/// How the last opening of a store went.
+struct DataStoreState {
+  std::string name;
+  std::string file;
+  std::string failure;  ///< why it could not be opened; empty when it could
+};
+
+/// Of every store that the process has asked for, in the order of their names.
+std::vector<DataStoreState> dataStoreStates();
 
 }  // namespace ZEB

@@ -10,6 +10,12 @@ namespace ZEB {
 
 class IndicationRecords;
 
+/// Which file the records are read from, and what is wrong with it or with the first bad record in it.
+struct IndicationRecordsState {
+  std::string file;
+  std::string failure;  ///< empty when nothing is
+};
+
 /// The records of one class of indications, from a text file that a site may edit or translate. The file is
 /// the one that the configuration names, else `indication-records.toml`, looked for beside the library that
 /// this is linked into, then as `schema/` and `share/zeb/` of its folder and each folder above.
@@ -22,6 +28,8 @@ class IndicationDB {
   /// `name` is the part of the file that holds the records.
   IndicationDB(const Logger& logger, const std::string& name);
   ~IndicationDB();
+
+  static IndicationRecordsState state();
 
   /// Returns 0 and fills `record`, or non-zero and leaves it alone.
   int getRecord(int eventId, IndDBRec& record) const;

@@ -1,0 +1,60 @@
+#include "common/RunFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+#include "FileDescriptor.h"
+#include "common/Configuration.h"
+
+namespace ZEB {
+namespace {
+
+[[noreturn]] void throwErrno(const std::string& what) {
+  throw std::system_error(errno, std::generic_category(), what);
+}
+
+void writeAll(int file, const std::string& name, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = ::write(file, text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) throwErrno(name);
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+/// Under a name of this process first, then renamed.
+void replaceFile(const std::string& file, const std::string& text) {
+  const std::string temporary = file + "." + std::to_string(getpid());
+  try {
+    const FileDescriptor opened(
+        open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644));
+    if (!opened) throwErrno(temporary);
+    writeAll(opened.get(), temporary, text);
+    if (fsync(opened.get()) != 0) throwErrno(temporary);
+    if (std::rename(temporary.c_str(), file.c_str()) != 0) throwErrno(file);
+  } catch (const std::system_error&) {
+    unlink(temporary.c_str());
+    throw;
+  }
+}
+
+}  // namespace
+
+void replaceRunFile(const std::string& name, const std::string& text) {
+  const std::string directory = Configuration::current()->runDirectory;
+  std::filesystem::create_directories(directory);
+  replaceFile(directory + name, text);
+}
+
+void removeRunFile(const std::string& name) {
+  unlink((Configuration::current()->runDirectory + name).c_str());
+}
+
+}  // namespace ZEB
