@@ -38,10 +38,12 @@ extern "C" {
 
 #define REAL(name) __real_##name
 #define WRAP(name) __wrap_##name
+// A pointer to a member keeps a flag in the lowest bit of the address.
+#define WRAPPER [[gnu::aligned(16)]]
 
 #define PORT_STATUS(prefix) prefix(_ZNK3ZEB12EthernetPort13getPortStatusERNS_17operationalStatusE)
 int PORT_STATUS(REAL)(const ZEB::EthernetPort*, ZEB::operationalStatus&);
-int PORT_STATUS(WRAP)(const ZEB::EthernetPort* port, ZEB::operationalStatus& status) {
+WRAPPER int PORT_STATUS(WRAP)(const ZEB::EthernetPort* port, ZEB::operationalStatus& status) {
   if (!installed || !installed->portStatus) return PORT_STATUS(REAL)(port, status);
   status = *installed->portStatus;
   return 0;
@@ -49,13 +51,13 @@ int PORT_STATUS(WRAP)(const ZEB::EthernetPort* port, ZEB::operationalStatus& sta
 
 #define CAPABILITIES(prefix) prefix(_ZNK3ZEB12EthernetPort15getCapabilitiesEv)
 std::vector<std::uint16_t> CAPABILITIES(REAL)(const ZEB::EthernetPort*);
-std::vector<std::uint16_t> CAPABILITIES(WRAP)(const ZEB::EthernetPort* port) {
+WRAPPER std::vector<std::uint16_t> CAPABILITIES(WRAP)(const ZEB::EthernetPort* port) {
   return installed && installed->capabilities ? *installed->capabilities : CAPABILITIES(REAL)(port);
 }
 
 #define NETWORK_ADDRESSES(prefix) prefix(_ZNK3ZEB12EthernetPort16networkAddressesB5cxx11Ev)
 std::vector<std::string> NETWORK_ADDRESSES(REAL)(const ZEB::EthernetPort*);
-std::vector<std::string> NETWORK_ADDRESSES(WRAP)(const ZEB::EthernetPort* port) {
+WRAPPER std::vector<std::string> NETWORK_ADDRESSES(WRAP)(const ZEB::EthernetPort* port) {
   const auto known = NETWORK_ADDRESSES(REAL)(port);
   std::vector<std::string> all;
   for (std::size_t i = 0; i < (installed ? installed->networkAddressRepeats : 1); ++i) {
@@ -66,14 +68,15 @@ std::vector<std::string> NETWORK_ADDRESSES(WRAP)(const ZEB::EthernetPort* port) 
 
 #define NEXT_TEAM(prefix) prefix(_ZN3ZEB15EthernetTeamMRA11getNextDataEbRNS_22EthernetTeamDataObjectE)
 int NEXT_TEAM(REAL)(ZEB::EthernetTeamMRA*, bool, ZEB::EthernetTeamDataObject&);
-int NEXT_TEAM(WRAP)(ZEB::EthernetTeamMRA* source, bool fresh, ZEB::EthernetTeamDataObject& team) {
+WRAPPER int NEXT_TEAM(WRAP)(ZEB::EthernetTeamMRA* source, bool fresh, ZEB::EthernetTeamDataObject& team) {
   return mayDeliver(&DataLibrary::teamsUntilFailure) ? NEXT_TEAM(REAL)(source, fresh, team)
                                                      : ZEB::EthernetTeamMRA::kFailed;
 }
 
 #define NEXT_ADAPTER(prefix) prefix(_ZN3ZEB11EthernetMRA11getNextDataEbRNS_25EthernetAdapterDataObjectE)
 int NEXT_ADAPTER(REAL)(ZEB::EthernetMRA*, bool, ZEB::EthernetAdapterDataObject&);
-int NEXT_ADAPTER(WRAP)(ZEB::EthernetMRA* source, bool fresh, ZEB::EthernetAdapterDataObject& adapter) {
+WRAPPER int NEXT_ADAPTER(WRAP)(ZEB::EthernetMRA* source, bool fresh,
+                               ZEB::EthernetAdapterDataObject& adapter) {
   return mayDeliver(&DataLibrary::adaptersUntilFailure) ? NEXT_ADAPTER(REAL)(source, fresh, adapter)
                                                         : ZEB::EthernetMRA::kFailed;
 }
@@ -82,8 +85,8 @@ int NEXT_ADAPTER(WRAP)(ZEB::EthernetMRA* source, bool fresh, ZEB::EthernetAdapte
   prefix(                     \
       _ZN3ZEB10ZEBPhysloc25createLocationInfoVectorsERK9physloc_tRSt6vectorINSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEESaISA_EERS4_ItSaItEE)
 int LOCATION_INFO(REAL)(const physloc_t&, std::vector<std::string>&, std::vector<std::uint16_t>&);
-int LOCATION_INFO(WRAP)(const physloc_t& location, std::vector<std::string>& texts,
-                        std::vector<std::uint16_t>& kinds) {
+WRAPPER int LOCATION_INFO(WRAP)(const physloc_t& location, std::vector<std::string>& texts,
+                                std::vector<std::uint16_t>& kinds) {
   const int result = LOCATION_INFO(REAL)(location, texts, kinds);
   if (installed && installed->unevenLocationInfo) kinds.push_back(0);
   return result;
