@@ -22,7 +22,7 @@ SqliteStore::SqliteStore(std::string file, std::chrono::milliseconds patience, c
 }
 
 void SqliteStore::connect() {
-  _batchWrites = false;
+  _writing = false;
   _connection.reset();
   _connection = std::make_unique<Connection>(openStoreFile(_file, _patience, _logger));
 }
@@ -65,7 +65,7 @@ void SqliteStore::write(const std::string& key, std::uint32_t number) {
   try {
     if (!_batchFailure.empty()) throw std::runtime_error(_batchFailure);
     if (!_connection) connect();
-    const bool alone = !_batchWrites;
+    const bool alone = !_writing;
     try {
       insert(key, number);
     } catch (const SqliteError& error) {
@@ -82,7 +82,7 @@ void SqliteStore::write(const std::string& key, std::uint32_t number) {
 }
 
 void SqliteStore::insert(const std::string& key, std::uint32_t number) {
-  if (_batches > 0) beginWriting();
+  beginWriting();
   SqliteStatement& statement = _connection->insert;
   try {
     statement.bind(1, key);
@@ -93,21 +93,25 @@ void SqliteStore::insert(const std::string& key, std::uint32_t number) {
     throw;
   }
   statement.reset();
+  if (_batches > 0) return;
+  _connection->database->execute("COMMIT");
+  _writing = false;
 }
 
 // A batch reads in a transaction that keeps nobody from reading, and takes one for writing with its first
 // write: most batches find that there is nothing to write. The first is ended for it, because two processes
 // that both held one and wanted to write would wait for each other.
 void SqliteStore::beginWriting() {
-  if (_batchWrites) return;
+  if (_writing) return;
   SqliteDatabase& database = *_connection->database;
   if (database.inTransaction()) database.execute("COMMIT");
+  const FileDescriptor turn = waitForTurn(_file, _patience);
   database.execute("BEGIN IMMEDIATE");
-  _batchWrites = true;
+  _writing = true;
 }
 
 void SqliteStore::rollback() {
-  _batchWrites = false;
+  _writing = false;
   if (!_connection || !_connection->database->inTransaction()) return;
   try {
     _connection->database->execute("ROLLBACK");
@@ -124,7 +128,7 @@ void SqliteStore::beginBatch() {
 void SqliteStore::endBatch() {
   const std::unique_lock lock(_mutex, std::adopt_lock);
   if (--_batches > 0) return;
-  _batchWrites = false;
+  _writing = false;
   std::string failure = std::exchange(_batchFailure, {});
   if (failure.empty() && _connection && _connection->database->inTransaction()) {
     try {

@@ -47,7 +47,7 @@ class SqliteStore : public DataStore {
   std::recursive_mutex _mutex;
   std::unique_ptr<Connection> _connection;
   int _batches = 0;
-  bool _batchWrites = false;  // the batch has begun its transaction for writing
+  bool _writing = false;  // a transaction for writing is under way
   // What made the current batch worthless; later writes of it fail at once, without waiting for a lock again.
   std::string _batchFailure;
 };

@@ -129,6 +129,10 @@ void putAside(const std::string& file, const char* reason, const Logger& logger)
 
 }  // namespace
 
+FileDescriptor waitForTurn(const std::string& file, std::chrono::milliseconds patience) {
+  return lockDirectory(fs::path(file).parent_path(), patience);
+}
+
 std::unique_ptr<SqliteDatabase> openStoreFile(const std::string& file, std::chrono::milliseconds patience,
                                               const Logger& logger) {
   const fs::path directory = fs::path(file).parent_path();

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "FileDescriptor.h"
 #include "Sqlite.h"
 #include "common/Logger.h"
 
@@ -18,5 +19,10 @@ inline constexpr std::chrono::milliseconds kStorePatience{5000};
 /// read, the file is of a newer format, or somebody else has it locked.
 std::unique_ptr<SqliteDatabase> openStoreFile(const std::string& file, std::chrono::milliseconds patience,
                                               const Logger& logger);
+
+/// Holds the directory of a store's file until the result goes. Who takes it before it waits for the write
+/// lock of the store, and lets go when it has that, cannot be overtaken by the writer it waits for: SQLite
+/// itself lets a busy process starve another. Throws `std::exception` after `patience`.
+FileDescriptor waitForTurn(const std::string& file, std::chrono::milliseconds patience);
 
 }  // namespace ZEB
