@@ -1,13 +1,11 @@
 #include <pthread.h>
 
-#include <filesystem>
-#include <iterator>
-
 #include "ProviderFixture.h"
 #include "cmpicpp/CmpiProvider.h"
 #include "monitor/NetlinkThread.h"
 #include "provider/EntryPoints.h"
 #include "provider/ProviderRegistry.h"
+#include "support/ProcessCounts.h"
 
 namespace ZEB::test {
 namespace {
@@ -27,11 +25,6 @@ struct Interfaces {
   CMPIMethodMI* method;
   CMPIIndicationMI* indication;
 };
-
-std::size_t threads() {
-  const std::filesystem::directory_iterator entries("/proc/self/task");
-  return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-}
 
 /// Each test makes its own provider and leaves none behind.
 class EntryPointsTest : public ProviderTest {
@@ -221,8 +214,9 @@ TEST_F(EntryPointsTest, AProviderThatCannotBeMadeGivesNullAndAReasonAndLeavesNot
   };
   for (const auto& result : results) {
     EXPECT_EQ(result.interface, nullptr) << result.name;
-    EXPECT_TRUE(log->mentions(LogLevel::Error, std::string(result.name) +
-                                                   ": ZEBEthernetPort constructor threw CmpiStatus exception: "))
+    EXPECT_TRUE(log->mentions(
+        LogLevel::Error,
+        std::string(result.name) + ": ZEBEthernetPort constructor threw CmpiStatus exception: "))
         << result.name;
   }
   // The netlink thread had been started; it is gone, and its pipe with it.

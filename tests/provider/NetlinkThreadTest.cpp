@@ -9,12 +9,12 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <iterator>
 #include <thread>
 
 #include "monitor/LinkWatch.h"
 #include "monitor/NetlinkThread.h"
 #include "support/NetworkNamespace.h"
+#include "support/ProcessCounts.h"
 #include "support/RecordingLogSink.h"
 
 // The system calls of the thread, made to fail on demand: the linker leads them here.
@@ -56,16 +56,6 @@ ssize_t __wrap_recv(int fd, void* buffer, std::size_t size, int flags) {
 namespace ZEB::test {
 namespace {
 
-std::size_t openDescriptors() {
-  const std::filesystem::directory_iterator entries("/proc/self/fd");
-  return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-}
-
-std::size_t threads() {
-  const std::filesystem::directory_iterator entries("/proc/self/task");
-  return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-}
-
 template <class Condition>
 bool eventually(Condition condition) {
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
@@ -78,11 +68,7 @@ bool eventually(Condition condition) {
 
 class NetlinkThreadTest : public testing::Test {
  protected:
-  NetlinkThreadTest() {
-    testing::FLAGS_gtest_death_test_style = "threadsafe";
-    // A sanitizer starts a thread of its own beside the first one that a program starts.
-    std::thread([] {}).join();
-  }
+  NetlinkThreadTest() { testing::FLAGS_gtest_death_test_style = "threadsafe"; }
 
   RecordedLogger recorded;
   LinkWatch watch;
