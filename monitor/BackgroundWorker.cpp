@@ -92,9 +92,8 @@ std::uint32_t ZEBEthernetPortProvider::BackgroundWorker::work() {
 template <class Visit>
 void ZEBEthernetPortProvider::BackgroundWorker::forEachCollection(Visit&& visit) {
   CmpiManagedInstanceCollection& instances = _provider._collection;
-  for (std::size_t i = 0; i < instances.size(); ++i) {
-    auto* collection = dynamic_cast<ZEB_EthernetCollection*>(&instances.getManagedInstance(i));
-    if (collection) visit(*collection);
+  for (const std::uint32_t i : instances.ofClass(ZEB_EthernetCollection::kClassName)) {
+    visit(static_cast<ZEB_EthernetCollection&>(instances.getManagedInstance(i)));
   }
 }
 
@@ -203,15 +202,15 @@ int ZEBEthernetPortProvider::BackgroundWorker::sendTeamPresenceIndication(const 
                                                                           int eventId) {
   constexpr int kNoSuchTeam = 4;
   CmpiManagedInstanceCollection& instances = _provider._collection;
-  for (std::size_t i = 0; i < instances.size(); ++i) {
-    auto* team = dynamic_cast<ZEB_EthernetTeam*>(&instances.getManagedInstance(i));
-    if (!team || team->teamName() != name) continue;
+  for (const std::uint32_t i : instances.ofClass(ZEB_EthernetTeam::kClassName)) {
+    auto& team = static_cast<ZEB_EthernetTeam&>(instances.getManagedInstance(i));
+    if (team.teamName() != name) continue;
     ZEB_EthernetIndication sender(_logger, std::string(kNameSpace.view()));
     std::string message;
     if (eventId == kInterfaceAvailable) message = "New Ethernet Team " + name + " is detected";
     if (eventId == kInterfaceNoLongerAvailable)
       message = "The Ethernet Team " + name + " is no longer available";
-    sender.send(eventId, team->makeObjectPath().str(), message, kTeamSubCategory, BMC_physloc_NULL, "", "",
+    sender.send(eventId, team.makeObjectPath().str(), message, kTeamSubCategory, BMC_physloc_NULL, "", "",
                 _context);
     return 0;
   }
@@ -221,17 +220,16 @@ int ZEBEthernetPortProvider::BackgroundWorker::sendTeamPresenceIndication(const 
 int ZEBEthernetPortProvider::BackgroundWorker::processIndications() {
   _logger.info("_processIndications");
   CmpiManagedInstanceCollection& instances = _provider._collection;
-  ZEB_EthernetCollection* collection = nullptr;
-  for (std::size_t i = 0; i < instances.size(); ++i) {
+  // Ports and teams, in the order of all instances.
+  for (const std::uint32_t i : instances.watchers()) {
     CmpiManagedInstance& instance = instances.getManagedInstance(i);
     processPort(instance);
     processTeam(instance);
-    if (!collection) collection = dynamic_cast<ZEB_EthernetCollection*>(&instance);
   }
-  if (collection) {
-    collection->reset();
-    collection->updateMembers(instances, false);
-  }
+  forEachCollection([&](ZEB_EthernetCollection& collection) {
+    collection.reset();
+    collection.updateMembers(instances, false);
+  });
   return 0;
 }
 

@@ -80,12 +80,20 @@ void ZEB_EthernetCollection::reset() {
 }
 
 void ZEB_EthernetCollection::updateMembers(CmpiManagedInstanceCollection& instances, bool force) {
-  for (std::size_t i = 0; i < instances.size(); ++i) updateMember(instances.getManagedInstance(i), force);
+  // Every instance has its turn and its log line, but only those that watch their status are looked at.
+  auto watcher = instances.watchers().begin();
+  for (std::uint32_t i = 0; i < instances.size(); ++i) {
+    logger().info("manageDynamic()");
+    if (force) _stateChanged = true;
+    if (watcher != instances.watchers().end() && *watcher == i) {
+      updateMember(instances.getManagedInstance(i));
+      ++watcher;
+    }
+    _firstPass = false;
+  }
 }
 
-void ZEB_EthernetCollection::updateMember(CmpiManagedInstance& instance, bool force) {
-  logger().info("manageDynamic()");
-  if (force) _stateChanged = true;
+void ZEB_EthernetCollection::updateMember(CmpiManagedInstance& instance) {
   auto* member = dynamic_cast<CollectionMember*>(&instance);
   // Asked before the guard is taken, because the member has a guard of its own.
   const operationalStatus update = member ? member->lastStatus() : operationalStatus::Unknown;
@@ -105,7 +113,6 @@ void ZEB_EthernetCollection::updateMember(CmpiManagedInstance& instance, bool fo
   }
   if (status != _groupStatus && !_firstPass)
     logger().info("send Ethernet collection state change indication");
-  _firstPass = false;
   _groupStatus = status;
 }
 
@@ -131,7 +138,7 @@ void ZEB_EthernetCollection::updateStatusFilter(CmpiManagedInstanceCollection& i
   logger().info("firstState is True");
   try {
     const DataStore::Batch batch(*store);
-    for (std::size_t i = 0; i < instances.size(); ++i) restoreFilter(instances.getManagedInstance(i), *store);
+    for (const std::uint32_t i : instances.watchers()) restoreFilter(instances.getManagedInstance(i), *store);
   } catch (const CmpiCpp::CmpiStatus& status) {
     logger().error("the status filter cannot be restored: %s", status.what());
   }

@@ -28,9 +28,8 @@ class ZEB_EthernetCollection : public ManagedObject {
 
   /// Starts a pass over the members: the group is OK until one says otherwise.
   void reset();
-  /// Takes one instance into account, if it is a member that counts. `force` marks the state as changed.
-  void updateMember(CmpiManagedInstance& instance, bool force);
-  /// A whole pass, in the order of the instances.
+  /// A whole pass: takes every member that counts into account, in the order of the instances. `force` marks
+  /// the state as changed.
   void updateMembers(CmpiManagedInstanceCollection& instances, bool force);
 
   /// Whether a pass was forced since the last call of this.
@@ -41,6 +40,7 @@ class ZEB_EthernetCollection : public ManagedObject {
   void updateStatusFilter(CmpiManagedInstanceCollection& instances, DataStore* store);
 
  private:
+  void updateMember(CmpiManagedInstance& instance);
   operationalStatus updateWorstEthernetPort(operationalStatus current, operationalStatus update) const;
   operationalStatus groupStatus();
   void restoreFilter(CmpiManagedInstance& instance, DataStore& store) const;

@@ -38,6 +38,7 @@ void CmpiManagedInstanceCollection::createInstance(CmpiManagedInstance* instance
   const std::size_t path = owned->makeObjectPath().hash();
   _instances.push_back(std::move(owned));
   _byClass[instance->className()].push_back(number);
+  if (instance->watchesStatus()) _watchers.push_back(number);
   _byPath.add(path, number);
   if (const auto* association = dynamic_cast<const CmpiManagedInstanceAssociation*>(instance)) {
     _byEnd.add(association->firstEnd().hash(), number);
@@ -49,9 +50,16 @@ void CmpiManagedInstanceCollection::createInstance(CmpiManagedInstance* instance
 
 void CmpiManagedInstanceCollection::clear() {
   _byClass.clear();
+  _watchers.clear();
   _byPath.clear();
   _byEnd.clear();
   _instances.clear();
+}
+
+std::span<const std::uint32_t> CmpiManagedInstanceCollection::ofClass(const CmpiName& className) const {
+  const auto found = _byClass.find(className);
+  if (found == _byClass.end()) return {};
+  return found->second;
 }
 
 CmpiManagedInstance* CmpiManagedInstanceCollection::getManagedInstance(const CmpiObjectPath& path) {
@@ -67,9 +75,7 @@ CmpiManagedInstance* CmpiManagedInstanceCollection::getManagedInstance(const Cmp
 
 template <class Visit>
 void CmpiManagedInstanceCollection::forEachOfClass(const CmpiObjectPath& classPath, Visit&& visit) {
-  const auto found = _byClass.find(classPath.className());
-  if (found == _byClass.end()) return;
-  for (const std::uint32_t number : found->second) {
+  for (const std::uint32_t number : ofClass(classPath.className())) {
     if (_instances[number]->visible()) visit(*_instances[number]);
   }
 }

@@ -11,7 +11,9 @@ class Member : public ManagedObject, public CollectionMember {
   Member(const Logger& logger, Kind kind, const std::string& name, operationalStatus status)
       : ManagedObject(logger, "root/jxv", classOf(kind), {{"Name", name}}),
         CollectionMember(kind),
-        _status(status) {}
+        _status(status) {
+    setWatchesStatus(true);
+  }
 
   CmpiCpp::CmpiInstance makeInstance() override { return CmpiCpp::CmpiInstance(makeObjectPath()); }
   operationalStatus lastStatus() override { return _status; }

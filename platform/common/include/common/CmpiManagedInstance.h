@@ -30,7 +30,7 @@ class CmpiManagedInstance {
   bool visible() const { return _visible; }
   void setVisible(bool visible) { _visible = visible; }
 
-  /// Whether the instance watches its status and reports changes of it. Off when constructed.
+  /// Whether the instance watches its status and reports changes of it. Settled when it is constructed.
   bool watchesStatus() const { return _watchesStatus; }
 
  protected:

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <unordered_map>
 #include <vector>
 
@@ -32,6 +33,10 @@ class CmpiManagedInstanceCollection {
 
   std::size_t size() const { return _instances.size(); }
   CmpiManagedInstance& getManagedInstance(std::size_t index) { return *_instances[index]; }
+  /// The indexes of the instances of exactly that class, and of those that watch their status; ascending.
+  /// With many instances, each that is looked at costs a miss of the cache.
+  std::span<const std::uint32_t> ofClass(const CmpiCpp::CmpiName& className) const;
+  std::span<const std::uint32_t> watchers() const { return _watchers; }
   /// The first visible instance of that path, else the first of that path, else null.
   CmpiManagedInstance* getManagedInstance(const CmpiCpp::CmpiObjectPath& path);
 
@@ -72,6 +77,7 @@ class CmpiManagedInstanceCollection {
   Logger _logger;
   std::vector<std::unique_ptr<CmpiManagedInstance>> _instances;
   std::unordered_map<CmpiCpp::CmpiName, std::vector<std::uint32_t>> _byClass;
+  std::vector<std::uint32_t> _watchers;
   HashIndex _byPath;
   HashIndex _byEnd;
   ClassAncestry _ancestry;
