@@ -30,6 +30,12 @@ CmpiObjectPath AssociationFrame::makeObjectPath() {
   return {_nameSpace, _class.name, ZEBUtil::getHostName(), {std::move(first), std::move(second)}};
 }
 
+std::size_t AssociationFrame::pathHash() {
+  return CmpiObjectPath::classHash(_nameSpace, _class.name.view()) +
+         CmpiObjectPath::keyHash(_class.roles.first.view(), firstEnd().hash()) +
+         CmpiObjectPath::keyHash(_class.roles.second.view(), secondEnd().hash());
+}
+
 CmpiInstance AssociationFrame::makeInstance() {
   CmpiInstance instance = CmpiCpp::makeCmpiInstance(ZEBUtil::getBroker(), makeObjectPath());
   instance.addProperty(_class.roles.first, firstEnd());

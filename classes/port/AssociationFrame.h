@@ -25,6 +25,7 @@ class AssociationFrame : public CmpiManagedInstanceAssociation {
   ~AssociationFrame() override;
 
   CmpiCpp::CmpiObjectPath makeObjectPath() override;
+  std::size_t pathHash() override;
   CmpiCpp::CmpiInstance makeInstance() override;
   CmpiCpp::CmpiName className() const override { return _class.name; }
   Roles roles() const override { return _class.roles; }

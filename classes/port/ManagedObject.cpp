@@ -29,10 +29,14 @@ std::string instanceName(CmpiCpp::NameLiteral className, std::uint32_t number) {
 std::vector<CmpiCpp::CmpiObjectPath::Key> systemScopedKeys(CmpiCpp::NameLiteral className,
                                                            CmpiCpp::NameLiteral key,
                                                            const std::string& name) {
-  return {{"CreationClassName", className.view()},
-          {"SystemCreationClassName", kComputerSystemClass.view()},
-          {"SystemName", ZEBUtil::getHostName()},
-          {key, name}};
+  // Not from a list, whose elements could only be copied.
+  std::vector<CmpiCpp::CmpiObjectPath::Key> keys;
+  keys.reserve(4);
+  keys.push_back({"CreationClassName", className.view()});
+  keys.push_back({"SystemCreationClassName", kComputerSystemClass.view()});
+  keys.push_back({"SystemName", ZEBUtil::getHostName()});
+  keys.push_back({key, name});
+  return keys;
 }
 
 }  // namespace ZEB

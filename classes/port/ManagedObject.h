@@ -23,6 +23,7 @@ class ManagedObject : public CmpiManagedInstance {
   ~ManagedObject() override;
 
   CmpiCpp::CmpiObjectPath makeObjectPath() override { return _path; }
+  std::size_t pathHash() override { return _path.hash(); }
   CmpiCpp::CmpiName className() const override { return _path.className(); }
 
  protected:

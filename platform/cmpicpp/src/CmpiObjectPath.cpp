@@ -15,10 +15,9 @@ struct CmpiObjectPath::Representation {
   std::size_t hash = 0;
 
   void rehash() {
-    hash = CmpiName::hash(nameSpace) * 31 + CmpiName::hash(className.view());
+    hash = classHash(nameSpace, className.view());
     // A sum, because keys are equal in any order.
-    for (const Key& key : keys)
-      hash += CmpiName::hash(key.name.view()) ^ key.value.keyHash() * 0x9e3779b97f4a7c15;
+    for (const Key& key : keys) hash += keyHash(key.name.view(), key.value.keyHash());
   }
 };
 
@@ -55,6 +54,13 @@ const std::vector<CmpiObjectPath::Key>& CmpiObjectPath::keys() const {
 }
 std::size_t CmpiObjectPath::hash() const {
   return _representation->hash;
+}
+
+std::size_t CmpiObjectPath::classHash(std::string_view nameSpace, std::string_view className) {
+  return CmpiName::hash(nameSpace) * 31 + CmpiName::hash(className);
+}
+std::size_t CmpiObjectPath::keyHash(std::string_view name, std::size_t valueHash) {
+  return CmpiName::hash(name) ^ valueHash * 0x9e3779b97f4a7c15;
 }
 
 const CmpiData* CmpiObjectPath::findKey(std::string_view name) const {
@@ -153,9 +159,11 @@ void appendKeyValue(std::string& text, const CmpiData& value) {
 }  // namespace
 
 std::string CmpiObjectPath::str() const {
+  constexpr std::size_t kUsualSize = 175;
   std::string text;
-  if (!host().empty()) text += "//" + host() + "/";
-  if (!nameSpace().empty()) text += nameSpace() + ":";
+  text.reserve(kUsualSize + 2 * host().size());
+  if (!host().empty()) text.append("//").append(host()).append("/");
+  if (!nameSpace().empty()) text.append(nameSpace()).append(":");
   text += className().view();
   char separator = '.';
   for (const Key& key : keys()) {

@@ -35,12 +35,11 @@ CmpiManagedInstanceCollection::~CmpiManagedInstanceCollection() = default;
 void CmpiManagedInstanceCollection::createInstance(CmpiManagedInstance* instance) {
   std::unique_ptr<CmpiManagedInstance> owned(instance);
   const auto number = static_cast<std::uint32_t>(_instances.size());
-  const std::size_t path = owned->makeObjectPath().hash();
   _instances.push_back(std::move(owned));
   _byClass[instance->className()].push_back(number);
   if (instance->watchesStatus()) _watchers.push_back(number);
-  _byPath.add(path, number);
-  if (const auto* association = dynamic_cast<const CmpiManagedInstanceAssociation*>(instance)) {
+  _byPath.add(instance->pathHash(), number);
+  if (const auto* association = instance->association()) {
     _byEnd.add(association->firstEnd().hash(), number);
     if (association->secondEnd().hash() != association->firstEnd().hash()) {
       _byEnd.add(association->secondEnd().hash(), number);

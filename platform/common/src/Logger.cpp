@@ -100,14 +100,14 @@ Logger::Logger(std::string_view name, std::shared_ptr<LogSink> sink, LogLevel le
 
 void Logger::appendLogSource(std::string_view source) {
   const std::lock_guard lock(_source->mutex);
-  auto& known = _source->longer[std::string(source)];
-  auto longer = known.lock();
+  const auto known = _source->longer.find(source);
+  auto longer = known == _source->longer.end() ? nullptr : known->second.lock();
   if (!longer) {
     longer = std::make_shared<Source>();
     longer->destination = _source->destination;
     longer->name = _source->name + std::string(source);
     longer->shorter = _source;
-    known = longer;
+    _source->longer.insert_or_assign(std::string(source), longer);
   }
   _source.swap(longer);
 }

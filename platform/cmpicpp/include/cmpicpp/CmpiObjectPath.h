@@ -47,6 +47,10 @@ class CmpiObjectPath {
   std::string str() const;
 
   std::size_t hash() const;
+  /// The two parts of a path's hash: that of namespace and class, to which that of each key is added. With
+  /// them a path need not be made to know its hash.
+  static std::size_t classHash(std::string_view nameSpace, std::string_view className);
+  static std::size_t keyHash(std::string_view name, std::size_t valueHash);
   friend bool operator==(const CmpiObjectPath& a, const CmpiObjectPath& b);
 
  private:

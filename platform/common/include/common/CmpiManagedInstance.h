@@ -8,6 +8,8 @@
 
 namespace ZEB {
 
+class CmpiManagedInstanceAssociation;
+
 /// One CIM instance that a provider serves. Owned by a `CmpiManagedInstanceCollection` from `createInstance`
 /// on. The slots are called under the lock that guards the collection; visibility may be asked and set by any
 /// thread.
@@ -20,11 +22,15 @@ class CmpiManagedInstance {
 
   /// The same path for as long as the instance lives.
   virtual CmpiCpp::CmpiObjectPath makeObjectPath() = 0;
+  /// That path's hash, for which a class may not need the path.
+  virtual std::size_t pathHash() { return makeObjectPath().hash(); }
   virtual CmpiCpp::CmpiInstance makeInstance() = 0;
   /// Throws `CmpiStatus` with `CMPI_RC_ERR_METHOD_NOT_FOUND` unless overridden.
   virtual void invokeMethod(const CmpiCpp::CmpiName& method, const CmpiCpp::CmpiArgs& in,
                             CmpiCpp::CmpiMethodResult& result);
   virtual CmpiCpp::CmpiName className() const = 0;
+  /// This instance if it is an association, else null.
+  virtual const CmpiManagedInstanceAssociation* association() const { return nullptr; }
 
   /// An invisible instance is there for its owner and for no client. Visible when constructed.
   bool visible() const { return _visible; }

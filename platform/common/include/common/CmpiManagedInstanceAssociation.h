@@ -15,6 +15,7 @@ class CmpiManagedInstanceAssociation : public CmpiManagedInstance {
   CmpiManagedInstanceAssociation(CmpiCpp::CmpiObjectPath firstEnd, CmpiCpp::CmpiObjectPath secondEnd)
       : _firstEnd(std::move(firstEnd)), _secondEnd(std::move(secondEnd)) {}
 
+  const CmpiManagedInstanceAssociation* association() const override { return this; }
   virtual Roles roles() const = 0;
   const CmpiCpp::CmpiObjectPath& firstEnd() const { return _firstEnd; }
   const CmpiCpp::CmpiObjectPath& secondEnd() const { return _secondEnd; }
