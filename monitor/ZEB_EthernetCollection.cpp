@@ -149,8 +149,8 @@ void ZEB_EthernetCollection::restoreFilter(CmpiManagedInstance& instance, DataSt
   if (!member || member->kind() != CollectionMember::Kind::Port) return;
   logger().info("updateStatusFilter: ethPort found in collection...");
   if (!instance.visible()) return;
-  const std::string key = instance.makeObjectPath().str();
-  if (store.exists(key)) member->setIncluded(store.getBool(key));
+  const auto kept = store.findBool(member->filterKey());
+  if (kept) member->setIncluded(*kept);
 }
 
 }  // namespace ZEB

@@ -57,7 +57,7 @@ void ZEBEthernetPortProvider::InstanceBuild::buildTeamMember(const PortEntry& en
 
 void ZEBEthernetPortProvider::InstanceBuild::keepFilter(ZEB_EthernetPort& port) {
   DataStore& store = *_provider._dataStore;
-  const std::string key = port.makeObjectPath().str();
+  const std::string& key = port.filterKey();
   try {
     if (store.exists(key)) return;
     _provider._logger.info("store key for %s...", key);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <string>
 
 #include "common/OperationalStatus.h"
 
@@ -12,12 +13,16 @@ class CollectionMember {
  public:
   enum class Kind { Port, Team };
 
-  explicit CollectionMember(Kind kind) : _kind(kind) {}
+  CollectionMember(Kind kind, std::string filterKey) : _kind(kind), _filterKey(std::move(filterKey)) {}
   virtual ~CollectionMember() = default;
   CollectionMember(const CollectionMember&) = delete;
   CollectionMember& operator=(const CollectionMember&) = delete;
 
   Kind kind() const { return _kind; }
+
+  /// What the store keeps the status filter under: the text of the instance's path, made once, because a
+  /// build asks for it again and again.
+  const std::string& filterKey() const { return _filterKey; }
 
   /// The status filter; on when constructed.
   bool included() const { return _included; }
@@ -29,6 +34,7 @@ class CollectionMember {
  private:
   const Kind _kind;
   std::atomic<bool> _included{true};
+  const std::string _filterKey;
 };
 
 }  // namespace ZEB

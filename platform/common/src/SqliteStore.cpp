@@ -36,6 +36,10 @@ std::uint32_t SqliteStore::getUInt32(const std::string& key) {
 bool SqliteStore::getBool(const std::string& key) {
   return getUInt32(key) != 0;
 }
+std::optional<bool> SqliteStore::findBool(const std::string& key) {
+  const auto number = find(key);
+  return number ? std::optional(*number != 0) : std::nullopt;
+}
 void SqliteStore::setUInt32(const std::string& key, std::uint32_t value) {
   write(key, value);
 }

@@ -17,6 +17,7 @@ class SqliteStore : public DataStore {
   bool exists(const std::string& key) override;
   std::uint32_t getUInt32(const std::string& key) override;
   bool getBool(const std::string& key) override;
+  std::optional<bool> findBool(const std::string& key) override;
   void setUInt32(const std::string& key, std::uint32_t value) override;
   void setBool(const std::string& key, bool value) override;
 

@@ -10,7 +10,7 @@ class Member : public ManagedObject, public CollectionMember {
  public:
   Member(const Logger& logger, Kind kind, const std::string& name, operationalStatus status)
       : ManagedObject(logger, "root/jxv", classOf(kind), {{"Name", name}}),
-        CollectionMember(kind),
+        CollectionMember(kind, ManagedObject::makeObjectPath().str()),
         _status(status) {
     setWatchesStatus(true);
   }

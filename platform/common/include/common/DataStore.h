@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,8 @@ class DataStore {
   /// Zero or false for a key that is not there.
   virtual std::uint32_t getUInt32(const std::string& key) = 0;
   virtual bool getBool(const std::string& key) = 0;
+  /// Nothing for a key that is not there: `exists` and `getBool` in one look.
+  virtual std::optional<bool> findBool(const std::string& key) = 0;
 
   virtual void setUInt32(const std::string& key, std::uint32_t value) = 0;
   virtual void setBool(const std::string& key, bool value) = 0;
