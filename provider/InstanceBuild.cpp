@@ -118,7 +118,7 @@ void ZEBEthernetPortProvider::InstanceBuild::buildAdapters() {
 }
 
 void ZEBEthernetPortProvider::InstanceBuild::buildAdapter(const EthernetAdapterDataObject& adapter) {
-  const EthernetAdapterDataObject record = withoutVlans(adapter);
+  const AdapterRecord record = withoutVlans(adapter);
   const auto controller = createEnd<ZEB_EthernetPortController>(_adapterNumber, record);
   const auto firmware = createEnd<ZEB_EthernetPortControllerFirmwareIdentity>(_adapterNumber, record);
   create<ZEB_EthernetElementFirmwareIdentity>(controller, firmware);
@@ -130,8 +130,8 @@ void ZEBEthernetPortProvider::InstanceBuild::buildAdapter(const EthernetAdapterD
   create<ZEB_EthernetControllerPhysicalPackageEthernetController>(package, controller);
 
   const auto physicalLocation =
-      known(record, &EthernetAdapterDataObject::getPhysLoc).value_or(BMC_physloc_NULL);
-  const auto partNumber = known(record, &EthernetAdapterDataObject::getpartNumber).value_or("");
+      known(adapter, &EthernetAdapterDataObject::getPhysLoc).value_or(BMC_physloc_NULL);
+  const auto partNumber = known(adapter, &EthernetAdapterDataObject::getpartNumber).value_or("");
   for (const EthernetPort& port : adapter.ports) {
     buildPort(controller, physicalLocation, partNumber, port);
     ++_portNumber;

@@ -1,11 +1,24 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "classes/port/ManagedObject.h"
 #include "ethernet/EthernetAdapterDataObject.h"
 
 namespace ZEB {
+
+/// An adapter's record with its ports. Nobody changes it, so that all copies share one.
+class AdapterRecord {
+ public:
+  AdapterRecord(EthernetAdapterDataObject adapter)
+      : _adapter(std::make_shared<const EthernetAdapterDataObject>(std::move(adapter))) {}
+
+  operator const EthernetAdapterDataObject&() const { return *_adapter; }
+
+ private:
+  std::shared_ptr<const EthernetAdapterDataObject> _adapter;
+};
 
 /// What the property tables of an adapter's classes read.
 struct AdapterReading {
@@ -14,18 +27,18 @@ struct AdapterReading {
 };
 
 /// The frame of the classes that describe an adapter, of which each adapter has one instance: its number,
-/// from 1, and a copy of its record.
+/// from 1, and its record.
 class AdapterObject : public ManagedObject {
  protected:
   AdapterObject(const Logger& logger, const std::string& nameSpace, CmpiCpp::NameLiteral className, Keys keys,
-                std::uint32_t number, const EthernetAdapterDataObject& adapter)
+                std::uint32_t number, const AdapterRecord& adapter)
       : ManagedObject(logger, nameSpace, className, std::move(keys)), _number(number), _adapter(adapter) {}
 
   AdapterReading reading() const { return {_number, _adapter}; }
 
  private:
   const std::uint32_t _number;
-  const EthernetAdapterDataObject _adapter;
+  const AdapterRecord _adapter;
 };
 
 }  // namespace ZEB

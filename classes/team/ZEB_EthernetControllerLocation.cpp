@@ -100,7 +100,7 @@ const PropertyRows<Reading> kProperties{
 ZEB_EthernetControllerLocation::ZEB_EthernetControllerLocation(const Logger& logger,
                                                                const std::string& nameSpace,
                                                                const std::uint32_t& number,
-                                                               const EthernetAdapterDataObject& adapter)
+                                                               const AdapterRecord& adapter)
     : AdapterObject(logger, nameSpace, kClassName,
                     {{"Name", locationTag(number, adapter)}, {"PhysicalPosition", position(number, adapter)}},
                     number, adapter) {}

@@ -10,7 +10,7 @@ class ZEB_EthernetControllerLocation : public AdapterObject {
   static constexpr CmpiCpp::NameLiteral kClassName = "ZEB_EthernetControllerLocation";
 
   ZEB_EthernetControllerLocation(const Logger& logger, const std::string& nameSpace,
-                                 const std::uint32_t& number, const EthernetAdapterDataObject& adapter);
+                                 const std::uint32_t& number, const AdapterRecord& adapter);
 
   CmpiCpp::CmpiInstance makeInstance() override;
 };

@@ -44,7 +44,7 @@ const PropertyRows<AdapterReading> kProperties{
 
 ZEB_EthernetPortController::ZEB_EthernetPortController(const Logger& logger, const std::string& nameSpace,
                                                        const std::uint32_t& number,
-                                                       const EthernetAdapterDataObject& adapter)
+                                                       const AdapterRecord& adapter)
     : AdapterObject(logger, nameSpace, kClassName,
                     systemScopedKeys(kClassName, "DeviceID", instanceName(kClassName, number)), number,
                     adapter) {}

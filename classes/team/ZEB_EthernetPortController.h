@@ -10,7 +10,7 @@ class ZEB_EthernetPortController : public AdapterObject {
   static constexpr CmpiCpp::NameLiteral kClassName = "ZEB_EthernetPortController";
 
   ZEB_EthernetPortController(const Logger& logger, const std::string& nameSpace, const std::uint32_t& number,
-                             const EthernetAdapterDataObject& adapter);
+                             const AdapterRecord& adapter);
 
   CmpiCpp::CmpiInstance makeInstance() override;
 };

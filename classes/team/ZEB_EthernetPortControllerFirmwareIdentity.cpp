@@ -54,7 +54,7 @@ const PropertyRows<AdapterReading> kProperties{
 
 ZEB_EthernetPortControllerFirmwareIdentity::ZEB_EthernetPortControllerFirmwareIdentity(
     const Logger& logger, const std::string& nameSpace, const std::uint32_t& number,
-    const EthernetAdapterDataObject& adapter)
+    const AdapterRecord& adapter)
     : AdapterObject(logger, nameSpace, kClassName, {{"InstanceID", instanceName(kClassName, number)}}, number,
                     adapter) {}
 

@@ -54,7 +54,7 @@ const PropertyRows<AdapterReading> kProperties{
 
 ZEB_EthernetPortControllerPhysicalPackage::ZEB_EthernetPortControllerPhysicalPackage(
     const Logger& logger, const std::string& nameSpace, const std::uint32_t& number,
-    const EthernetAdapterDataObject& adapter)
+    const AdapterRecord& adapter)
     : AdapterObject(logger, nameSpace, kClassName,
                     {{"CreationClassName", kClassName.view()}, {"Tag", instanceName(kClassName, number)}},
                     number, adapter) {}

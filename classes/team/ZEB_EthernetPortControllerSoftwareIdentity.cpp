@@ -40,7 +40,7 @@ const PropertyRows<AdapterReading> kProperties{
 
 ZEB_EthernetPortControllerSoftwareIdentity::ZEB_EthernetPortControllerSoftwareIdentity(
     const Logger& logger, const std::string& nameSpace, const std::uint32_t& number,
-    const EthernetAdapterDataObject& adapter)
+    const AdapterRecord& adapter)
     : AdapterObject(logger, nameSpace, kClassName, {{"InstanceID", instanceName(kClassName, number)}}, number,
                     adapter) {}
 

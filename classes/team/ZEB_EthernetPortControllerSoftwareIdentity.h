@@ -10,8 +10,7 @@ class ZEB_EthernetPortControllerSoftwareIdentity : public AdapterObject {
   static constexpr CmpiCpp::NameLiteral kClassName = "ZEB_EthernetPortControllerSoftwareIdentity";
 
   ZEB_EthernetPortControllerSoftwareIdentity(const Logger& logger, const std::string& nameSpace,
-                                             const std::uint32_t& number,
-                                             const EthernetAdapterDataObject& adapter);
+                                             const std::uint32_t& number, const AdapterRecord& adapter);
 
   CmpiCpp::CmpiInstance makeInstance() override;
 };
