@@ -9,8 +9,9 @@
 #include "Plugin.h"
 #include "recorded/SnapshotWriter.h"
 
-// What things cost when there are many. Times are compared within one run, so that the machine does not
-// matter.
+// What things cost when there are many. Times are those of the processor, compared within one run, so that
+// the machine does not matter much; and the best of rounds in which few and many take turns, so that what
+// else runs on it does not either.
 
 namespace {
 
@@ -119,6 +120,11 @@ class CostTest : public ProviderTest {
 
   struct Requests {
     double get, associators, references;
+
+    friend Requests best(const Requests& a, const Requests& b) {
+      return {std::min(a.get, b.get), std::min(a.associators, b.associators),
+              std::min(a.references, b.references)};
+    }
   };
   Requests requestsAt(std::size_t ports) {
     play(hostOf(ports));
@@ -138,6 +144,8 @@ class CostTest : public ProviderTest {
     double time;
     double bytesAnInstance;
     std::size_t instances;
+
+    friend Cost best(const Cost& a, const Cost& b) { return a.time <= b.time ? a : b; }
   };
   /// Of the builds after the first, which alone has the records made.
   Cost buildOf(const MemoryHost& host, int rounds = 4) {
@@ -162,17 +170,25 @@ void expectRatio(const char* what, double many, double few, double atMost) {
   EXPECT_LE(many / few, atMost) << what;
 }
 
+/// The best of `few` and of `many`, which take turns.
+template <class Few, class Many>
+auto bestOfTurns(int rounds, Few few, Many many) {
+  auto costs = std::pair(few(), many());
+  while (--rounds > 0) costs = {best(costs.first, few()), best(costs.second, many())};
+  return costs;
+}
+
 TEST_F(CostTest, RequestsCostWhatTheyReturn) {
-  const Requests few = requestsAt(100);
-  const Requests many = requestsAt(4000);
+  const auto [few, many] = bestOfTurns(
+      3, [this] { return requestsAt(100); }, [this] { return requestsAt(4000); });
   expectRatio("getInstance of a port, of 100 and of 4,000", many.get, few.get, 1.5);
   expectRatio("associators of a port, of 100 and of 4,000", many.associators, few.associators, 1.5);
   expectRatio("references of a port, of 100 and of 4,000", many.references, few.references, 1.5);
 }
 
 TEST_F(CostTest, ABuildIsLinearAndItsInstancesAreSmall) {
-  const Cost few = buildOf(hostOf(1000));
-  const Cost many = buildOf(hostOf(10000));
+  const auto [few, many] = bestOfTurns(
+      5, [this] { return buildOf(hostOf(1000)); }, [this] { return buildOf(hostOf(10000)); });
   expectRatio("build of 1,000 and of 10,000 ports", many.time, few.time, 12);
   std::cout << many.instances << " instances of " << many.bytesAnInstance << " bytes\n";
   EXPECT_GT(many.instances, 10000U * 10);
@@ -210,8 +226,9 @@ MemoryHost teamsAndVlans(std::size_t teams, std::size_t vlans, std::size_t carri
 }
 
 TEST_F(CostTest, TeamsAndVlansAreBuiltInLinearTime) {
-  const Cost half = buildOf(teamsAndVlans(32, 2047, 32));
-  const Cost all = buildOf(teamsAndVlans(64, 4094, 64));
+  const auto [half, all] = bestOfTurns(
+      3, [this] { return buildOf(teamsAndVlans(32, 2047, 32)); },
+      [this] { return buildOf(teamsAndVlans(64, 4094, 64)); });
   expectRatio("build of 32 teams with 2,047 VLANs and of 64 with 4,094", all.time, half.time, 3);
   // Team, LAN endpoint, ports with their adapters, VLANs with an address each: every one is there.
   EXPECT_EQ(all.instances, 64U * 6 + 512U * (9 + 7) + 4094U * 6 + 3);
