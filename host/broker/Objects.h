@@ -85,10 +85,11 @@ struct ListBody {
   void append(const CMPIData& data);
 };
 
+struct Query;
+
 struct SelectExpBody {
-  std::string_view query;
-  std::string_view className;  ///< that the query selects from
-  bool hasCondition = false;
+  std::string_view text;
+  const Query* query = nullptr;  ///< the text, read
   const ClassRepository* repository = nullptr;
 };
 

@@ -1,18 +1,16 @@
-// Indication filters, as far as `SELECT * FROM class`: conditions are kept, and refused when they are asked
-// for.
+// Indication filters. Instances are held against their conditions here; the conditions themselves stay
+// inside.
 #include "broker/CallMemory.h"
 #include "broker/SelectQuery.h"
 #include "broker/Values.h"
+#include "indications/Condition.h"
 
 namespace ZebHost {
 namespace {
 
 CMPISelectExp* clone(const CMPISelectExp* object, CMPIStatus* status) {
   return cloneHandle<SelectExp>(object, status, [](Arena& arena, const SelectExpBody& body) {
-    auto* copy = arena.make<SelectExpBody>(body);
-    copy->query = arena.copy(body.query);
-    copy->className = arena.copy(body.className);
-    return copy;
+    return makeSelectExpBody(arena, *body.repository, body.text);
   });
 }
 
@@ -23,19 +21,15 @@ CMPIBoolean evaluate(const CMPISelectExp* object, const CMPIInstance* candidate,
     put(status, CMPI_RC_ERR_INVALID_HANDLE);
     return 0;
   }
-  if (filter->body().hasCondition) {
-    put(status, CMPI_RC_ERR_NOT_SUPPORTED, "conditions are not evaluated");
-    return 0;
-  }
   put(status, CMPI_RC_OK);
-  return filter->body().repository->isA(instance->body().classDef->name, filter->body().className);
+  return matches(*filter->body().query, *instance, *filter->body().repository);
 }
 
 CMPIString* getString(const CMPISelectExp* object, CMPIStatus* status) {
   const SelectExp* const filter = as<SelectExp>(object);
   Arena* const arena = currentArena();
   put(status, !filter ? CMPI_RC_ERR_INVALID_HANDLE : arena ? CMPI_RC_OK : CMPI_RC_ERR_FAILED);
-  return filter && arena ? makeString(*arena, filter->body().query) : nullptr;
+  return filter && arena ? makeString(*arena, filter->body().text) : nullptr;
 }
 
 CMPISelectCond* noCondition(const CMPISelectExp*, CMPIStatus* status) {

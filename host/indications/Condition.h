@@ -4,7 +4,8 @@
 // A condition compares properties, numbers, strings, TRUE, FALSE and datetimes (= <> != < <= > >=), tests
 // with LIKE, ISA and IS [NOT] NULL, and is built with NOT, AND, OR and parentheses, which bind in this order.
 // Keywords and names know no case; texts do. A property may be written with its class before it
-// (Class.Property), as part of an embedded instance (Outer.Inner) and with an index (Numbers[0]).
+// (Class.Property) and with an index (Numbers[0]). ISA takes the name of the query's class for the
+// indication itself, or a property that holds an object path.
 #pragma once
 
 #include <span>

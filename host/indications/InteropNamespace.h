@@ -11,6 +11,7 @@
 
 #include "cimxml/Namespace.h"
 #include "indications/Subscription.h"
+#include "isolation/IndicationFilter.h"
 
 namespace ZebHost {
 
@@ -40,7 +41,7 @@ class InteropNamespace : public Namespace {
   ~InteropNamespace() override;
 
   /// Filters with at least one enabled subscription.
-  std::vector<WantedFilter> wantedFilters() const;
+  std::vector<IndicationFilter> wantedFilters() const;
   /// Enabled subscriptions.
   std::vector<Subscription> subscriptions() const;
 

@@ -11,19 +11,10 @@ namespace ZebHost {
 /// Lines for the log of the server. May be called on any thread.
 using LogLine = std::function<void(const std::string&)>;
 
-/// A filter that somebody has subscribed to.
-struct WantedFilter {
-  std::string name;  ///< unique, and the same for as long as the filter exists
-  std::string query;
-  std::string queryLanguage;
-
-  bool operator==(const WantedFilter&) const = default;
-};
-
 /// A filter, and a listener that wants what it selects.
 struct Subscription {
   std::string name;         ///< unique, and the same for as long as the subscription exists
-  std::string filterName;   ///< `WantedFilter::name`
+  std::string filterName;   ///< `IndicationFilter::name`
   std::string handlerName;  ///< unique for a listener; indications of one listener are sent in order
   std::string destination;  ///< URL of the listener
   std::optional<std::chrono::system_clock::time_point> end =
