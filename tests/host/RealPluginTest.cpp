@@ -107,8 +107,9 @@ TEST_P(RealPlugin, EveryInstanceCanBeAskedForByItsPath) {
 }
 
 TEST_P(RealPlugin, ASuperclassFindsEveryPort) {
-  const std::map<std::string, std::size_t> ports = {{"bare_port", 1}, {"empty", 0}, {"failover_timeline", 6},
-                                                    {"one_port", 1},  {"teams", 6}, {"two_cards", 6}};
+  const std::map<std::string, std::size_t> ports = {
+      {"bare_port", 1}, {"empty", 0}, {"failover_timeline", 6}, {"on_board", 2},
+      {"one_port", 1},  {"teams", 6}, {"two_cards", 6}};
   const auto expected = ports.find(GetParam());
   ASSERT_NE(expected, ports.end()) << "say how many ports this host has";
   EXPECT_EQ(broker.provider().enumerateInstances("CIM_NetworkPort").items().size(), expected->second);

@@ -94,6 +94,15 @@ TEST_F(TreeCommand, ShowsASinglePort) {
 )");
 }
 
+TEST_F(TreeCommand, ShowsWhatIsPrintedOnTheBoard) {
+  EXPECT_EQ(tree("on_board"), hostName() + R"(
+├─ Ethernet Connection I217-LM      OK       Onboard LAN 1      driver e1000e  firmware 0.13-4
+│  └─ eno1  OK       link up       1 Gbit/s full duplex  00:1b:21:00:01:01
+└─ I210 Gigabit Network Connection  Dormant  Embedded device 2  driver igb     firmware 3.16
+   └─ eno2  Dormant  switched off                        00:1b:21:00:01:02
+)");
+}
+
 TEST_F(TreeCommand, ShowsAPortOfWhichNothingIsKnown) {
   EXPECT_EQ(tree("bare_port"), hostName() + R"(
 └─ Ethernet Controller 1  Unknown

@@ -43,8 +43,10 @@ physloc_t makeSlotPhysloc(PhyslocType type, std::uint16_t slot) {
   return make(type, slot);
 }
 
-physloc_t makeEmbeddedPhysloc(std::uint16_t instance) {
-  return make(PhyslocType::Embedded, instance);
+physloc_t makeEmbeddedPhysloc(std::uint16_t instance, std::string_view label) {
+  physloc_t location = make(PhyslocType::Embedded, instance);
+  label.copy(location.label.data(), location.label.size() - 1);
+  return location;
 }
 
 char* BMC_physloc_to_str(const physloc_t& location, char* text, std::size_t size) {
@@ -67,7 +69,9 @@ void ZEBPhysloc::close() {}
 
 std::string ZEBPhysloc::physlocToHWLocation(const physloc_t& location) {
   const Kind* kind = kindOf(location);
-  return kind ? kind->prefix + std::to_string(location.number()) : std::string();
+  if (!kind) return {};
+  const std::string label = location.label.data();
+  return label.empty() ? kind->prefix + std::to_string(location.number()) : label;
 }
 
 int ZEBPhysloc::createLocationInfoVectors(const physloc_t& location, std::vector<std::string>& texts,

@@ -272,6 +272,24 @@ TEST_F(LocationTest, OnTheBoardIsEmbedded) {
                           {"PhysicalPosition", "string \"0802\""}}));
 }
 
+TEST_F(LocationTest, OnTheBoardIsCalledAsItIsLabelled) {
+  auto facts = everyAdapterFacts();
+  putOnBoard(facts);
+  forgetHardware(facts, [](HardwareFacts& hardware) { hardware.onboardLabel = "Onboard LAN 2"; });
+  const Table labelled = propertiesOf(make(facts).makeInstance());
+  EXPECT_EQ(edited(labelled, {{"ElementLocationTagDesc", ""},
+                              {"ElementName", ""},
+                              {"LocationInfoDesc", ""},
+                              {"Name", ""},
+                              {"PhysicalPosition", ""}}),
+            (Table{{"Caption", "string \"Onboard LAN 2\""},
+                   {"Description", "string \"Onboard LAN 2\""},
+                   {"ElementLocationTag", "string \"Onboard LAN 2\""},
+                   {"LocationInformation", "string[] {\"System chassis\", \"Onboard LAN 2\"}"}}));
+  EXPECT_EQ(keysOf(make(facts).makeObjectPath()),
+            (Table{{"Name", "string \"EMBEDDED ETHERNET\""}, {"PhysicalPosition", "string \"0802\""}}));
+}
+
 TEST_F(LocationTest, ThatIsNotKnownIsNumberedAfterTheAdapter) {
   auto facts = everyAdapterFacts();
   forgetLocation(facts);

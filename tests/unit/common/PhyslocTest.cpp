@@ -41,6 +41,11 @@ const std::vector<Row>& rows() {
        {2, 23}},
       {makeEmbeddedPhysloc(1), "0801", "Embedded device 1", {"System chassis", "Embedded device 1"}, {2, 18}},
       {makeEmbeddedPhysloc(0), "08", "Embedded device 0", {"System chassis", "Embedded device 0"}, {2, 18}},
+      {makeEmbeddedPhysloc(2, "Onboard LAN 1"),
+       "0802",
+       "Onboard LAN 1",
+       {"System chassis", "Onboard LAN 1"},
+       {2, 18}},
       // Only the low four bits of the first byte are the type.
       {raw(0xF5, 3), "f503", "PCI Express slot 3", {"System chassis", "PCI Express slot 3"}, {2, 23}},
       {raw(0x01, 3), "0103", "", {}, {}},
@@ -85,6 +90,11 @@ TEST(PhyslocTest, locationVectors) {
     EXPECT_EQ(texts, row.parts);
     EXPECT_EQ(codes, row.codes);
   }
+}
+
+TEST(PhyslocTest, ofALongLabelTheBeginningIsKept) {
+  const std::string label(100, 'x');
+  EXPECT_EQ(ZEBPhysloc::physlocToHWLocation(makeEmbeddedPhysloc(1, label)), label.substr(0, 39));
 }
 
 TEST(PhyslocTest, numberAndType) {

@@ -251,6 +251,19 @@ TEST(AdapterRecord, OfABarePortAndOfNone) {
   expectNothing(adaptersOf("one_port.json").at(0).portAt(1));
 }
 
+TEST(AdapterRecord, OnTheBoard) {
+  const auto adapters = adaptersOf("on_board.json");
+  ASSERT_EQ(adapters.size(), 2u);
+  physloc_t location;
+  EXPECT_EQ(adapters[0].getPhysLoc(location), 0);
+  EXPECT_EQ(location, makeEmbeddedPhysloc(1, "Onboard LAN 1"));
+  std::string text;
+  EXPECT_EQ(adapters[0].getPhysLocStr(text), 0);
+  EXPECT_EQ(text, "0801");
+  EXPECT_EQ(adapters[1].getPhysLoc(location), 0);
+  EXPECT_EQ(location, makeEmbeddedPhysloc(2));
+}
+
 TEST(AdapterRecord, TwoCards) {
   const auto adapters = adaptersOf("two_cards.json");
   ASSERT_EQ(adapters.size(), 2u);

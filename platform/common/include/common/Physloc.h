@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// What kind of place a `physloc_t` names: the low four bits of its first byte.
@@ -16,9 +17,10 @@ enum class PhyslocType : std::uint8_t {
 };
 
 /// Where a device sits in the chassis: the type in the low four bits of byte 0, the slot or instance number
-/// in bytes 1 (low) and 2 (high), the rest zero.
+/// in bytes 1 (low) and 2 (high), the rest zero; and beside them what is printed at the place.
 struct physloc_t {
   std::array<std::uint8_t, 8> bytes{};
+  std::array<char, 40> label{};  ///< terminated; empty when the place has none
 
   PhyslocType type() const { return static_cast<PhyslocType>(bytes[0] & 0x0F); }
   std::uint16_t number() const { return static_cast<std::uint16_t>(bytes[1] | bytes[2] << 8); }
@@ -31,11 +33,13 @@ inline constexpr physloc_t BMC_physloc_NULL{};
 /// A slot (`type` one of the three slot kinds) with the number that the chassis calls it by.
 physloc_t makeSlotPhysloc(PhyslocType type, std::uint16_t slot);
 
-/// A device on the system board, with the firmware's instance number, counted from 1.
-physloc_t makeEmbeddedPhysloc(std::uint16_t instance);
+/// A device on the system board, with the firmware's instance number, counted from 1, and its label, of which
+/// as much is kept as there is room for.
+physloc_t makeEmbeddedPhysloc(std::uint16_t instance, std::string_view label = {});
 
 /// Writes the location's encoded form, its bytes in hexadecimal without trailing zero bytes, to `text`
-/// (`size` bytes, always terminated); an empty text for `BMC_physloc_NULL`. Returns `text`.
+/// (`size` bytes, always terminated); an empty text for `BMC_physloc_NULL`. The label is no part of it.
+/// Returns `text`.
 char* BMC_physloc_to_str(const physloc_t& location, char* text, std::size_t size);
 
 namespace ZEB {
@@ -50,7 +54,8 @@ class ZEBPhysloc {
   static void init(int chassis);
   static void close();
 
-  /// "PCI slot 3", "PCI-X slot 3", "PCI Express slot 3", "Embedded device 1"; empty for any other type.
+  /// The label where there is one, else "PCI slot 3", "PCI-X slot 3", "PCI Express slot 3", "Embedded device
+  /// 1"; empty for any other type.
   static std::string physlocToHWLocation(const physloc_t& location);
 
   /// The location part by part, from the outermost: texts, and beside each the code that the

@@ -38,8 +38,8 @@ PhyslocType slotType(const HardwareFacts& hardware) {
 /// A slot that the firmware numbers counts before what it says of on-board devices.
 std::optional<physloc_t> locationOf(const HardwareFacts& hardware) {
   if (hardware.slot) return makeSlotPhysloc(slotType(hardware), *hardware.slot);
-  if (hardware.onboardIndex) return makeEmbeddedPhysloc(*hardware.onboardIndex);
-  return std::nullopt;
+  if (!hardware.onboardIndex && !hardware.onboardLabel) return std::nullopt;
+  return makeEmbeddedPhysloc(hardware.onboardIndex.value_or(0), hardware.onboardLabel.value_or(""));
 }
 
 }  // namespace
@@ -97,7 +97,7 @@ int EthernetAdapterDataObject::getPhysLoc(physloc_t& location) const {
 int EthernetAdapterDataObject::getPhysLocStr(std::string& text) const {
   physloc_t location;
   if (getPhysLoc(location) != kKnown) return kNotKnown;
-  char encoded[2 * sizeof location + 1];
+  char encoded[2 * sizeof location.bytes + 1];
   text = BMC_physloc_to_str(location, encoded, sizeof encoded);
   return kKnown;
 }
