@@ -8,6 +8,7 @@
 #include "Namespace.h"
 #include "ethernet/EthernetMRA.h"
 #include "ethernet/Sources.h"
+#include "kernel/DeviceMemory.h"
 #include "kernel/KernelSource.h"
 #include "recorded/RecordedSource.h"
 
@@ -190,6 +191,50 @@ TEST(KernelFacts, EveryCardOfThisMachineIsThere) {
     }
   }
   EXPECT_EQ(found, expected);
+}
+
+/// The driver of what is taken for a card, though a virtual interface answers.
+LinkFacts cardNamed(const std::string& name) {
+  LinkFacts card;
+  card.index = 7;
+  card.name = name;
+  card.parentBus = "pci";
+  card.parentDevice = "0000:ff:1f.7";
+  return card;
+}
+
+TEST(KernelFacts, ADeviceThatWasRenamedIsAskedByItsNewName) {
+  IN_NAMESPACE([] {
+    makePairs(1);
+    DeviceMemory memory;
+    LinkFacts early = cardNamed("before");
+    memory.complete(early);
+    EXPECT_EQ(early.driver, nullptr);
+    LinkFacts late = cardNamed("a0");
+    memory.complete(late);
+    ASSERT_NE(late.driver, nullptr);
+    EXPECT_EQ(late.driver->name, "veth");
+  });
+}
+
+TEST(KernelFacts, AFirmwareThatIsNotKnownIsAskedForWhenThePortComesUp) {
+  IN_NAMESPACE([] {
+    makePairs(1);
+    DeviceMemory memory;
+    const auto driverWith = [&](std::uint32_t flags) {
+      LinkFacts card = cardNamed("a0");
+      card.flags = flags;
+      memory.complete(card);
+      return card.driver;
+    };
+    const auto first = driverWith(0);
+    EXPECT_EQ(driverWith(0), first) << "it is remembered";
+    const auto whenUp = driverWith(IFF_UP);
+    EXPECT_NE(whenUp, first);
+    EXPECT_EQ(driverWith(IFF_UP), whenUp);
+    EXPECT_EQ(driverWith(0), whenUp);
+    EXPECT_NE(driverWith(IFF_UP), whenUp);
+  });
 }
 
 class CaptureTest : public testing::Test {

@@ -1,8 +1,18 @@
 #include "kernel/DeviceMemory.h"
 
+#include <linux/if.h>
+
 #include <algorithm>
+#include <utility>
 
 namespace ZEB::ethernet {
+namespace {
+
+bool isUp(const LinkFacts& link) {
+  return (link.flags.value_or(0) & IFF_UP) != 0;
+}
+
+}  // namespace
 
 void DeviceMemory::completeAll(std::vector<LinkFacts>& links) {
   std::unique_ptr<HardwareReader> reader;
@@ -32,10 +42,16 @@ void DeviceMemory::complete(LinkFacts& link, std::unique_ptr<HardwareReader>& re
 DeviceMemory::Device& DeviceMemory::remembered(const LinkFacts& link,
                                                std::unique_ptr<HardwareReader>& reader) {
   Device& device = _devices[link.index];
-  if (device.hardware && device.bus == link.parentBus && device.name == link.parentDevice) return device;
-  if (!reader) reader = std::make_unique<HardwareReader>();
-  device = {link.parentBus, link.parentDevice, reader->read(link), _ioctl.driver(link.name),
-            _ioctl.counters(link.name)};
+  const bool known = device.hardware && device.bus == link.parentBus && device.name == link.parentDevice &&
+                     device.interface == link.name;
+  if (!known) {
+    if (!reader) reader = std::make_unique<HardwareReader>();
+    device = {link.parentBus,           link.parentDevice,         link.name, isUp(link), reader->read(link),
+              _ioctl.driver(link.name), _ioctl.counters(link.name)};
+    return device;
+  }
+  const bool cameUp = !std::exchange(device.up, isUp(link)) && device.up;
+  if (cameUp && !(device.driver && device.driver->firmwareVersion)) device.driver = _ioctl.driver(link.name);
   return device;
 }
 

@@ -13,7 +13,9 @@
 namespace ZEB::ethernet {
 
 /// Remembers what does not change while a device lives: its hardware, its driver and where the driver keeps
-/// its counters. Asks for it when a device is seen first.
+/// its counters. Asks for it when a device is seen first and when it was renamed, as most are as soon as they
+/// are there: questions by the old name may have come too late. A firmware's version that is not known is
+/// asked for again when the interface comes up, since some drivers load the firmware only then.
 class DeviceMemory {
  public:
   /// Adds what is known to the links, and forgets devices that are not among them.
@@ -24,6 +26,8 @@ class DeviceMemory {
  private:
   struct Device {
     std::optional<std::string> bus, name;  ///< tell a device from a later one with the same number
+    std::string interface;
+    bool up = false;
     std::shared_ptr<const HardwareFacts> hardware;
     std::shared_ptr<const DriverFacts> driver;
     std::optional<CounterPlaces> counters;
