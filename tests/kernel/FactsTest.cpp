@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <linux/if.h>
+#include <sys/stat.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -283,6 +284,17 @@ TEST_F(CaptureTest, AnonymousOneHasNoAddressOfThisHost) {
     EXPECT_THAT(contents("host.json"), testing::Not(HasSubstr("10.123.45.67")));
     EXPECT_THAT(contents("host.json"), HasSubstr("\"a0\""));
   });
+}
+
+TEST_F(CaptureTest, APipeIsWrittenToAndStaysOne) {
+  const std::string pipe = (folder / "pipe").string();
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  ASSERT_EQ(std::system(("timeout 10 cat " + pipe + " >" + (folder / "read.json").string() + " &").c_str()),
+            0);
+  EXPECT_EQ(run(pipe), 0);
+  EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+  EXPECT_TRUE(eventually([&] { return contents("read.json").ends_with("}\n"); }));
+  EXPECT_EQ(run("--check " + (folder / "read.json").string()), 0);
 }
 
 TEST_F(CaptureTest, SaysWhatIsWrong) {

@@ -6,6 +6,7 @@
 // Exit status: 0 done, 1 failed with one line on standard error, 2 wrong usage.
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <random>
@@ -44,9 +45,19 @@ std::uint64_t randomKey() {
   return static_cast<std::uint64_t>(device()) << 32 | device();
 }
 
-/// To a file of its own first, so that a reader never finds half of it.
+/// A pipe or a device, say.
+bool isThereAndNoFile(const std::string& file) {
+  std::error_code error;
+  const auto status = std::filesystem::status(file, error);
+  return std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
+}
+
+/// To a file of its own first, so that a reader never finds half of it. What is no plain file is never put
+/// away for one.
 bool write(const std::string& file, const std::string& text) {
   if (file == "-") return static_cast<bool>(std::cout << text << std::flush);
+  if (isThereAndNoFile(file))
+    return static_cast<bool>(std::ofstream(file, std::ios::binary) << text << std::flush);
   const std::string partial = file + ".part";
   std::ofstream out(partial, std::ios::binary | std::ios::trunc);
   const bool written = static_cast<bool>(out << text << std::flush);
