@@ -267,6 +267,25 @@ TEST(Anonymizer, SerialsGoAndWhatTheyAreNotStays) {
   EXPECT_NE(toText(host.addresses[2].address), "fe80::21b:21ff:fe00:5e") << "it has the MAC address in it";
 }
 
+TEST(Anonymizer, NamesDoNotTellAddresses) {
+  HostSnapshot host;
+  host.links.resize(4);
+  host.links[0].name = "enx001a2b3c4d5e";
+  host.links[0].address = parseHardwareAddress("00:1a:2b:3c:4d:ff");
+  host.links[1].name = "eth1";
+  // Learnt last, and from another interface.
+  host.links[2].name = "bond0";
+  host.links[2].address = host.links[1].address = parseHardwareAddress("00:1a:2b:3c:4d:5e");
+  host.links[3].name = "veth0123456789ab";
+  anonymize(host, 1);
+  std::string replaced = toText(*host.links[2].address);
+  std::erase(replaced, ':');
+  EXPECT_EQ(host.links[0].name, "enx" + replaced);
+  EXPECT_NE(replaced, "001a2b3c4d5e");
+  EXPECT_EQ(host.links[1].name, "eth1");
+  EXPECT_EQ(host.links[3].name, "veth0123456789ab") << "digits that are no address stay";
+}
+
 TEST(Anonymizer, LoopbackStays) {
   HostSnapshot host;
   host.addresses = {addressOn(1, "127.0.0.1", 8), addressOn(1, "::1", 128)};

@@ -1,6 +1,8 @@
 #include "recorded/Anonymizer.h"
 
+#include <functional>
 #include <map>
+#include <string_view>
 
 #include "recorded/Describe.h"
 
@@ -42,6 +44,13 @@ IpAddress replacement(const IpAddress& address, std::uint64_t key) {
   return replaced;
 }
 
+/// An address as it stands in the names of interfaces.
+std::string digitsOf(const HardwareAddress& address) {
+  std::string digits = toText(address);
+  std::erase(digits, ':');
+  return digits;
+}
+
 class Replacer {
  public:
   explicit Replacer(std::uint64_t key) : _key(key) {}
@@ -56,6 +65,22 @@ class Replacer {
   }
   void flags(const char*, std::optional<std::uint32_t>&) {}
   void operState(const char*, std::optional<std::uint8_t>&) {}
+
+  /// Devices without a place of their own are called after their address: "enx001a2b3c4d5e". Once every
+  /// address has been seen.
+  void renameAfterAddresses(std::vector<LinkFacts>& links) const {
+    std::map<std::string, std::string, std::less<>> digits;
+    for (const auto& [address, replaced] : _addresses) digits[digitsOf(address)] = digitsOf(replaced);
+    constexpr std::size_t kDigits = 12;
+    for (LinkFacts& link : links) {
+      for (std::size_t at = 0; at + kDigits <= link.name.size(); ++at) {
+        const auto known = digits.find(std::string_view(link.name).substr(at, kDigits));
+        if (known == digits.end()) continue;
+        link.name.replace(at, kDigits, known->second);
+        break;
+      }
+    }
+  }
 
  private:
   void replaceSerial(std::string& serial) {
@@ -104,6 +129,7 @@ class Replacer {
 void anonymize(HostSnapshot& snapshot, std::uint64_t key) {
   Replacer replacer(key);
   describe(snapshot, replacer);
+  replacer.renameAfterAddresses(snapshot.links);
 }
 
 }  // namespace ZEB::ethernet
