@@ -55,6 +55,9 @@ void putOnBoard(AdapterFacts& facts) {
   });
 }
 
+/// A place, but neither a slot nor on the board.
+constexpr physloc_t kNoKnownKind{.bytes = {0x07, 0x01}};
+
 /// Instances of one class for adapter 5.
 template <class Class>
 class AdapterTest : public ClassTest {
@@ -122,6 +125,16 @@ TEST_F(ControllerTest, InErrorStillSaysThatItIsHealthy) {
   auto facts = everyAdapterFacts();
   facts.status = operationalStatus::Error;
   EXPECT_EQ(read(facts), edited(controller(), {{"OperationalStatus", "uint16[] {6}"}}));
+}
+
+TEST_F(ControllerTest, WhoseVersionIsNoNumberOfSixteenBitsHasNone) {
+  DataLibrary library;
+  for (const char* text : {"", "B1", "1B", "65536", "-1"}) {
+    library.hardwareVersion = text;
+    EXPECT_EQ(read(everyAdapterFacts()), edited(controller(), {{"ControllerVersion", ""}})) << text;
+  }
+  library.hardwareVersion = "65535";
+  EXPECT_EQ(read(everyAdapterFacts()), edited(controller(), {{"ControllerVersion", "uint16 65535"}}));
 }
 
 TEST_F(ControllerTest, OfWhichNothingIsKnownShowsEveryStandIn) {
@@ -193,6 +206,18 @@ TEST_F(PackageTest, InAnyPlaceButAPciExpressSlotIsEmbedded) {
     put(facts);
     EXPECT_EQ(read(facts), embeddedPackage());
   }
+}
+
+TEST_F(PackageTest, InAPlaceOfAnyOtherKindIsEmbeddedToo) {
+  DataLibrary library;
+  library.location = kNoKnownKind;
+  EXPECT_EQ(read(everyAdapterFacts()), embeddedPackage());
+}
+
+TEST_F(PackageTest, ShowsAVersionThatIsNoNumber) {
+  DataLibrary library;
+  library.hardwareVersion = "B1";
+  EXPECT_EQ(read(everyAdapterFacts()), edited(package(), {{"Version", "string \"B1\""}}));
 }
 
 class PackageRow : public PackageTest, public testing::WithParamInterface<UnknownRow<AdapterFacts>> {};
@@ -299,6 +324,18 @@ TEST_F(LocationTest, ThatIsNotKnownIsNumberedAfterTheAdapter) {
                                 {"ElementName", "string \"2 port controller: Last Port\""}}));
   EXPECT_EQ(keysOf(make(facts).makeObjectPath()),
             (Table{{"Name", "string \"UNKNOWN-5\""}, {"PhysicalPosition", "string \"unknown-5\""}}));
+}
+
+TEST_F(LocationTest, OfAnyOtherKindIsAnUnknownOne) {
+  DataLibrary library;
+  library.location = kNoKnownKind;
+  EXPECT_EQ(read(everyAdapterFacts()), (Table{{"Caption", "string \"\""},
+                                              {"Description", "string \"\""},
+                                              {"ElementLocationTag", "string \"\""},
+                                              {"ElementName", "string \"2 port controller: Last Port\""}}));
+  EXPECT_EQ(
+      keysOf(make(everyAdapterFacts()).makeObjectPath()),
+      (Table{{"Name", "string \"UNKNOWN PHYSICAL LOCATION\""}, {"PhysicalPosition", "string \"0507\""}}));
 }
 
 TEST_F(LocationTest, IsNamedAfterThePortThatThePortCountNames) {

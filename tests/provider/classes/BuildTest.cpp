@@ -385,6 +385,17 @@ TEST_F(BuildTest, AMemberOfTheSecondTeamIsNoMemberOfTheCollection) {
   EXPECT_TRUE(log->mentions(LogLevel::Info, "ZEB_EthernetPort:1\"..."));
 }
 
+TEST_F(BuildTest, ANameInTwoTeamsIsAMemberOfTheFirst) {
+  const auto firstTeam = host.addTeam("bond0").index;
+  host.addTeam("bond1");
+  addPort("eth0");
+  host.join("eth0", "bond1");
+  auto& twin = addPort("eth0");
+  twin.masterIndex = firstTeam;
+  twin.bondMember = ethernet::BondMemberFacts{0, 0, {}};
+  EXPECT_EQ(associations().at("ZEB_EthernetTeamMember"), (Names{"Team:1 > Port:1", "Team:1 > Port:2"}));
+}
+
 TEST_F(BuildTest, TheSecondBuildStoresNoKeyAnew) {
   addPort("eth0");
   objects();

@@ -1,6 +1,6 @@
 #include "DataLibrary.h"
 
-#include "common/Physloc.h"
+#include "ethernet/EthernetAdapterDataObject.h"
 #include "ethernet/EthernetMRA.h"
 #include "ethernet/EthernetPort.h"
 #include "ethernet/EthernetTeamMRA.h"
@@ -79,6 +79,24 @@ WRAPPER int NEXT_ADAPTER(WRAP)(ZEB::EthernetMRA* source, bool fresh,
                                ZEB::EthernetAdapterDataObject& adapter) {
   return mayDeliver(&DataLibrary::adaptersUntilFailure) ? NEXT_ADAPTER(REAL)(source, fresh, adapter)
                                                         : ZEB::EthernetMRA::kFailed;
+}
+
+#define LOCATION(prefix) prefix(_ZNK3ZEB25EthernetAdapterDataObject10getPhysLocER9physloc_t)
+int LOCATION(REAL)(const ZEB::EthernetAdapterDataObject*, physloc_t&);
+WRAPPER int LOCATION(WRAP)(const ZEB::EthernetAdapterDataObject* adapter, physloc_t& location) {
+  if (!installed || !installed->location) return LOCATION(REAL)(adapter, location);
+  location = *installed->location;
+  return 0;
+}
+
+#define VERSION(prefix) \
+  prefix(               \
+      _ZNK3ZEB25EthernetAdapterDataObject18getHardwareVersionERNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE)
+int VERSION(REAL)(const ZEB::EthernetAdapterDataObject*, std::string&);
+WRAPPER int VERSION(WRAP)(const ZEB::EthernetAdapterDataObject* adapter, std::string& version) {
+  if (!installed || !installed->hardwareVersion) return VERSION(REAL)(adapter, version);
+  version = *installed->hardwareVersion;
+  return 0;
 }
 
 #define LOCATION_INFO(prefix) \

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "common/OperationalStatus.h"
+#include "common/Physloc.h"
 
 namespace ZEB::test {
 
@@ -28,6 +29,9 @@ class DataLibrary {
   std::size_t networkAddressRepeats = 1;
   /// The walk over teams or adapters fails after so many records.
   std::optional<std::size_t> teamsUntilFailure, adaptersUntilFailure;
+  /// Place and hardware version of every adapter.
+  std::optional<physloc_t> location;
+  std::optional<std::string> hardwareVersion;
   /// A kind more than texts in the parts of every location.
   bool unevenLocationInfo = false;
 };
