@@ -73,8 +73,8 @@ void ZEB_EthernetPort::sendStatusAlert(ZEB_EthernetIndication& sender, operation
   std::string linkMessage;
   _port.getPortLinkMessage(linkMessage);
   if (!alert->loggedAfterSend) logger().info(alert->logLine);
-  sender.send(alert->event, makeObjectPath().str(), portDescription(_port, _controllerNumber), kPortSubCategory, _location,
-              _partNumber, linkMessage, context);
+  sender.send(alert->event, makeObjectPath().str(), portDescription(_port, _controllerNumber),
+              kPortSubCategory, _location, _partNumber, linkMessage, context);
   if (alert->loggedAfterSend) logger().info(alert->logLine);
 }
 

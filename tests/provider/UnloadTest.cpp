@@ -31,7 +31,8 @@ class UnloadTest : public ProviderTest {
     // The strictest way of loading: everything resolved at once, everything shown to everybody.
     library = dlopen(ZEB_PLUGIN, RTLD_NOW | RTLD_GLOBAL);
     ASSERT_NE(library, nullptr) << dlerror();
-    createInstanceMI = reinterpret_cast<decltype(createInstanceMI)>(dlsym(library, "_Generic_Create_InstanceMI"));
+    createInstanceMI =
+        reinterpret_cast<decltype(createInstanceMI)>(dlsym(library, "_Generic_Create_InstanceMI"));
     createIndicationMI =
         reinterpret_cast<decltype(createIndicationMI)>(dlsym(library, "_Generic_Create_IndicationMI"));
     ASSERT_NE(createInstanceMI, nullptr);
@@ -48,8 +49,9 @@ class UnloadTest : public ProviderTest {
     ASSERT_NE(instances, nullptr);
     ASSERT_NE(createIndicationMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr), nullptr);
     auto* classPath = call.path({"root/jxv", "ZEB_EthernetPort"});
-    ASSERT_EQ(instances->ft->enumerateInstances(instances, &call.context(), &call.result(), classPath, nullptr).rc,
-              CMPI_RC_OK);
+    ASSERT_EQ(
+        instances->ft->enumerateInstances(instances, &call.context(), &call.result(), classPath, nullptr).rc,
+        CMPI_RC_OK);
     EXPECT_EQ(call.result().instances.size(), 1U);
   }
   void cleanupOnce() {

@@ -45,7 +45,8 @@ class PortAlertsTest : public ProviderTest {
     const std::size_t before = broker.deliveries().size();
     FakeBroker::Call call(broker);
     bool visible = false;
-    port.manageDynamic(visible, switches.indications, switches.monitorPorts, CmpiCpp::CmpiContext(&call.context()));
+    port.manageDynamic(visible, switches.indications, switches.monitorPorts,
+                       CmpiCpp::CmpiContext(&call.context()));
     EXPECT_TRUE(visible);
     std::vector<CmpiInstance> sent;
     for (const auto& delivery : broker.deliveries()) sent.push_back(delivery.indication);
@@ -89,7 +90,8 @@ const Transition kTransitions[] = {
     {"ErrorToDegraded", Status::Error, Status::Degraded, "1", "Send ethernet port failed indication"},
     {"OtherToError", Status::Other, Status::Error, "1", "Send ethernet port failed indication"},
     {"OkToDormant", Status::OK, Status::Dormant, "21", "Send ethernet port deactivated indication"},
-    {"DegradedToDormant", Status::Degraded, Status::Dormant, "21", "Send ethernet port deactivated indication"},
+    {"DegradedToDormant", Status::Degraded, Status::Dormant, "21",
+     "Send ethernet port deactivated indication"},
     {"ErrorToDormant", Status::Error, Status::Dormant, "21", "Send ethernet port deactivated indication"},
     {"OtherToDormant", Status::Other, Status::Dormant, "21", "Send ethernet port deactivated indication"},
     {"OkToOther", Status::OK, Status::Other, nullptr, "Unknown indication type status("},
@@ -156,8 +158,10 @@ TEST_F(PortAlertsTest, OtherAlertsAreLoggedBeforeTheSend) {
 TEST_F(PortAlertsTest, PortsThatAreNotMonitoredAreSilentAndRemember) {
   const auto port = make(Status::OK);
   EXPECT_TRUE(see(*port, Status::Error, {.monitorPorts = false}).empty());
-  EXPECT_NE(lineOf("EthEventSettings MonitorPorst is 0; Port Status filter Included prop is 1. No Indications sent."),
-            -1);
+  EXPECT_NE(
+      lineOf(
+          "EthEventSettings MonitorPorst is 0; Port Status filter Included prop is 1. No Indications sent."),
+      -1);
   EXPECT_EQ(port->lastStatus(), Status::Error);
   EXPECT_TRUE(see(*port, Status::Error).empty());
 }
@@ -166,8 +170,10 @@ TEST_F(PortAlertsTest, AnExcludedPortIsSilentAndRemembers) {
   const auto port = make(Status::OK);
   port->setIncluded(false);
   EXPECT_TRUE(see(*port, Status::Error).empty());
-  EXPECT_NE(lineOf("EthEventSettings MonitorPorst is 1; Port Status filter Included prop is 0. No Indications sent."),
-            -1);
+  EXPECT_NE(
+      lineOf(
+          "EthEventSettings MonitorPorst is 1; Port Status filter Included prop is 0. No Indications sent."),
+      -1);
   EXPECT_EQ(port->lastStatus(), Status::Error);
 }
 
@@ -185,7 +191,8 @@ TEST_F(PortAlertsTest, AStatusThatCannotBeReadChangesNothing) {
   ethernet::PortFacts nothing = everyPortFacts();
   forgetStatus(nothing);
   library.portStatus.reset();
-  ZEB_EthernetPort silent(recorded.logger, "root/jxv", 8, 1, BMC_physloc_NULL, "", portOf(std::move(nothing)));
+  ZEB_EthernetPort silent(recorded.logger, "root/jxv", 8, 1, BMC_physloc_NULL, "",
+                          portOf(std::move(nothing)));
   recorded.sink->clear();
   FakeBroker::Call call(broker);
   bool visible = false;
