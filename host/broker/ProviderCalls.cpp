@@ -183,4 +183,13 @@ Reply ProviderCalls::stopIndications(const CMPISelectExp& filter, std::string_vi
   });
 }
 
+Reply ProviderCalls::deactivateFilter(const CMPISelectExp& filter, std::string_view className) const {
+  return perform(_interfaces.indication, [&](const CMPIContext* context, const CMPIResult*) {
+    CMPIIndicationMI* const mi = _interfaces.indication;
+    const ObjectPath* const path = makePath(*currentArena(), _nameSpace, className);
+    const char* const type = path->body().className.data();
+    return callSlot(mi->ft->deActivateFilter, mi, context, &filter, type, path, CMPIBoolean{0});
+  });
+}
+
 }  // namespace ZebHost

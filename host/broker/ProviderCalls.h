@@ -85,6 +85,8 @@ class ProviderCalls {
   /// `stopIndications`.
   Reply startIndications(const CMPISelectExp& filter, std::string_view className) const;
   Reply stopIndications(const CMPISelectExp& filter, std::string_view className) const;
+  /// Takes one filter back while others stay.
+  Reply deactivateFilter(const CMPISelectExp& filter, std::string_view className) const;
 
  private:
   using Operation = std::function<CMPIStatus(const CMPIContext*, const CMPIResult*)>;
