@@ -36,10 +36,9 @@ struct SupervisorOptions {
 
   unsigned calls = 16;     ///< at once in one process; others wait for a place
   unsigned processes = 8;  ///< at once; beyond it the one that was replaced first has to end early
-  std::size_t answerLimit = std::size_t{256} << 20;  ///< bytes; a larger answer is an error
 
-  /// One line for each start that failed and each process that ended unasked. Called on the supervisor's
-  /// thread. Empty: nobody is told.
+  /// One line for each start that failed and each process that ended unasked. Called on threads
+  /// of the supervisor's. Empty: nobody is told.
   std::function<void(const std::string&)> log;
 };
 
@@ -70,7 +69,7 @@ class ProviderSupervisor {
   Answer perform(std::string_view message, bool repeatable);
 
   /// What is subscribed to from now on; a fresh process gets the same.
-  void setFilters(std::vector<IndicationFilter> filters);
+  void setFilters(const std::vector<IndicationFilter>& filters);
 
  private:
   class Loop;

@@ -1,0 +1,153 @@
+// Provider processes that end unasked.
+#include <signal.h>
+
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+#include "Supervised.h"
+#include "isolation/BackOff.h"
+
+namespace ZebHost {
+namespace {
+
+using testing::HasSubstr;
+
+class Ended : public Supervised {};
+
+TEST_F(Ended, AWriteUnderACrashIsAnErrorAndNotRepeated) {
+  start();
+  const pid_t before = provider();
+  const Answer answer = write("crash");
+  EXPECT_EQ(answer.outcome, How::Ended);
+  EXPECT_THAT(answer.body, HasSubstr("signal 11"));
+  const pid_t after = provider();
+  EXPECT_GT(after, 0);
+  EXPECT_NE(after, before);
+  EXPECT_EQ(linesOf(file("starts")), 2U);
+  EXPECT_TRUE(logged("signal 11"));
+}
+
+TEST_F(Ended, AReadUnderACrashIsRepeated) {
+  start();
+  const Answer answer = read("crash-once " + file("crashed"));
+  EXPECT_EQ(answer.outcome, How::Done);
+  EXPECT_EQ(linesOf(file("starts")), 2U);
+}
+
+TEST_F(Ended, AReadThatAlwaysCrashesIsRepeatedOnce) {
+  start();
+  const Answer answer = read("crash");
+  EXPECT_EQ(answer.outcome, How::Ended);
+  EXPECT_THAT(answer.body, HasSubstr("signal 11"));
+  EXPECT_GT(provider(), 0);
+  EXPECT_EQ(linesOf(file("starts")), 3U);
+}
+
+TEST_F(Ended, AnExitInACallIsAnEnd) {
+  start();
+  const Answer answer = write("exit");
+  EXPECT_EQ(answer.outcome, How::Ended);
+  EXPECT_THAT(answer.body, HasSubstr("exit status 1"));
+  EXPECT_GT(provider(), 0);
+}
+
+TEST_F(Ended, AnExitInAThreadOfThePluginIsAnEnd) {
+  start();
+  const Answer answer = write("exit-thread");
+  EXPECT_EQ(answer.outcome, How::Ended);
+  EXPECT_GT(provider(), 0);
+}
+
+TEST_F(Ended, AKilledProviderIsReplacedBeforeAnybodyAsks) {
+  start();
+  kill(provider(), SIGKILL);
+  EXPECT_TRUE(eventually([&] { return linesOf(file("starts")) == 2; }));
+  EXPECT_GT(provider(), 0);
+}
+
+TEST_F(Ended, OneCallThatCrashesCostsNoOtherReader) {
+  options.timeLimit = 30s;
+  start();
+  provider();
+  std::atomic<bool> over = false;
+  std::atomic<int> failures = 0;
+  std::atomic<int> answered = 0;
+  std::vector<std::thread> readers;
+  for (int i = 0; i < 8; ++i) {
+    readers.emplace_back([&] {
+      while (!over) {
+        failures += read("sleep 20").outcome != How::Done;
+        ++answered;
+      }
+    });
+  }
+  for (int round = 0; round < 5; ++round) {
+    EXPECT_EQ(read("crash").outcome, How::Ended);
+    std::this_thread::sleep_for(100ms);
+  }
+  over = true;
+  for (std::thread& reader : readers) reader.join();
+  EXPECT_EQ(failures, 0);
+  EXPECT_GT(answered, 8);
+}
+
+TEST_F(Ended, AProviderThatDoesNotStartIsAnErrorThatSaysWhy) {
+  std::ofstream(file("gate"));
+  start();
+  Answer answer;
+  EXPECT_LT(timeOf([&] { answer = read("pid"); }), 3s);
+  EXPECT_EQ(answer.outcome, How::Ended);
+  EXPECT_THAT(answer.body, HasSubstr("the gate is closed"));
+  EXPECT_TRUE(logged("the gate is closed"));
+}
+
+TEST_F(Ended, AProviderThatDoesNotStartIsTriedLessAndLess) {
+  std::ofstream(file("gate"));
+  start();
+  std::this_thread::sleep_for(2s);
+  // At 0, 0, 50, 150, 350, 750, 1150, 1550 and 1950 ms, were starting to take no time.
+  const std::size_t starts = linesOf(file("starts"));
+  EXPECT_GE(starts, 3U);
+  EXPECT_LE(starts, 9U);
+  std::filesystem::remove(file("gate"));
+  EXPECT_TRUE(eventually([&] { return read("pid").outcome == How::Done; }));
+}
+
+TEST_F(Ended, AProgramThatIsNotThereIsAnErrorThatSaysSo) {
+  options.program = "/nowhere/zebcim";
+  start();
+  const Answer answer = read("pid");
+  EXPECT_EQ(answer.outcome, How::Ended);
+  EXPECT_THAT(answer.body, HasSubstr("/nowhere/zebcim"));
+}
+
+TEST_F(Ended, AStartThatHangsIsEnded) {
+  std::ofstream(file("gate")) << "hang";
+  options.startLimit = 500ms;
+  start();
+  EXPECT_TRUE(eventually([&] { return logged("did not start in time"); }));
+  std::filesystem::remove(file("gate"));
+  EXPECT_TRUE(eventually([&] { return read("pid").outcome == How::Done; }));
+}
+
+TEST(BackOff, DoublesUpToItsLimitAndForgetsAfterSomethingUseful) {
+  using std::chrono::milliseconds;
+  BackOff backOff(milliseconds(100), milliseconds(500));
+  const BackOff::Clock::time_point now{};
+  const auto delayAfter = [&](bool useful) {
+    backOff.ended(useful, now);
+    return backOff.notBefore() - now;
+  };
+  EXPECT_EQ(delayAfter(false), 0ms);
+  EXPECT_EQ(delayAfter(false), 100ms);
+  EXPECT_EQ(delayAfter(false), 200ms);
+  EXPECT_EQ(delayAfter(false), 400ms);
+  EXPECT_EQ(delayAfter(false), 500ms);
+  EXPECT_EQ(delayAfter(false), 500ms);
+  EXPECT_EQ(delayAfter(true), 0ms);
+  EXPECT_EQ(delayAfter(false), 100ms);
+}
+
+}  // namespace
+}  // namespace ZebHost
