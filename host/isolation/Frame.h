@@ -4,6 +4,7 @@
 // ends run on it) and the body.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <mutex>
@@ -23,7 +24,7 @@ struct Frame {
     Ready,        ///< from the provider: the plug-in is loaded
     Answer,       ///< from the provider: of the message with this number
     Refusal,      ///< from the provider: why the message with this number got no answer
-    Indication,   ///< from the provider: names of filters, then the element
+    Indication,   ///< from the provider: names of filters, then the element; its time in µs since the epoch
     Fault,        ///< from the provider: why it cannot start
   };
 
@@ -90,6 +91,11 @@ class FrameSender {
   std::mutex _mutex;
   const int _socket;
 };
+
+inline std::uint64_t microsecondsOf(std::chrono::system_clock::time_point time) {
+  return static_cast<std::uint64_t>(
+      std::chrono::floor<std::chrono::microseconds>(time.time_since_epoch()).count());
+}
 
 /// A list of texts as one, and back. Reading throws FrameError when it was cut.
 std::string packTexts(const std::vector<std::string>& texts);

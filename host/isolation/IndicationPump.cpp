@@ -6,7 +6,8 @@ namespace ZebHost {
 namespace {
 
 constexpr unsigned kMostOnTheWay = 256;
-constexpr std::chrono::hours kLong(1);
+constexpr std::chrono::milliseconds kLong = std::chrono::hours(1);
+constexpr std::chrono::milliseconds kNoTime(0);
 
 }  // namespace
 
@@ -43,28 +44,29 @@ void IndicationPump::taken() {
 }
 
 void IndicationPump::run() {
-  for (;;) {
-    const auto delivered = _provider.broker().indications().next(kLong);
+  for (bool closed = false;;) {
+    const auto delivered = _provider.broker().indications().next(closed ? kNoTime : kLong);
+    if (closed && !delivered) return;
     {
       std::unique_lock lock(_mutex);
       _changed.wait(lock, [this] { return _closed || _onTheWay < kMostOnTheWay; });
-      if (_closed) return;
+      closed = _closed;
     }
-    if (delivered) send(*delivered->instance);
+    if (delivered) send(*delivered);
   }
 }
 
-void IndicationPump::send(const Instance& indication) {
+void IndicationPump::send(const DeliveredIndication& delivered) {
   try {
     const auto set = filters();
-    std::vector<std::string> texts = set ? set->matching(indication) : std::vector<std::string>();
+    std::vector<std::string> texts = set ? set->matching(*delivered.instance) : std::vector<std::string>();
     if (texts.empty()) return;
-    texts.push_back(_provider.instanceElement(indication));
+    texts.push_back(_provider.instanceElement(*delivered.instance));
     {
       const std::lock_guard lock(_mutex);
       ++_onTheWay;
     }
-    _sender.send({Frame::Kind::Indication, 0, packTexts(texts)});
+    _sender.send({Frame::Kind::Indication, microsecondsOf(delivered.arrival), packTexts(texts)});
   } catch (const std::exception& error) {
     std::cerr << "zebcim: an indication is lost: " << error.what() << std::endl;
   }

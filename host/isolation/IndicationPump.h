@@ -19,6 +19,7 @@ class IndicationPump {
   IndicationPump(HostedProvider& provider, FrameSender& sender);
   IndicationPump(const IndicationPump&) = delete;
   IndicationPump& operator=(const IndicationPump&) = delete;
+  /// Sends what waits.
   ~IndicationPump();
 
   void setFilters(const std::vector<IndicationFilter>& filters);
@@ -27,7 +28,7 @@ class IndicationPump {
 
  private:
   void run();
-  void send(const Instance& indication);
+  void send(const DeliveredIndication& delivered);
   std::shared_ptr<const FilterSet> filters();
 
   HostedProvider& _provider;

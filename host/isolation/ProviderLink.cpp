@@ -24,6 +24,7 @@ void ProviderLink::send(const std::shared_ptr<Call>& call) {
 }
 
 void ProviderLink::send(Frame::Kind kind, std::string body) {
+  if (stage == Stage::Leaving) return;
   _writer.add({kind, 0, std::move(body)});
   flush();
 }

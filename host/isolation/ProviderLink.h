@@ -62,8 +62,10 @@ class ProviderLink {
   bool condemned = false;                  ///< serving, but to be replaced
   bool useful = false;                     ///< it answered something
   bool gone = false;                       ///< ended and reaped
-  std::string fault;                       ///< why it cannot start
-  std::map<std::uint64_t, Sent> calls;     ///< by number, which is the order of arrival
+  /// Indications that it took until then count; µs since the epoch.
+  std::uint64_t countsUntil = 0;
+  std::string fault;                    ///< why it cannot start
+  std::map<std::uint64_t, Sent> calls;  ///< by number, which is the order of arrival
 
  private:
   void close(const std::string& reason);

@@ -13,7 +13,8 @@
 namespace ZebHost {
 namespace {
 
-/// For calls that are under way and for unloading the plug-in once the other end has closed.
+/// For what is under way and for unloading the plug-in once the other end has closed: then the process is
+/// ended.
 constexpr unsigned kFarewellSeconds = 2;
 
 /// Its parent alone decides when the process goes; what stops a whole group of processes stops the parent.
@@ -37,6 +38,9 @@ class Service {
  public:
   Service(HostedProvider& provider, FrameSender& sender)
       : _pump(provider, sender), _subscriptions(provider.broker()), _workers(provider, sender) {}
+  Service(const Service&) = delete;
+  Service& operator=(const Service&) = delete;
+  ~Service() { alarm(kFarewellSeconds); }
 
   void handle(Frame frame) {
     switch (frame.kind) {
@@ -67,7 +71,6 @@ void serve(int socket, HostedProvider& provider, FrameSender& sender) {
   while (reader.receive(socket) == Transfer::Done) {
     while (auto frame = reader.next()) service.handle(std::move(*frame));
   }
-  alarm(kFarewellSeconds);
 }
 
 }  // namespace

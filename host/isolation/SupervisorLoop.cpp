@@ -169,7 +169,7 @@ void ProviderSupervisor::Loop::handle(ProviderLink& link, Frame frame) {
       link.fault = std::move(frame.body);
       return;
     case Frame::Kind::Indication: {
-      if (&link != _serving) return link.send(Frame::Kind::Taken, {});
+      if (frame.number > link.countsUntil) return link.send(Frame::Kind::Taken, {});
       std::vector<std::string> texts = unpackTexts(frame.body);
       if (texts.empty()) return;
       std::string element = std::move(texts.back());
@@ -189,11 +189,13 @@ void ProviderSupervisor::Loop::answerCall(ProviderLink& link, std::uint64_t numb
   link.calls.erase(found);
 }
 
-/// The fresh process takes over: from here on its indications count, and no others.
+/// The fresh process takes over: what is indicated from here on counts from it alone. What the one before
+/// took earlier and still holds goes on counting.
 void ProviderSupervisor::Loop::promote(ProviderLink& link) {
   ProviderLink* const before = std::exchange(_serving, &link);
   _starting = nullptr;
   link.stage = ProviderLink::Stage::Serving;
+  link.countsUntil = UINT64_MAX;
   link.since = _now;
   if (before) retire(*before);
 }
@@ -202,6 +204,7 @@ void ProviderSupervisor::Loop::promote(ProviderLink& link) {
 /// longest may be what blocks, so it is moved once only.
 void ProviderSupervisor::Loop::retire(ProviderLink& link) {
   link.stage = ProviderLink::Stage::Retired;
+  link.countsUntil = microsecondsOf(std::chrono::system_clock::now());
   link.since = _now;
   const ProviderLink::Sent* const oldest = link.oldest();
   for (const auto& [number, sent] : link.calls) {

@@ -11,7 +11,7 @@ using Milliseconds = SupervisorOptions::Milliseconds;
 
 /// How exactly limits are kept.
 constexpr Milliseconds kTick{20};
-/// For a process that is to leave in good order.
+/// For a process that is to leave in good order, and for what it has not passed on yet.
 constexpr Milliseconds kFarewell{2000};
 
 }  // namespace
@@ -101,7 +101,8 @@ void ProviderSupervisor::Loop::refuseWhenDown() {
 
 void ProviderSupervisor::Loop::endRetired() {
   for (const auto& link : _links) {
-    if (link->stage == ProviderLink::Stage::Retired && !link->hasLiveCalls()) {
+    const bool stuck = !link->calls.empty() && _now - link->since <= kFarewell;
+    if (link->stage == ProviderLink::Stage::Retired && !link->hasLiveCalls() && (!stuck || _ending)) {
       if (_serving == link.get()) _serving = nullptr;
       link->leave();
     }

@@ -48,9 +48,9 @@ TEST_F(Filters, WithoutThemNothingIsDelivered) {
   EXPECT_EQ(write("alert unheard").body, "unheard");
   supervisor->setFilters({kAlerts});
   EXPECT_EQ(write("alert heard").body, "heard");
+  ASSERT_TRUE(eventually([&] { return !indications().empty(); }));
   supervisor->setFilters({});
   EXPECT_EQ(write("alert late").body, "late");
-  ASSERT_TRUE(eventually([&] { return !indications().empty(); }));
   supervisor.reset();
   EXPECT_THAT(indications(), ElementsAre("alerts heard"));
 }
@@ -124,6 +124,47 @@ TEST_F(Filters, ManyIndicationsArriveInOrderThroughASlowSink) {
   }));
   supervisor.reset();
   EXPECT_THAT(got, ElementsAreArray(sent));
+}
+
+TEST_F(Filters, WhatAProcessHoldsWhenItIsReplacedStillCounts) {
+  std::mutex mutex;
+  std::vector<std::string> got;
+  supervisor = std::make_unique<ProviderSupervisor>(options, [&](const auto&, const std::string& element) {
+    std::this_thread::sleep_for(2ms);
+    const std::lock_guard lock(mutex);
+    got.push_back(element);
+  });
+  supervisor->setFilters({kAlerts});
+  const pid_t before = provider();
+  ASSERT_EQ(write("alerts 800").outcome, How::Done);
+  auto held = begin("hold", false);
+  std::this_thread::sleep_for(50ms);
+  EXPECT_NE(read("locked 0").body, std::to_string(before));
+  {
+    const std::lock_guard lock(mutex);
+    EXPECT_LT(got.size(), 500U) << "too slow for what this shows";
+  }
+  std::vector<std::string> sent;
+  for (int i = 0; i < 800; ++i) sent.push_back(std::to_string(i));
+  eventually([&] {
+    const std::lock_guard lock(mutex);
+    return got.size() >= sent.size();
+  });
+  EXPECT_EQ(held.get().outcome, How::TimedOut);
+  supervisor.reset();
+  EXPECT_THAT(got, ElementsAreArray(sent));
+}
+
+TEST_F(Filters, WhatWaitsAtTheEndStillArrives) {
+  std::atomic<int> got = 0;
+  supervisor = std::make_unique<ProviderSupervisor>(options, [&](const auto&, const std::string&) {
+    std::this_thread::sleep_for(1ms);
+    ++got;
+  });
+  supervisor->setFilters({kAlerts});
+  ASSERT_EQ(write("alerts 600").outcome, How::Done);
+  supervisor.reset();
+  EXPECT_EQ(got, 600);
 }
 
 TEST_F(Filters, ASinkThatThrowsLosesThatIndicationAndSaysSo) {

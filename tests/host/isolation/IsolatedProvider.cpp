@@ -88,21 +88,14 @@ class TestProvider : public HostedProvider {
 
   static const std::map<std::string, Deed>& deeds() {
     static const std::map<std::string, Deed> table = {
-        {"echo", &TestProvider::echo},
-        {"pid", &TestProvider::pid},
-        {"sleep", &TestProvider::sleep},
-        {"hold", &TestProvider::hold},
-        {"hold-for", &TestProvider::holdFor},
-        {"locked", &TestProvider::locked},
-        {"crash", &TestProvider::crashNow},
-        {"crash-once", &TestProvider::crashOnce},
-        {"exit", &TestProvider::exitNow},
-        {"exit-thread", &TestProvider::exitInThread},
-        {"big", &TestProvider::big},
-        {"alert", &TestProvider::alert},
-        {"most", &TestProvider::most},
-        {"files", &TestProvider::files},
-        {"hold-and-alert", &TestProvider::holdAndAlert},
+        {"echo", &TestProvider::echo},        {"pid", &TestProvider::pid},
+        {"sleep", &TestProvider::sleep},      {"hold", &TestProvider::hold},
+        {"hold-for", &TestProvider::holdFor}, {"locked", &TestProvider::locked},
+        {"crash", &TestProvider::crashNow},   {"crash-once", &TestProvider::crashOnce},
+        {"exit", &TestProvider::exitNow},     {"exit-thread", &TestProvider::exitInThread},
+        {"big", &TestProvider::big},          {"alert", &TestProvider::alert},
+        {"most", &TestProvider::most},        {"files", &TestProvider::files},
+        {"alerts", &TestProvider::alerts},    {"hold-and-alert", &TestProvider::holdAndAlert},
     };
     return table;
   }
@@ -173,6 +166,17 @@ class TestProvider : public HostedProvider {
         .invokeMethod(*makePath(arena, kNameSpace, "T_Thing"), "Alert", in, *makeArgs(arena))
         .orThrow();
     return text;
+  }
+
+  /// The numbers from 0 on.
+  std::string alerts(Words& words) {
+    int count = 0;
+    words >> count;
+    for (int i = 0; i < count; ++i) {
+      Words number(std::to_string(i));
+      alert(number);
+    }
+    return {};
   }
 
   std::string holdAndAlert(Words& words) {
