@@ -48,9 +48,11 @@ struct Bitset {
 LinkModes bitsOf(std::optional<Bytes> words, std::size_t count) {
   LinkModes bits;
   if (!words) return bits;
-  for (std::size_t bit = 0; bit < std::min(count, bits.size()); ++bit) {
-    const auto word = leading<std::uint32_t>(words->subspan(bit / 32 * 4));
-    if (word) bits[bit] = (*word >> bit % 32 & 1) != 0;
+  constexpr std::size_t kWord = 32;
+  for (std::size_t first = 0; first < std::min(count, bits.size()); first += kWord) {
+    auto word = leading<std::uint32_t>(words->subspan(first / 8)).value_or(0);
+    if (count - first < kWord) word &= (1u << (count - first)) - 1;
+    bits |= LinkModes(word) << first;
   }
   return bits;
 }
