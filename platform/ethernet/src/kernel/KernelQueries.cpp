@@ -38,6 +38,16 @@ Request ethtoolRequest(std::uint16_t family, const EthtoolQuestion& question,
   return request;
 }
 
+/// A request about links. Without that mask every answer brings the interface's IPv6 counters along, which
+/// nobody here reads and which are a third of its size.
+Request linkRequest(std::uint16_t flags, std::uint32_t index = 0) {
+  Request request(RTM_GETLINK, flags);
+  ifinfomsg header{};
+  header.ifi_index = static_cast<int>(index);
+  request.header(header).u32(IFLA_EXT_MASK, RTEXT_FILTER_SKIP_STATS);
+  return request;
+}
+
 bool hasHardware(const LinkFacts& link) {
   return link.parentDevice.has_value();
 }
@@ -80,17 +90,13 @@ void KernelQueries::findEthtool() {
 }
 
 Outcome<std::vector<LinkFacts>> KernelQueries::links() {
-  Request request(RTM_GETLINK, NLM_F_DUMP);
-  request.header(ifinfomsg{});
+  Request request = linkRequest(NLM_F_DUMP);
   return collect<LinkFacts>(_routing, request, "links",
                             [](auto& all, Bytes payload) { append(all, decodeLink(payload)); });
 }
 
 Outcome<std::vector<LinkFacts>> KernelQueries::link(std::uint32_t index) {
-  Request request(RTM_GETLINK, NLM_F_ACK);
-  ifinfomsg header{};
-  header.ifi_index = static_cast<int>(index);
-  request.header(header);
+  Request request = linkRequest(NLM_F_ACK, index);
   auto answer = collect<LinkFacts>(_routing, request, "link",
                                    [](auto& all, Bytes payload) { append(all, decodeLink(payload)); });
   if (!answer && answer.failure().code == ENODEV) return std::vector<LinkFacts>{};
@@ -98,8 +104,8 @@ Outcome<std::vector<LinkFacts>> KernelQueries::link(std::uint32_t index) {
 }
 
 Outcome<std::vector<LinkFacts>> KernelQueries::members(std::uint32_t master) {
-  Request request(RTM_GETLINK, NLM_F_DUMP);
-  request.header(ifinfomsg{}).u32(IFLA_MASTER, master);
+  Request request = linkRequest(NLM_F_DUMP);
+  request.u32(IFLA_MASTER, master);
   return collect<LinkFacts>(_routing, request, "members", [&](auto& all, Bytes payload) {
     auto link = decodeLink(payload);
     if (link && link->masterIndex == master) all.push_back(std::move(*link));
