@@ -1,5 +1,6 @@
 """measure.py [--quick] FILE: measures everything and writes the figures as JSON."""
 
+import contextlib
 import json
 import os
 import pathlib
@@ -160,16 +161,21 @@ def measure(plan, folder, figures):
         say("1 port")
         with Lab(1) as lab:
             bench.alerts(lab)
-        for ports in plan.sizes:
-            say(f"{ports} ports")
-            with Lab(ports) as lab:
+        with contextlib.ExitStack() as stack:
+            labs = []
+            for ports in plan.sizes:
+                say(f"{ports} ports")
+                lab = stack.enter_context(Lab(ports))
+                labs.append(lab)
                 bench.kernel(lab)
                 say(f"{ports} ports: the tools")
                 bench.tools(lab)
                 say(f"{ports} ports: alerts")
                 bench.alerts(lab)
-                say(f"{ports} ports: idle")
-                bench.idle([lab])
+            say("idle")
+            for lab in labs:
+                lab.settle()
+            bench.idle(labs)
     finally:
         bench.close()
 
