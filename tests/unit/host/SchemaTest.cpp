@@ -252,6 +252,31 @@ TEST(Schema, TheWorkerMethodReturnsANumber) {
   EXPECT_EQ(method->type, CMPI_uint32);
   EXPECT_TRUE(method->parameters.empty());
   EXPECT_EQ(schema().find("ZEB_AutoStart")->method("PerformWork"), nullptr);
+  EXPECT_EQ(method->valueText(0), "Completed");
+  EXPECT_EQ(method->valueText(4), "Events Failed");
+}
+
+TEST(Schema, DescribesEverythingOfItsOwn) {
+  int described = 0;
+  const auto expectText = [&](const std::string& what, const std::string& description) {
+    EXPECT_GT(description.size(), 5U) << what;
+    ++described;
+  };
+  for (const auto& def : schema().classes()) {
+    if (!def->name.starts_with("ZEB_")) continue;
+    expectText(def->name, def->description);
+    for (const PropertyDef& property : def->properties) {
+      const PropertyDef* inherited = def->superclass->property(property.name);
+      const bool narrowed = inherited && inherited->referenceClass != property.referenceClass;
+      const bool own = property.origin == def.get() || narrowed;
+      if (own) expectText(def->name + "." + property.name, property.description);
+    }
+    for (const MethodDef& method : def->methods) {
+      expectText(def->name + "." + method.name, method.description);
+    }
+  }
+  // 36 classes, a method, and at least two ends for each of the eighteen associations and more.
+  EXPECT_GT(described, 36 + 1 + 2 * 18);
 }
 
 TEST(Schema, ValueMapsComeFromThePublicSchema) {
