@@ -66,6 +66,20 @@ TEST(LinkDecoder, WhatIsNotSaidStaysUnknown) {
   EXPECT_FALSE(facts->vlanId || facts->parentBus || facts->parentDevice || facts->portName);
 }
 
+TEST(LinkDecoder, StateFromBeforeTheCarrierIsNone) {
+  const auto stateOf = [](std::uint8_t state, std::uint8_t carrier) {
+    auto builder = named(2, "a0");
+    builder.number(IFLA_OPERSTATE, state).number(IFLA_CARRIER, carrier);
+    return decodeLink(builder.view())->operState;
+  };
+  EXPECT_EQ(stateOf(IF_OPER_LOWERLAYERDOWN, 1), std::nullopt);
+  EXPECT_EQ(stateOf(IF_OPER_LOWERLAYERDOWN, 0), IF_OPER_LOWERLAYERDOWN);
+  EXPECT_EQ(stateOf(IF_OPER_TESTING, 1), IF_OPER_TESTING);
+  auto silent = named(2, "a0");
+  silent.number(IFLA_OPERSTATE, std::uint8_t{IF_OPER_LOWERLAYERDOWN});
+  EXPECT_EQ(decodeLink(silent.view())->operState, IF_OPER_LOWERLAYERDOWN);
+}
+
 TEST(LinkDecoder, BondAndMember) {
   MessageBuilder bondData, bondInfo, memberData, memberInfo;
   bondData.number(IFLA_BOND_MODE, std::uint8_t{1}).number(IFLA_BOND_ACTIVE_SLAVE, std::uint32_t{4});

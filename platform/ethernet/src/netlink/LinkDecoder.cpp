@@ -66,6 +66,13 @@ std::optional<LinkStatistics> linkStatistics(const Attributes& attributes) {
   return LinkStatistics{head->rxPackets, head->txPackets, head->rxBytes, head->txBytes};
 }
 
+/// Only a link without a carrier has a layer below that is down. Beside a carrier it is the state from
+/// before: the kernel works changes off a hundred links a second, so that it may stand for a long while.
+std::optional<std::uint8_t> operState(const Attributes& attributes, std::optional<bool> carrier) {
+  const auto state = attributes.u8(IFLA_OPERSTATE);
+  return carrier == true && state == IF_OPER_LOWERLAYERDOWN ? std::nullopt : state;
+}
+
 void decodeOwnKind(const Attributes& info, LinkFacts& link) {
   link.kind = info.text(IFLA_INFO_KIND).value_or("");
   const Bytes data = info.bytes(IFLA_INFO_DATA).value_or(Bytes{});
@@ -98,8 +105,8 @@ std::optional<LinkFacts> decodeLink(Bytes payload) {
   if (link.name.empty() || link.name.size() >= IFNAMSIZ) return std::nullopt;
   link.type = header->ifi_type;
   link.flags = header->ifi_flags;
-  link.operState = attributes.u8(IFLA_OPERSTATE);
   if (const auto carrier = attributes.u8(IFLA_CARRIER)) link.carrier = *carrier != 0;
+  link.operState = operState(attributes, link.carrier);
   link.mtu = attributes.u32(IFLA_MTU);
   link.address = macAddress(attributes, IFLA_ADDRESS);
   link.permanentAddress = macAddress(attributes, IFLA_PERM_ADDRESS);
