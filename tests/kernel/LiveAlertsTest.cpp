@@ -1,0 +1,128 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <thread>
+
+#include "LoadedPlugin.h"
+#include "Namespace.h"
+#include "support/Environment.h"
+#include "support/TemporaryDirectory.h"
+
+// From the kernel's link message to the indication that the object manager is handed.
+
+namespace ZEB::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The plug-in on virtual ports of this kernel, with folders of its own and its timer.
+class LiveAlertsTest : public testing::Test {
+ protected:
+  /// How often each event was sent, once no more come.
+  std::map<std::string, int> settledEvents() const {
+    EXPECT_TRUE(eventually([&] {
+      const std::size_t before = broker.deliveries().size();
+      std::this_thread::sleep_for(500ms);
+      return broker.deliveries().size() == before;
+    }));
+    std::map<std::string, int> count;
+    for (const auto& delivery : broker.deliveries()) {
+      ++count[delivery.indication.getProperty("EventID").asString()];
+    }
+    return count;
+  }
+  /// How many elements sent an event at all, and had one of these as their last.
+  int elementsWhoseLast(const std::set<std::string>& ids) const {
+    std::map<std::string, std::string> last;
+    for (const auto& delivery : broker.deliveries()) {
+      last[delivery.indication.getProperty("AlertingManagedElement").asString()] =
+          delivery.indication.getProperty("EventID").asString();
+    }
+    return static_cast<int>(
+        std::ranges::count_if(last, [&](const auto& entry) { return ids.contains(entry.second); }));
+  }
+  /// Link messages that a pass has taken account of.
+  std::uint64_t messagesSeen() const {
+    std::ifstream in(folder.path() / "run" / "health.json");
+    const auto report = nlohmann::json::parse(in, nullptr, false);
+    return report.is_object() ? report.value("linkMessages", std::uint64_t{0}) : 0;
+  }
+
+  TemporaryDirectory folder;
+  Environment config{"ZEB_CONFIG", "/nonexistent"};
+  Environment store{"ZEB_STORE_DIR", folder.file("store")};
+  Environment run{"ZEB_RUN_DIR", folder.file("run")};
+  Environment includeVirtual{"ZEB_INCLUDE_VIRTUAL", "1"};
+  Environment autostart{"ZEB_AUTOSTART", "1"};
+  FakeBroker broker;
+};
+
+TEST_F(LiveAlertsTest, AThousandPortsThatGoDownAtOnceAreReportedEachOnce) {
+  IN_NAMESPACE([this] {
+    constexpr int kPorts = 1000;
+    makePairs(kPorts);
+    std::string groups;
+    for (int i = 0; i < kPorts; ++i) groups += "link set b" + std::to_string(i) + " group 7\n";
+    ipBatch(groups);
+    LoadedPlugin plugin(broker);
+    ASSERT_EQ(plugin.count("ZEB_EthernetPort"), 2U * kPorts);
+
+    // One end of each pair is switched off, and the other loses its carrier.
+    ip("link set group 7 down");
+    EXPECT_TRUE(broker.waitForDeliveries(2 * kPorts, 30s));
+    EXPECT_EQ(settledEvents(), (std::map<std::string, int>{{"2", kPorts}, {"21", kPorts}}));
+    EXPECT_EQ(elementsWhoseLast({"2", "21"}), 2 * kPorts) << "no port twice, and none left out";
+
+    ip("link set group 7 up");
+    EXPECT_TRUE(broker.waitForDeliveries(4 * kPorts, 30s));
+    EXPECT_EQ(settledEvents(),
+              (std::map<std::string, int>{{"2", kPorts}, {"21", kPorts}, {"3", kPorts}, {"20", kPorts}}));
+    EXPECT_EQ(elementsWhoseLast({"3", "20"}), 2 * kPorts);
+    EXPECT_EQ(broker.violations(), std::vector<std::string>{});
+  });
+}
+
+TEST_F(LiveAlertsTest, ARepeatedLinkMessageIsNoAlert) {
+  IN_NAMESPACE([this] {
+    makePairs(1);
+    LoadedPlugin plugin(broker);
+    ip("link set b0 down");
+    EXPECT_TRUE(broker.waitForDeliveries(2, 10s));
+    const auto seen = messagesSeen();
+    std::string same;
+    for (int i = 0; i < 100; ++i)
+      same += "link set a0 alias round" + std::to_string(i) + "\nlink set b0 down\n";
+    ipBatch(same);
+    EXPECT_TRUE(eventually([&] { return messagesSeen() >= seen + 100; })) << "every message is seen";
+    EXPECT_EQ(settledEvents(), (std::map<std::string, int>{{"2", 1}, {"21", 1}}));
+  });
+}
+
+// An alert may be on its way, or not yet thought of, when the plug-in goes.
+TEST_F(LiveAlertsTest, LoadEventAndUnloadRounds) {
+  const char* soak = std::getenv("ZEB_SOAK");
+  const int rounds = soak && std::string(soak) == "1" ? 10000 : 200;
+  IN_NAMESPACE([&] {
+    makePairs(4);
+    for (int round = 0; round < rounds && !HasFailure(); ++round) {
+      LoadedPlugin plugin(broker);
+      const std::size_t before = broker.deliveries().size();
+      ip(std::string("link set b0 ") + (round % 2 == 0 ? "down" : "up"));
+      if (round % 10 == 0) {
+        EXPECT_TRUE(broker.waitForDeliveries(before + 2, 10s)) << "round " << round;
+      } else {
+        std::this_thread::sleep_for(std::chrono::milliseconds(round % 70));
+      }
+    }
+    EXPECT_EQ(broker.counts().attached, broker.counts().detached);
+    EXPECT_EQ(broker.violations(), std::vector<std::string>{});
+  });
+}
+
+}  // namespace
+}  // namespace ZEB::test

@@ -1,0 +1,40 @@
+#include "LoadedPlugin.h"
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace ZEB::test {
+
+LoadedPlugin::LoadedPlugin(FakeBroker& broker)
+    : _broker(broker), _library(dlopen(ZEB_PLUGIN, RTLD_NOW | RTLD_LOCAL)) {
+  if (!_library) throw std::runtime_error(dlerror());
+  const auto entry = [this](const char* name) { return dlsym(_library, name); };
+  FakeBroker::Call call(_broker);
+  _instances = reinterpret_cast<decltype(&_Generic_Create_InstanceMI)>(entry("_Generic_Create_InstanceMI"))(
+      _broker.get(), &call.context(), "ZEBEthernetPort", nullptr);
+  _indications = reinterpret_cast<decltype(&_Generic_Create_IndicationMI)>(
+      entry("_Generic_Create_IndicationMI"))(_broker.get(), &call.context(), "ZEBEthernetPort", nullptr);
+  if (!_instances || !_indications) throw std::runtime_error("the plug-in makes no provider");
+  _indications->ft->enableIndications(_indications, &call.context());
+}
+
+LoadedPlugin::~LoadedPlugin() {
+  {
+    FakeBroker::Call call(_broker);
+    EXPECT_EQ(_instances->ft->cleanup(_instances, &call.context(), 1).rc, CMPI_RC_OK);
+    EXPECT_EQ(_indications->ft->cleanup(_indications, &call.context(), 1).rc, CMPI_RC_OK);
+  }
+  dlclose(_library);
+}
+
+std::size_t LoadedPlugin::count(const std::string& className) {
+  FakeBroker::Call call(_broker);
+  auto* path = call.path({"root/jxv", CmpiCpp::CmpiName(className)});
+  EXPECT_EQ(_instances->ft->enumerateInstanceNames(_instances, &call.context(), &call.result(), path).rc,
+            CMPI_RC_OK);
+  return call.result().paths.size();
+}
+
+}  // namespace ZEB::test
