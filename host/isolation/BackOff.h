@@ -6,8 +6,8 @@
 
 namespace ZebHost {
 
-/// The first replacement comes at once, each further one in a row of useless processes twice as late as the
-/// one before.
+/// The first replacement comes at once, further ones a little later, and each one in a row that did nothing
+/// useful makes the next come twice as late. A process that lasted makes up for those before.
 class BackOff {
  public:
   using Clock = std::chrono::steady_clock;
@@ -15,11 +15,13 @@ class BackOff {
   BackOff(std::chrono::milliseconds first, std::chrono::milliseconds longest)
       : _first(first), _longest(longest) {}
 
-  /// A process ended. `useful`: it had done something before.
-  void ended(bool useful, Clock::time_point now) {
-    if (useful) _delay = std::chrono::milliseconds(0);
+  /// How a process spent its life.
+  enum class Life { InVain, Useful, Lasting };
+
+  void ended(Life life, Clock::time_point now) {
+    if (life == Life::Lasting) _delay = std::chrono::milliseconds(0);
     _notBefore = now + _delay;
-    _delay = std::clamp(_delay * 2, _first, _longest);
+    _delay = life == Life::InVain ? std::clamp(_delay * 2, _first, _longest) : _first;
   }
 
   Clock::time_point notBefore() const { return _notBefore; }

@@ -30,7 +30,8 @@ struct SupervisorOptions {
   Milliseconds timeLimit{30'000};
   /// For loading the plug-in, until the process says that it is ready.
   Milliseconds startLimit{30'000};
-  /// Before the second start in a row that leads to nothing, doubled with each further one.
+  /// Before the second replacement of a process that did not last, doubled with each one that did nothing
+  /// useful.
   Milliseconds firstBackOff{100};
   Milliseconds longestBackOff{5000};
 

@@ -215,13 +215,18 @@ void ProviderSupervisor::Loop::retire(ProviderLink& link) {
   }
 }
 
+BackOff::Life ProviderSupervisor::Loop::lifeOf(const ProviderLink& link) const {
+  const bool serving = link.stage == ProviderLink::Stage::Serving;
+  if (serving && _now - link.since > _options.longestBackOff) return BackOff::Life::Lasting;
+  return link.useful ? BackOff::Life::Useful : BackOff::Life::InVain;
+}
+
 void ProviderSupervisor::Loop::finish(ProviderLink& link) {
   const std::string how = link.reap();
   link.gone = true;
   const bool unasked =
       link.stage == ProviderLink::Stage::Starting || link.stage == ProviderLink::Stage::Serving;
-  const bool lasted =
-      link.stage == ProviderLink::Stage::Serving && _now - link.since > _options.longestBackOff;
+  const BackOff::Life life = lifeOf(link);
   if (_serving == &link) _serving = nullptr;
   if (_starting == &link) {
     _starting = nullptr;
@@ -229,7 +234,7 @@ void ProviderSupervisor::Loop::finish(ProviderLink& link) {
   }
   const std::string reason = "the provider's process ended (" + (link.fault.empty() ? how : link.fault) + ")";
   if (unasked && !_ending) {
-    _backOff.ended(link.useful || lasted, _now);
+    _backOff.ended(life, _now);
     _lastFault = reason;
     log(reason);
   }

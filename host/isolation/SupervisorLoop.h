@@ -51,6 +51,7 @@ class ProviderSupervisor::Loop {
   void handle(ProviderLink& link, Frame frame);
   void promote(ProviderLink& link);
   void retire(ProviderLink& link);
+  BackOff::Life lifeOf(const ProviderLink& link) const;
   void finish(ProviderLink& link);
   void repeatOrEnd(ProviderLink& link, const std::string& reason);
   bool isUnderWay(const Call& call, const ProviderLink& except) const;

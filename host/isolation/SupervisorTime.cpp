@@ -85,7 +85,7 @@ void ProviderSupervisor::Loop::startWhenNeeded() {
     _links.push_back(std::make_unique<ProviderLink>(_options, ++_processNumber, _filters));
     _starting = _links.back().get();
   } catch (const HostError& error) {
-    _backOff.ended(false, _now);
+    _backOff.ended(BackOff::Life::InVain, _now);
     _lastFault = error.what();
     log(_lastFault);
   }

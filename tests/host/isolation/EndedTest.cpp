@@ -131,22 +131,37 @@ TEST_F(Ended, AStartThatHangsIsEnded) {
   EXPECT_TRUE(eventually([&] { return read("pid").outcome == How::Done; }));
 }
 
-TEST(BackOff, DoublesUpToItsLimitAndForgetsAfterSomethingUseful) {
-  using std::chrono::milliseconds;
-  BackOff backOff(milliseconds(100), milliseconds(500));
-  const BackOff::Clock::time_point now{};
-  const auto delayAfter = [&](bool useful) {
-    backOff.ended(useful, now);
+TEST_F(Ended, AProviderThatDiesAfterEachAnswerIsNotStartedWithoutEnd) {
+  options.firstBackOff = 200ms;
+  start();
+  const auto until = Clock::now() + 1s;
+  while (Clock::now() < until) {
+    read("pid");
+    write("crash");
+  }
+  // At once, at once, and then every 200 ms.
+  EXPECT_LE(linesOf(file("starts")), 8U);
+  EXPECT_GE(linesOf(file("starts")), 3U);
+}
+
+TEST(BackOff, DoublesUpToItsLimitAndForgetsAfterAProcessThatLasted) {
+  using Life = BackOff::Life;
+  BackOff backOff(100ms, 500ms);
+  const Clock::time_point now{};
+  const auto delayAfter = [&](Life life) {
+    backOff.ended(life, now);
     return backOff.notBefore() - now;
   };
-  EXPECT_EQ(delayAfter(false), 0ms);
-  EXPECT_EQ(delayAfter(false), 100ms);
-  EXPECT_EQ(delayAfter(false), 200ms);
-  EXPECT_EQ(delayAfter(false), 400ms);
-  EXPECT_EQ(delayAfter(false), 500ms);
-  EXPECT_EQ(delayAfter(false), 500ms);
-  EXPECT_EQ(delayAfter(true), 0ms);
-  EXPECT_EQ(delayAfter(false), 100ms);
+  EXPECT_EQ(delayAfter(Life::InVain), 0ms);
+  EXPECT_EQ(delayAfter(Life::InVain), 100ms);
+  EXPECT_EQ(delayAfter(Life::InVain), 200ms);
+  EXPECT_EQ(delayAfter(Life::InVain), 400ms);
+  EXPECT_EQ(delayAfter(Life::InVain), 500ms);
+  EXPECT_EQ(delayAfter(Life::Useful), 500ms);
+  EXPECT_EQ(delayAfter(Life::Useful), 100ms);
+  EXPECT_EQ(delayAfter(Life::Useful), 100ms);
+  EXPECT_EQ(delayAfter(Life::Lasting), 0ms);
+  EXPECT_EQ(delayAfter(Life::Useful), 100ms);
 }
 
 }  // namespace
