@@ -1,0 +1,58 @@
+// A listener for exports on the loopback, which answers as a test tells it to.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace ZebHost {
+
+class TestListener {
+ public:
+  struct Request {
+    std::string head;
+    std::string body;
+  };
+  /// What is sent for the request with a number, from 0; nothing: the connection is closed without an answer.
+  using Script = std::function<std::string(std::size_t number, const Request& request)>;
+
+  static std::string response(const std::string& status, const std::string& body);
+  static std::string acknowledgement();
+  static std::string cimError();
+
+  /// Listens on a port; 0 takes a free one.
+  explicit TestListener(Script script, std::uint16_t port = 0);
+  TestListener() : TestListener([](std::size_t, const Request&) { return acknowledgement(); }) {}
+  TestListener(const TestListener&) = delete;
+  TestListener& operator=(const TestListener&) = delete;
+  ~TestListener();
+
+  std::uint16_t port() const { return _port; }
+  std::string url() const { return "http://127.0.0.1:" + std::to_string(_port) + "/alerts"; }
+  std::vector<Request> requests() const;
+  /// Waits until so many requests have come; false after ten seconds.
+  bool waitFor(std::size_t count) const;
+
+ private:
+  void serve();
+  void answer(int connection);
+
+  Script _script;
+  std::uint16_t _port = 0;
+  int _socket;
+  int _stop[2];
+  mutable std::mutex _mutex;
+  mutable std::condition_variable _came;
+  std::vector<Request> _requests;
+  std::thread _thread;
+};
+
+/// A port of the loopback that nobody listens on.
+std::uint16_t freePort();
+
+}  // namespace ZebHost
