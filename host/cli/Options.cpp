@@ -46,6 +46,8 @@ void addReferences(CLI::App& app, Options& options) {
 
 void addWatch(CLI::App& app, Options& options) {
   CLI::App& command = *app.add_subcommand("watch", "Alerts as they come, until interrupted");
+  command.add_option("--where", options.watchCondition, "Only alerts that meet this condition of a query")
+      ->type_name("CONDITION");
   command.add_option("--for", options.watchSeconds, "End after this many seconds")
       ->type_name("SECONDS")
       ->check(CLI::Range(0.001, 1e8));

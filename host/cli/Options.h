@@ -20,6 +20,7 @@ struct Options {
   AssociationFilter filter;
   bool names = false;
   bool anonymize = false;
+  std::string watchCondition;               ///< of a query, empty for every alert
   std::optional<double> watchSeconds;       ///< nothing: until a signal comes
   std::optional<std::uint64_t> watchCount;  ///< likewise
 

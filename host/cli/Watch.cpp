@@ -10,6 +10,7 @@
 #include "cli/StopSignals.h"
 #include "cli/WatchLine.h"
 #include "cli/WatchNames.h"
+#include "indications/Condition.h"
 
 namespace ZebHost {
 namespace {
@@ -29,11 +30,16 @@ std::string announcement(const Options& options, const Tree& tree) {
   return "watching " + counted(ports, "port") + " and " + counted(tree.teams.size(), "team") + " of " + where;
 }
 
-/// Somebody listens for as long as this lives.
+std::string queryOf(const Options& options) {
+  const std::string query = std::string("SELECT * FROM ") + kAlertClass;
+  return options.watchCondition.empty() ? query : query + " WHERE " + options.watchCondition;
+}
+
+/// Somebody listens for as long as this lives. Throws QueryError for a condition that cannot be met.
 class Subscription {
  public:
-  explicit Subscription(Session& session)
-      : _broker(session.broker()), _provider(session.provider()), _filter(makeFilter(session)) {
+  Subscription(const Options& options, Session& session)
+      : _broker(session.broker()), _provider(session.provider()), _filter(makeFilter(options, session)) {
     _broker.indications().open();
     std::move(_provider.startIndications(_filter, kAlertClass)).orThrow();
   }
@@ -44,9 +50,13 @@ class Subscription {
     _broker.indications().close();
   }
 
+  bool wants(const Instance& alert) const { return _filter.ft->evaluate(&_filter, &alert, nullptr) != 0; }
+
  private:
-  const SelectExp& makeFilter(Session& session) {
-    return *makeSelectExp(_arena, session.repository(), std::string("SELECT * FROM ") + kAlertClass);
+  const SelectExp& makeFilter(const Options& options, Session& session) {
+    const std::string query = queryOf(options);
+    checkQuery(OwnedQuery(query).query(), session.repository());
+    return *makeSelectExp(_arena, session.repository(), query);
   }
 
   Broker& _broker;
@@ -61,12 +71,12 @@ class Watch {
       : _options(options), _session(session), _output(output), _names(session.provider()) {}
 
   void run(const StopSignals& signals) {
-    const Subscription subscription(_session);
+    const Subscription subscription(_options, _session);
     _output.err << "zebcim: " << announcement(_options, _names.read()) << std::endl;
     _session.deadline().suspend();
     while (!signals.requested() && !isOver()) {
       const auto alert = _session.broker().indications().next(patience());
-      if (alert) print(*alert);
+      if (alert && subscription.wants(*alert->instance)) print(*alert);
     }
     _session.deadline().resume();
   }

@@ -93,6 +93,21 @@ TEST_F(WatchCommand, JsonGivesTheWholeIndicationInALine) {
                           Pair("3", "JXV:" + team), Pair("15", "JXV:" + team), Pair("3", "JXV:" + port)));
 }
 
+TEST_F(WatchCommand, AConditionNarrows) {
+  const Outcome outcome = zebcim({"watch", "--json", "--source", failover, "--count", "1", "--where",
+                                  "EventID = '3' AND PerceivedSeverity = 2"});
+  EXPECT_EQ(outcome.status, 0);
+  ASSERT_THAT(linesOf(outcome.out), testing::SizeIs(1)) << outcome.err;
+  const Json alert = Json::parse(linesOf(outcome.out)[0]);
+  EXPECT_EQ(propertyOf(alert, "EventID"), "3") << "the loss before it is left out";
+}
+
+TEST_F(WatchCommand, AConditionThatCannotBeReadEndsIt) {
+  const Outcome outcome = zebcim({"watch", "--source", failover, "--for", "7", "--where", "Nothing = 3"});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.err, "zebcim: ZEB_EthernetIndication has no property 'Nothing'\n");
+}
+
 TEST_F(WatchCommand, AChangedFileIsNoticed) {
   const std::filesystem::path file = folder / "host.json";
   const auto play = [&](bool carrier) {
