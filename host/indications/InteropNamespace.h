@@ -33,9 +33,9 @@ class InteropNamespace : public Namespace {
  public:
   /// `repository` describes the namespace itself, `sources` the classes that filters select from; both have
   /// to outlive this. `changed` is called after every change of what is subscribed to, on the thread of the
-  /// operation, with no lock held. Throws HostError when the file cannot be opened.
+  /// operation, one at a time; it may ask for what it needs. Throws HostError when the file cannot be opened.
   InteropNamespace(const ClassRepository& repository, const ClassRepository& sources,
-                   InteropSettings settings, LogLine log, std::function<void()> changed);
+                   const InteropSettings& settings, LogLine log, std::function<void()> changed);
   InteropNamespace(const InteropNamespace&) = delete;
   InteropNamespace& operator=(const InteropNamespace&) = delete;
   ~InteropNamespace() override;
@@ -63,9 +63,12 @@ class InteropNamespace : public Namespace {
                      CMPIArgs& out) override;
 
  private:
+  Reply announced(Reply reply);
+
   const ClassRepository& _repository;
   std::function<void()> _changed;
-  mutable std::mutex _mutex;
+  std::mutex _announcing;     // held while `_changed` runs
+  mutable std::mutex _mutex;  // guards the table
   std::unique_ptr<InteropTable> _table;
 };
 

@@ -255,6 +255,39 @@ INSTANTIATE_TEST_SUITE_P(
                     TestListener::response("200 OK", std::string(70000, ' ')), "no HTTP at all\r\n\r\n",
                     TestListener::cimError()));
 
+class SecureDeliveries : public Deliveries {
+ protected:
+  SecureDeliveries() { std::ofstream(trusted) << certificate.pem(); }
+
+  TestCertificate certificate;
+  const std::string trusted = directory.path() + "/trusted.pem";
+  TestListener listener{[](std::size_t, const auto&) { return TestListener::acknowledgement(); }, 0,
+                        &certificate};
+};
+
+TEST_F(SecureDeliveries, GoToWhoShowsATrustedCertificate) {
+  settings.trustedCertificates = trusted;
+  start(listener.url());
+  deliver(1, 2);
+  ASSERT_TRUE(becomesEmpty());
+  EXPECT_THAT(alertsIn(listener), ElementsAre(1, 2));
+}
+
+TEST_F(SecureDeliveries, WaitForATrustedCertificate) {
+  start(listener.url());
+  deliver(1, 1);
+  EXPECT_TRUE(logs("certificate"));
+  EXPECT_EQ(delivery->waiting(), 1U);
+  EXPECT_THAT(listener.requests(), IsEmpty());
+}
+
+TEST_F(SecureDeliveries, GoToAnyoneWhenToldTo) {
+  settings.verifyListeners = false;
+  start(listener.url());
+  deliver(1, 1);
+  ASSERT_TRUE(listener.waitFor(1));
+}
+
 TEST_F(Deliveries, AreAcknowledgedByAnEmptyAnswer) {
   TestListener listener([](std::size_t, const auto&) { return TestListener::response("200 OK", ""); });
   start(listener.url());

@@ -1,11 +1,14 @@
 #include "TestListener.h"
 
 #include <arpa/inet.h>
+#include <gnutls/gnutls.h>
+#include <gnutls/x509.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <ctime>
 #include <optional>
 #include <stdexcept>
 
@@ -33,8 +36,53 @@ int listenOn(std::uint16_t port, std::uint16_t& bound) {
   return listening;
 }
 
+}  // namespace
+
+/// The bytes of a connection, through TLS or as they are.
+class TestConnection {
+ public:
+  TestConnection(int socket, const TestCertificate* certificate) : _socket(socket) {
+    if (!certificate) return;
+    gnutls_init(&_session, GNUTLS_SERVER);
+    gnutls_set_default_priority(_session);
+    gnutls_credentials_set(_session, GNUTLS_CRD_CERTIFICATE, certificate->_credentials);
+    gnutls_transport_set_int(_session, socket);
+    int result = 0;
+    do result = gnutls_handshake(_session);
+    while (result < 0 && gnutls_error_is_fatal(result) == 0);
+  }
+  TestConnection(const TestConnection&) = delete;
+  TestConnection& operator=(const TestConnection&) = delete;
+  ~TestConnection() {
+    if (_session) gnutls_deinit(_session);
+    close(_socket);
+  }
+
+  ssize_t receive(char* bytes, std::size_t size) {
+    return _session ? gnutls_record_recv(_session, bytes, size) : recv(_socket, bytes, size, 0);
+  }
+  void sendAll(const std::string& text) {
+    if (!_session) {
+      send(_socket, text.data(), text.size(), MSG_NOSIGNAL);
+      return;
+    }
+    for (std::size_t sent = 0; sent < text.size();) {
+      const ssize_t count = gnutls_record_send(_session, text.data() + sent, text.size() - sent);
+      if (count <= 0) return;
+      sent += static_cast<std::size_t>(count);
+    }
+    gnutls_bye(_session, GNUTLS_SHUT_WR);
+  }
+
+ private:
+  int _socket;
+  gnutls_session_t _session = nullptr;
+};
+
+namespace {
+
 /// Nothing when the other end closes first.
-std::optional<TestListener::Request> readRequest(int connection) {
+std::optional<TestListener::Request> readRequest(TestConnection& connection) {
   std::string text;
   char bytes[4096];
   while (true) {
@@ -45,13 +93,45 @@ std::optional<TestListener::Request> readRequest(int connection) {
       if (text.size() >= end + 4 + length)
         return TestListener::Request{text.substr(0, end), text.substr(end + 4)};
     }
-    const ssize_t got = recv(connection, bytes, sizeof bytes, 0);
+    const ssize_t got = connection.receive(bytes, sizeof bytes);
     if (got <= 0) return std::nullopt;
     text.append(bytes, static_cast<std::size_t>(got));
   }
 }
 
 }  // namespace
+
+TestCertificate::TestCertificate() {
+  gnutls_x509_privkey_t key = nullptr;
+  gnutls_x509_privkey_init(&key);
+  gnutls_x509_privkey_generate(key, GNUTLS_PK_ECDSA, GNUTLS_CURVE_TO_BITS(GNUTLS_ECC_CURVE_SECP256R1), 0);
+  gnutls_x509_crt_t certificate = nullptr;
+  gnutls_x509_crt_init(&certificate);
+  constexpr unsigned char kSerial[] = {1};
+  constexpr unsigned char kLoopback[] = {127, 0, 0, 1};
+  gnutls_x509_crt_set_version(certificate, 3);
+  gnutls_x509_crt_set_serial(certificate, kSerial, sizeof kSerial);
+  gnutls_x509_crt_set_activation_time(certificate, time(nullptr) - 3600);
+  gnutls_x509_crt_set_expiration_time(certificate, time(nullptr) + 3600);
+  gnutls_x509_crt_set_dn(certificate, "CN=listener", nullptr);
+  gnutls_x509_crt_set_subject_alt_name(certificate, GNUTLS_SAN_IPADDRESS, kLoopback, sizeof kLoopback,
+                                       GNUTLS_FSAN_SET);
+  gnutls_x509_crt_set_key(certificate, key);
+  const bool made = gnutls_x509_crt_sign2(certificate, certificate, key, GNUTLS_DIG_SHA256, 0) == 0;
+  gnutls_datum_t text{};
+  gnutls_x509_crt_export2(certificate, GNUTLS_X509_FMT_PEM, &text);
+  _pem.assign(reinterpret_cast<const char*>(text.data), text.size);
+  gnutls_free(text.data);
+  gnutls_certificate_allocate_credentials(&_credentials);
+  gnutls_certificate_set_x509_key(_credentials, &certificate, 1, key);
+  gnutls_x509_crt_deinit(certificate);
+  gnutls_x509_privkey_deinit(key);
+  if (!made) throw std::runtime_error("no certificate for the test");
+}
+
+TestCertificate::~TestCertificate() {
+  gnutls_certificate_free_credentials(_credentials);
+}
 
 std::string TestListener::response(const std::string& status, const std::string& body) {
   return "HTTP/1.1 " + status + "\r\nContent-Type: application/xml\r\nConnection: close\r\nContent-Length: " +
@@ -73,8 +153,8 @@ std::string TestListener::cimError() {
       "<ERROR CODE=\"1\" DESCRIPTION=\"not today\"/></EXPMETHODRESPONSE></SIMPLEEXPRSP></MESSAGE></CIM>");
 }
 
-TestListener::TestListener(Script script, std::uint16_t port)
-    : _script(std::move(script)), _socket(listenOn(port, _port)) {
+TestListener::TestListener(Script script, std::uint16_t port, const TestCertificate* certificate)
+    : _script(std::move(script)), _certificate(certificate), _socket(listenOn(port, _port)) {
   if (pipe(_stop) != 0) throw std::runtime_error("no pipe");
   _thread = std::thread([this] { serve(); });
 }
@@ -96,11 +176,11 @@ void TestListener::serve() {
     const timeval limit{5, 0};
     setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
     answer(connection);
-    close(connection);
   }
 }
 
-void TestListener::answer(int connection) {
+void TestListener::answer(int socket) {
+  TestConnection connection(socket, _certificate);
   const auto request = readRequest(connection);
   if (!request) return;
   std::size_t number = 0;
@@ -110,7 +190,7 @@ void TestListener::answer(int connection) {
     _requests.push_back(*request);
   }
   const std::string text = _script(number, *request);
-  if (!text.empty()) send(connection, text.data(), text.size(), MSG_NOSIGNAL);
+  if (!text.empty()) connection.sendAll(text);
   _came.notify_all();
 }
 

@@ -10,7 +10,25 @@
 #include <thread>
 #include <vector>
 
+struct gnutls_certificate_credentials_st;
+
 namespace ZebHost {
+
+/// What a listener needs for TLS: a key, and a certificate for 127.0.0.1 that it has signed itself.
+class TestCertificate {
+ public:
+  TestCertificate();
+  TestCertificate(const TestCertificate&) = delete;
+  TestCertificate& operator=(const TestCertificate&) = delete;
+  ~TestCertificate();
+  /// The certificate as PEM.
+  const std::string& pem() const { return _pem; }
+
+ private:
+  friend class TestConnection;
+  std::string _pem;
+  gnutls_certificate_credentials_st* _credentials = nullptr;
+};
 
 class TestListener {
  public:
@@ -25,24 +43,28 @@ class TestListener {
   static std::string acknowledgement();
   static std::string cimError();
 
-  /// Listens on a port; 0 takes a free one.
-  explicit TestListener(Script script, std::uint16_t port = 0);
+  /// Listens on a port; 0 takes a free one. With a certificate, which has to outlive it, for HTTPS.
+  explicit TestListener(Script script, std::uint16_t port = 0, const TestCertificate* certificate = nullptr);
   TestListener() : TestListener([](std::size_t, const Request&) { return acknowledgement(); }) {}
   TestListener(const TestListener&) = delete;
   TestListener& operator=(const TestListener&) = delete;
   ~TestListener();
 
   std::uint16_t port() const { return _port; }
-  std::string url() const { return "http://127.0.0.1:" + std::to_string(_port) + "/alerts"; }
+  std::string url() const {
+    return (_certificate ? "https" : "http") + std::string("://127.0.0.1:") + std::to_string(_port) +
+           "/alerts";
+  }
   std::vector<Request> requests() const;
   /// Waits until so many requests have come; false after ten seconds.
   bool waitFor(std::size_t count) const;
 
  private:
   void serve();
-  void answer(int connection);
+  void answer(int socket);
 
   Script _script;
+  const TestCertificate* _certificate;
   std::uint16_t _port = 0;
   int _socket;
   int _stop[2];
