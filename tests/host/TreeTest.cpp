@@ -128,6 +128,16 @@ TEST_F(TreeCommand, IsPlainWhereNoTerminalIs) {
   EXPECT_THAT(tree("teams"), Not(HasSubstr("\x1b")));
 }
 
+TEST_F(TreeCommand, IsColouredByStatusOnATerminal) {
+  const std::string command = ZEB_CIM " tree --source " + snapshotFile("teams") +
+                              " --plugin " ZEB_REAL_PLUGIN " --schema " ZEB_SCHEMA_FILE;
+  const Outcome outcome = run("/usr/bin/script", {"-qec", command, "/dev/null"}, environment());
+  EXPECT_EQ(outcome.status, 0);
+  for (const char* status : {"\x1b[32mOK\x1b[0m", "\x1b[33mDegraded\x1b[0m", "\x1b[31mError\x1b[0m"}) {
+    EXPECT_THAT(outcome.out, HasSubstr(status));
+  }
+}
+
 TEST_F(TreeCommand, NestsAsJson) {
   const Json document = json("two_cards");
   EXPECT_EQ(document["host"], hostName());

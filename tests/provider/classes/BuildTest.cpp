@@ -396,6 +396,21 @@ TEST_F(BuildTest, ANameInTwoTeamsIsAMemberOfTheFirst) {
   EXPECT_EQ(associations().at("ZEB_EthernetTeamMember"), (Names{"Team:1 > Port:1", "Team:1 > Port:2"}));
 }
 
+TEST_F(BuildTest, AMemberThatIsNoPortIsCountedAndTiedToNothing) {
+  host.addTeam("bond0");
+  addPort("eth0");
+  host.join("eth0", "bond0");
+  auto& tap = addPort("tap0");
+  tap.kind = "tun";
+  tap.parentBus.reset();
+  tap.parentDevice.reset();
+  host.join("tap0", "bond0");
+  play();
+  Plugin plugin(broker);
+  EXPECT_EQ(textOf(plugin.instances("ZEB_EthernetTeam").at(0).getProperty("MaxNumberSupported")), "uint32 2");
+  EXPECT_EQ(associationsOf(plugin).at("ZEB_EthernetTeamMember"), Names{"Team:1 > Port:1"});
+}
+
 TEST_F(BuildTest, TheSecondBuildStoresNoKeyAnew) {
   addPort("eth0");
   objects();
