@@ -18,6 +18,9 @@ extern char** environ;
 namespace ZebHost {
 namespace {
 
+/// What lists of processes show.
+constexpr char kShownName[] = "zebcim";
+
 HostError startError(const std::string& program, int error) {
   return HostError("cannot start " + program + ": " + std::strerror(error));
 }
@@ -78,7 +81,7 @@ ChildProcess::ChildProcess(const std::string& program, const std::vector<std::st
   const Descriptor theirs(ends[1]);
   fcntl(ends[0], F_SETFL, O_NONBLOCK);
   std::vector<std::string> words = arguments;
-  words.insert(words.begin(), program);
+  words.insert(words.begin(), kShownName);
   const int error = posix_spawn(&_id, program.c_str(), SpawnActions(ends[1], childSocket).get(),
                                 SpawnAttributes().get(), argumentsOf(words).data(), environ);
   if (error != 0) throw startError(program, error);

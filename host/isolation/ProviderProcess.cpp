@@ -20,6 +20,7 @@ constexpr unsigned kFarewellSeconds = 2;
 /// Its parent alone decides when the process goes; what stops a whole group of processes stops the parent.
 void followParent(int socket) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
+  prctl(PR_SET_NAME, "zebcim-plugin");
   fcntl(socket, F_SETFD, FD_CLOEXEC);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE}) ::signal(signal, SIG_IGN);
 }

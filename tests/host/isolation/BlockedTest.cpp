@@ -27,7 +27,7 @@ TEST_F(Blocked, ACallThatNeverReturnsTimesOutAlone) {
   const auto begun = Clock::now();
   auto held = hold();
   Answer other;
-  EXPECT_LT(timeOf([&] { other = read("locked 0"); }), 3s);
+  EXPECT_LT(timeOf([&] { other = read("locked 0"); }), options.timeLimit);
   EXPECT_EQ(other.outcome, How::Done);
   EXPECT_NE(other.body, std::to_string(before));
   const Answer answer = held.get();
@@ -101,7 +101,7 @@ TEST_F(Blocked, ASlowCallBesideWhichOthersAreAnsweredEndsWhereItBegan) {
 TEST_F(Blocked, ASlowCallThatHoldsOthersUpStillEndsNormally) {
   start();
   const pid_t before = provider();
-  auto slow = begin("hold-for 2500", false);
+  auto slow = begin("hold-for 1800", false);
   std::this_thread::sleep_for(50ms);
   EXPECT_EQ(read("locked 0").outcome, How::Done);
   EXPECT_EQ(slow.wait_for(0ms), std::future_status::timeout);
@@ -149,6 +149,7 @@ TEST_F(Blocked, AProcessThatIsStoppedIsReplaced) {
 
 TEST_F(Blocked, ManyCallsThatNeverReturnStayWithinTheBoundOfProcesses) {
   options.processes = 3;
+  options.timeLimit = 4s;
   start();
   provider();
   std::vector<std::future<Answer>> held;

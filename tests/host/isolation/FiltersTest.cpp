@@ -92,7 +92,7 @@ TEST_F(Filters, AfterATakeOverTheFreshProcessAloneCounts) {
   start();
   supervisor->setFilters({kAlerts});
   provider();
-  auto old = begin("hold-and-alert 2000 old", false);
+  auto old = begin("hold-and-alert 1800 old", false);
   std::this_thread::sleep_for(50ms);
   EXPECT_EQ(read("locked 0").outcome, How::Done);
   EXPECT_EQ(write("alert fresh").body, "fresh");
@@ -127,6 +127,7 @@ TEST_F(Filters, ManyIndicationsArriveInOrderThroughASlowSink) {
 }
 
 TEST_F(Filters, WhatAProcessHoldsWhenItIsReplacedStillCounts) {
+  options.timeLimit = 4s;
   std::mutex mutex;
   std::vector<std::string> got;
   supervisor = std::make_unique<ProviderSupervisor>(options, [&](const auto&, const std::string& element) {
