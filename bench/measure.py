@@ -24,7 +24,8 @@ class Plan:
         self.sizes = [100, 1000] if quick else [100, 1000, 4000]
         self.runs = 2 if quick else 5
         self.alerts = 10 if quick else 40  # of a run
-        self.idle_seconds = 5 if quick else 32  # longer than the worker's interval
+        # Windows longer than the worker's interval, and together longer than that of its polls, 200 s.
+        self.idle_seconds, self.idle_windows = (5, 2) if quick else (32, 7)
         self.limit = 20 if quick else 30  # seconds for a run of a tool
 
 
@@ -104,10 +105,10 @@ class Bench:
             environment = self.environment(ZEB_AUTOSTART="1",
                                            ZEB_STORE_DIR=str(self.folder / f"store{lab.ports}"))
             command = ["ip", "netns", "exec", lab.name, TOOL, "idle", str(self.plan.idle_seconds),
-                       str(self.plan.runs)]
+                       str(self.plan.idle_windows)]
             processes.append((lab, subprocess.Popen(command, stdout=subprocess.PIPE, env=environment)))
         for lab, process in processes:
-            out, _ = process.communicate(timeout=60 + 2 * self.plan.idle_seconds * self.plan.runs)
+            out, _ = process.communicate(timeout=60 + 2 * self.plan.idle_seconds * self.plan.idle_windows)
             self.figures.add_all(lab.ports, json.loads(out))
 
     def recorded(self, ports):
