@@ -41,9 +41,7 @@ void CmpiManagedInstanceCollection::createInstance(CmpiManagedInstance* instance
   _byPath.add(instance->pathHash(), number);
   if (const auto* association = instance->association()) {
     _byEnd.add(association->firstEnd().hash(), number);
-    if (association->secondEnd().hash() != association->firstEnd().hash()) {
-      _byEnd.add(association->secondEnd().hash(), number);
-    }
+    _byEnd.add(association->secondEnd().hash(), number);
   }
 }
 

@@ -35,6 +35,23 @@ TEST(HashIndexTest, keepsTheOrderOfAddingWhateverComesBetween) {
   EXPECT_THAT(found(index, 1), testing::ElementsAre(4));
 }
 
+TEST(HashIndexTest, tellsHashesApartByBothHalves) {
+  HashIndex index;
+  index.add(0x0000000100000000, 0);
+  index.add(0x0000000000000002, 1);
+  EXPECT_THAT(found(index, 0x0000000100000000), testing::ElementsAre(0));
+  EXPECT_THAT(found(index, 0x0000000000000002), testing::ElementsAre(1));
+}
+
+TEST(HashIndexTest, hasANumberOnceThatIsAddedTwiceInARow) {
+  HashIndex index;
+  index.add(7, 0);
+  index.add(7, 1);
+  index.add(7, 1);
+  index.add(0x700000000, 1);  // folds to 7 too
+  EXPECT_THAT(found(index, 7), testing::ElementsAre(0, 1));
+}
+
 TEST(HashIndexTest, isEmptyWhenCleared) {
   HashIndex index;
   index.add(7, 0);
