@@ -164,17 +164,21 @@ void NetlinkThread::start() {
     const SignalsBlocked inherited;
     return pthread_create(&_thread, &attributes, &NetlinkThread::run, shared.get());
   }();
+  pthread_attr_destroy(&attributes);
+  // Before anything that may throw: what the thread uses is the thread's from now on, and who destroys us
+  // finds a thread that can be stopped.
+  if (result == 0) {
+    static_cast<void>(shared.release());
+    _started = true;
+    _state->waitFor(State::Phase::Running);
+  }
 
   _logger.info("In StartNetlinkThread.\n");
   if (result != 0) {
     _logger.error("pthread create error return code: %d", result);
   } else {
-    static_cast<void>(shared.release());
-    _started = true;
-    _state->waitFor(State::Phase::Running);
     _logger.info("Netlink Thread Started");
   }
-  pthread_attr_destroy(&attributes);
 }
 
 void* NetlinkThread::run(void* argument) {

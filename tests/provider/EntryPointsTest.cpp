@@ -1,5 +1,8 @@
 #include <pthread.h>
 
+#include <stdexcept>
+#include <utility>
+
 #include "ProviderFixture.h"
 #include "cmpicpp/CmpiProvider.h"
 #include "monitor/NetlinkThread.h"
@@ -24,6 +27,23 @@ struct Interfaces {
   CMPIAssociationMI* association;
   CMPIMethodMI* method;
   CMPIIndicationMI* indication;
+};
+
+/// Throws `thrown` in place of writing a certain line, once: whoever logs fails at that point.
+template <class Thrown>
+class ThrowingSink : public RecordingLogSink {
+ public:
+  ThrowingSink(std::string line, Thrown thrown) : _line(std::move(line)), _thrown(std::move(thrown)) {}
+
+  void write(LogLevel level, std::string_view source, std::string_view text) override {
+    if (text == _line && !std::exchange(_done, true)) throw _thrown;
+    RecordingLogSink::write(level, source, text);
+  }
+
+ private:
+  const std::string _line;
+  const Thrown _thrown;
+  bool _done = false;
 };
 
 /// Each test makes its own provider and leaves none behind.
@@ -120,17 +140,17 @@ TEST_F(EntryPointsTest, ConstructsAndDestroysInTheDocumentedOrder) {
   std::vector<std::string> milestones;
   for (const auto& line : log->lines()) {
     for (const char* wanted :
-         {"calling makeDataStore...", "Entered StartNetlinkThread.", "In StartNetlinkThread.",
-          "Netlink Thread Started", "_cmpiManagedInstanceFactory", "dxtor() unloading provider",
-          "wrote to pipeFd."}) {
+         {"setStop: 0, 3", "calling makeDataStore...", "Entered StartNetlinkThread.",
+          "In StartNetlinkThread.", "Netlink Thread Started", "_cmpiManagedInstanceFactory", "setStop: 1, 3",
+          "dxtor() unloading provider", "wrote to pipeFd."}) {
       if (line.text == wanted) milestones.push_back(line.text);
     }
   }
-  EXPECT_EQ(milestones, (std::vector<std::string>{"calling makeDataStore...", "Entered StartNetlinkThread.",
-                                                  "In StartNetlinkThread.", "Netlink Thread Started",
-                                                  "_cmpiManagedInstanceFactory",
-                                                  "calling makeDataStore...",  // that of the settings
-                                                  "dxtor() unloading provider", "wrote to pipeFd."}));
+  EXPECT_EQ(milestones, (std::vector<std::string>{
+                            "setStop: 0, 3", "calling makeDataStore...", "Entered StartNetlinkThread.",
+                            "In StartNetlinkThread.", "Netlink Thread Started", "_cmpiManagedInstanceFactory",
+                            "calling makeDataStore...",  // that of the settings
+                            "setStop: 1, 3", "dxtor() unloading provider", "wrote to pipeFd."}));
   EXPECT_EQ(pipeFd[0], -1);
   EXPECT_EQ(pipeFd[1], -1);
 }
@@ -233,6 +253,30 @@ TEST_F(EntryPointsTest, AProviderThatCannotBeMadeGivesNullAndAReasonAndLeavesNot
 
   // The registry kept nothing: with a source that can be read the next call succeeds.
   serve("one_port.json");
+  EXPECT_NE(create(), nullptr);
+  cleanup();
+}
+
+// The first line is written before anything was obtained, the last one when everything was.
+TEST_F(EntryPointsTest, WhateverAConstructorThrowsIsLoggedByItsKindAndLeavesNothing) {
+  const auto before = threads();
+  for (const char* line :
+       {"calling makeDataStore...", "In StartNetlinkThread.", "_cmpiManagedInstanceFactory"}) {
+    const auto expectFailure = [&](auto thrown, const std::string& message) {
+      const auto sink = std::make_shared<ThrowingSink<decltype(thrown)>>(line, thrown);
+      setProcessLogSink(sink, LogLevel::Info);
+      CMPIStatus status{CMPI_RC_OK, nullptr};
+      EXPECT_EQ(create(&status), nullptr) << line;
+      EXPECT_EQ(status.rc, CMPI_RC_ERR_FAILED) << line;
+      EXPECT_TRUE(sink->has(LogLevel::Error, "_Generic_Create_InstanceMI: ZEBEthernetPort " + message))
+          << line;
+      EXPECT_EQ(threads(), before) << line;
+      EXPECT_EQ(pipeFd[1], -1) << line;
+    };
+    expectFailure(std::runtime_error("no more"), "constructor threw std::exception: no more");
+    expectFailure(42, "constructor threw unknown exception");
+  }
+  setProcessLogSink(log, LogLevel::Info);
   EXPECT_NE(create(), nullptr);
   cleanup();
 }
