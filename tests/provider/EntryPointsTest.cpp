@@ -281,6 +281,17 @@ TEST_F(EntryPointsTest, WhateverAConstructorThrowsIsLoggedByItsKindAndLeavesNoth
   cleanup();
 }
 
+TEST_F(EntryPointsTest, OperationsAreTimedWherePerformanceIsMonitored) {
+  for (const bool monitored : {false, true}) {
+    configure("ZEB_PERFMON", monitored ? "true" : "false");
+    log->clear();
+    create();
+    EXPECT_EQ(enumerate(instance(), "ZEB_EthernetPort"), CMPI_RC_OK);
+    cleanup();
+    EXPECT_EQ(log->mentions(LogLevel::Info, "perfmon enumInstanceNames: 1 calls, 0 failed, "), monitored);
+  }
+}
+
 TEST_F(EntryPointsTest, AThreadThatCannotBeStartedIsLoggedAndTheProviderServes) {
   // No address space for a thread's stack: creating one fails, everything else has what it needs.
   pthread_attr_t defaults;
