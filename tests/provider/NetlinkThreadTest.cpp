@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <syslog.h>
 
 #include <atomic>
 #include <cerrno>
@@ -64,6 +65,11 @@ bool eventually(Condition condition) {
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
   return true;
+}
+
+/// What goes to the system log is written to standard error, too, behind "zeb: ".
+void showSystemLog() {
+  openlog("zeb", LOG_PERROR, LOG_USER);
 }
 
 class NetlinkThreadTest : public testing::Test {
@@ -150,6 +156,20 @@ TEST_F(NetlinkThreadTest, WithoutAPipeTheThreadEndsAndTheStopperSaysSoOnce) {
   EXPECT_EQ(recorded.sink->count("Unable to write to pipe fd"), 0U);
 }
 
+TEST_F(NetlinkThreadTest, WithoutAPipeTheSystemLogSaysWhy) {
+  const auto body = [&] {
+    showSystemLog();
+    failing = Failing::Pipe;
+    {
+      NetlinkThread thread(recorded.logger, handler);
+      thread.start();
+    }
+    _exit(0);
+  };
+  EXPECT_EXIT(body(), testing::ExitedWithCode(0),
+              "zeb: Unable to open a pipe for pipeFd file descriptor Too many open files\n");
+}
+
 TEST_F(NetlinkThreadTest, WhenEveryWriteFailsNothingWaits) {
   // The thread goes on, so this happens in a process of its own.
   const auto body = [&] {
@@ -175,12 +195,22 @@ struct FatalCall {
   const char* message;
 };
 
+// To the system log, then to standard error.
 const FatalCall kFatalCalls[] = {
     {"Socket", Failing::Socket,
-     "Netlink socket failed. Unable to capture transient errors.: Too many open files"},
-    {"Bind", Failing::Bind, "bind failed: Too many open files"},
-    {"Select", Failing::Select, "Error in select\\(\\): Too many open files"},
-    {"Recv", Failing::Recv, "recv failed: Too many open files"},
+     "zeb: Netlink socket failed\\. Unable to capture transient errors\\.\n"
+     "Netlink socket failed\\. Unable to capture transient errors\\.: Too many open files\n"},
+    {"Bind", Failing::Bind,
+     "zeb: Netlink bind failed\\. Unable to capture transient errors\\.\n"
+     "bind failed: Too many open files\n"},
+    {"Select", Failing::Select,
+     "zeb: Waiting for event notification from netlink\\. \n"
+     "zeb: Error in select\\(\\)\n"
+     "Error in select\\(\\): Too many open files\n"},
+    {"Recv", Failing::Recv,
+     "zeb: Waiting for event notification from netlink\\. \n"
+     "zeb: Netlink recv failed\\. Unable to capture transient errors\\.\n"
+     "recv failed: Too many open files\n"},
 };
 
 class FatalCallTest : public NetlinkThreadTest, public testing::WithParamInterface<FatalCall> {};
@@ -188,6 +218,7 @@ class FatalCallTest : public NetlinkThreadTest, public testing::WithParamInterfa
 TEST_P(FatalCallTest, EndsTheProcessWithStatusOne) {
   const auto body = [&] {
     if (!enterNewNetworkNamespace()) _exit(2);
+    showSystemLog();
     failing = GetParam().call;
     NetlinkThread thread(recorded.logger, handler);
     thread.start();
