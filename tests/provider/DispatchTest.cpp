@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <future>
+
 #include "ProviderFixture.h"
 #include "cmpicpp/CmpiData.h"
 #include "provider/EntryPoints.h"
@@ -176,6 +179,43 @@ TEST_F(DispatchTest, WhatTheProviderDoesNotOfferIsNotSupported) {
             CMPI_RC_ERR_NOT_SUPPORTED);
   EXPECT_EQ(instances->ft->execQuery(instances, &call.context(), &call.result(), path, "SELECT", "WQL").rc,
             CMPI_RC_ERR_NOT_SUPPORTED);
+}
+
+/// A client that takes its answer only when it is let go. One at a time.
+struct SlowClient {
+  SlowClient() { current = this; }
+  ~SlowClient() { current = nullptr; }
+
+  static CMPIStatus take(const CMPIResult*, const CMPIInstance*) {
+    current->asked.set_value();
+    current->letGo.get_future().wait();
+    return {CMPI_RC_OK, nullptr};
+  }
+
+  static inline SlowClient* current = nullptr;
+  std::promise<void> asked;
+  std::promise<void> letGo;
+};
+
+TEST_F(DispatchTest, AClientThatIsSlowToTakeItsAnswerHoldsNobodyUp) {
+  SlowClient slow;
+  const auto atOnce = std::launch::async;
+  auto first = std::async(atOnce, [this] {
+    FakeBroker::Call call(broker);
+    CMPIResultFT table = *call.result().ft;
+    table.returnInstance = SlowClient::take;
+    call.result().ft = &table;
+    return instances->ft
+        ->enumerateInstances(instances, &call.context(), &call.result(),
+                             call.path({"root/jxv", "ZEB_EthernetPort"}), nullptr)
+        .rc;
+  });
+  slow.asked.get_future().wait();
+  auto second = std::async(atOnce, [this] { return enumerate("ZEB_EthernetPort").size(); });
+  EXPECT_EQ(second.wait_for(std::chrono::seconds(10)), std::future_status::ready);
+  slow.letGo.set_value();
+  EXPECT_EQ(second.get(), 1U);
+  EXPECT_EQ(first.get(), CMPI_RC_OK);
 }
 
 TEST_F(DispatchTest, EveryOperationLogsItsName) {
