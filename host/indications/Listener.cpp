@@ -56,6 +56,8 @@ void Listener::prepare() {
   CURL* const easy = _easy.get();
   curl_easy_setopt(easy, CURLOPT_PRIVATE, this);
   curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+  // Without it the end of a transfer waits for a name that does not resolve, and all others with it.
+  curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
   curl_easy_setopt(easy, CURLOPT_PROXY, "");  // the environment does not decide where alerts go
   curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
   curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 0L);
