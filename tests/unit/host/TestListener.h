@@ -35,6 +35,7 @@ class TestListener {
   struct Request {
     std::string head;
     std::string body;
+    std::chrono::steady_clock::time_point arrival = std::chrono::steady_clock::now();
   };
   /// What is sent for the request with a number, from 0; nothing: the connection is closed without an answer.
   using Script = std::function<std::string(std::size_t number, const Request& request)>;
