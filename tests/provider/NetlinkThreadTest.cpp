@@ -12,8 +12,10 @@
 #include <functional>
 #include <thread>
 
+#include "ProviderFixture.h"
 #include "monitor/LinkWatch.h"
 #include "monitor/NetlinkThread.h"
+#include "provider/EntryPoints.h"
 #include "support/NetworkNamespace.h"
 #include "support/ProcessCounts.h"
 #include "support/RecordingLogSink.h"
@@ -236,6 +238,30 @@ std::string nameOfCall(const testing::TestParamInfo<FatalCall>& each) {
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryCall, FatalCallTest, testing::ValuesIn(kFatalCalls), nameOfCall);
+
+class LivingProviderTest : public ProviderTest {
+ protected:
+  LivingProviderTest() { testing::FLAGS_gtest_death_test_style = "threadsafe"; }
+};
+
+// The static objects go on the very thread that the provider otherwise waits for, its timer with them.
+TEST_F(LivingProviderTest, GoesWhenItsThreadEndsTheProcess) {
+  const auto body = [&] {
+    if (!enterNewNetworkNamespace()) _exit(2);
+    configure("ZEB_AUTOSTART", "1");
+    setProcessLogSink(makeStandardErrorSink(), LogLevel::Info);
+    FakeBroker::Call call(broker);
+    if (!_Generic_Create_InstanceMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr)) _exit(3);
+    failing = Failing::Recv;
+    for (;;) {
+      setLoopback(true);
+      setLoopback(false);
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+  };
+  EXPECT_EXIT(body(), testing::ExitedWithCode(1),
+              "recv failed: Too many open files\n(.*\n)*.*dxtor\\(\\) unloading provider");
+}
 
 TEST_F(NetlinkThreadTest, SignalsAreBlockedInTheThread) {
   NetlinkThread thread(recorded.logger, handler);
