@@ -9,6 +9,7 @@
 #include "common/ZEBUtil.h"
 #include "ethernet/RefreshScope.h"
 #include "monitor/Events.h"
+#include "monitor/IndicationSender.h"
 #include "monitor/ZEB_EthEventSettings.h"
 #include "monitor/ZEB_EthernetCollection.h"
 #include "monitor/ZEB_EthernetIndication.h"
@@ -25,21 +26,6 @@ std::string textAt(const char* text) {
   if (!text) throw std::logic_error("basic_string: construction from null is not valid");
   return text;
 }
-
-/// A sender, made with the log lines of its making.
-class Sender : public ZEB_EthernetIndication {
- public:
-  Sender(const Logger& logger, const std::string& nameSpace)
-      : ZEB_EthernetIndication(announced(logger), nameSpace) {
-    logger.info("Done creating EthernetIndication object");
-  }
-
- private:
-  static const Logger& announced(const Logger& logger) {
-    logger.info("Creating EthernetIndication object");
-    return logger;
-  }
-};
 
 }  // namespace
 
@@ -103,7 +89,7 @@ void ZEBEthernetPortProvider::BackgroundWorker::forEachCollection(Visit&& visit)
 void ZEBEthernetPortProvider::BackgroundWorker::reportCollectionState() {
   forEachCollection([this](ZEB_EthernetCollection& collection) {
     if (!_provider._readyToSendIndications || !collection.testAndClearStateChanged()) return;
-    Sender sender(_logger, std::string(kNameSpace.view()));
+    IndicationSender sender(_logger, std::string(kNameSpace.view()));
     const std::string element = collection.makeObjectPath().str();
     const std::string partNumber = textAt(nullptr);
     const std::string comment = textAt(nullptr);
@@ -114,7 +100,7 @@ void ZEBEthernetPortProvider::BackgroundWorker::reportCollectionState() {
 
 // Likewise.
 void ZEBEthernetPortProvider::BackgroundWorker::sendHeartbeat() {
-  Sender sender(_logger, std::string(kNameSpace.view()));
+  IndicationSender sender(_logger, std::string(kNameSpace.view()));
   const std::string partNumber = textAt(nullptr);
   const std::string comment = textAt(nullptr);
   sender.send(kHeartbeat, "", "heartbeat baby", kProviderSubCategory, BMC_physloc_NULL, partNumber, comment,

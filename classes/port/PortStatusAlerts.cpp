@@ -1,7 +1,7 @@
 #include "classes/port/PortDescription.h"
 #include "classes/port/ZEB_EthernetPort.h"
 #include "monitor/Events.h"
-#include "monitor/ZEB_EthernetIndication.h"
+#include "monitor/IndicationSender.h"
 
 // Which change of a port's status is worth which alert, and the sending of it.
 
@@ -49,9 +49,7 @@ void ZEB_EthernetPort::manageDynamic(bool& visible, int indicationsEnabled, int 
   logger().info("new status: %d", now);
   if (now != before) {
     if (monitorPorts != 0 && included()) {
-      logger().info("Creating EthernetIndication object");
-      ZEB_EthernetIndication sender(logger(), nameSpace());
-      logger().info("Done creating EthernetIndication object");
+      IndicationSender sender(logger(), nameSpace());
       if (indicationsEnabled != 0) sendStatusAlert(sender, before, now, context);
     } else {
       logger().info(

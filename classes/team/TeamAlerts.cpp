@@ -4,8 +4,8 @@
 #include "classes/team/ZEB_EthernetTeam.h"
 #include "common/Physloc.h"
 #include "monitor/Events.h"
+#include "monitor/IndicationSender.h"
 #include "monitor/ZEB_EthEventSettings.h"
-#include "monitor/ZEB_EthernetIndication.h"
 
 // A team's look at itself, and the sending of the alerts that it calls for.
 
@@ -58,9 +58,7 @@ void ZEB_EthernetTeam::sendAlerts(const State& before, const State& now, const C
   alerts.insert(alerts.end(), memberAlerts.begin(), memberAlerts.end());
   if (alerts.empty()) return;
 
-  logger().info("Creating EthernetIndication object");
-  ZEB_EthernetIndication sender(logger(), nameSpace());
-  logger().info("Done creating EthernetIndication object");
+  IndicationSender sender(logger(), nameSpace());
   const std::string path = makeObjectPath().str();
   for (const TeamAlert& alert : alerts) {
     sender.send(alert.eventId, path, alert.message, kTeamSubCategory, BMC_physloc_NULL, kPartNumber,
