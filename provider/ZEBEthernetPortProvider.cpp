@@ -4,7 +4,6 @@
 #include "common/Configuration.h"
 #include "common/Physloc.h"
 #include "common/ZEBUtil.h"
-#include "ethernet/Sources.h"
 #include "provider/Names.h"
 
 namespace ZEB {
@@ -31,12 +30,12 @@ ZEBEthernetPortProvider::ZEBEthernetPortProvider(const CmpiCpp::CmpiBroker& brok
 
   ZEBPhysloc::init(ZEBPhysloc::kThisChassis);
   StartNetlinkThread();
-  checkSource();
   {
     const std::lock_guard lock(_linkWatch->mutex);
     makeDataSources();
   }
   _cmpiManagedInstanceFactory();
+  checkRecording();
   watchRecording();
 }
 
@@ -64,11 +63,10 @@ void ZEBEthernetPortProvider::StartNetlinkThread() {
 
 // A recording that cannot be played back is a mistake of whoever configured it, who has to be told; a host
 // whose kernel does not answer is served all the same.
-void ZEBEthernetPortProvider::checkSource() {
-  const std::string file = Configuration::current()->sourceFile;
-  if (file.empty()) return;
-  if (const auto trouble = ethernet::checkRecording(file))
-    throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_FAILED, *trouble);
+void ZEBEthernetPortProvider::checkRecording() const {
+  const std::string trouble = _ethMRA->failureText();
+  if (Configuration::current()->sourceFile.empty() || trouble.empty()) return;
+  throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_FAILED, trouble);
 }
 
 // A recording is another host: link messages of this one say nothing of it. Who calls the worker by itself

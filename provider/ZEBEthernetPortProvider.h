@@ -74,7 +74,7 @@ class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
   class BackgroundWorker;
 
   void StartNetlinkThread();
-  static void checkSource();
+  void checkRecording() const;
   void watchRecording();
   /// Puts new data sources in place of the ones there are, if any. The caller holds the link watch's mutex.
   void makeDataSources();
