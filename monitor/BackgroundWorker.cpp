@@ -72,6 +72,7 @@ std::uint32_t ZEBEthernetPortProvider::BackgroundWorker::work() {
   postStatus();
   _netlinkEvent = false;
   _logger.info("::value of _netlinkEvent at end= %d ", _netlinkEvent.load());
+  if (rebuildIsDue()) LinkWatch::lookAgain();
   return result != 0 ? kEventsFailed : 0;
 }
 
@@ -142,6 +143,13 @@ bool ZEBEthernetPortProvider::BackgroundWorker::refresh() {
     _provider._ethTeamMRA->updateAll();
   }
   return _provider._ethMRA->ethEventDetected() || _provider._ethTeamMRA->ethTeamEventDetected();
+}
+
+// What hangs on ports and teams is built anew once their events have been told: before, the instances that
+// remember how they were would be gone. Nothing else may be announced until the next poll.
+bool ZEBEthernetPortProvider::BackgroundWorker::rebuildIsDue() const {
+  return _provider._ethMRA && _provider._ethTeamMRA &&
+         (_provider._ethMRA->reloadHeldBack() || _provider._ethTeamMRA->reloadHeldBack());
 }
 
 // Teams that went are reported while their instances are still there, teams that came when theirs are.

@@ -29,6 +29,7 @@ class ZEBEthernetPortProvider::BackgroundWorker {
   bool pollIsDue();
   /// Brings data and instances up to date; whether there was an event in what was seen.
   bool refresh();
+  bool rebuildIsDue() const;
   void rebuild(const std::vector<std::string>& added, const std::vector<std::string>& removed);
   void replaceInstances();
   /// Alerts of teams that came or went; the failures are logged in the words of `failure`.

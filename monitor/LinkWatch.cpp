@@ -29,14 +29,18 @@ long LinkWatch::handleMessage(int socket) {
   return received;
 }
 
+void LinkWatch::lookAgain() {
+  _netlinkEvent = true;
+  ZEBUtil::wakeWorker();
+}
+
 bool LinkWatch::followRecording() {
   const std::lock_guard lock(mutex);
   if (!ethMRA || !ethTeamMRA || !ethMRA->announced()) return true;
   if (ethMRA->updateAll() != 0) return false;
   ethTeamMRA->updateAll();
   ++messages;
-  _netlinkEvent = true;
-  ZEBUtil::wakeWorker();
+  lookAgain();
   return true;
 }
 

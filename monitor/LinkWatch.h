@@ -24,9 +24,12 @@ struct LinkWatch {
   /// Receives one message and refreshes the data sources. Answers what recv(2) answered. On the thread.
   long handleMessage(int socket);
 
-  /// The same for a source that sends no messages: acts as on one if the source announces a change. False
-  /// when it could not be read.
+  /// The same for a source that sends no messages: acts as on one if the source announces
+  /// a change. False when it could not be read.
   bool followRecording();
+
+  /// Has the worker look again soon, as after a message.
+  static void lookAgain();
 };
 
 }  // namespace ZEB

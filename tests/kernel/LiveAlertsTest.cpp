@@ -103,6 +103,31 @@ TEST_F(LiveAlertsTest, ARepeatedLinkMessageIsNoAlert) {
   });
 }
 
+// The address of a port that is down is no endpoint. The event comes first, and the build right after it.
+TEST_F(LiveAlertsTest, TheModelFollowsWhatWasReported) {
+  IN_NAMESPACE([this] {
+    ip("link add a0 type veth peer name b0");
+    for (const std::string end : {"a0", "b0"}) {
+      // The kernel's own IPv6 addresses come when they like.
+      ip("link set " + end + " addrgenmode none");
+      ip("link set " + end + " up");
+    }
+    ip("address add 192.0.2.1/24 dev a0");
+    LoadedPlugin plugin(broker);
+    const auto endpointsBecome = [&](std::size_t count) {
+      return eventually([&] { return plugin.count("ZEB_IPProtocolEndpoint") == count; });
+    };
+    ASSERT_TRUE(endpointsBecome(1));
+    ip("link set a0 down");
+    EXPECT_TRUE(broker.waitForDeliveries(2, 10s));
+    EXPECT_TRUE(endpointsBecome(0));
+    ip("link set a0 up");
+    EXPECT_TRUE(broker.waitForDeliveries(4, 10s));
+    EXPECT_TRUE(endpointsBecome(1));
+    EXPECT_EQ(settledEvents(), (std::map<std::string, int>{{"2", 1}, {"3", 1}, {"20", 1}, {"21", 1}}));
+  });
+}
+
 // An alert may be on its way, or not yet thought of, when the plug-in goes.
 TEST_F(LiveAlertsTest, LoadEventAndUnloadRounds) {
   const char* soak = std::getenv("ZEB_SOAK");

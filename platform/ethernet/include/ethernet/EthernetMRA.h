@@ -52,9 +52,14 @@ class EthernetMRA {
   /// Why the source could last not be read, in one line; empty when it could.
   std::string failureText() const;
 
+  /// Whether the last `forceReload` would have been true, but for an event that was latched: once the event
+  /// has been dealt with, the next one is. For the thread that reloads.
+  bool reloadHeldBack() const { return _reloadHeldBack; }
+
  private:
   std::shared_ptr<ethernet::Inventory> _inventory;
   std::unique_ptr<ethernet::Walk> _walk;
+  bool _reloadHeldBack = false;
 };
 
 /// The data source that the configuration asks for: this host or a recorded snapshot.

@@ -41,9 +41,14 @@ class EthernetTeamMRA {
 
   void buildFailed();
 
+  /// Whether the last `forceReload` would have been true, but for an event that was latched: once the event
+  /// has been dealt with, the next one is. For the thread that reloads.
+  bool reloadHeldBack() const { return _reloadHeldBack; }
+
  private:
   std::shared_ptr<ethernet::Inventory> _inventory;
   std::unique_ptr<ethernet::Walk> _walk;
+  bool _reloadHeldBack = false;
 };
 
 std::unique_ptr<EthernetTeamMRA> ethernetTeamMRAFactory(const Logger& logger);

@@ -35,11 +35,14 @@ int EthernetMRA::getNextData(bool, EthernetAdapterDataObject& adapter) {
 }
 
 bool EthernetMRA::forceReload() {
+  _reloadHeldBack = false;
   const auto model = _inventory->reload(kKind);
   if (!model) return false;
   const auto given = _inventory->delivered(kKind);
   if (_inventory->deliveryPending(kKind) || adaptersDiffer(given.get(), *model)) return true;
-  return !_inventory->eventLatched() && portLayersDiffer(given.get(), *model);
+  const bool differs = portLayersDiffer(given.get(), *model);
+  _reloadHeldBack = differs && _inventory->eventLatched();
+  return differs && !_reloadHeldBack;
 }
 
 int EthernetMRA::updateAll() {

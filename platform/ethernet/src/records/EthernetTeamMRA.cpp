@@ -35,6 +35,7 @@ int EthernetTeamMRA::getNextData(bool, EthernetTeamDataObject& team) {
 }
 
 bool EthernetTeamMRA::forceReload(std::vector<std::string>& added, std::vector<std::string>& removed) {
+  _reloadHeldBack = false;
   added.clear();
   removed.clear();
   const auto model = _inventory->reload(kKind);
@@ -43,7 +44,9 @@ bool EthernetTeamMRA::forceReload(std::vector<std::string>& added, std::vector<s
   added = teamNamesAdded(given.get(), model.get());
   removed = teamNamesAdded(model.get(), given.get());
   if (_inventory->deliveryPending(kKind) || !added.empty() || !removed.empty()) return true;
-  return !_inventory->eventLatched() && teamLayersDiffer(given.get(), *model);
+  const bool differs = teamLayersDiffer(given.get(), *model);
+  _reloadHeldBack = differs && _inventory->eventLatched();
+  return differs && !_reloadHeldBack;
 }
 
 int EthernetTeamMRA::updateAll() {
