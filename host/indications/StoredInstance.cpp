@@ -16,6 +16,11 @@ std::string_view withoutSlashes(std::string_view nameSpace) {
   return nameSpace;
 }
 
+std::string_view lastPart(std::string_view nameSpace) {
+  nameSpace = withoutSlashes(nameSpace);
+  return nameSpace.substr(nameSpace.rfind('/') + 1);
+}
+
 std::string quoted(std::string_view name) {
   return "'" + std::string(name) + "'";
 }
@@ -78,10 +83,11 @@ std::string InstanceNames::defaultOf(std::string_view key, const ClassDef& class
   return {};
 }
 
-/// The command-line client takes the first part of a namespace that stands in a reference for the host.
+// Clients differ in what they take for the host in a reference that is written as text: of "root/interop" the
+// last part is left, or a host stands before it. The classes are of this namespace alone, so the last part
+// tells.
 bool InstanceNames::isOwn(const PathBody& path) const {
-  return path.nameSpace.empty() || sameNameSpace(path.nameSpace, _nameSpace) ||
-         sameNameSpace(std::string(path.host) + "/" + std::string(path.nameSpace), _nameSpace);
+  return path.nameSpace.empty() || sameName(lastPart(path.nameSpace), lastPart(_nameSpace));
 }
 
 std::string InstanceNames::nameOf(const PathBody& path) const {

@@ -281,9 +281,11 @@ TEST_F(Interop, PathsMayNameHostAndNamespace) {
     return space->getInstance(*named, nullptr).code;
   };
   EXPECT_EQ(code("somewhere", "Root/Interop"), CMPI_RC_OK);
-  EXPECT_EQ(code("root", "interop"), CMPI_RC_OK) << "as the command-line client writes references";
+  EXPECT_EQ(code("", "/root/interop/"), CMPI_RC_OK);
+  EXPECT_EQ(code("root", "interop"), CMPI_RC_OK) << "as a client may write references";
+  EXPECT_EQ(code("", "somewhere/root/interop"), CMPI_RC_OK) << "likewise";
   EXPECT_EQ(code("", "root/jxv"), CMPI_RC_ERR_INVALID_PARAMETER);
-  EXPECT_EQ(code("host", "interop"), CMPI_RC_ERR_INVALID_PARAMETER);
+  EXPECT_EQ(code("", "root"), CMPI_RC_ERR_INVALID_PARAMETER);
 }
 
 TEST_F(Interop, AssociationsLeadBothWays) {
