@@ -51,7 +51,7 @@ class Supervised : public testing::Test {
   Answer read(const std::string& message) { return supervisor->perform(message, true); }
   Answer write(const std::string& message) { return supervisor->perform(message, false); }
   std::future<Answer> begin(const std::string& message, bool repeatable);
-  /// The process that answers now.
+  /// The process that answers now. Throws when none does.
   pid_t provider();
 
   std::string file(const std::string& name) const { return folder + "/" + name; }
