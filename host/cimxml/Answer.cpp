@@ -42,6 +42,12 @@ int cimCode(CMPIrc code) {
   return code < CMPI_RC_ERR_FAILED || code > kHighest ? CMPI_RC_ERR_FAILED : code;
 }
 
+/// The text of an error without the code behind it, which clients get as a number.
+std::string_view descriptionOf(const CimError& error) {
+  const std::string_view text = error.what();
+  return text.substr(0, text.rfind(" (CMPI code "));
+}
+
 }  // namespace
 
 std::string answer(std::string_view body, Namespace& target) {
@@ -60,7 +66,7 @@ std::string answer(std::string_view body, Namespace& target) {
       performMethod(call, target, reader, message.nameSpace, content);
     }
   } catch (const CimError& error) {
-    return errorAnswer(message, error.code, error.what());
+    return errorAnswer(message, error.code, descriptionOf(error));
   }
   return envelope(message, content);
 }

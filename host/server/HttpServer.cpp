@@ -164,8 +164,7 @@ HttpServer::HttpServer(ListeningSocket listener, Router& router, HttpBounds& bou
       flags, 0, nullptr, nullptr, onAccess, this, MHD_OPTION_LISTEN_SOCKET, socket,
       MHD_OPTION_CONNECTION_LIMIT, settings.connections, MHD_OPTION_PER_IP_CONNECTION_LIMIT,
       settings.connectionsPerAddress, MHD_OPTION_CONNECTION_MEMORY_LIMIT, kHeadBytes,
-      MHD_OPTION_THREAD_STACK_SIZE, kThreadStack, MHD_OPTION_CONNECTION_TIMEOUT,
-      static_cast<unsigned>(settings.requestTime.count()), MHD_OPTION_NOTIFY_COMPLETED, onCompleted, this,
+      MHD_OPTION_THREAD_STACK_SIZE, kThreadStack, MHD_OPTION_NOTIFY_COMPLETED, onCompleted, this,
       MHD_OPTION_NOTIFY_CONNECTION, onConnection, this, MHD_OPTION_ARRAY, options.data(), MHD_OPTION_END);
   if (!_daemon) throw HostError("cannot serve at " + _address);
 }
