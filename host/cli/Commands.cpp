@@ -15,6 +15,7 @@
 #include "cli/TextOutput.h"
 #include "cli/TreeModel.h"
 #include "cli/Watch.h"
+#include "server/PluginProcess.h"
 
 namespace ZebHost {
 namespace {
@@ -186,12 +187,15 @@ void runCommand(const Options& options, Session& session, const Output& output) 
   found->run(options, session, output);
 }
 
-int runZebcim(int argc, const char* const* argv, std::ostream& out, std::ostream& err, bool colour) {
+int runZebcim(int argc, const char* const* argv, std::ostream& out, std::ostream& err, bool colour,
+              Service serve) {
   int exitStatus = 0;
   const auto options = parseOptions(argc, argv, out, err, exitStatus);
   if (!options) return exitStatus;
   try {
     if (options->command == "doctor") return diagnose(*options, {out, err, colour});
+    if (options->command == "serve") return serve(*options, {out, err, colour});
+    if (options->command == "provide") return runPluginProcess(*options);
     Session session(*options);
     runCommand(*options, session, {out, err, colour});
     if (!out.flush()) throw HostError("cannot write the output");

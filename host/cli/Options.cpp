@@ -62,11 +62,24 @@ void addCapture(CLI::App& app, Options& options) {
   command.add_flag("--anonymize", options.anonymize, "Replace addresses and serial numbers");
 }
 
+void addServe(CLI::App& app, Options& options) {
+  CLI::App& command =
+      *app.add_subcommand("serve", "Serve CIM clients over HTTP and HTTPS, until interrupted");
+  command.add_option("--config", options.config, "The configuration to read")->type_name("FILE");
+  command.add_option("--http", options.http, "Where to listen, 'none' for not at all")
+      ->type_name("ADDRESS:PORT");
+  command.add_option("--https", options.https, "The same with TLS")->type_name("ADDRESS:PORT");
+  command.add_option("--state", options.state, "Folder for what has to survive a restart")
+      ->type_name("FOLDER");
+  app.add_subcommand("provide", "The plug-in's process of a server")->group("");
+}
+
 void addCommands(CLI::App& app, Options& options) {
   app.add_subcommand("tree", "Cards, ports, teams and their addresses at a glance");
   addWatch(app, options);
   app.add_subcommand("doctor", "Whether everything is as it should be");
   addCapture(app, options);
+  addServe(app, options);
   app.add_subcommand("classes", "Classes that are served");
 
   CLI::App& instances = *app.add_subcommand("instances", "Instances of a class and of its subclasses");

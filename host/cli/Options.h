@@ -24,6 +24,11 @@ struct Options {
   std::optional<double> watchSeconds;       ///< nothing: until a signal comes
   std::optional<std::uint64_t> watchCount;  ///< likewise
 
+  std::string config;  ///< of the server, as the next three
+  std::string http;
+  std::string https;
+  std::string state;
+
   bool json = false;
   bool includeVirtual = false;
   std::string source;

@@ -11,18 +11,6 @@ namespace {
 
 constexpr char kSchemaFile[] = "zeb.mof";
 
-std::string findSchema(const std::string& option) {
-  if (!option.empty()) return option;
-  const std::filesystem::path beside(executableFolder());
-  std::error_code ignored;
-  for (const auto& folder : {beside / "../schema", beside / ".." / ZEB_SCHEMA_FOLDER}) {
-    const auto file = (folder / kSchemaFile).lexically_normal();
-    if (std::filesystem::exists(file, ignored)) return file.string();
-  }
-  throw HostError(std::string("cannot find the schema ") + kSchemaFile + ": expected it in " +
-                  (beside / ".." / ZEB_SCHEMA_FOLDER).lexically_normal().string());
-}
-
 /// A snapshot that is not there is named before anything is loaded.
 void requireReadable(const std::string& snapshot) {
   std::error_code error;
@@ -41,6 +29,18 @@ void requireReadable(const std::string& snapshot) {
 std::string executableFolder() {
   std::error_code error;
   return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
+}
+
+std::string findSchema(const std::string& option) {
+  if (!option.empty()) return option;
+  const std::filesystem::path beside(executableFolder());
+  std::error_code ignored;
+  for (const auto& folder : {beside / "../schema", beside / ".." / ZEB_SCHEMA_FOLDER}) {
+    const auto file = (folder / kSchemaFile).lexically_normal();
+    if (std::filesystem::exists(file, ignored)) return file.string();
+  }
+  throw HostError(std::string("cannot find the schema ") + kSchemaFile + ": expected it in " +
+                  (beside / ".." / ZEB_SCHEMA_FOLDER).lexically_normal().string());
 }
 
 Session::Session(const Options& options)

@@ -11,6 +11,9 @@
 
 namespace ZebHost {
 
+/// The schema that an option names, else the one that belongs to the executable. Throws HostError.
+std::string findSchema(const std::string& option);
+
 /// Folder of the running executable.
 std::string executableFolder();
 

@@ -1,0 +1,19 @@
+// Text in XML.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace ZebHost {
+
+/// Appends text as it may stand in content and in quoted attributes. What is no UTF-8, or no character of
+/// XML, becomes the replacement character: better than a document that nobody can read.
+void appendEscaped(std::string& out, std::string_view text);
+
+/// Appends ` name="value"`.
+void appendAttribute(std::string& out, std::string_view name, std::string_view value);
+
+/// Whether text is UTF-8 and holds nothing but characters of XML.
+bool isXmlText(std::string_view text);
+
+}  // namespace ZebHost

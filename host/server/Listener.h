@@ -1,0 +1,18 @@
+// A socket that listens.
+#pragma once
+
+#include <string>
+
+#include "isolation/Descriptor.h"
+
+namespace ZebHost {
+
+struct ListeningSocket {
+  Descriptor socket;
+  std::string address;  ///< with the port that was bound
+};
+
+/// Binds "ADDRESS:PORT"; the address is numeric, in brackets for IPv6, or * for all. Throws HostError.
+ListeningSocket listenAt(const std::string& where);
+
+}  // namespace ZebHost

@@ -1,0 +1,36 @@
+// What becomes of a request.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "isolation/ProviderSupervisor.h"
+#include "server/Authenticator.h"
+#include "server/HttpHead.h"
+#include "server/PluginNamespace.h"
+
+namespace ZebHost {
+
+/// Safe from several threads.
+class Router {
+ public:
+  /// `interop`: null when there is no such namespace.
+  Router(Authenticator& users, ProviderSupervisor& plugin, const ClassRepository& repository,
+         Namespace* interop);
+
+  /// The answer to a request that can be refused before its body has come.
+  std::optional<HttpAnswer> refuse(const HttpHead& head);
+  HttpAnswer handle(const HttpHead& head, std::string_view body);
+
+ private:
+  std::optional<HttpAnswer> refuseUser(const HttpHead& head, const CimMessage& message);
+  std::string perform(std::string_view body, const CimMessage& message);
+
+  Authenticator& _users;
+  ProviderSupervisor& _plugin;
+  const ProviderCalls _noProvider;
+  PluginNamespace _classes;
+  Namespace* const _interop;
+};
+
+}  // namespace ZebHost

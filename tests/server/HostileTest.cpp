@@ -1,0 +1,153 @@
+// What no honest client sends: the error that the standards name, and a server that goes on.
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <thread>
+
+#include "Server.h"
+
+namespace ZebHost {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class HostileTest : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    server =
+        std::make_unique<Server>(std::vector<std::string>{"--source", ZEB_SNAPSHOTS "/one_port.json"},
+                                 "[limits]\nrequest-seconds = 2\nrequest-bytes = 100000\ncall-seconds = 4\n");
+  }
+  static void TearDownTestSuite() { server.reset(); }
+
+  static std::string ask(const std::string& bytes) { return exchange(server->http(), bytes); }
+
+  void TearDown() override {
+    const std::string names = call("EnumerateClassNames", "");
+    EXPECT_THAT(ask(post(names, "EnumerateClassNames")), StartsWith("HTTP/1.1 200 "));
+  }
+
+  static std::unique_ptr<Server> server;
+};
+
+std::unique_ptr<Server> HostileTest::server;
+
+std::string asked(const std::string& className) {
+  return "<IPARAMVALUE NAME=\"ClassName\"><CLASSNAME NAME=\"" + className + "\"/></IPARAMVALUE>";
+}
+
+TEST_F(HostileTest, MethodsOtherThanPostAreNotAllowed) {
+  EXPECT_THAT(ask("GET / HTTP/1.1\r\nHost: x\r\nConnection: close\r\n\r\n"), StartsWith("HTTP/1.1 405 "));
+}
+
+TEST_F(HostileTest, OtherContentsThanXmlAreUnsupported) {
+  EXPECT_THAT(ask("POST / HTTP/1.1\r\nHost: x\r\nContent-Type: text/html\r\nCIMOperation: MethodCall\r\n"
+                  "Content-Length: 0\r\n\r\n"),
+              StartsWith("HTTP/1.1 415 "));
+  EXPECT_THAT(ask(post("x", "GetClass", "root/jxv", "Content-Encoding: gzip\r\nConnection: close\r\n")),
+              StartsWith("HTTP/1.1 415 "));
+}
+
+TEST_F(HostileTest, HeadersHaveToSayWhatTheRequestSays) {
+  const std::string answer = ask(post(call("EnumerateClassNames", ""), "GetClass"));
+  EXPECT_THAT(answer, StartsWith("HTTP/1.1 400 "));
+  EXPECT_THAT(answer, HasSubstr("CIMError: header-mismatch"));
+}
+
+TEST_F(HostileTest, TruncatedXmlIsNotWellFormed) {
+  const std::string whole = call("GetClass", asked("CIM_ManagedElement"));
+  for (std::size_t length = 0; length < whole.size(); length += 17) {
+    const std::string answer = ask(post(whole.substr(0, length), "GetClass"));
+    EXPECT_THAT(answer, StartsWith("HTTP/1.1 400 ")) << length;
+    EXPECT_THAT(answer, HasSubstr("CIMError: request-not-")) << length;
+  }
+}
+
+TEST_F(HostileTest, DeepNestingIsRefused) {
+  std::string deep;
+  for (int i = 0; i < 10'000; ++i) deep += "<a>";
+  for (int i = 0; i < 10'000; ++i) deep += "</a>";
+  const std::string answer = ask(post(deep, "GetClass"));
+  EXPECT_THAT(answer, StartsWith("HTTP/1.1 400 "));
+  EXPECT_THAT(answer, HasSubstr("CIMError: request-not-valid"));
+}
+
+TEST_F(HostileTest, EntitiesAreNotExpanded) {
+  const std::string bomb = "<!DOCTYPE CIM [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;&a;\">]>" +
+                           call("GetClass", asked("&b;")).substr(38);
+  const std::string answer = ask(post(bomb, "GetClass"));
+  EXPECT_THAT(answer, StartsWith("HTTP/1.1 400 "));
+  EXPECT_THAT(answer, HasSubstr("CIMError: request-not-well-formed"));
+}
+
+TEST_F(HostileTest, EnormousBodiesAreTooLarge) {
+  EXPECT_THAT(ask(post(std::string(100'001, ' '), "GetClass")), StartsWith("HTTP/1.1 413 "));
+}
+
+TEST_F(HostileTest, BytesThatAreNoUtf8AreNotWellFormed) {
+  const std::string answer = ask(post(call("GetClass", asked("\xff\xfe")), "GetClass"));
+  EXPECT_THAT(answer, StartsWith("HTTP/1.1 400 "));
+}
+
+TEST_F(HostileTest, UnknownThingsAreCimErrors) {
+  const std::string list = asked("ZEB_EthernetPort");
+  EXPECT_THAT(
+      ask(post(call("EnumerateInstances", list, {"root", "none"}), "EnumerateInstances", "root/none")),
+      HasSubstr("<ERROR CODE=\"3\""));
+  EXPECT_THAT(ask(post(call("EnumerateInstances", asked("No_Class")), "EnumerateInstances")),
+              HasSubstr("<ERROR CODE=\"5\""));
+  EXPECT_THAT(ask(post(call("GetClass", asked("No_Class")), "GetClass")), HasSubstr("<ERROR CODE=\"6\""));
+  EXPECT_THAT(ask(post(call("NoOperation", ""), "NoOperation")), HasSubstr("<ERROR CODE=\"7\""));
+  EXPECT_THAT(ask(post(call("ExecQuery", ""), "ExecQuery")), HasSubstr("<ERROR CODE=\"7\""));
+  EXPECT_THAT(ask(post(call("EnumerateInstances", ""), "EnumerateInstances")),
+              HasSubstr("<ERROR CODE=\"4\""));
+}
+
+TEST_F(HostileTest, WritingNeedsAUser) {
+  const std::string answer = ask(post(call("DeleteClass", asked("ZEB_EthernetPort")), "DeleteClass"));
+  EXPECT_THAT(answer, StartsWith("HTTP/1.1 401 "));
+  EXPECT_THAT(answer, HasSubstr("WWW-Authenticate: Basic realm="));
+}
+
+/// By its design the provider does not return from a property list that names a setting and then something
+/// that is none.
+TEST_F(HostileTest, ACallThatNeverReturnsDisturbsNobody) {
+  const std::string name =
+      "<INSTANCENAME CLASSNAME=\"ZEB_EthEventSettings\"><KEYBINDING "
+      "NAME=\"InstanceId\"><KEYVALUE>JXV:0</KEYVALUE>"
+      "</KEYBINDING></INSTANCENAME>";
+  const std::string modify = call(
+      "ModifyInstance",
+      "<IPARAMVALUE NAME=\"ModifiedInstance\"><VALUE.NAMEDINSTANCE>" + name +
+          "<INSTANCE CLASSNAME=\"ZEB_EthEventSettings\"><PROPERTY "
+          "NAME=\"PollInterval\"><VALUE>300</VALUE></PROPERTY>"
+          "</INSTANCE></VALUE.NAMEDINSTANCE></IPARAMVALUE><IPARAMVALUE NAME=\"PropertyList\"><VALUE.ARRAY>"
+          "<VALUE>PollInterval</VALUE><VALUE>NoSuchSetting</VALUE></VALUE.ARRAY></IPARAMVALUE>");
+  const std::string root = "Authorization: Basic cm9vdDpzZWNyZXQ=\r\nConnection: close\r\n";
+  std::string answer;
+  std::thread stuck([&] { answer = ask(post(modify, "ModifyInstance", "root/jxv", root)); });
+  std::this_thread::sleep_for(std::chrono::milliseconds(500));
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_THAT(ask(post(call("EnumerateInstances", asked("ZEB_EthernetPort")), "EnumerateInstances")),
+              HasSubstr("001b2100005e"));
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3));
+  stuck.join();
+  EXPECT_THAT(answer, StartsWith("HTTP/1.1 200 "));
+  EXPECT_THAT(answer, HasSubstr("<ERROR CODE=\"1\""));
+}
+
+TEST_F(HostileTest, ConnectionsThatSayNothingAreClosed) {
+  const auto begin = std::chrono::steady_clock::now();
+  std::vector<std::thread> idle;
+  for (int i = 0; i < 100; ++i) {
+    idle.emplace_back([i] { exchange(server->http(), i % 2 == 0 ? "" : "POST / HTTP/1.1\r\nHost:", 15); });
+  }
+  const std::string names = call("EnumerateClassNames", "");
+  EXPECT_THAT(ask(post(names, "EnumerateClassNames")), StartsWith("HTTP/1.1 200 "));
+  for (std::thread& thread : idle) thread.join();
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+}
+
+}  // namespace
+}  // namespace ZebHost

@@ -1,0 +1,174 @@
+#include "Server.h"
+
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace ZebHost {
+namespace {
+
+constexpr int kPatienceMs = 60'000;
+
+void write(const std::filesystem::path& file, const std::string& text) {
+  std::ofstream(file) << text;
+}
+
+std::filesystem::path makeFolder() {
+  std::string name = (std::filesystem::temp_directory_path() / "zebcim-server-XXXXXX").string();
+  if (!mkdtemp(name.data())) throw std::runtime_error("mkdtemp");
+  return name;
+}
+
+std::size_t residentOf(pid_t process) {
+  std::ifstream file("/proc/" + std::to_string(process) + "/statm");
+  std::size_t total = 0;
+  std::size_t resident = 0;
+  file >> total >> resident;
+  return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+int connectTo(const std::string& address) {
+  const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in target{};
+  target.sin_family = AF_INET;
+  target.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  target.sin_port = htons(static_cast<std::uint16_t>(std::stoi(address.substr(address.rfind(':') + 1))));
+  if (connect(socket, reinterpret_cast<sockaddr*>(&target), sizeof target) != 0) {
+    close(socket);
+    throw std::runtime_error("connect");
+  }
+  return socket;
+}
+
+}  // namespace
+
+Server::Server(std::vector<std::string> arguments, const std::string& limits) : _folder(makeFolder()) {
+  configure(limits);
+  arguments.insert(arguments.begin(), {ZEB_CIM, "--plugin", ZEB_REAL_PLUGIN});
+  arguments.insert(arguments.end(), {"serve", "--config", (_folder / "zebcim.toml").string(), "--http",
+                                     "127.0.0.1:0", "--https", "127.0.0.1:0"});
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("pipe2");
+  const std::string store = (_folder / "store").string();
+  _id = fork();
+  if (_id == 0) {
+    std::vector<char*> words;
+    for (std::string& word : arguments) words.push_back(word.data());
+    words.push_back(nullptr);
+    setenv("ZEB_STORE_DIR", store.c_str(), 1);
+    dup2(ends[1], STDOUT_FILENO);
+    execv(ZEB_CIM, words.data());
+    _exit(127);
+  }
+  close(ends[1]);
+  readAddresses(ends[0]);
+  close(ends[0]);
+}
+
+void Server::configure(const std::string& limits) {
+  std::filesystem::create_directories(_folder / "pam");
+  std::filesystem::create_directories(_folder / "store");
+  write(_folder / "password", "#!/bin/sh\n[ \"$(tr -d '\\0')\" = secret ]\n");
+  std::filesystem::permissions(_folder / "password", std::filesystem::perms::owner_all);
+  write(_folder / "pam/zebcim", "auth required pam_exec.so quiet expose_authtok " +
+                                    (_folder / "password").string() + "\naccount required pam_permit.so\n");
+  write(_folder / "zebcim.toml", "[access]\npam-folder = \"" + (_folder / "pam").string() +
+                                     "\"\nwrite-group = \"root\"\n[state]\ndirectory = \"" +
+                                     (_folder / "state").string() + "\"\n" + limits);
+}
+
+void Server::readAddresses(int output) {
+  std::string text;
+  std::array<char, 512> buffer{};
+  while (_https.empty()) {
+    pollfd ready{output, POLLIN, 0};
+    const ssize_t got = poll(&ready, 1, kPatienceMs) == 1 ? read(output, buffer.data(), buffer.size()) : 0;
+    if (got <= 0) throw std::runtime_error("the server does not start");
+    text.append(buffer.data(), static_cast<std::size_t>(got));
+    std::istringstream lines(text);
+    for (std::string kind, address; lines >> kind >> address && lines.peek() == '\n';) {
+      (kind == "http" ? _http : _https) = address;
+    }
+  }
+}
+
+Server::~Server() {
+  if (_id > 0) {
+    kill(_id, SIGKILL);
+    waitpid(_id, nullptr, 0);
+  }
+  std::error_code ignored;
+  std::filesystem::remove_all(_folder, ignored);
+}
+
+int Server::stop() {
+  kill(_id, SIGTERM);
+  int status = 0;
+  waitpid(_id, &status, 0);
+  _id = -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::size_t Server::memory() const {
+  std::size_t all = residentOf(_id);
+  for (const auto& thread : std::filesystem::directory_iterator("/proc/" + std::to_string(_id) + "/task")) {
+    std::ifstream children(thread.path() / "children");
+    for (pid_t child = 0; children >> child;) all += residentOf(child);
+  }
+  return all;
+}
+
+std::string exchange(const std::string& address, const std::string& bytes, double seconds) {
+  const int socket = connectTo(address);
+  const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+  std::string answer;
+  std::array<char, 65536> buffer{};
+  std::size_t sent = 0;
+  while (true) {
+    const auto left =
+        std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+    pollfd ready{socket, static_cast<short>(sent < bytes.size() ? POLLIN | POLLOUT : POLLIN), 0};
+    if (left.count() <= 0 || poll(&ready, 1, static_cast<int>(left.count())) <= 0) break;
+    if ((ready.revents & (POLLIN | POLLHUP | POLLERR)) != 0) {
+      const ssize_t got = recv(socket, buffer.data(), buffer.size(), 0);
+      if (got <= 0) break;
+      answer.append(buffer.data(), static_cast<std::size_t>(got));
+    } else if ((ready.revents & POLLOUT) != 0) {
+      const ssize_t went =
+          send(socket, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
+      if (went > 0) sent += static_cast<std::size_t>(went);
+    }
+  }
+  close(socket);
+  return answer;
+}
+
+std::string post(const std::string& body, const std::string& method, const std::string& object,
+                 const std::string& moreHeaders) {
+  return "POST /cimom HTTP/1.1\r\nHost: localhost\r\nContent-Type: application/xml; charset=\"utf-8\"\r\n"
+         "CIMOperation: MethodCall\r\nCIMMethod: " +
+         method + "\r\nCIMObject: " + object + "\r\n" + moreHeaders +
+         "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+}
+
+std::string call(const std::string& method, const std::string& parameters,
+                 const std::vector<std::string>& nameSpace) {
+  std::string path;
+  for (const std::string& part : nameSpace) path += "<NAMESPACE NAME=\"" + part + "\"/>";
+  return "<?xml version=\"1.0\" encoding=\"utf-8\"?><CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">"
+         "<MESSAGE ID=\"7\" PROTOCOLVERSION=\"1.0\"><SIMPLEREQ><IMETHODCALL NAME=\"" +
+         method + "\"><LOCALNAMESPACEPATH>" + path + "</LOCALNAMESPACEPATH>" + parameters +
+         "</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>";
+}
+
+}  // namespace ZebHost

@@ -1,0 +1,51 @@
+// A `zebcim serve` of the test's own.
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace ZebHost {
+
+/// Listens on free ports of the loopback interface; its state is in a folder that goes with it. Users are
+/// root and daemon, with the password "secret"; only root may write. The process is ended with the object.
+class Server {
+ public:
+  explicit Server(std::vector<std::string> arguments = {}, const std::string& limits = {});
+  Server(const Server&) = delete;
+  Server& operator=(const Server&) = delete;
+  ~Server();
+
+  const std::string& http() const { return _http; }  ///< address and port
+  const std::string& https() const { return _https; }
+  const std::filesystem::path& folder() const { return _folder; }
+  pid_t id() const { return _id; }
+  /// Resident memory of the server and its children, in bytes.
+  std::size_t memory() const;
+  /// Asks it to end; its exit status.
+  int stop();
+
+ private:
+  void configure(const std::string& limits);
+  void readAddresses(int output);
+
+  std::filesystem::path _folder;
+  pid_t _id = -1;
+  std::string _http;
+  std::string _https;
+};
+
+/// What the server answers to bytes on a fresh connection, until it closes or `seconds` are over.
+std::string exchange(const std::string& address, const std::string& bytes, double seconds = 20);
+
+/// A request with its usual head.
+std::string post(const std::string& body, const std::string& method, const std::string& object = "root/jxv",
+                 const std::string& moreHeaders = "Connection: close\r\n");
+
+/// A call of an intrinsic method in a namespace; `parameters` are elements.
+std::string call(const std::string& method, const std::string& parameters,
+                 const std::vector<std::string>& nameSpace = {"root", "jxv"});
+
+}  // namespace ZebHost
