@@ -2,6 +2,7 @@
 
 #include <array>
 #include <ctime>
+#include <stdexcept>
 
 #include "common/IndicationDB.h"
 #include "common/QVAlertIndication.h"
@@ -247,6 +248,15 @@ TEST_F(IndicationTest, anObjectManagerThatTakesNoneIsARefusal) {
   broker.bft.deliverIndication = nullptr;
   EXPECT_TRUE(send({}).empty());
   EXPECT_TRUE(recorded.sink->mentions(LogLevel::Error, "indication send failure: "));
+}
+
+TEST_F(IndicationTest, anythingButARefusalGoesToTheCaller) {
+  broker.bft.deliverIndication = [](const CMPIBroker*, const CMPIContext*, const char*,
+                                    const CMPIInstance*) -> CMPIStatus {
+    throw std::runtime_error("broken");
+  };
+  EXPECT_THROW(send({}), std::runtime_error);
+  EXPECT_FALSE(recorded.sink->mentions(LogLevel::Error, "indication send failure"));
 }
 
 TEST_F(IndicationTest, severalSendsOfOneSenderAreSeveralAlerts) {
