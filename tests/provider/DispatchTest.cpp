@@ -116,6 +116,16 @@ TEST_F(DispatchTest, TheAutostartInstanceSaysHowToPoll) {
   }
 }
 
+TEST_F(DispatchTest, TheAutostartInstanceIsMadeForTheAnswerAndGoesWithIt) {
+  log->clear();
+  enumerate("ZEB_AutoStart");
+  const std::string source = "ZEBEthernetPort:ZEB_AutoStartEthernetPort";
+  std::vector<RecordingLogSink::Line> lines = log->lines();
+  std::erase_if(lines, [&](const auto& line) { return line.source != source; });
+  EXPECT_EQ(lines, (std::vector<RecordingLogSink::Line>{{LogLevel::Info, source, "cxtor()"},
+                                                        {LogLevel::Info, source, "dxtor()"}}));
+}
+
 TEST_F(DispatchTest, ModifyingAPortSucceedsAndChangesNothing) {
   auto before = enumerate("ZEB_EthernetPort");
   ASSERT_EQ(before.size(), 1U);
