@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <concepts>
 #include <functional>
@@ -146,6 +147,11 @@ class PropertyRows {
 
   PropertyRows(std::initializer_list<PropertyRows> parts) {
     for (const PropertyRows& part : parts) _rows.insert(_rows.end(), part._rows.begin(), part._rows.end());
+    for (auto row = _rows.begin(); row != _rows.end(); ++row) {
+      _distinct = _distinct && std::none_of(_rows.begin(), row, [&](const Row& other) {
+                    return row->name && other.name && CmpiCpp::CmpiName(*row->name) == *other.name;
+                  });
+    }
   }
   PropertyRows(Row row) { _rows.push_back(std::move(row)); }
 
@@ -161,14 +167,21 @@ class PropertyRows {
   /// Adds every row's property to the instance, in order.
   void fill(CmpiCpp::CmpiInstance& instance, Subject& subject) const {
     instance.reserve(_rows.size());
+    const bool allNew = _distinct && instance.properties().empty();
     for (const Row& row : _rows) {
       auto value = row.read(subject, instance);
-      if (value) instance.addProperty(*row.name, std::move(*value));
+      if (!value) continue;
+      if (allNew) {
+        instance.appendProperty(*row.name, std::move(*value));
+      } else {
+        instance.addProperty(*row.name, std::move(*value));
+      }
     }
   }
 
  private:
   std::vector<Row> _rows;
+  bool _distinct = true;  ///< no two rows have one name, so that none has to be looked for
 };
 
 /// The builders of rows for one kind of subject: what a class reads its values from. A subject whose getters

@@ -29,6 +29,10 @@ class CmpiInstance {
 
   /// Adds a property; one that is there already gets the new value and keeps its place.
   void addProperty(CmpiName name, CmpiData value);
+  /// Adds a property that the caller knows not to be there.
+  void appendProperty(CmpiName name, CmpiData value) {
+    _properties.push_back({std::move(name), std::move(value)});
+  }
 
   /// Null when there is no property of that name.
   const CmpiData* findProperty(std::string_view name) const;
