@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "cimxml/Export.h"
 #include "indications/Delivery.h"
 #include "indications/ExportText.h"
 
@@ -11,20 +12,6 @@ namespace {
 
 constexpr std::size_t kLongestAnswer = 1U << 16;
 constexpr long kOk = 200;
-
-/// The request that an INSTANCE element goes out in.
-std::string exportMessage(std::string_view id, std::string_view instanceElement) {
-  std::string message =
-      "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
-      "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE ID=\"";
-  message.append(id);
-  message +=
-      "\" PROTOCOLVERSION=\"1.0\"><SIMPLEEXPREQ><EXPMETHODCALL NAME=\"ExportIndication\">"
-      "<EXPPARAMVALUE NAME=\"NewIndication\">";
-  message.append(instanceElement);
-  message += "</EXPPARAMVALUE></EXPMETHODCALL></SIMPLEEXPREQ></MESSAGE></CIM>\n";
-  return message;
-}
 
 curl_slist* exportHeaders() {
   curl_slist* list = nullptr;
