@@ -1,0 +1,116 @@
+#include "AlertWatch.h"
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "GuestError.h"
+
+namespace ZEB::guest {
+namespace {
+
+using nlohmann::json;
+
+/// In the guest. The run folder is the watch's own: other commands post there too.
+const std::string kCommand = "ZEB_STORE_DIR=/tmp/watched ZEB_RUN_DIR=/tmp/watch/run " ZEBCIM " ";
+
+/// Counted is what the thread has received when a pass ends, and none is received under a pass. So the second
+/// count that is higher than the one before belongs to a pass that began here. The size of frames is none of
+/// the plug-in's events.
+constexpr std::string_view kAwaitPass = R"sh(
+messages() { sed -n 's/.*"linkMessages": *\([0-9]*\).*/\1/p' /tmp/watch/run/health.json 2>/dev/null; }
+for mtu in 1400 1500; do
+  before=$(messages)
+  ip link set virtio mtu $mtu
+  until now=$(messages); [ "${now:-0}" -gt "${before:-0}" ]; do
+    [ $SECONDS -lt 20 ] || exit 1
+    sleep 0.02
+  done
+done
+)sh";
+
+std::string textOf(const json& indication, std::string_view name) {
+  for (const json& property : indication.at("properties")) {
+    if (property.at("name") != name) continue;
+    const json& value = property.at("value");
+    return value.is_string() ? value.get<std::string>() : value.dump();
+  }
+  return "";
+}
+
+std::string detailOf(const std::string& description) {
+  const std::size_t open = description.rfind('(');
+  if (open == std::string::npos || !description.ends_with(')')) return "";
+  return description.substr(open + 1, description.size() - open - 2);
+}
+
+Alert alertOf(const json& indication) {
+  return {.event = textOf(indication, "EventID"),
+          .element = textOf(indication, "AlertingManagedElement"),
+          .subCategory = textOf(indication, "EventSubCategory"),
+          .detail = detailOf(textOf(indication, "Description")),
+          .place = textOf(indication, "HWPhysicalLocation"),
+          .partNumber = textOf(indication, "HWPartNumber"),
+          .comment = textOf(indication, "UserComment")};
+}
+
+}  // namespace
+
+void PrintTo(const Alert& alert, std::ostream* stream) {
+  *stream << alert.event << " of " << alert.element << " (" << alert.subCategory << "): \"" << alert.detail
+          << "\" at \"" << alert.place << "\", part \"" << alert.partNumber << "\", \"" << alert.comment
+          << '"';
+}
+
+AlertWatch::AlertWatch(Guest& guest) : guest_(guest) {
+  guest_.must("rm -rf /tmp/watched /tmp/watch; mkdir -p /tmp/watched /tmp/watch/run");
+}
+
+AlertWatch::~AlertWatch() {
+  if (!started_) return;
+  try {
+    guest_.run("read -r pid </tmp/watch/pid; kill $pid; while [ -e /proc/$pid/exe ]; do sleep 0.02; done");
+  } catch (const GuestError&) {
+    // It goes with the guest.
+  }
+}
+
+void AlertWatch::configure(const std::string& assignments) {
+  guest_.must(kCommand + "modify 'ZEB_EthEventSettings.InstanceId=\"JXV:0\"' " + assignments);
+}
+
+void AlertWatch::exclude(int portNumber) {
+  const std::string port = "JXV:ZEB_EthernetPort:" + std::to_string(portNumber);
+  for (const json& member :
+       json::parse(guest_.must(kCommand + "instances ZEB_EthernetMemberOfCollection --json"))) {
+    const std::string path = member.at("path");
+    if (path.find(port + "\\") == std::string::npos) continue;
+    guest_.must(kCommand + "modify '" + path + "' Included=false");
+    return;
+  }
+  throw GuestError(port + " is no member of the collection");
+}
+
+void AlertWatch::start() {
+  started_ = true;
+  guest_.must("setsid env " + kCommand +
+              "watch --json </dev/null >/tmp/watch/alerts 2>/tmp/watch/said &\necho $! >/tmp/watch/pid");
+  if (!guest_.await("grep -q watching /tmp/watch/said")) {
+    throw GuestError("nothing is watched: " + guest_.run("cat /tmp/watch/said").output);
+  }
+}
+
+std::vector<Alert> AlertWatch::next(std::size_t expected) {
+  guest_.await("[ $(wc -l </tmp/watch/alerts) -ge " + std::to_string(seen_ + expected) + " ]");
+  awaitPassFromNowOn();
+  std::istringstream lines(guest_.must("tail -n +" + std::to_string(seen_ + 1) + " /tmp/watch/alerts"));
+  std::vector<Alert> alerts;
+  for (std::string line; std::getline(lines, line);) alerts.push_back(alertOf(json::parse(line)));
+  seen_ += alerts.size();
+  return alerts;
+}
+
+void AlertWatch::awaitPassFromNowOn() {
+  guest_.must(kAwaitPass);
+}
+
+}  // namespace ZEB::guest
