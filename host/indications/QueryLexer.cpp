@@ -9,7 +9,6 @@ namespace ZebHost {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
-constexpr std::string_view kDigits = "0123456789";
 constexpr std::array<std::string_view, 4> kLongSymbols = {"<>", "!=", "<=", ">="};
 
 bool startsWord(char c) {
