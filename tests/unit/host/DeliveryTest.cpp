@@ -310,9 +310,13 @@ TEST_F(Deliveries, GiveUpWhatAListenerRefusesForGood) {
 
 TEST_F(Deliveries, DropTheOldestWhenTooManyWait) {
   settings.mostWaiting = 3;
+  settings.firstPause = settings.longestPause = 2s;
   const std::uint16_t port = freePort();
   start("http://127.0.0.1:" + std::to_string(port));
-  deliver(1, 8);
+  deliver(1, 1);
+  ASSERT_TRUE(logs("what is meant for it waits"));
+  // Within the pause, so that none is on its way while it is dropped.
+  deliver(2, 8);
   EXPECT_EQ(delivery->waiting(), 3U);
   EXPECT_TRUE(logs("is full with 3 indications"));
   TestListener listener([](std::size_t, const auto&) { return TestListener::acknowledgement(); }, port);
