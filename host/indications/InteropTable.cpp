@@ -1,23 +1,15 @@
 #include "indications/InteropTable.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <array>
 #include <set>
 
 #include "broker/Values.h"
+#include "cimxml/ValueWriter.h"
 
 namespace ZebHost {
 namespace {
 
 constexpr char kManager[] = "zebcim";
-
-std::string hostName() {
-  std::array<char, 256> name{};
-  if (gethostname(name.data(), name.size() - 1) != 0) return "localhost";
-  return name.data();
-}
 
 CMPIData small(CMPIType type, std::uint64_t number) {
   CMPIValue value{};
