@@ -1,12 +1,11 @@
 #include "cimxml/ValueWriter.h"
 
-#include <unistd.h>
-
 #include <array>
 #include <charconv>
 #include <cmath>
 
 #include "broker/DateTimeText.h"
+#include "broker/HostName.h"
 #include "broker/Values.h"
 #include "cimxml/XmlText.h"
 
@@ -132,17 +131,7 @@ void appendProperty(std::string& out, const ClassDef& classDef, const NamedValue
   out.append("</").append(element).append(">");
 }
 
-std::string readHostName() {
-  std::array<char, 256> name{};
-  return gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "localhost";
-}
-
 }  // namespace
-
-const std::string& hostName() {
-  static const std::string name = readHostName();
-  return name;
-}
 
 std::string xmlTypeName(CMPIType type) {
   return elementType(type) == CMPI_instance ? "string" : typeName(elementType(type));

@@ -29,7 +29,4 @@ void appendParameter(std::string& out, std::string_view element, std::string_vie
 /// What a type without arrays is called.
 std::string xmlTypeName(CMPIType type);
 
-/// Name of this machine, as the plug-in's paths carry it.
-const std::string& hostName();
-
 }  // namespace ZebHost

@@ -8,9 +8,9 @@
 #include "broker/ObjectPathText.h"
 #include "broker/Values.h"
 #include "cli/Assignments.h"
-#include "cli/Capture.h"
 #include "cli/Doctor.h"
 #include "cli/JsonOutput.h"
+#include "cli/Programs.h"
 #include "cli/StopSignals.h"
 #include "cli/TextOutput.h"
 #include "cli/TreeModel.h"
@@ -158,7 +158,10 @@ void runWatch(const Options& options, Session& session, const Output& output) {
 }
 
 void runCapture(const Options& options, Session&, const Output&) {
-  capture(options, executableFolder());
+  std::vector<std::string> words = {"zeb-capture"};
+  if (options.anonymize) words.emplace_back("--anonymize");
+  words.push_back(options.path);
+  become(words.front(), words);
 }
 
 struct CommandRow {
@@ -187,14 +190,13 @@ void runCommand(const Options& options, Session& session, const Output& output) 
   found->run(options, session, output);
 }
 
-int runZebcim(int argc, const char* const* argv, std::ostream& out, std::ostream& err, bool colour,
-              Service serve) {
+int runZebcim(int argc, const char* const* argv, std::ostream& out, std::ostream& err, bool colour) {
   int exitStatus = 0;
   const auto options = parseOptions(argc, argv, out, err, exitStatus);
   if (!options) return exitStatus;
   try {
     if (options->command == "doctor") return diagnose(*options, {out, err, colour});
-    if (options->command == "serve") return serve(*options, {out, err, colour});
+    if (options->command == "serve") become("zebcim-server", {argv, argv + argc});
     if (options->command == "provide") return runPluginProcess(*options);
     Session session(*options);
     runCommand(*options, session, {out, err, colour});

@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include "cli/Programs.h"
+
 namespace ZebHost {
 namespace {
 
@@ -26,14 +28,9 @@ void requireReadable(const std::string& snapshot) {
 
 }  // namespace
 
-std::string executableFolder() {
-  std::error_code error;
-  return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
-}
-
 std::string findSchema(const std::string& option) {
   if (!option.empty()) return option;
-  const std::filesystem::path beside(executableFolder());
+  const std::filesystem::path beside(programFolder());
   std::error_code ignored;
   for (const auto& folder : {beside / "../schema", beside / ".." / ZEB_SCHEMA_FOLDER}) {
     const auto file = (folder / kSchemaFile).lexically_normal();
@@ -59,7 +56,7 @@ ProviderCalls& Session::provider() {
     setenv("ZEB_SOURCE_FILE", _options.source.c_str(), 1);
   }
   if (_options.includeVirtual) setenv("ZEB_INCLUDE_VIRTUAL", "1", 1);
-  _plugin = std::make_unique<PluginLibrary>(_broker, findPlugin(_options.plugin, executableFolder()));
+  _plugin = std::make_unique<PluginLibrary>(_broker, findPlugin(_options.plugin, programFolder()));
   return _broker.provider();
 }
 

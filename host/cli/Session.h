@@ -11,11 +11,8 @@
 
 namespace ZebHost {
 
-/// The schema that an option names, else the one that belongs to the executable. Throws HostError.
+/// The schema that an option names, else the one that belongs to zebcim. Throws HostError.
 std::string findSchema(const std::string& option);
-
-/// Folder of the running executable.
-std::string executableFolder();
 
 /// The schema from the start, the plug-in from its first use on.
 class Session {

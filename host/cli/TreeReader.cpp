@@ -1,9 +1,7 @@
-#include <unistd.h>
-
 #include <algorithm>
-#include <array>
 #include <utility>
 
+#include "broker/HostName.h"
 #include "cli/Links.h"
 #include "cli/TreeParts.h"
 
@@ -15,9 +13,7 @@ class Reader {
   explicit Reader(const ProviderCalls& provider) : _provider(provider) {}
 
   Tree read() {
-    std::array<char, 256> host{};
-    gethostname(host.data(), host.size() - 1);
-    _tree.host = host.data();
+    _tree.host = hostName();
     _endpoints = readEndpoints(_provider);
     _tree.cards = readCards(_provider);
     readPorts();

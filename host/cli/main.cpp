@@ -4,10 +4,9 @@
 #include <iostream>
 
 #include "cli/Commands.h"
-#include "server/Serve.h"
 
 int main(int argc, char** argv) {
   const char* const noColour = std::getenv("NO_COLOR");
   const bool colour = isatty(STDOUT_FILENO) == 1 && !(noColour && *noColour);
-  return ZebHost::runZebcim(argc, argv, std::cout, std::cerr, colour, ZebHost::serve);
+  return ZebHost::runZebcim(argc, argv, std::cout, std::cerr, colour);
 }

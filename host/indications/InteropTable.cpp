@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <set>
 
+#include "broker/HostName.h"
 #include "broker/Values.h"
-#include "cimxml/ValueWriter.h"
 
 namespace ZebHost {
 namespace {

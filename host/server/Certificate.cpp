@@ -16,7 +16,7 @@
 #include <sstream>
 
 #include "broker/HostError.h"
-#include "cimxml/ValueWriter.h"
+#include "broker/HostName.h"
 #include "isolation/Descriptor.h"
 
 namespace ZebHost {

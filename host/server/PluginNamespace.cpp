@@ -1,8 +1,8 @@
 #include "server/PluginNamespace.h"
 
 #include "broker/CallMemory.h"
+#include "broker/HostName.h"
 #include "broker/Values.h"
-#include "cimxml/ValueWriter.h"
 
 namespace ZebHost {
 namespace {

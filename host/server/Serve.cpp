@@ -1,8 +1,11 @@
 #include "server/Serve.h"
 
 #include <filesystem>
+#include <ostream>
 #include <semaphore>
 
+#include "cli/Programs.h"
+#include "cli/Session.h"
 #include "cli/StopSignals.h"
 #include "indications/Delivery.h"
 #include "indications/InteropNamespace.h"
@@ -50,6 +53,7 @@ std::vector<std::string> argumentsOf(const Options& options) {
 
 SupervisorOptions supervisorOptions(const Options& options, const ServerSettings& settings, Log& log) {
   SupervisorOptions supervised;
+  supervised.program = programFolder() + "/zebcim";
   supervised.arguments = argumentsOf(options);
   supervised.patience = settings.patience;
   supervised.timeLimit = settings.callTime;
@@ -112,10 +116,10 @@ class Core {
 
 }  // namespace
 
-int serve(const Options& options, const Output& output) {
+int serve(const Options& options, std::ostream& out, std::ostream& err) {
   std::binary_semaphore stop(0);
   const StopSignals signals([&] { stop.release(); });
-  Log log(output.err);
+  Log log(err);
   const ServerSettings settings = settingsOf(options, log);
   if (settings.http.empty() && settings.https.empty()) throw HostError("there is nowhere to listen at");
   Core core(options, settings, log);
@@ -125,12 +129,12 @@ int serve(const Options& options, const Output& output) {
   std::vector<std::unique_ptr<HttpServer>> servers;
   if (!settings.http.empty()) {
     servers.push_back(std::make_unique<HttpServer>(listenAt(settings.http), router, bounds, std::nullopt));
-    output.out << "http " << servers.back()->address() << std::endl;
+    out << "http " << servers.back()->address() << std::endl;
   }
   if (!settings.https.empty()) {
     servers.push_back(
         std::make_unique<HttpServer>(listenAt(settings.https), router, bounds, certificateFor(settings)));
-    output.out << "https " << servers.back()->address() << std::endl;
+    out << "https " << servers.back()->address() << std::endl;
   }
   stop.acquire();
   return 0;

@@ -170,6 +170,39 @@ TEST_P(ClientTest, MethodsAreCalled) {
               HasSubstr("(17) CIM_ERR_METHOD_NOT_FOUND"));
 }
 
+/// Programs and schema in the places where an installation has them.
+class Installation {
+ public:
+  Installation() {
+    for (const auto& [file, place] :
+         {std::pair{ZEB_CIM, "bin/zebcim"}, {ZEB_CIM_SERVER, "libexec/zeb/zebcim-server"}}) {
+      std::filesystem::create_directories((_folder / place).parent_path());
+      std::filesystem::copy_file(file, _folder / place);
+    }
+    std::filesystem::create_directories(_folder / "share/zeb");
+    std::filesystem::create_directory_symlink(ZEB_SCHEMAS, _folder / "share/zeb/schema");
+  }
+  Installation(const Installation&) = delete;
+  Installation& operator=(const Installation&) = delete;
+  ~Installation() { std::filesystem::remove_all(_folder); }
+
+  std::string zebcim() const { return (_folder / "bin/zebcim").string(); }
+
+ private:
+  const std::filesystem::path _folder =
+      std::filesystem::path(testing::TempDir()) / ("zebcim-installed-" + std::to_string(getpid()));
+};
+
+TEST(InstalledClientTest, TheInstalledProgramsFindEachOther) {
+  if (!std::filesystem::exists(kClient)) GTEST_SKIP() << "the package sblim-wbemcli is not installed";
+  const Installation installation;
+  Server server({"--source", ZEB_SNAPSHOTS "/one_port.json"}, {}, installation.zebcim());
+  const Outcome ports =
+      ZebHost::run(kClient, {"ei", "-nl", "http://" + server.http() + "/root/jxv:ZEB_EthernetPort"});
+  EXPECT_THAT(ports.out, HasSubstr("-PermanentAddress=\"001b2100005e\"\n"));
+  EXPECT_EQ(server.stop(), 0);
+}
+
 TEST(LiveClientTest, TheMachineItselfIsServed) {
   if (!std::filesystem::exists(kClient)) GTEST_SKIP() << "the package sblim-wbemcli is not installed";
   Server server;

@@ -52,9 +52,10 @@ int connectTo(const std::string& address) {
 
 }  // namespace
 
-Server::Server(std::vector<std::string> arguments, const std::string& limits) : _folder(makeFolder()) {
+Server::Server(std::vector<std::string> arguments, const std::string& limits, const std::string& zebcim)
+    : _folder(makeFolder()) {
   configure(limits);
-  arguments.insert(arguments.begin(), {ZEB_CIM, "--plugin", ZEB_REAL_PLUGIN});
+  arguments.insert(arguments.begin(), {zebcim, "--plugin", ZEB_REAL_PLUGIN});
   arguments.insert(arguments.end(), {"serve", "--config", (_folder / "zebcim.toml").string(), "--http",
                                      "127.0.0.1:0", "--https", "127.0.0.1:0"});
   std::array<int, 2> ends{};
@@ -67,7 +68,7 @@ Server::Server(std::vector<std::string> arguments, const std::string& limits) : 
     words.push_back(nullptr);
     setenv("ZEB_STORE_DIR", store.c_str(), 1);
     dup2(ends[1], STDOUT_FILENO);
-    execv(ZEB_CIM, words.data());
+    execv(zebcim.c_str(), words.data());
     _exit(127);
   }
   close(ends[1]);

@@ -13,7 +13,8 @@ namespace ZebHost {
 /// root and daemon, with the password "secret"; only root may write. The process is ended with the object.
 class Server {
  public:
-  explicit Server(std::vector<std::string> arguments = {}, const std::string& limits = {});
+  explicit Server(std::vector<std::string> arguments = {}, const std::string& limits = {},
+                  const std::string& zebcim = ZEB_CIM);
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
   ~Server();

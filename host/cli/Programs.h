@@ -1,0 +1,16 @@
+// The programs that zebcim consists of.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace ZebHost {
+
+/// The folder of zebcim, in each of its programs; in any other program its own.
+std::string programFolder();
+
+/// Puts another program of zebcim's in the place of this process. `words`: what the program gets as its
+/// arguments, its name first. Returns only by throwing HostError: the program is not there or does not start.
+[[noreturn]] void become(const std::string& program, const std::vector<std::string>& words);
+
+}  // namespace ZebHost
