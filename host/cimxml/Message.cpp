@@ -4,6 +4,7 @@
 #include <array>
 
 #include "cimxml/Document.h"
+#include "schema/Caseless.h"
 
 namespace ZebHost {
 namespace {
@@ -11,6 +12,12 @@ namespace {
 constexpr std::array<std::string_view, 9> kWriting = {"CreateInstance", "ModifyInstance", "DeleteInstance",
                                                       "SetProperty",    "CreateClass",    "ModifyClass",
                                                       "DeleteClass",    "SetQualifier",   "DeleteQualifier"};
+
+/// In whatever case the operation is written: it is found in any.
+bool writesAnything(std::string_view operation) {
+  return std::any_of(kWriting.begin(), kWriting.end(),
+                     [&](std::string_view name) { return sameName(name, operation); });
+}
 
 }  // namespace
 
@@ -26,8 +33,7 @@ CimMessage readMessage(std::string_view body, unsigned deepest) {
   message.intrinsic = isNamed(call, "IMETHODCALL");
   const pugi::xml_node target = firstElement(call);
   message.nameSpace = isNamed(target, "LOCALNAMESPACEPATH") ? nameSpaceOf(call) : nameSpaceOf(target);
-  message.writes =
-      !message.intrinsic || std::find(kWriting.begin(), kWriting.end(), message.operation) != kWriting.end();
+  message.writes = !message.intrinsic || writesAnything(message.operation);
   return message;
 }
 

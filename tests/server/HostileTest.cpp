@@ -108,6 +108,7 @@ TEST_F(HostileTest, WritingNeedsAUser) {
   const std::string answer = ask(post(call("DeleteClass", asked("ZEB_EthernetPort")), "DeleteClass"));
   EXPECT_THAT(answer, StartsWith("HTTP/1.1 401 "));
   EXPECT_THAT(answer, HasSubstr("WWW-Authenticate: Basic realm="));
+  EXPECT_THAT(ask(post(call("deleteinstance", ""), "deleteinstance")), StartsWith("HTTP/1.1 401 "));
 }
 
 /// By its design the provider does not return from a property list that names a setting and then something

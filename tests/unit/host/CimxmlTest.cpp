@@ -126,6 +126,16 @@ TEST_F(CimxmlTest, AMessageSaysWhatItAsksFor) {
   EXPECT_FALSE(readMessage(intrinsic("GetInstance", "")).writes);
 }
 
+TEST_F(CimxmlTest, AWritingOperationIsOneInWhateverCaseItIsWritten) {
+  for (const char* const name : {"CreateInstance", "createinstance", "MODIFYINSTANCE", "deleteInstance",
+                                 "setproperty", "createclass", "setQUALIFIER"}) {
+    EXPECT_TRUE(readMessage(intrinsic(name, "")).writes) << name;
+  }
+  for (const char* const name : {"getinstance", "ENUMERATEINSTANCES", "execquery"}) {
+    EXPECT_FALSE(readMessage(intrinsic(name, "")).writes) << name;
+  }
+}
+
 TEST_F(CimxmlTest, ValuesOfEveryTypeComeBackAsTheyWere) {
   const std::string instance =
       stored(property("Name", "x") + property("Small", "255") + property("Big", "-9223372036854775808") +
