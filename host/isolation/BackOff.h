@@ -22,15 +22,19 @@ class BackOff {
     if (life == Life::Lasting) _delay = std::chrono::milliseconds(0);
     _notBefore = now + _delay;
     _delay = life == Life::InVain ? std::clamp(_delay * 2, _first, _longest) : _first;
+    _inVain = life == Life::InVain ? _inVain + 1 : 0;
   }
 
   Clock::time_point notBefore() const { return _notBefore; }
+  /// Two in a row did nothing useful: one is what a call makes of its process that always ends it.
+  bool hopeless() const { return _inVain > 1; }
 
  private:
   const std::chrono::milliseconds _first;
   const std::chrono::milliseconds _longest;
   std::chrono::milliseconds _delay{0};
   Clock::time_point _notBefore{};
+  unsigned _inVain = 0;
 };
 
 }  // namespace ZebHost

@@ -93,7 +93,8 @@ void ProviderSupervisor::Loop::startWhenNeeded() {
 
 /// Nobody waits for a process that keeps dying.
 void ProviderSupervisor::Loop::refuseWhenDown() {
-  if (_starting || (_serving && !_serving->condemned) || _now >= _backOff.notBefore()) return;
+  if (!_backOff.hopeless() || _now >= _backOff.notBefore()) return;
+  if (_starting || (_serving && !_serving->condemned)) return;
   for (const auto& call : _waiting) {
     if (_now - call->arrival > _options.patience) call->answer(Outcome::Ended, _lastFault);
   }

@@ -33,7 +33,7 @@ TEST_F(Blocked, ACallThatNeverReturnsTimesOutAlone) {
   const Answer answer = held.get();
   EXPECT_EQ(answer.outcome, How::TimedOut);
   EXPECT_GE(Clock::now() - begun, options.timeLimit);
-  EXPECT_LT(Clock::now() - begun, options.timeLimit + 1s);
+  EXPECT_LT(Clock::now() - begun, options.timeLimit * 2);
   EXPECT_TRUE(eventually([&] { return isGone(before); }));
   EXPECT_EQ(read("pid").body, other.body);
 }
@@ -101,7 +101,7 @@ TEST_F(Blocked, ASlowCallBesideWhichOthersAreAnsweredEndsWhereItBegan) {
 TEST_F(Blocked, ASlowCallThatHoldsOthersUpStillEndsNormally) {
   start();
   const pid_t before = provider();
-  auto slow = begin("hold-for 1800", false);
+  auto slow = begin("hold-for " + std::to_string(2500 * kPace), false);
   std::this_thread::sleep_for(50ms);
   EXPECT_EQ(read("locked 0").outcome, How::Done);
   EXPECT_EQ(slow.wait_for(0ms), std::future_status::timeout);
@@ -149,7 +149,7 @@ TEST_F(Blocked, AProcessThatIsStoppedIsReplaced) {
 
 TEST_F(Blocked, ManyCallsThatNeverReturnStayWithinTheBoundOfProcesses) {
   options.processes = 3;
-  options.timeLimit = 4s;
+  options.timeLimit = 4s * kPace;
   start();
   provider();
   std::vector<std::future<Answer>> held;

@@ -71,14 +71,18 @@ TEST_F(Ended, OneCallThatCrashesCostsNoOtherReader) {
   start();
   provider();
   std::atomic<bool> over = false;
-  std::atomic<int> failures = 0;
+  std::mutex mutex;
+  std::vector<std::string> failures;
   std::atomic<int> answered = 0;
   std::vector<std::thread> readers;
   for (int i = 0; i < 8; ++i) {
     readers.emplace_back([&] {
       while (!over) {
-        failures += read("sleep 20").outcome != How::Done;
+        const Answer answer = read("sleep 20");
         ++answered;
+        if (answer.outcome == How::Done) continue;
+        const std::lock_guard lock(mutex);
+        failures.push_back(answer.body);
       }
     });
   }
@@ -88,7 +92,7 @@ TEST_F(Ended, OneCallThatCrashesCostsNoOtherReader) {
   }
   over = true;
   for (std::thread& reader : readers) reader.join();
-  EXPECT_EQ(failures, 0);
+  EXPECT_THAT(failures, testing::IsEmpty());
   EXPECT_GT(answered, 8);
 }
 
@@ -96,7 +100,7 @@ TEST_F(Ended, AProviderThatDoesNotStartIsAnErrorThatSaysWhy) {
   std::ofstream(file("gate"));
   start();
   Answer answer;
-  EXPECT_LT(timeOf([&] { answer = read("pid"); }), 3s);
+  EXPECT_LT(timeOf([&] { answer = read("pid"); }), 10s);
   EXPECT_EQ(answer.outcome, How::Ended);
   EXPECT_THAT(answer.body, HasSubstr("the gate is closed"));
   EXPECT_TRUE(logged("the gate is closed"));
@@ -105,11 +109,11 @@ TEST_F(Ended, AProviderThatDoesNotStartIsAnErrorThatSaysWhy) {
 TEST_F(Ended, AProviderThatDoesNotStartIsTriedLessAndLess) {
   std::ofstream(file("gate"));
   start();
-  std::this_thread::sleep_for(2s);
-  // At 0, 0, 50, 150, 350, 750, 1150, 1550 and 1950 ms, were starting to take no time.
+  const auto begun = Clock::now();
+  EXPECT_TRUE(eventually([&] { return linesOf(file("starts")) >= 6 && Clock::now() - begun > 2s; }));
+  // At 0, 0, 50, 150, 350, 750, 1150 ms and so on every 400 ms, were starting to take no time.
   const std::size_t starts = linesOf(file("starts"));
-  EXPECT_GE(starts, 3U);
-  EXPECT_LE(starts, 9U);
+  EXPECT_LE(starts, 6 + (Clock::now() - begun) / 400ms);
   std::filesystem::remove(file("gate"));
   EXPECT_TRUE(eventually([&] { return read("pid").outcome == How::Done; }));
 }
@@ -124,7 +128,7 @@ TEST_F(Ended, AProgramThatIsNotThereIsAnErrorThatSaysSo) {
 
 TEST_F(Ended, AStartThatHangsIsEnded) {
   std::ofstream(file("gate")) << "hang";
-  options.startLimit = 500ms;
+  options.startLimit = 1s * kPace;
   start();
   EXPECT_TRUE(eventually([&] { return logged("did not start in time"); }));
   std::filesystem::remove(file("gate"));
@@ -134,14 +138,14 @@ TEST_F(Ended, AStartThatHangsIsEnded) {
 TEST_F(Ended, AProviderThatDiesAfterEachAnswerIsNotStartedWithoutEnd) {
   options.firstBackOff = 200ms;
   start();
-  const auto until = Clock::now() + 1s;
-  while (Clock::now() < until) {
+  const auto begun = Clock::now();
+  EXPECT_TRUE(eventually([&] {
     read("pid");
     write("crash");
-  }
+    return linesOf(file("starts")) >= 5 && Clock::now() - begun > 1s;
+  }));
   // At once, at once, and then every 200 ms.
-  EXPECT_LE(linesOf(file("starts")), 8U);
-  EXPECT_GE(linesOf(file("starts")), 3U);
+  EXPECT_LE(linesOf(file("starts")), 3 + (Clock::now() - begun) / 200ms);
 }
 
 TEST(BackOff, DoublesUpToItsLimitAndForgetsAfterAProcessThatLasted) {
@@ -162,6 +166,22 @@ TEST(BackOff, DoublesUpToItsLimitAndForgetsAfterAProcessThatLasted) {
   EXPECT_EQ(delayAfter(Life::Useful), 100ms);
   EXPECT_EQ(delayAfter(Life::Lasting), 0ms);
   EXPECT_EQ(delayAfter(Life::Useful), 100ms);
+}
+
+TEST(BackOff, GivesUpHopeAfterTwoInARowDidNothingUseful) {
+  using Life = BackOff::Life;
+  BackOff backOff(100ms, 500ms);
+  const auto hopelessAfter = [&](Life life) {
+    backOff.ended(life, {});
+    return backOff.hopeless();
+  };
+  EXPECT_FALSE(backOff.hopeless());
+  EXPECT_FALSE(hopelessAfter(Life::InVain));
+  EXPECT_TRUE(hopelessAfter(Life::InVain));
+  EXPECT_TRUE(hopelessAfter(Life::InVain));
+  EXPECT_FALSE(hopelessAfter(Life::Useful));
+  EXPECT_FALSE(hopelessAfter(Life::InVain));
+  EXPECT_FALSE(hopelessAfter(Life::Lasting));
 }
 
 }  // namespace

@@ -127,11 +127,11 @@ TEST_F(Filters, ManyIndicationsArriveInOrderThroughASlowSink) {
 }
 
 TEST_F(Filters, WhatAProcessHoldsWhenItIsReplacedStillCounts) {
-  options.timeLimit = 4s;
+  options.timeLimit = 4s * kPace;
   std::mutex mutex;
   std::vector<std::string> got;
   supervisor = std::make_unique<ProviderSupervisor>(options, [&](const auto&, const std::string& element) {
-    std::this_thread::sleep_for(2ms);
+    std::this_thread::sleep_for(2ms * kPace);
     const std::lock_guard lock(mutex);
     got.push_back(element);
   });

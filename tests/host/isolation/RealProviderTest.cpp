@@ -19,7 +19,7 @@ class RealProvider : public Supervised {
   RealProvider() {
     options.program = ZEB_REAL_PROVIDER;
     options.patience = 1s;
-    options.timeLimit = 8s;
+    options.timeLimit = 6s * kPace;
     setenv("ZEB_STORE_DIR", folder.c_str(), 1);
     setenv("ZEB_RUN_DIR", folder.c_str(), 1);
     setenv("ZEB_LOG_LEVEL", "error", 1);
@@ -88,8 +88,8 @@ TEST_F(RealProvider, AModificationThatNeverReturnsDisturbsNoOtherClient) {
   for (std::thread& client : clients) client.join();
   EXPECT_EQ(modified.get().outcome, How::TimedOut);
   EXPECT_EQ(wrong, 0);
-  EXPECT_GT(answers, 8 * 10);
-  EXPECT_LT(longest, 4000);
+  EXPECT_GT(answers, 8 * 2);
+  EXPECT_LT(longest, options.timeLimit.count() / 2) << "no client waits for the call that hangs";
   RecordProperty("longest_ms", static_cast<int>(longest));
 }
 

@@ -145,7 +145,7 @@ TEST_F(ServedProvider, IsReplacedWhenItAnswersNobody) {
   std::vector<std::future<std::string>> answers;
   for (int i = 0; i < 8; ++i) answers.push_back(std::async(std::launch::async, [this] { return ask(); }));
   for (auto& answer : answers) EXPECT_THAT(answer.get(), HasSubstr("JXV:ZEB_EthernetPort:1"));
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, 8s);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, 25s) << "nobody waits for the time limit";
 }
 
 TEST_F(ServedProvider, DiesWithItsServer) {
@@ -154,7 +154,7 @@ TEST_F(ServedProvider, DiesWithItsServer) {
   ASSERT_GT(process, 0);
   kill(server, SIGKILL);
   bool gone = false;
-  for (int wait = 0; wait < 500 && !gone; ++wait) {
+  for (int wait = 0; wait < 2000 && !gone; ++wait) {
     gone = parentOf(std::to_string(process)) == 0;
     std::this_thread::sleep_for(10ms);
   }

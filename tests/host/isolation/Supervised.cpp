@@ -13,7 +13,7 @@ Supervised::Supervised() : folder(testing::TempDir() + "supervised-XXXXXX") {
   options.patience = 400ms;
   options.grace = 100ms;
   options.alertPatience = 1500ms;
-  options.timeLimit = 2500ms;
+  options.timeLimit = 3s * kPace;
   options.firstBackOff = 50ms;
   options.longestBackOff = 400ms;
   options.log = [this](const std::string& line) {

@@ -17,6 +17,13 @@ using namespace std::chrono_literals;
 using How = ProviderSupervisor::Answer::Outcome;
 using Clock = std::chrono::steady_clock;
 
+/// Processes start and answer so many times slower under a sanitizer; time limits give them that much more.
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+constexpr int kPace = 3;
+#else
+constexpr int kPace = 1;
+#endif
+
 inline void PrintTo(How outcome, std::ostream* out) {
   *out << (outcome == How::Done ? "Done" : outcome == How::TimedOut ? "TimedOut" : "Ended");
 }
@@ -29,10 +36,10 @@ Clock::duration timeOf(const Action& action) {
   return Clock::now() - begin;
 }
 
-/// Until the condition holds, for at most ten seconds.
+/// Until the condition holds, for at most ten seconds at the usual pace.
 template <class Condition>
 bool eventually(const Condition& condition) {
-  for (int round = 0; round < 1000; ++round) {
+  for (int round = 0; round < 1000 * kPace; ++round) {
     if (condition()) return true;
     std::this_thread::sleep_for(10ms);
   }

@@ -139,7 +139,7 @@ TEST_F(Supervisor, WhatStopsAServerStopsNoProvider) {
 TEST_F(Supervisor, ItsEndUnloadsThePluginAndLeavesNoProcess) {
   start();
   const pid_t process = provider();
-  EXPECT_LT(timeOf([&] { supervisor.reset(); }), 2s);
+  EXPECT_LT(timeOf([&] { supervisor.reset(); }), 10s);
   EXPECT_TRUE(isGone(process));
   EXPECT_EQ(contentOf(file("trace")), "cleanup 1\ncleanup 1\ncleanup 1\ncleanup 1\n");
 }
@@ -148,7 +148,7 @@ TEST_F(Supervisor, ItsEndDoesNotWaitForAStart) {
   std::ofstream(file("gate")) << "hang";
   start();
   ASSERT_TRUE(eventually([&] { return linesOf(file("starts")) == 1; }));
-  EXPECT_LT(timeOf([&] { supervisor.reset(); }), 2s);
+  EXPECT_LT(timeOf([&] { supervisor.reset(); }), 10s);
   EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
   EXPECT_EQ(errno, ECHILD);
 }
