@@ -13,6 +13,7 @@
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 
 namespace ZebHost {
 namespace {
@@ -53,25 +54,31 @@ int connectTo(const std::string& address) {
 }  // namespace
 
 Server::Server(std::vector<std::string> arguments, const std::string& limits, const std::string& zebcim)
-    : _folder(makeFolder()) {
+    : _folder(makeFolder()), _arguments(std::move(arguments)) {
   configure(limits);
-  arguments.insert(arguments.begin(), {zebcim, "--plugin", ZEB_REAL_PLUGIN});
-  arguments.insert(arguments.end(), {"serve", "--config", (_folder / "zebcim.toml").string(), "--http",
-                                     "127.0.0.1:0", "--https", "127.0.0.1:0"});
+  _arguments.insert(_arguments.begin(), {zebcim, "--plugin", ZEB_REAL_PLUGIN});
+  _arguments.insert(_arguments.end(), {"serve", "--config", (_folder / "zebcim.toml").string(), "--http",
+                                       "127.0.0.1:0", "--https", "127.0.0.1:0"});
+  start();
+}
+
+void Server::start() {
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("pipe2");
   const std::string store = (_folder / "store").string();
   _id = fork();
   if (_id == 0) {
     std::vector<char*> words;
-    for (std::string& word : arguments) words.push_back(word.data());
+    for (std::string& word : _arguments) words.push_back(word.data());
     words.push_back(nullptr);
     setenv("ZEB_STORE_DIR", store.c_str(), 1);
     dup2(ends[1], STDOUT_FILENO);
-    execv(zebcim.c_str(), words.data());
+    execv(words.front(), words.data());
     _exit(127);
   }
   close(ends[1]);
+  _http.clear();
+  _https.clear();
   readAddresses(ends[0]);
   close(ends[0]);
 }

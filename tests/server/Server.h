@@ -27,12 +27,15 @@ class Server {
   std::size_t memory() const;
   /// Asks it to end; its exit status.
   int stop();
+  /// Once more on the same state, after stop(); its addresses may be others.
+  void start();
 
  private:
   void configure(const std::string& limits);
   void readAddresses(int output);
 
   std::filesystem::path _folder;
+  std::vector<std::string> _arguments;
   pid_t _id = -1;
   std::string _http;
   std::string _https;

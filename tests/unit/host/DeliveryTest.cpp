@@ -6,11 +6,11 @@
 #include <regex>
 
 #include "TestDirectory.h"
-#include "TestListener.h"
 #include "broker/HostError.h"
 #include "indications/Delivery.h"
 #include "indications/Destination.h"
 #include "indications/ExportText.h"
+#include "support/TestListener.h"
 
 namespace ZebHost {
 namespace {

@@ -1,6 +1,7 @@
-#include "TestListener.h"
+#include "support/TestListener.h"
 
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <gnutls/gnutls.h>
 #include <gnutls/x509.h>
 #include <netinet/in.h>
@@ -15,7 +16,7 @@
 namespace ZebHost {
 namespace {
 
-constexpr std::chrono::seconds kPatience{10};
+constexpr std::chrono::seconds kPatience{60};
 constexpr char kLength[] = "Content-Length: ";
 
 int listenOn(std::uint16_t port, std::uint16_t& bound) {
@@ -155,7 +156,7 @@ std::string TestListener::cimError() {
 
 TestListener::TestListener(Script script, std::uint16_t port, const TestCertificate* certificate)
     : _script(std::move(script)), _certificate(certificate), _socket(listenOn(port, _port)) {
-  if (pipe(_stop) != 0) throw std::runtime_error("no pipe");
+  if (pipe2(_stop, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
   _thread = std::thread([this] { serve(); });
 }
 
@@ -171,7 +172,7 @@ void TestListener::serve() {
     pollfd watched[] = {{_socket, POLLIN, 0}, {_stop[0], POLLIN, 0}};
     poll(watched, 2, -1);
     if (watched[1].revents != 0) return;
-    const int connection = accept(_socket, nullptr, nullptr);
+    const int connection = accept4(_socket, nullptr, nullptr, SOCK_CLOEXEC);
     if (connection < 0) continue;
     const timeval limit{5, 0};
     setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);

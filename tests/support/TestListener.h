@@ -57,7 +57,7 @@ class TestListener {
            "/alerts";
   }
   std::vector<Request> requests() const;
-  /// Waits until so many requests have come; false after ten seconds.
+  /// Waits until so many requests have come; false after a minute.
   bool waitFor(std::size_t count) const;
 
  private:
