@@ -1,0 +1,46 @@
+// The server as it is installed.
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "Server.h"
+#include "WbemClient.h"
+
+namespace ZebHost {
+namespace {
+
+/// Programs and schema in the places where an installation has them.
+class Installation {
+ public:
+  Installation() {
+    for (const auto& [file, place] :
+         {std::pair{ZEB_CIM, "bin/zebcim"}, {ZEB_CIM_SERVER, "libexec/zeb/zebcim-server"}}) {
+      std::filesystem::create_directories((_folder / place).parent_path());
+      std::filesystem::copy_file(file, _folder / place);
+    }
+    std::filesystem::create_directories(_folder / "share/zeb");
+    std::filesystem::create_directory_symlink(ZEB_SCHEMAS, _folder / "share/zeb/schema");
+  }
+  Installation(const Installation&) = delete;
+  Installation& operator=(const Installation&) = delete;
+  ~Installation() { std::filesystem::remove_all(_folder); }
+
+  std::string zebcim() const { return (_folder / "bin/zebcim").string(); }
+
+ private:
+  const std::filesystem::path _folder =
+      std::filesystem::path(testing::TempDir()) / ("zebcim-installed-" + std::to_string(getpid()));
+};
+
+TEST(InstalledClientTest, TheInstalledProgramsFindEachOther) {
+  if (wbemClient().empty()) GTEST_SKIP() << "the package sblim-wbemcli is not installed";
+  const Installation installation;
+  Server server({"--source", ZEB_SNAPSHOTS "/one_port.json"}, {}, installation.zebcim());
+  const Outcome ports = ask(server, "http", {"ei", "root/jxv:ZEB_EthernetPort"});
+  EXPECT_THAT(ports.out, testing::HasSubstr("-PermanentAddress=\"001b2100005e\"\n"));
+  EXPECT_EQ(server.stop(), 0);
+}
+
+}  // namespace
+}  // namespace ZebHost
