@@ -51,9 +51,9 @@ std::string_view descriptionOf(const CimError& error) {
 }  // namespace
 
 std::string answer(std::string_view body, Namespace& target) {
-  const CimMessage message = readMessage(body);
+  const CimMessage message = readMessage(body, kDeepestOfAll);
   pugi::xml_document document;
-  readDocument(body, kDeepestElement, document);
+  readDocument(body, kDeepestOfAll, document);
   const pugi::xml_node call = callOf(document);
   Arena arena;
   const ArenaScope scope(arena);

@@ -11,7 +11,7 @@ namespace ZebHost {
 
 /// Performs a request on the namespace that it names. The answer is a complete document; what is wrong with
 /// the request, or what the namespace refuses, is a CIM error in it. Throws MessageError for a body that
-/// `readMessage` refuses.
+/// `readMessage` refuses whatever depth it is told to take.
 std::string answer(std::string_view body, Namespace& target);
 
 /// The answer of a request that could not be performed.

@@ -66,6 +66,12 @@ std::string openElement(std::string& out, std::string kind, const ElementDef& el
   return kind;
 }
 
+void appendDefault(std::string& out, const PropertyDef& property) {
+  if (isArray(property.type)) out += "<VALUE.ARRAY>";
+  for (const std::string& value : *property.defaultValues) appendText(out, value);
+  if (isArray(property.type)) out += "</VALUE.ARRAY>";
+}
+
 void appendProperty(std::string& out, const PropertyDef& property, const ClassView& view, bool local) {
   const std::string kind = openElement(out, "PROPERTY", property);
   if (view.classOrigin) appendAttribute(out, "CLASSORIGIN", property.origin->name);
@@ -77,9 +83,7 @@ void appendProperty(std::string& out, const PropertyDef& property, const ClassVi
     appendFlag(out, "Write", property.writable);
     appendElementQualifiers(out, property);
   }
-  if (property.defaultValue && !isArray(property.type) && property.type != CMPI_ref) {
-    appendText(out, *property.defaultValue);
-  }
+  if (property.defaultValues && property.type != CMPI_ref) appendDefault(out, property);
   out.append("</").append(kind).append(">");
 }
 
@@ -114,7 +118,7 @@ void appendMethod(std::string& out, const MethodDef& method, const ClassDef& ori
 bool isLocal(const ClassDef& classDef, const PropertyDef& property) {
   if (property.origin == &classDef) return true;
   const PropertyDef& above = *classDef.superclass->property(property.name);
-  return above.description != property.description || above.defaultValue != property.defaultValue ||
+  return above.description != property.description || above.defaultValues != property.defaultValues ||
          above.required != property.required || above.writable != property.writable ||
          above.values.size() != property.values.size() || above.referenceClass != property.referenceClass;
 }

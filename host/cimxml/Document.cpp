@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "cimxml/Markup.h"
 #include "cimxml/Message.h"
 #include "cimxml/XmlText.h"
 #include "schema/Caseless.h"
@@ -22,9 +23,6 @@ constexpr std::ptrdiff_t kMostTags = 100'000;
 
 void checkPreamble(const pugi::xml_document& document) {
   for (const pugi::xml_node node : document.children()) {
-    if (node.type() == pugi::node_doctype && std::string_view(node.value()).find('[') != std::string::npos) {
-      notWellFormed("declarations in a document type are not read");
-    }
     if (node.type() == pugi::node_declaration) {
       const std::string_view encoding = node.attribute("encoding").as_string("utf-8");
       if (!sameName(encoding, "utf-8") && !sameName(encoding, "us-ascii")) {
@@ -73,8 +71,12 @@ void readDocument(std::string_view body, unsigned deepest, pugi::xml_document& d
   if (std::count(body.begin(), body.end(), '<') > kMostTags) {
     throw MessageError(413, "", "the request has too many elements");
   }
-  constexpr unsigned kOptions =
-      pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_doctype | pugi::parse_declaration;
+  constexpr unsigned kOptions = pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_declaration;
+  try {
+    checkMarkup(body);
+  } catch (const MarkupError& error) {
+    notWellFormed(error.what());
+  }
   const auto result = document.load_buffer(body.data(), body.size(), kOptions, pugi::encoding_utf8);
   if (!result) notWellFormed(result.description());
   checkPreamble(document);

@@ -28,8 +28,9 @@ class MessageError : public std::runtime_error {
   std::string header;
 };
 
-/// How deep elements of a request may stand in each other.
+/// How deep elements of a request may stand in each other, and what more a server can be told to take.
 inline constexpr unsigned kDeepestElement = 64;
+inline constexpr unsigned kDeepestOfAll = 256;
 
 /// Throws MessageError.
 CimMessage readMessage(std::string_view body, unsigned deepest = kDeepestElement);

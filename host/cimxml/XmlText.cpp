@@ -1,7 +1,5 @@
 #include "cimxml/XmlText.h"
 
-#include <cstdint>
-
 namespace ZebHost {
 namespace {
 
@@ -38,11 +36,6 @@ Character decode(std::string_view text) {
   return {};
 }
 
-bool allowed(std::uint32_t code) {
-  if (code < 0x20) return code == '\t' || code == '\n' || code == '\r';
-  return code < 0xd800 || (code >= 0xe000 && code <= 0xfffd) || (code >= 0x10000 && code <= 0x10ffff);
-}
-
 /// What stands for a character; empty when it stands for itself. Line ends are kept from being made alike.
 std::string_view escapeOf(char character) {
   switch (character) {
@@ -70,7 +63,7 @@ std::string_view escapeOf(char character) {
 void appendEscaped(std::string& out, std::string_view text) {
   while (!text.empty()) {
     const Character character = decode(text);
-    const bool good = character.length > 0 && allowed(character.code);
+    const bool good = character.length > 0 && isXmlCharacter(character.code);
     const std::size_t length = character.length > 0 ? character.length : 1;
     const std::string_view escape = escapeOf(text[0]);
     out.append(!good ? kReplacement : !escape.empty() ? escape : text.substr(0, length));
@@ -84,10 +77,15 @@ void appendAttribute(std::string& out, std::string_view name, std::string_view v
   out += '"';
 }
 
+bool isXmlCharacter(std::uint32_t code) {
+  if (code < 0x20) return code == '\t' || code == '\n' || code == '\r';
+  return code < 0xd800 || (code >= 0xe000 && code <= 0xfffd) || (code >= 0x10000 && code <= 0x10ffff);
+}
+
 bool isXmlText(std::string_view text) {
   while (!text.empty()) {
     const Character character = decode(text);
-    if (character.length == 0 || !allowed(character.code)) return false;
+    if (character.length == 0 || !isXmlCharacter(character.code)) return false;
     text.remove_prefix(character.length);
   }
   return true;

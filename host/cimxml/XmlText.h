@@ -1,6 +1,7 @@
 // Text in XML.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,9 @@ void appendEscaped(std::string& out, std::string_view text);
 
 /// Appends ` name="value"`.
 void appendAttribute(std::string& out, std::string_view name, std::string_view value);
+
+/// Whether XML allows a character.
+bool isXmlCharacter(std::uint32_t code);
 
 /// Whether text is UTF-8 and holds nothing but characters of XML.
 bool isXmlText(std::string_view text);

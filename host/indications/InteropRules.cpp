@@ -85,7 +85,8 @@ void InteropRules::complete(StoredInstance& stored) const {
     if (!value.empty()) setDefault(stored, key->name, value);
   }
   for (const PropertyDef& property : stored.classDef().properties) {
-    if (property.defaultValue) setDefault(stored, property.name, *property.defaultValue);
+    if (property.defaultValues && !isArray(property.type))
+      setDefault(stored, property.name, property.defaultValues->front());
   }
   for (const DefaultRow& row : kDefaults) {
     if (isOf(stored, row.className)) setDefault(stored, row.property, row.value);

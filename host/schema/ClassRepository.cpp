@@ -47,7 +47,7 @@ void overrideProperty(PropertyDef& inherited, PropertyDeclaration declared, cons
   property.origin = inherited.origin;
   if (property.description.empty()) property.description = inherited.description;
   if (property.values.empty()) property.values = inherited.values;
-  if (!property.defaultValue) property.defaultValue = inherited.defaultValue;
+  if (!property.defaultValues) property.defaultValues = inherited.defaultValues;
   inherited = std::move(property);
 }
 

@@ -46,8 +46,9 @@ struct PropertyDef : ElementDef {
   bool key = false;
   bool required = false;
   bool writable = false;
-  std::optional<std::string> defaultValue;  ///< without quotes; for arrays the text between the braces
-  const ClassDef* origin = nullptr;         ///< class that declared it first
+  /// One text without quotes, for arrays one for each element; nothing when there is no default.
+  std::optional<std::vector<std::string>> defaultValues;
+  const ClassDef* origin = nullptr;  ///< class that declared it first
 };
 
 struct ParameterDef : ElementDef {

@@ -106,18 +106,18 @@ std::string readScalarDefault(MofLexer& lexer, const ElementDef& element) {
   return std::string(lexer.next().text);
 }
 
-std::optional<std::string> readDefault(MofLexer& lexer, const ElementDef& element) {
+std::optional<std::vector<std::string>> readDefault(MofLexer& lexer, const ElementDef& element) {
   if (!takeMark(lexer, '=')) return std::nullopt;
   if (lexer.peek().kind == TokenKind::Identifier && sameName(lexer.peek().text, "null")) {
     lexer.next();
     return std::nullopt;
   }
-  if (!isArray(element.type)) return readScalarDefault(lexer, element);
+  if (!isArray(element.type)) return std::vector{readScalarDefault(lexer, element)};
   expectMark(lexer, '{', "'='");
-  std::string all;
+  std::vector<std::string> all;
   while (!takeMark(lexer, '}')) {
     if (!all.empty()) expectMark(lexer, ',', "an element");
-    all += (all.empty() ? "" : ", ") + readScalarDefault(lexer, element);
+    all.push_back(readScalarDefault(lexer, element));
   }
   return all;
 }
@@ -209,7 +209,7 @@ void MofReader::readProperty(MofLexer& lexer, ClassDeclaration& target, const Qu
   declaration.property.key = qualifiers.flag("Key");
   declaration.property.required = qualifiers.flag("Required");
   declaration.property.writable = qualifiers.flag("Write");
-  declaration.property.defaultValue = readDefault(lexer, declaration.property);
+  declaration.property.defaultValues = readDefault(lexer, declaration.property);
   declaration.overrides = qualifiers.has("Override");
   declaration.line = line;
   if (declaration.overrides && !sameName(qualifiers.text("Override"), declaration.property.name)) {

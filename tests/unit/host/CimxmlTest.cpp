@@ -18,6 +18,9 @@ constexpr char kSchema[] = R"(
   [Description("A <thing>")] class T_Base { [Key] string Name; uint8 Small; };
   class T_Thing : T_Base { sint64 Big; boolean Flag; real64 Real; char16 Letter; datetime When; string Texts[];
     uint16 Numbers[]; string Nothing; uint32 Act([In] uint16 Count, [Out] string Said); };
+  class T_Defaults { [Key] string Name; string Words[] = {"", "a<b"}; uint16 Ranks[] = {1, 0x10}; string None[] = {};
+    boolean On = true; };
+  class T_More : T_Defaults { [Override("Ranks")] uint16 Ranks[] = {3}; };
   [Association] class T_Link { [Key] T_Base REF One; [Key] T_Base REF Other; };)";
 
 /// Keeps the instance that it was given, and gives it back.
@@ -48,6 +51,7 @@ class Store : public Namespace {
     EXPECT_EQ(count.type, CMPI_uint16);
     const CMPIData said = dataOf(makeString(_arena, std::to_string(count.value.uint16) + " times"));
     out.ft->addArg(&out, "Said", &said.value, said.type);
+    addParts(out);
     Reply reply;
     CMPIValue value{};
     value.uint32 = 3;
@@ -56,6 +60,20 @@ class Store : public Namespace {
   }
 
  private:
+  /// Two instances in an array.
+  void addParts(CMPIArgs& out) {
+    Array& parts = *makeArray(_arena, 2, CMPI_instance);
+    for (CMPICount i = 0; i < 2; ++i) {
+      Instance& part =
+          *makeInstance(_arena, *makePath(_arena, "root", "T_Base"), *_repository.find("T_Base"));
+      const CMPIData name = dataOf(makeString(_arena, "part " + std::to_string(i)));
+      part.ft->setProperty(&part, "Name", &name.value, name.type);
+      parts.body().elements[i] = dataOf(&part);
+    }
+    const CMPIData data = dataOf(&parts);
+    out.ft->addArg(&out, "Parts", &data.value, data.type);
+  }
+
   Reply stored() {
     Reply reply;
     if (_instance) reply.result()->body().append(dataOf(_instance));
@@ -214,6 +232,40 @@ TEST_F(CimxmlTest, MethodsTakeAndReturnTypedValues) {
                 "<PARAMVALUE NAME=\"Said\" PARAMTYPE=\"string\"><VALUE>7 times</VALUE></PARAMVALUE>"));
 }
 
+TEST_F(CimxmlTest, InstancesInAnArrayAreMarkedAsEmbedded) {
+  const std::string call =
+      "<METHODCALL NAME=\"act\"><LOCALINSTANCEPATH><LOCALNAMESPACEPATH><NAMESPACE "
+      "NAME=\"root\"/></LOCALNAMESPACEPATH>" +
+      kName + "</LOCALINSTANCEPATH><PARAMVALUE NAME=\"Count\"><VALUE>7</VALUE></PARAMVALUE></METHODCALL>";
+  const auto part = [](const std::string& name) {
+    return "<VALUE>&lt;INSTANCE CLASSNAME=&quot;T_Base&quot;&gt;&lt;PROPERTY NAME=&quot;Name&quot; "
+           "TYPE=&quot;string&quot;&gt;&lt;VALUE&gt;" +
+           name + "&lt;/VALUE&gt;&lt;/PROPERTY&gt;&lt;/INSTANCE&gt;</VALUE>";
+  };
+  EXPECT_THAT(answer(request(call), _store),
+              HasSubstr("<PARAMVALUE NAME=\"Parts\" PARAMTYPE=\"string\" EmbeddedObject=\"instance\">"
+                        "<VALUE.ARRAY>" +
+                        part("part 0") + part("part 1") + "</VALUE.ARRAY></PARAMVALUE>"));
+}
+
+TEST_F(CimxmlTest, ClassesShowTheDefaultsOfTheirProperties) {
+  const std::string names =
+      "<PROPERTY.ARRAY NAME=\"Words\" TYPE=\"string\"><VALUE.ARRAY><VALUE></VALUE>"
+      "<VALUE>a&lt;b</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>";
+  const std::string bare = parameter("IncludeQualifiers", "<VALUE>FALSE</VALUE>");
+  const std::string got = ask("GetClass", parameter("ClassName", "<CLASSNAME NAME=\"T_Defaults\"/>") + bare);
+  EXPECT_THAT(got, HasSubstr(names));
+  EXPECT_THAT(got, HasSubstr("NAME=\"Ranks\" TYPE=\"uint16\"><VALUE.ARRAY><VALUE>1</VALUE><VALUE>0x10</VALUE>"
+                             "</VALUE.ARRAY></PROPERTY.ARRAY>"));
+  EXPECT_THAT(got, HasSubstr("NAME=\"None\" TYPE=\"string\"><VALUE.ARRAY></VALUE.ARRAY>"));
+  EXPECT_THAT(got, HasSubstr("<PROPERTY NAME=\"On\" TYPE=\"boolean\"><VALUE>true</VALUE></PROPERTY>"));
+  const std::string all = ask("EnumerateClasses", parameter("DeepInheritance", "<VALUE>TRUE</VALUE>") + bare);
+  EXPECT_THAT(all, HasSubstr(names));
+  EXPECT_THAT(
+      all, HasSubstr("<CLASS NAME=\"T_More\" SUPERCLASS=\"T_Defaults\"><PROPERTY.ARRAY NAME=\"Ranks\" "
+                     "TYPE=\"uint16\"><VALUE.ARRAY><VALUE>3</VALUE></VALUE.ARRAY></PROPERTY.ARRAY></CLASS>"));
+}
+
 TEST_F(CimxmlTest, AClassIsLocalUnlessAskedFor) {
   const std::string local = ask("GetClass", kThing);
   EXPECT_THAT(local, HasSubstr("<CLASS NAME=\"T_Thing\" SUPERCLASS=\"T_Base\">"));
@@ -250,6 +302,54 @@ TEST_F(CimxmlTest, VersionsThatAreNotKnownAreNotImplemented) {
             "501 unsupported-protocol-version");
   EXPECT_EQ(header(with("SIMPLEREQ", "MULTIREQ")), "400 request-not-well-formed");
   EXPECT_EQ(header("<?xml version=\"1.0\" encoding=\"iso-8859-1\"?>" + good), "400 request-not-well-formed");
+}
+
+/// What a body is refused with; empty when it is not.
+std::string refusalOf(const std::string& body) {
+  try {
+    readMessage(body);
+    return "";
+  } catch (const MessageError& error) {
+    return std::to_string(error.status) + " " + error.header;
+  }
+}
+
+TEST_F(CimxmlTest, ReferencesToCharactersAndToXmlsOwnEntitiesAreRead) {
+  const std::string instance = stored(property("Name", "x") + property("Letter", "&#233;") +
+                                      "<PROPERTY.ARRAY NAME=\"Texts\"><VALUE.ARRAY>"
+                                      "<VALUE>&#x41;&lt;&amp;&gt;&quot;&apos;&#x1F600;</VALUE>"
+                                      "<VALUE><![CDATA[&foo; & <b>]]></VALUE></VALUE.ARRAY></PROPERTY.ARRAY>"
+                                      "<!-- &foo; & -->");
+  EXPECT_THAT(instance, HasSubstr("NAME=\"Letter\" TYPE=\"char16\"><VALUE>\xc3\xa9</VALUE>"));
+  EXPECT_THAT(instance, HasSubstr("<VALUE>A&lt;&amp;&gt;&quot;'\xf0\x9f\x98\x80</VALUE>"));
+  EXPECT_THAT(instance, HasSubstr("<VALUE>&amp;foo; &amp; &lt;b&gt;</VALUE>"));
+}
+
+TEST_F(CimxmlTest, OtherReferencesAreNotWellFormed) {
+  for (const char* const text :
+       {"&foo;",  "&",        "& ",       "&amp",     "&;",         "&#;",
+        "&#x;",   "&#xg1;",   "&#X41;",   "&#-1;",    "&#0;",       "&#1;",
+        "&#x1f;", "&#xd800;", "&#xdfff;", "&#xfffe;", "&#x110000;", "&#99999999999999999999;",
+        "&AMP;",  "&amp ;"}) {
+    EXPECT_EQ(refusalOf(intrinsic("GetInstance", parameter("InstanceName", text))),
+              "400 request-not-well-formed")
+        << text;
+    EXPECT_EQ(refusalOf(intrinsic(text, "")), "400 request-not-well-formed") << text;
+  }
+  EXPECT_EQ(refusalOf(intrinsic("Get<Instance", "")), "400 request-not-well-formed");
+}
+
+TEST_F(CimxmlTest, DocumentTypesAreHarmless) {
+  const std::string good = intrinsic("GetClass", kThing);
+  EXPECT_EQ(refusalOf("<!DOCTYPE CIM>" + good), "");
+  EXPECT_EQ(refusalOf("<!DOCTYPE CIM SYSTEM \"file:///dev/zero\">" + good), "");
+  EXPECT_EQ(refusalOf("<?xml version=\"1.0\"?><!DOCTYPE CIM PUBLIC '-//A//[B]' 'http://[::1]/a.dtd'>" + good),
+            "");
+  EXPECT_EQ(refusalOf("<!DOCTYPE CIM []>" + good), "400 request-not-well-formed");
+  EXPECT_EQ(refusalOf("<!DOCTYPE CIM [<!ENTITY foo \"bar\">]>" + good), "400 request-not-well-formed");
+  EXPECT_EQ(refusalOf("<!DOCTYPE CIM SYSTEM 'a' [<!ENTITY foo SYSTEM \"file:///etc/passwd\">]>" +
+                      intrinsic("GetInstance", parameter("InstanceName", "&foo;"))),
+            "400 request-not-well-formed");
 }
 
 TEST(XmlTextTest, WhatXmlCannotHoldIsReplaced) {

@@ -55,11 +55,11 @@ TEST(MofReader, ReadsAClassWithEverything) {
   EXPECT_EQ(thing->property("LEVEL")->type, CMPI_sint8);
   EXPECT_TRUE(thing->property("Level")->writable);
   EXPECT_TRUE(thing->property("Level")->required);
-  EXPECT_EQ(thing->property("Level")->defaultValue, "-128");
+  EXPECT_EQ(thing->property("Level")->defaultValues, std::vector<std::string>{"-128"});
   EXPECT_EQ(thing->property("Names")->type, CMPI_string | CMPI_ARRAY);
-  EXPECT_EQ(thing->property("Names")->defaultValue, "a, b");
-  EXPECT_EQ(thing->property("When")->defaultValue, std::nullopt);
-  EXPECT_EQ(thing->property("Kind")->defaultValue, "0x10");
+  EXPECT_EQ(thing->property("Names")->defaultValues, (std::vector<std::string>{"a", "b"}));
+  EXPECT_EQ(thing->property("When")->defaultValues, std::nullopt);
+  EXPECT_EQ(thing->property("Kind")->defaultValues, std::vector<std::string>{"0x10"});
   EXPECT_EQ(thing->property("Nothing"), nullptr);
   const MethodDef* act = thing->method("act");
   ASSERT_NE(act, nullptr);
