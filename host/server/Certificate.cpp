@@ -106,12 +106,38 @@ void store(const std::string& file, const std::string& content) {
   }
 }
 
+struct FreeCredentials {
+  void operator()(gnutls_certificate_credentials_t credentials) const {
+    gnutls_certificate_free_credentials(credentials);
+  }
+};
+
+gnutls_datum_t viewOf(const std::string& text) {
+  return {const_cast<unsigned char*>(reinterpret_cast<const unsigned char*>(text.data())),
+          static_cast<unsigned>(text.size())};
+}
+
+/// The library that serves says nothing about what it cannot use.
+Certificate configured(const std::string& file, const std::string& keyFile) {
+  const Certificate read{contentOf(file), contentOf(keyFile)};
+  gnutls_certificate_credentials_t raw = nullptr;
+  require(gnutls_certificate_allocate_credentials(&raw), "memory");
+  const std::unique_ptr<gnutls_certificate_credentials_st, FreeCredentials> credentials(raw);
+  const gnutls_datum_t certificate = viewOf(read.certificate);
+  const gnutls_datum_t key = viewOf(read.key);
+  const int result = gnutls_certificate_set_x509_key_mem(raw, &certificate, &key, GNUTLS_X509_FMT_PEM);
+  if (result < 0) {
+    throw HostError("cannot use the certificate " + file + " with the key " + keyFile + ": " +
+                    gnutls_strerror(result));
+  }
+  return read;
+}
+
 }  // namespace
 
 Certificate certificateFor(const ServerSettings& settings) {
   if (!settings.certificate.empty()) {
-    return {contentOf(settings.certificate),
-            contentOf(settings.key.empty() ? settings.certificate : settings.key)};
+    return configured(settings.certificate, settings.key.empty() ? settings.certificate : settings.key);
   }
   const std::string file = settings.stateDirectory + "/server.pem";
   std::error_code error;

@@ -15,14 +15,13 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(first, last == std::string_view::npos ? 0 : last + 1 - first);
 }
 
-/// Parts between semicolons.
-std::vector<std::string_view> partsOf(std::string_view text) {
+std::vector<std::string_view> partsOf(std::string_view text, char separator = ';') {
   std::vector<std::string_view> parts;
   while (true) {
-    const std::size_t semicolon = std::min(text.find(';'), text.size());
-    parts.push_back(trimmed(text.substr(0, semicolon)));
-    if (semicolon == text.size()) return parts;
-    text.remove_prefix(semicolon + 1);
+    const std::size_t length = std::min(text.find(separator), text.size());
+    parts.push_back(trimmed(text.substr(0, length)));
+    if (length == text.size()) return parts;
+    text.remove_prefix(length + 1);
   }
 }
 
@@ -72,8 +71,15 @@ bool namesSpace(std::string_view object, std::string_view nameSpace, bool intrin
 
 std::string HttpHead::prefix() const {
   if (method != "M-POST") return {};
-  const std::string_view number = parameterOf(header("Man"), "ns");
-  return number.empty() ? std::string() : std::string(number) + "-";
+  const std::string declarations = header("Man");
+  for (const std::string_view declaration : partsOf(declarations, ',')) {
+    if (partsOf(declaration).front() != kMapping) continue;
+    const std::string_view number = parameterOf(declaration, "ns");
+    const bool digits =
+        std::all_of(number.begin(), number.end(), [](char c) { return c >= '0' && c <= '9'; });
+    if (digits && !number.empty()) return std::string(number) + "-";
+  }
+  return {};
 }
 
 HttpAnswer httpError(unsigned status, const std::string& cimError, const std::string& why) {
@@ -86,8 +92,7 @@ HttpAnswer httpError(unsigned status, const std::string& cimError, const std::st
 
 std::optional<HttpAnswer> refuseHead(const HttpHead& head) {
   if (head.method != "POST" && head.method != "M-POST") return httpError(405);
-  if (head.method == "M-POST" &&
-      (head.prefix().empty() || head.header("Man").find(kMapping) == std::string::npos)) {
+  if (head.method == "M-POST" && head.prefix().empty()) {
     return httpError(510, "", "Man does not name the mapping of CIM");
   }
   if (!isXml(head.header("Content-Type"))) return httpError(415, "", "expected application/xml in UTF-8");
@@ -109,16 +114,21 @@ std::optional<HttpAnswer> refuseMismatch(const HttpHead& head, const CimMessage&
   return std::nullopt;
 }
 
-HttpAnswer operationAnswer(const HttpHead& head, std::string document) {
-  HttpAnswer answer{200, std::move(document), {{"Content-Type", "application/xml; charset=\"utf-8\""}}};
+HttpAnswer operationAnswer(std::string document) {
+  return {200,
+          std::move(document),
+          {{"Content-Type", "application/xml; charset=\"utf-8\""}, {"CIMOperation", "MethodResponse"}}};
+}
+
+HttpAnswer extended(const HttpHead& head, HttpAnswer answer) {
   const std::string prefix = head.prefix();
-  answer.headers.emplace_back(prefix + "CIMOperation", "MethodResponse");
-  if (!prefix.empty()) {
-    answer.headers.emplace_back("Ext", " ");
-    answer.headers.emplace_back("Cache-Control", "no-cache");
-    answer.headers.emplace_back("Man",
-                                std::string(kMapping) + " ; ns=" + prefix.substr(0, prefix.size() - 1));
+  if (prefix.empty()) return answer;
+  for (auto& [name, value] : answer.headers) {
+    if (name.starts_with("CIM")) name.insert(0, prefix);
   }
+  answer.headers.emplace_back("Ext", " ");  // the library sends no header without a value
+  answer.headers.emplace_back("Cache-Control", "no-cache");
+  answer.headers.emplace_back("Man", std::string(kMapping) + " ; ns=" + prefix.substr(0, prefix.size() - 1));
   return answer;
 }
 

@@ -22,7 +22,7 @@ struct HttpHead {
   std::function<std::string(const std::string& name)> header;  ///< empty when there is none
   bool fromLoopback = false;
 
-  /// Prefix of the headers of CIM: empty, or for M-POST the number and a hyphen that Man gives.
+  /// Prefix of the headers of CIM: empty, or for M-POST the number that Man gives, and a hyphen.
   std::string prefix() const;
   std::string cimHeader(const std::string& name) const { return header(prefix() + name); }
 };
@@ -36,6 +36,10 @@ std::optional<HttpAnswer> refuseHead(const HttpHead& head);
 std::optional<HttpAnswer> refuseMismatch(const HttpHead& head, const CimMessage& message);
 
 /// A document as the answer to an operation.
-HttpAnswer operationAnswer(const HttpHead& head, std::string document);
+HttpAnswer operationAnswer(std::string document);
+
+/// An answer as it goes to the client: that to M-POST carries the headers of CIM with the number that the
+/// request gave them, and declares them.
+HttpAnswer extended(const HttpHead& head, HttpAnswer answer);
 
 }  // namespace ZebHost

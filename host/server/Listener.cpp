@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cerrno>
+#include <charconv>
 #include <cstring>
 #include <memory>
 
@@ -18,14 +19,18 @@ using Addresses = std::unique_ptr<addrinfo, decltype(&freeaddrinfo)>;
 Addresses resolve(const std::string& where) {
   const std::size_t colon = where.rfind(':');
   if (colon == std::string::npos) throw HostError("'" + where + "': expected ADDRESS:PORT");
+  const std::string service = where.substr(colon + 1);
+  std::uint16_t port = 0;  // the library takes more than there are, and none at all
+  const auto [end, wrong] = std::from_chars(service.data(), service.data() + service.size(), port);
+  if (wrong != std::errc() || *end != '\0')
+    throw HostError("'" + where + "': expected a port behind the colon");
   std::string host = where.substr(0, colon);
   if (host.size() > 1 && host.front() == '[' && host.back() == ']') host = host.substr(1, host.size() - 2);
   addrinfo hints{};
   hints.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV | AI_PASSIVE;
   hints.ai_socktype = SOCK_STREAM;
   addrinfo* found = nullptr;
-  const int error =
-      getaddrinfo(host == "*" ? nullptr : host.c_str(), where.substr(colon + 1).c_str(), &hints, &found);
+  const int error = getaddrinfo(host == "*" ? nullptr : host.c_str(), service.c_str(), &hints, &found);
   if (error != 0) throw HostError("'" + where + "': " + gai_strerror(error));
   return {found, freeaddrinfo};
 }
@@ -46,6 +51,14 @@ std::string addressOf(int socket) {
 }
 
 }  // namespace
+
+bool isListeningAddress(const std::string& where) {
+  try {
+    return resolve(where) != nullptr;
+  } catch (const HostError&) {
+    return false;
+  }
+}
 
 ListeningSocket listenAt(const std::string& where) {
   const Addresses addresses = resolve(where);

@@ -12,6 +12,9 @@ struct ListeningSocket {
   std::string address;  ///< with the port that was bound
 };
 
+/// Whether `listenAt` can read it.
+bool isListeningAddress(const std::string& where);
+
 /// Binds "ADDRESS:PORT"; the address is numeric, in brackets for IPv6, or * for all. Throws HostError.
 ListeningSocket listenAt(const std::string& where);
 

@@ -24,15 +24,16 @@ bool isOfClasses(const CimMessage& message) {
 }  // namespace
 
 Router::Router(Authenticator& users, ProviderSupervisor& plugin, const ClassRepository& repository,
-               Namespace* interop)
+               Namespace* interop, unsigned deepest)
     : _users(users),
       _plugin(plugin),
       _noProvider(repository, kNameSpace),
       _classes(_noProvider),
-      _interop(interop) {}
+      _interop(interop),
+      _deepest(deepest) {}
 
 std::optional<HttpAnswer> Router::refuse(const HttpHead& head) {
-  if (auto refusal = refuseHead(head)) return refusal;
+  if (auto refusal = refuseHead(head)) return extended(head, std::move(*refusal));
   const std::string authorization = head.header("Authorization");
   if (authorization.empty() ? !head.fromLoopback : !_users.check(authorization)) return httpError(401);
   return std::nullopt;
@@ -46,7 +47,7 @@ std::optional<HttpAnswer> Router::refuseUser(const HttpHead& head, const CimMess
   if (!user) return httpError(401);
   if (user->mayWrite) return std::nullopt;
   return operationAnswer(
-      head, errorAnswer(message, CMPI_RC_ERR_ACCESS_DENIED, "user '" + user->name + "' may only read"));
+      errorAnswer(message, CMPI_RC_ERR_ACCESS_DENIED, "user '" + user->name + "' may only read"));
 }
 
 std::string Router::perform(std::string_view body, const CimMessage& message) {
@@ -61,17 +62,21 @@ std::string Router::perform(std::string_view body, const CimMessage& message) {
   return errorAnswer(message, CMPI_RC_ERR_FAILED, result.body);
 }
 
-HttpAnswer Router::handle(const HttpHead& head, std::string_view body) {
+HttpAnswer Router::answerTo(const HttpHead& head, std::string_view body) {
   try {
-    const CimMessage message = readMessage(body);
+    const CimMessage message = readMessage(body, _deepest);
     if (auto refusal = refuseMismatch(head, message)) return std::move(*refusal);
     if (auto refusal = refuseUser(head, message)) return std::move(*refusal);
-    return operationAnswer(head, perform(body, message));
+    return operationAnswer(perform(body, message));
   } catch (const MessageError& error) {
     return httpError(static_cast<unsigned>(error.status), error.header, error.what());
   } catch (const std::exception&) {
     return httpError(500);
   }
+}
+
+HttpAnswer Router::handle(const HttpHead& head, std::string_view body) {
+  return extended(head, answerTo(head, body));
 }
 
 }  // namespace ZebHost

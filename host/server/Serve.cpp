@@ -31,8 +31,8 @@ class Log {
 ServerSettings settingsOf(const Options& options, Log& log) {
   ServerSettings settings =
       readServerSettings(options.config.empty() ? kServerSettingsFile : options.config, std::ref(log));
-  if (!options.http.empty()) settings.http = options.http == "none" ? "" : options.http;
-  if (!options.https.empty()) settings.https = options.https == "none" ? "" : options.https;
+  if (!options.http.empty()) settings.http = options.http;
+  if (!options.https.empty()) settings.https = options.https;
   if (!options.state.empty()) settings.stateDirectory = options.state;
   return settings;
 }
@@ -52,11 +52,9 @@ std::vector<std::string> argumentsOf(const Options& options) {
 }
 
 SupervisorOptions supervisorOptions(const Options& options, const ServerSettings& settings, Log& log) {
-  SupervisorOptions supervised;
+  SupervisorOptions supervised = settings.plugin;
   supervised.program = programFolder() + "/zebcim";
   supervised.arguments = argumentsOf(options);
-  supervised.patience = settings.patience;
-  supervised.timeLimit = settings.callTime;
   supervised.log = std::ref(log);
   return supervised;
 }
@@ -87,7 +85,7 @@ class Core {
 
  private:
   static DeliverySettings deliverySettings(const ServerSettings& settings) {
-    DeliverySettings delivery;
+    DeliverySettings delivery = settings.delivery;
     delivery.directory = settings.stateDirectory;
     return delivery;
   }
@@ -121,17 +119,17 @@ int serve(const Options& options, std::ostream& out, std::ostream& err) {
   const StopSignals signals([&] { stop.release(); });
   Log log(err);
   const ServerSettings settings = settingsOf(options, log);
-  if (settings.http.empty() && settings.https.empty()) throw HostError("there is nowhere to listen at");
+  if (isNowhere(settings.http) && isNowhere(settings.https)) throw HostError("there is nowhere to listen at");
   Core core(options, settings, log);
   Authenticator users(settings);
-  Router router(users, core.plugin(), core.classes(), &core.interop());
+  Router router(users, core.plugin(), core.classes(), &core.interop(), settings.requestDepth);
   HttpBounds bounds(settings);
   std::vector<std::unique_ptr<HttpServer>> servers;
-  if (!settings.http.empty()) {
+  if (!isNowhere(settings.http)) {
     servers.push_back(std::make_unique<HttpServer>(listenAt(settings.http), router, bounds, std::nullopt));
     out << "http " << servers.back()->address() << std::endl;
   }
-  if (!settings.https.empty()) {
+  if (!isNowhere(settings.https)) {
     servers.push_back(
         std::make_unique<HttpServer>(listenAt(settings.https), router, bounds, certificateFor(settings)));
     out << "https " << servers.back()->address() << std::endl;
