@@ -36,7 +36,7 @@ class Installation {
 TEST(InstalledClientTest, TheInstalledProgramsFindEachOther) {
   if (wbemClient().empty()) GTEST_SKIP() << "the package sblim-wbemcli is not installed";
   const Installation installation;
-  Server server({"--source", ZEB_SNAPSHOTS "/one_port.json"}, {}, installation.zebcim());
+  Server server({"--source", ZEB_SNAPSHOTS "/one_port.json"}, {}, {.zebcim = installation.zebcim()});
   const Outcome ports = ask(server, "http", {"ei", "root/jxv:ZEB_EthernetPort"});
   EXPECT_THAT(ports.out, testing::HasSubstr("-PermanentAddress=\"001b2100005e\"\n"));
   EXPECT_EQ(server.stop(), 0);

@@ -1,7 +1,7 @@
 #include "Server.h"
 
 #include <fcntl.h>
-#include <netinet/in.h>
+#include <netdb.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/socket.h>
@@ -39,12 +39,20 @@ std::size_t residentOf(pid_t process) {
 }
 
 int connectTo(const std::string& address) {
-  const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in target{};
-  target.sin_family = AF_INET;
-  target.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  target.sin_port = htons(static_cast<std::uint16_t>(std::stoi(address.substr(address.rfind(':') + 1))));
-  if (connect(socket, reinterpret_cast<sockaddr*>(&target), sizeof target) != 0) {
+  const std::size_t colon = address.rfind(':');
+  std::string host = address.substr(0, colon);
+  if (host.front() == '[') host = host.substr(1, host.size() - 2);
+  addrinfo hints{};
+  hints.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV;
+  hints.ai_socktype = SOCK_STREAM;
+  addrinfo* target = nullptr;
+  if (getaddrinfo(host.c_str(), address.c_str() + colon + 1, &hints, &target) != 0) {
+    throw std::runtime_error("address " + address);
+  }
+  const int socket = ::socket(target->ai_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const int result = connect(socket, target->ai_addr, target->ai_addrlen);
+  freeaddrinfo(target);
+  if (result != 0) {
     close(socket);
     throw std::runtime_error("connect");
   }
@@ -53,12 +61,12 @@ int connectTo(const std::string& address) {
 
 }  // namespace
 
-Server::Server(std::vector<std::string> arguments, const std::string& limits, const std::string& zebcim)
+Server::Server(std::vector<std::string> arguments, const std::string& settings, const Place& place)
     : _folder(makeFolder()), _arguments(std::move(arguments)) {
-  configure(limits);
-  _arguments.insert(_arguments.begin(), {zebcim, "--plugin", ZEB_REAL_PLUGIN});
+  configure(settings);
+  _arguments.insert(_arguments.begin(), {place.zebcim, "--plugin", ZEB_REAL_PLUGIN});
   _arguments.insert(_arguments.end(), {"serve", "--config", (_folder / "zebcim.toml").string(), "--http",
-                                       "127.0.0.1:0", "--https", "127.0.0.1:0"});
+                                       place.http, "--https", place.https});
   start();
 }
 
@@ -83,7 +91,7 @@ void Server::start() {
   close(ends[0]);
 }
 
-void Server::configure(const std::string& limits) {
+void Server::configure(const std::string& settings) {
   std::filesystem::create_directories(_folder / "pam");
   std::filesystem::create_directories(_folder / "store");
   write(_folder / "password", "#!/bin/sh\n[ \"$(tr -d '\\0')\" = secret ]\n");
@@ -92,7 +100,7 @@ void Server::configure(const std::string& limits) {
                                     (_folder / "password").string() + "\naccount required pam_permit.so\n");
   write(_folder / "zebcim.toml", "[access]\npam-folder = \"" + (_folder / "pam").string() +
                                      "\"\nwrite-group = \"root\"\n[state]\ndirectory = \"" +
-                                     (_folder / "state").string() + "\"\n" + limits);
+                                     (_folder / "state").string() + "\"\n" + settings);
 }
 
 void Server::readAddresses(int output) {
@@ -134,6 +142,18 @@ std::size_t Server::memory() const {
     for (pid_t child = 0; children >> child;) all += residentOf(child);
   }
   return all;
+}
+
+OpenConnection::OpenConnection(const std::string& address, const std::string& bytes)
+    : _socket(connectTo(address)) {
+  if (send(_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL) != static_cast<ssize_t>(bytes.size())) {
+    close(_socket);
+    throw std::runtime_error("send");
+  }
+}
+
+OpenConnection::~OpenConnection() {
+  close(_socket);
 }
 
 std::string exchange(const std::string& address, const std::string& bytes, double seconds) {

@@ -9,12 +9,19 @@
 
 namespace ZebHost {
 
-/// Listens on free ports of the loopback interface; its state is in a folder that goes with it. Users are
-/// root and daemon, with the password "secret"; only root may write. The process is ended with the object.
+/// Which program serves, and where it listens.
+struct Place {
+  std::string zebcim = ZEB_CIM;
+  std::string http = "127.0.0.1:0";
+  std::string https = "127.0.0.1:0";
+};
+
+/// Its state is in a folder that goes with it. Users are root and daemon, with the password "secret"; only
+/// root may write. The process is ended with the object.
 class Server {
  public:
-  explicit Server(std::vector<std::string> arguments = {}, const std::string& limits = {},
-                  const std::string& zebcim = ZEB_CIM);
+  explicit Server(std::vector<std::string> arguments = {}, const std::string& settings = {},
+                  const Place& place = {});
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
   ~Server();
@@ -31,7 +38,7 @@ class Server {
   void start();
 
  private:
-  void configure(const std::string& limits);
+  void configure(const std::string& settings);
   void readAddresses(int output);
 
   std::filesystem::path _folder;
@@ -39,6 +46,18 @@ class Server {
   pid_t _id = -1;
   std::string _http;
   std::string _https;
+};
+
+/// A connection to the server on which something was sent, as long as the object lives.
+class OpenConnection {
+ public:
+  OpenConnection(const std::string& address, const std::string& bytes);
+  OpenConnection(const OpenConnection&) = delete;
+  OpenConnection& operator=(const OpenConnection&) = delete;
+  ~OpenConnection();
+
+ private:
+  int _socket;
 };
 
 /// What the server answers to bytes on a fresh connection, until it closes or `seconds` are over.
