@@ -3,7 +3,7 @@
 #include "broker/CallMemory.h"
 #include "broker/SelectQuery.h"
 #include "broker/Values.h"
-#include "indications/Condition.h"
+#include "query/Condition.h"
 
 namespace ZebHost {
 namespace {

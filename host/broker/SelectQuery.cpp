@@ -1,6 +1,6 @@
 #include "broker/SelectQuery.h"
 
-#include "indications/Condition.h"
+#include "query/Condition.h"
 
 namespace ZebHost {
 

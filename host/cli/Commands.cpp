@@ -10,12 +10,12 @@
 #include "cli/Assignments.h"
 #include "cli/Doctor.h"
 #include "cli/JsonOutput.h"
+#include "cli/PluginProcess.h"
 #include "cli/Programs.h"
 #include "cli/StopSignals.h"
 #include "cli/TextOutput.h"
 #include "cli/TreeModel.h"
 #include "cli/Watch.h"
-#include "server/PluginProcess.h"
 
 namespace ZebHost {
 namespace {

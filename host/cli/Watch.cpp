@@ -10,7 +10,7 @@
 #include "cli/StopSignals.h"
 #include "cli/WatchLine.h"
 #include "cli/WatchNames.h"
-#include "indications/Condition.h"
+#include "query/Condition.h"
 
 namespace ZebHost {
 namespace {

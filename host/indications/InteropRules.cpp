@@ -6,8 +6,8 @@
 
 #include "broker/ObjectPathText.h"
 #include "broker/Values.h"
-#include "indications/Condition.h"
 #include "indications/Destination.h"
+#include "query/Condition.h"
 
 namespace ZebHost {
 namespace {

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "broker/Objects.h"
-#include "indications/Condition.h"
 #include "isolation/IndicationFilter.h"
+#include "query/Condition.h"
 
 namespace ZebHost {
 

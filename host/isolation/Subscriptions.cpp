@@ -4,7 +4,7 @@
 #include <iostream>
 
 #include "broker/SelectQuery.h"
-#include "indications/Condition.h"
+#include "query/Condition.h"
 
 namespace ZebHost {
 

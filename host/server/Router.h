@@ -5,9 +5,9 @@
 #include <string_view>
 
 #include "isolation/ProviderSupervisor.h"
+#include "plugin/PluginNamespace.h"
 #include "server/Authenticator.h"
 #include "server/HttpHead.h"
-#include "server/PluginNamespace.h"
 
 namespace ZebHost {
 

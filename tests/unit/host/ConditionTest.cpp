@@ -5,8 +5,8 @@
 #include "broker/DateTimeText.h"
 #include "broker/SelectQuery.h"
 #include "broker/Values.h"
-#include "indications/Condition.h"
-#include "indications/LikePattern.h"
+#include "query/Condition.h"
+#include "query/LikePattern.h"
 
 namespace ZebHost {
 namespace {

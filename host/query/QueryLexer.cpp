@@ -1,9 +1,9 @@
-#include "indications/QueryLexer.h"
+#include "query/QueryLexer.h"
 
 #include <algorithm>
 #include <array>
 
-#include "indications/Condition.h"
+#include "query/Condition.h"
 
 namespace ZebHost {
 namespace {

@@ -1,13 +1,13 @@
 // Evaluates conditions, in the logic of three values that SQL has.
-#include "indications/Condition.h"
+#include "query/Condition.h"
 
 #include <compare>
 
 #include "broker/DateTimeText.h"
 #include "broker/ObjectPathText.h"
 #include "broker/Values.h"
-#include "indications/ConditionNodes.h"
-#include "indications/LikePattern.h"
+#include "query/ConditionNodes.h"
+#include "query/LikePattern.h"
 
 namespace ZebHost {
 namespace {

@@ -1,10 +1,10 @@
-#include "server/PluginProcess.h"
+#include "cli/PluginProcess.h"
 
 #include "cimxml/Answer.h"
 #include "cimxml/Export.h"
 #include "cli/Session.h"
 #include "isolation/ProviderProcess.h"
-#include "server/PluginNamespace.h"
+#include "plugin/PluginNamespace.h"
 
 namespace ZebHost {
 namespace {

@@ -2,8 +2,8 @@
 #include <algorithm>
 
 #include "broker/DateTimeText.h"
-#include "indications/Condition.h"
-#include "indications/ConditionNodes.h"
+#include "query/Condition.h"
+#include "query/ConditionNodes.h"
 
 namespace ZebHost {
 namespace {

@@ -1,4 +1,4 @@
-#include "indications/LikePattern.h"
+#include "query/LikePattern.h"
 
 #include <algorithm>
 #include <cstdint>

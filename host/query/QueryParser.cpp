@@ -4,9 +4,9 @@
 #include <utility>
 #include <vector>
 
-#include "indications/Condition.h"
-#include "indications/ConditionNodes.h"
-#include "indications/QueryLexer.h"
+#include "query/Condition.h"
+#include "query/ConditionNodes.h"
+#include "query/QueryLexer.h"
 
 namespace ZebHost {
 namespace {

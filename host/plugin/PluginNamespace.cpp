@@ -1,4 +1,4 @@
-#include "server/PluginNamespace.h"
+#include "plugin/PluginNamespace.h"
 
 #include "broker/CallMemory.h"
 #include "broker/HostName.h"
