@@ -98,8 +98,8 @@ class Logger {
   std::shared_ptr<Source> _source;
 };
 
-/// Replaces the sink and level of the loggers that have no sink of their own; a null sink brings back what the
-/// configuration asks for.
+/// Replaces the sink and level of the loggers that have no sink of their own; a null sink brings back what
+/// the configuration asks for.
 void setProcessLogSink(std::shared_ptr<LogSink> sink, LogLevel level);
 
 /// To syslog(3), facility daemon.

@@ -4,8 +4,8 @@
 
 namespace ZEB {
 
-/// Blocks every signal in the calling thread for its lifetime. A thread that is started meanwhile inherits that for
-/// good, so that no signal that is meant for the object manager is ever taken on it.
+/// Blocks every signal in the calling thread for its lifetime. A thread that is started meanwhile inherits
+/// that for good, so that no signal that is meant for the object manager is ever taken on it.
 class SignalsBlocked {
  public:
   SignalsBlocked() {

@@ -8,15 +8,15 @@
 
 namespace ZEB {
 
-/// A thread that does some work at an interval, and early when it is woken. A burst of wake-ups is one run: it
-/// comes when no more have followed for a short while, and never much later than the first.
+/// A thread that does some work at an interval, and early when it is woken. A burst of wake-ups is one run:
+/// it comes when no more have followed for a short while, and never much later than the first.
 class WorkerTimer {
  public:
   using Clock = std::chrono::steady_clock;
 
   struct Timing {
-    Clock::duration firstAfter;  ///< before the first run
-    Clock::duration interval;    ///< between the end of a run and the next
+    Clock::duration firstAfter;                                 ///< before the first run
+    Clock::duration interval;                                   ///< between the end of a run and the next
     Clock::duration quiet = std::chrono::milliseconds(50);      ///< after the last wake-up
     Clock::duration patience = std::chrono::milliseconds(200);  ///< after the first wake-up, at the latest
   };
