@@ -94,7 +94,7 @@ class SubscriptionTest : public testing::Test {
  protected:
   void SetUp() override {
     if (wbemClient().empty()) GTEST_SKIP() << "the package sblim-wbemcli is not installed";
-    server = std::make_unique<Server>(std::vector<std::string>{"--source", file()});
+    server = std::make_unique<Server>(std::vector<std::string>{"--source", file()}, settings());
     const Console console(*server);
     console.make("CIM_IndicationFilter", "cables",
                  R"(,QueryLanguage="WQL",Query="SELECT * FROM ZEB_EthernetIndication")");
@@ -104,6 +104,9 @@ class SubscriptionTest : public testing::Test {
       console.subscribe(name);
     }
   }
+
+  /// More of the server's configuration.
+  virtual std::string settings() const { return {}; }
 
   static std::string file() { return testing::TempDir() + "cables-" + std::to_string(getpid()) + ".json"; }
 
@@ -200,6 +203,27 @@ TEST_F(SubscriptionTest, WhoHasUnsubscribedGetsNothingMore) {
   EXPECT_EQ(alerts(*away), rounds(2));
   EXPECT_EQ(alerts(present), rounds(3));
   EXPECT_EQ(server->stop(), 0);
+}
+
+class ShortQueueTest : public SubscriptionTest {
+ protected:
+  std::string settings() const override {
+    return "[delivery]\nmost-waiting = 1\nfirst-pause-milliseconds = 20\nlongest-pause-milliseconds = 50\n";
+  }
+};
+
+TEST_F(ShortQueueTest, TheFileSaysHowManyAlertsWait) {
+  away.reset();
+  pullAndPutBack();
+  listen();
+  ASSERT_TRUE(away->waitFor(1));
+  ASSERT_NO_FATAL_FAILURE(setCable(false));
+  ASSERT_TRUE(away->waitFor(2));
+  ASSERT_NO_FATAL_FAILURE(setCable(true));
+  ASSERT_TRUE(away->waitFor(3));
+  const std::vector<Properties> both = rounds(1);
+  EXPECT_EQ(alerts(*away), (std::vector<Properties>{both[1], both[0], both[1]}));
+  expectSequence(received(*away), 1);
 }
 
 }  // namespace
