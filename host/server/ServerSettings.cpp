@@ -50,6 +50,14 @@ void orderPauses(ServerSettings& settings, const std::string& file, const Warn& 
   }
 }
 
+/// Values that fit alone.
+void checkTogether(ServerSettings& settings, const std::string& file, const Warn& warn) {
+  orderPauses(settings, file, warn);
+  if (!settings.key.empty() && settings.certificate.empty()) {
+    warn(file + ": 'listen.key' is not used without 'listen.certificate'");
+  }
+}
+
 }  // namespace
 
 ServerSettings readServerSettings(const std::string& file, const Warn& warn) {
@@ -74,7 +82,7 @@ ServerSettings readServerSettings(const std::string& file, const Warn& warn) {
       say(content, "'" + name + "' is unknown");
     }
   }
-  orderPauses(settings, file, warn);
+  checkTogether(settings, file, warn);
   return settings;
 }
 

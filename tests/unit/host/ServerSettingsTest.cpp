@@ -157,7 +157,8 @@ INSTANTIATE_TEST_SUITE_P(All, TextKeys, testing::ValuesIn(kTexts),
 TEST_P(TextKeys, HaveADefaultAndTakeTexts) {
   const Text& text = GetParam();
   EXPECT_EQ(text.of(ServerSettings()), text.byDefault);
-  const SettingsFile file(fileWith(text.key, "\"" + std::string(text.good) + "\""));
+  const std::string more = text.key == std::string("listen.key") ? "certificate = \"/a.pem\"\n" : "";
+  const SettingsFile file(fileWith(text.key, "\"" + std::string(text.good) + "\"") + more);
   EXPECT_THAT(file.warnings(), IsEmpty());
   EXPECT_EQ(text.of(file.settings()), text.good);
 }
@@ -219,6 +220,12 @@ TEST(ServerSettings, TheFirstPauseIsNotLongerThanTheLongest) {
   EXPECT_EQ(file.settings().plugin.firstBackOff, milliseconds(100));
   EXPECT_EQ(file.settings().plugin.longestBackOff, milliseconds(5000));
   EXPECT_EQ(file.settings().delivery.firstPause, milliseconds(1000));
+}
+
+TEST(ServerSettings, AKeyWithoutItsCertificateIsNotUsed) {
+  EXPECT_THAT(SettingsFile("[listen]\nkey = \"/b.pem\"\n").warnings(),
+              ElementsAre(": 'listen.key' is not used without 'listen.certificate'"));
+  EXPECT_THAT(SettingsFile("[listen]\nkey = \"/b.pem\"\ncertificate = \"/a.pem\"\n").warnings(), IsEmpty());
 }
 
 TEST(ServerSettings, WhatIsUnknownIsNamedWithItsLineAndTheRestIsTaken) {
