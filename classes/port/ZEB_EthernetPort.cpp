@@ -58,7 +58,7 @@ std::vector<std::string> networkAddresses(const EthernetPort& port) {
 
 const PropertyRows<ZEB_EthernetPort::Reading> ZEB_EthernetPort::kProperties{
     P::systemScopedKeys("DeviceID"),
-    P::step([](Reading& r) { r.record.refresh(); }),
+    P::step([](Reading& r) { r.record.refresh(RefreshPart::Link); }),
     P::string("Caption", &EthernetPort::getPortPciProductStr, orElse("Ethernet Port")),
     P::string("ElementName", sameAs("Caption")),
     P::datetime(

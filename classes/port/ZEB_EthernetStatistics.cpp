@@ -32,7 +32,7 @@ const PropertyRows<ZEB_EthernetStatistics::Reading> ZEB_EthernetStatistics::kPro
         "Description", [](Reading& r) { return portDescription(r.record, r.self._controllerNumber); },
         always),
     P::step([](Reading& r) {
-      r.record.refresh();
+      r.record.refresh(RefreshPart::Counters);
       r.record.getEthStats(r.counters);
     }),
     P::datetime(

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <linux/if.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -87,6 +88,49 @@ TEST(KernelFacts, AddressesAreWhatIpSays) {
     EXPECT_EQ(found, expected);
     EXPECT_THAT(found, Contains("a0 10.1.2.3/20"));
     EXPECT_THAT(found, Contains("b0 10.9.0.1/32"));
+  });
+}
+
+TEST(KernelFacts, CountersAloneAreThoseOfTheLinks) {
+  IN_NAMESPACE([] {
+    makePairs(2);
+    KernelSource source;
+    EXPECT_FALSE(source.readCounters()->has_value()) << "before the first whole answer";
+    // Until links that just came up are quiet.
+    std::optional<CounterSnapshot> counters;
+    HostSnapshot snapshot;
+    for (int i = 0; i < 100 && !counters; ++i) {
+      usleep(50'000);
+      snapshot = std::move(*source.readAll());
+      counters = *source.readCounters();
+    }
+    ASSERT_TRUE(counters);
+    ASSERT_EQ(counters->interfaces.size(), snapshot.links.size());
+    for (std::size_t i = 0; i < snapshot.links.size(); ++i) {
+      EXPECT_EQ(counters->interfaces[i].index, snapshot.links[i].index);
+      EXPECT_GE(counters->interfaces[i].statistics.txBytes, snapshot.links[i].statistics->txBytes);
+      EXPECT_GE(counters->interfaces[i].statistics.rxPackets, snapshot.links[i].statistics->rxPackets);
+    }
+    ip("link set a1 down");
+    EXPECT_FALSE(source.readCounters()->has_value()) << "something was announced";
+  });
+}
+
+TEST(KernelFacts, LinksAloneAreThoseOfEverything) {
+  IN_NAMESPACE([] {
+    makePairs(2);
+    ip("addr add 10.1.2.3/20 dev a0");
+    KernelSource source;
+    const HostSnapshot all = std::move(*source.readAll());
+    ip("link set a1 mtu 1400");
+    const auto links = source.readLinks();
+    ASSERT_TRUE(links && *links);
+    EXPECT_TRUE(source.announced()) << "left to the next whole answer";
+    ASSERT_EQ((*links)->links.size(), all.links.size());
+    EXPECT_EQ(linkNamed(**links, "a1").mtu, 1400u);
+    EXPECT_EQ(linkNamed(**links, "a0").ethtool, linkNamed(all, "a0").ethtool);
+    EXPECT_EQ(linkNamed(**links, "a0").driver->name, "veth");
+    EXPECT_TRUE((*links)->routes.empty());
   });
 }
 

@@ -16,7 +16,8 @@ class FakeSource : public HostSource {
     HostSnapshot snapshot;
     bool changed = false;
     bool failing = false;
-    std::atomic<int> dumps = 0, singles = 0;
+    bool inParts = false;  ///< whether links and counters are to be had by themselves
+    std::atomic<int> dumps = 0, singles = 0, linkDumps = 0, counterDumps = 0;
 
     template <class Edit>
     void edit(Edit change) {
@@ -44,6 +45,28 @@ class FakeSource : public HostSource {
     std::erase_if(one.links,
                   [&](const LinkFacts& link) { return link.index != index && link.masterIndex != index; });
     return one;
+  }
+
+  Outcome<std::optional<HostSnapshot>> readLinks() override {
+    const std::scoped_lock lock(_host.mutex);
+    if (!_host.inParts) return std::optional<HostSnapshot>();
+    ++_host.linkDumps;
+    HostSnapshot links;
+    links.sampleTime = _host.snapshot.sampleTime;
+    links.links = _host.snapshot.links;
+    return std::optional(std::move(links));
+  }
+
+  Outcome<std::optional<CounterSnapshot>> readCounters() override {
+    const std::scoped_lock lock(_host.mutex);
+    if (!_host.inParts || _host.changed) return std::optional<CounterSnapshot>();
+    ++_host.counterDumps;
+    CounterSnapshot counters;
+    counters.sampleTime = _host.snapshot.sampleTime;
+    for (const LinkFacts& link : _host.snapshot.links)
+      counters.interfaces.push_back(
+          {link.index, link.statistics.value_or(LinkStatistics{}), link.ethtool.mac});
+    return std::optional(std::move(counters));
   }
 
   bool announced() override {

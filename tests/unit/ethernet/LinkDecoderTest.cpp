@@ -57,6 +57,37 @@ TEST(LinkDecoder, ReadsEveryFact) {
   EXPECT_EQ(facts->kind, "");
 }
 
+MessageBuilder counters(std::uint32_t index) {
+  if_stats_msg header{};
+  header.ifindex = index;
+  MessageBuilder builder;
+  builder.raw(header);
+  return builder;
+}
+
+TEST(CounterDecoder, ReadsTheTraffic) {
+  auto builder = counters(7);
+  const std::uint64_t statistics[] = {11, 22, 33, 44, 55, 66};
+  builder.attribute(IFLA_STATS_LINK_64, statistics, sizeof statistics);
+  const auto found = decodeCounters(builder.view());
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->index, 7u);
+  EXPECT_EQ(found->statistics, (LinkStatistics{11, 22, 33, 44}));
+  EXPECT_EQ(found->mac, MacStatistics{});
+}
+
+TEST(CounterDecoder, WhatIsBrokenIsNothing) {
+  const std::uint64_t statistics[] = {11, 22, 33, 44};
+  EXPECT_FALSE(decodeCounters({}));
+  EXPECT_FALSE(decodeCounters(counters(7).view())) << "no counters";
+  auto cut = counters(7);
+  cut.attribute(IFLA_STATS_LINK_64, statistics, sizeof statistics - 1);
+  EXPECT_FALSE(decodeCounters(cut.view())) << "too few counters";
+  auto nobody = counters(0);
+  nobody.attribute(IFLA_STATS_LINK_64, statistics, sizeof statistics);
+  EXPECT_FALSE(decodeCounters(nobody.view())) << "no interface";
+}
+
 TEST(LinkDecoder, WhatIsNotSaidStaysUnknown) {
   const auto facts = decodeLink(named(2, "eth0").view());
   ASSERT_TRUE(facts);

@@ -10,6 +10,7 @@
 #include "ethernet/EthernetEnums.h"
 #include "ethernet/EthernetVLanDataObject.h"
 #include "ethernet/FactsHandle.h"
+#include "ethernet/RefreshPart.h"
 
 namespace ZEB {
 
@@ -27,8 +28,9 @@ class EthernetPort {
 
   /// Puts newer facts in place: those of the dump that the open `RefreshScope` shares, else this interface's
   /// alone. Non-zero when nothing could be read (the old facts stay) and when the interface is gone (every
-  /// getter fails from then on).
-  int refresh();
+  /// getter fails from then on). A part costs less than everything where many ports are refreshed in one
+  /// scope.
+  int refresh(RefreshPart part = RefreshPart::Everything);
 
   int getOsDeviceName(std::string& name) const;
   int getPortPciProductStr(std::string& product) const;

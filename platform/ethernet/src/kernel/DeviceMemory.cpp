@@ -36,7 +36,7 @@ void DeviceMemory::complete(LinkFacts& link, std::unique_ptr<HardwareReader>& re
   Device& device = remembered(link, reader);
   link.hardware = device.hardware;
   link.driver = device.driver;
-  addCounters(link, device);
+  addCounters(device, link.ethtool.mac);
 }
 
 DeviceMemory::Device& DeviceMemory::remembered(const LinkFacts& link,
@@ -55,11 +55,18 @@ DeviceMemory::Device& DeviceMemory::remembered(const LinkFacts& link,
   return device;
 }
 
-void DeviceMemory::addCounters(LinkFacts& link, Device& device) const {
-  const bool standardGroup = link.ethtool.mac != MacStatistics{};
+void DeviceMemory::addCounters(std::vector<InterfaceCounters>& interfaces) {
+  for (InterfaceCounters& interface : interfaces) {
+    const auto known = _devices.find(interface.index);
+    if (known != _devices.end()) addCounters(known->second, interface.mac);
+  }
+}
+
+void DeviceMemory::addCounters(Device& device, MacStatistics& statistics) const {
+  const bool standardGroup = statistics != MacStatistics{};
   if (standardGroup || !device.counters || device.counters->places.empty()) return;
-  if (!_ioctl.readCounters(link.name, *device.counters, link.ethtool.mac)) {
-    device.counters = _ioctl.counters(link.name);
+  if (!_ioctl.readCounters(device.interface, *device.counters, statistics)) {
+    device.counters = _ioctl.counters(device.interface);
   }
 }
 

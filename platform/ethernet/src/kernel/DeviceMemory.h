@@ -23,6 +23,10 @@ class DeviceMemory {
   /// Adds what is known to one link.
   void complete(LinkFacts& link);
 
+  bool empty() const { return _devices.empty(); }
+  /// Adds the counters that only drivers know to those of interfaces that are still called what they were.
+  void addCounters(std::vector<InterfaceCounters>& interfaces);
+
  private:
   struct Device {
     std::optional<std::string> bus, name;  ///< tell a device from a later one with the same number
@@ -35,7 +39,7 @@ class DeviceMemory {
 
   void complete(LinkFacts& link, std::unique_ptr<HardwareReader>& reader);
   Device& remembered(const LinkFacts& link, std::unique_ptr<HardwareReader>& reader);
-  void addCounters(LinkFacts& link, Device& device) const;
+  void addCounters(Device& device, MacStatistics& statistics) const;
 
   EthtoolIoctl _ioctl;
   std::unordered_map<std::uint32_t, Device> _devices;  ///< by interface number; those with hardware only

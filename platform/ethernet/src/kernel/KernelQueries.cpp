@@ -112,6 +112,15 @@ Outcome<std::vector<LinkFacts>> KernelQueries::members(std::uint32_t master) {
   });
 }
 
+Outcome<std::vector<InterfaceCounters>> KernelQueries::counters() {
+  Request request(RTM_GETSTATS, NLM_F_DUMP);
+  if_stats_msg header{};
+  header.filter_mask = IFLA_STATS_FILTER_BIT(IFLA_STATS_LINK_64);
+  request.header(header);
+  return collect<InterfaceCounters>(_routing, request, "counters",
+                                    [](auto& all, Bytes payload) { append(all, decodeCounters(payload)); });
+}
+
 Outcome<std::vector<AddressFacts>> KernelQueries::addresses(std::optional<std::uint32_t> index) {
   Request request(RTM_GETADDR, NLM_F_DUMP);
   ifaddrmsg header{};
@@ -151,15 +160,37 @@ void KernelQueries::addEthtool(std::vector<LinkFacts>& links) {
   const bool hardware = std::ranges::any_of(links, hasHardware);
   for (const EthtoolQuestion& question : ethtoolQuestions()) {
     if (question.hardwareOnly && !hardware) continue;
-    Request request = ethtoolRequest(*_ethtoolFamily, question, std::nullopt);
-    const auto take = [&](std::uint16_t, Bytes payload) {
-      const auto index = ethtoolInterface(question, payload);
-      const auto link = index ? std::ranges::lower_bound(links, *index, {}, &LinkFacts::index) : links.end();
-      if (link != links.end() && link->index == *index) mergeEthtool(question, payload, link->ethtool);
-    };
-    // A repeated answer says the same things anew, so nothing has to be dropped in between.
-    (void)_generic->ask(request, "ethtool", take, [] {});
+    askEthtool(question, links,
+               [&](LinkFacts& link, Bytes payload) { mergeEthtool(question, payload, link.ethtool); });
   }
+}
+
+void KernelQueries::addMacCounters(std::vector<InterfaceCounters>& interfaces) {
+  if (!_ethtoolFamily) return;
+  for (const EthtoolQuestion& question : ethtoolQuestions()) {
+    if (question.statistics == 0) continue;
+    askEthtool(question, interfaces, [&](InterfaceCounters& interface, Bytes payload) {
+      EthtoolFacts facts;
+      mergeEthtool(question, payload, facts);
+      interface.mac = facts.mac;
+    });
+  }
+}
+
+/// Calls `merge` with each answer and the one of `interfaces`, in the order of their numbers, that it is
+/// about.
+template <class Interface, class Merge>
+void KernelQueries::askEthtool(const EthtoolQuestion& question, std::vector<Interface>& interfaces,
+                               Merge merge) {
+  Request request = ethtoolRequest(*_ethtoolFamily, question, std::nullopt);
+  const auto take = [&](std::uint16_t, Bytes payload) {
+    const auto index = ethtoolInterface(question, payload);
+    const auto found =
+        index ? std::ranges::lower_bound(interfaces, *index, {}, &Interface::index) : interfaces.end();
+    if (found != interfaces.end() && found->index == *index) merge(*found, payload);
+  };
+  // A repeated answer says the same things anew, so nothing has to be dropped in between.
+  (void)_generic->ask(request, "ethtool", take, [] {});
 }
 
 void KernelQueries::addEthtool(LinkFacts& link) {

@@ -24,6 +24,8 @@ class KernelQueries {
   Outcome<std::vector<LinkFacts>> link(std::uint32_t index);
   /// The interfaces that are members of that one.
   Outcome<std::vector<LinkFacts>> members(std::uint32_t master);
+  /// Of all interfaces, without those that only ethtool knows.
+  Outcome<std::vector<InterfaceCounters>> counters();
   Outcome<std::vector<AddressFacts>> addresses(std::optional<std::uint32_t> index);
   /// Default routes. The kernel has no faster way to those of one interface than to walk all.
   Outcome<std::vector<RouteFacts>> routes();
@@ -32,6 +34,8 @@ class KernelQueries {
   /// kernel, stays unknown.
   void addEthtool(std::vector<LinkFacts>& links);
   void addEthtool(LinkFacts& link);
+  /// Adds the counters that ethtool has in the standard group, to interfaces in the order of their numbers.
+  void addMacCounters(std::vector<InterfaceCounters>& interfaces);
 
   /// The number of the multicast group that announces changes made through ethtool.
   std::optional<std::uint32_t> ethtoolGroup() const { return _monitorGroup; }
@@ -40,6 +44,8 @@ class KernelQueries {
   template <class Message, class Append>
   Outcome<std::vector<Message>> collect(QuerySocket& socket, Request& request, const char* what,
                                         Append append);
+  template <class Interface, class Merge>
+  void askEthtool(const EthtoolQuestion& question, std::vector<Interface>& interfaces, Merge merge);
   void findEthtool();
   Outcome<std::vector<RouteFacts>> routesOf(std::uint8_t family);
 

@@ -79,9 +79,42 @@ Outcome<HostSnapshot> KernelSource::readAll() {
   if (auto failure = open()) return std::move(*failure);
   (void)hear();
   _announced = false;
+  Outcome<HostSnapshot> snapshot = settled(&KernelSource::dumpAll);
+  if (!snapshot) _announced = true;
+  return snapshot;
+}
+
+Outcome<std::optional<HostSnapshot>> KernelSource::readLinks() {
+  if (auto failure = open()) return std::move(*failure);
+  (void)hear();
+  Outcome<HostSnapshot> snapshot = settled(&KernelSource::dumpLinks);
+  if (!snapshot) return snapshot.failure();
+  return std::optional(std::move(*snapshot));
+}
+
+/// As long as nothing is announced the interfaces are those of the last whole answer, and have the names that
+/// their drivers are asked by.
+Outcome<std::optional<CounterSnapshot>> KernelSource::readCounters() {
+  if (announced()) return std::optional<CounterSnapshot>();
+  CounterSnapshot snapshot;
+  snapshot.sampleTime = std::time(nullptr);
+  auto counters = _queries->counters();
+  // Kernels before 4.7 do not know the question.
+  if (!counters) return std::optional<CounterSnapshot>();
+  snapshot.interfaces = std::move(*counters);
+  std::ranges::sort(snapshot.interfaces, {}, &InterfaceCounters::index);
+  if (!_devices.empty()) {
+    _queries->addMacCounters(snapshot.interfaces);
+    _devices.addCounters(snapshot.interfaces);
+  }
+  if (announced()) return std::optional<CounterSnapshot>();
+  return std::optional(std::move(snapshot));
+}
+
+Outcome<HostSnapshot> KernelSource::settled(Outcome<HostSnapshot> (KernelSource::*dump)()) {
   Outcome<HostSnapshot> snapshot = Failure{ENOBUFS, "everything changes while it is read"};
   for (int i = 0; i < kDumps; ++i) {
-    snapshot = dump();
+    snapshot = (this->*dump)();
     if (!snapshot) break;
     const Announcements during = hear();
     if (during.everything) {
@@ -91,23 +124,28 @@ Outcome<HostSnapshot> KernelSource::readAll() {
     if (auto failure = repair(*snapshot, during.interfaces)) snapshot = std::move(*failure);
     break;
   }
-  if (!snapshot) _announced = true;
   return snapshot;
 }
 
-Outcome<HostSnapshot> KernelSource::dump() {
-  HostSnapshot snapshot;
-  snapshot.sampleTime = std::time(nullptr);
-  auto links = _queries->links();
-  if (!links) return links.failure();
+Outcome<HostSnapshot> KernelSource::dumpAll() {
+  auto snapshot = dumpLinks();
+  if (!snapshot) return snapshot;
   auto addresses = _queries->addresses(std::nullopt);
   if (!addresses) return addresses.failure();
   _routes.reset();
   auto defaults = routes();
   if (!defaults) return defaults.failure();
+  snapshot->addresses = std::move(*addresses);
+  snapshot->routes = std::move(*defaults);
+  return snapshot;
+}
+
+Outcome<HostSnapshot> KernelSource::dumpLinks() {
+  HostSnapshot snapshot;
+  snapshot.sampleTime = std::time(nullptr);
+  auto links = _queries->links();
+  if (!links) return links.failure();
   snapshot.links = std::move(*links);
-  snapshot.addresses = std::move(*addresses);
-  snapshot.routes = std::move(*defaults);
   std::ranges::sort(snapshot.links, {}, &LinkFacts::index);
   _queries->addEthtool(snapshot.links);
   _devices.completeAll(snapshot.links);

@@ -19,11 +19,16 @@ class KernelSource : public HostSource {
 
   Outcome<HostSnapshot> readAll() override;
   Outcome<HostSnapshot> readOne(std::uint32_t index) override;
+  Outcome<std::optional<HostSnapshot>> readLinks() override;
+  Outcome<std::optional<CounterSnapshot>> readCounters() override;
   bool announced() override;
 
  private:
   std::optional<Failure> open();
-  Outcome<HostSnapshot> dump();
+  /// The answer of `dump`: asked for anew when announcements were lost meanwhile, and repaired.
+  Outcome<HostSnapshot> settled(Outcome<HostSnapshot> (KernelSource::*dump)());
+  Outcome<HostSnapshot> dumpAll();
+  Outcome<HostSnapshot> dumpLinks();
   std::optional<Failure> repair(HostSnapshot& snapshot, const std::set<std::uint32_t>& changed);
   Outcome<HostSnapshot> askWhole(std::uint32_t index);
   Outcome<HostSnapshot> askOne(std::uint32_t index);

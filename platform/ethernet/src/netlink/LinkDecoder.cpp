@@ -26,6 +26,8 @@ constexpr AttributePolicy kLinkPolicy{
     {IFLA_PARENT_DEV_BUS_NAME, Kind::Text},
 };
 
+constexpr AttributePolicy kStatsPolicy{{IFLA_STATS_LINK_64, Kind::Binary}};
+
 constexpr AttributePolicy kInfoPolicy{
     {IFLA_INFO_KIND, Kind::Text},
     {IFLA_INFO_DATA, Kind::Nested},
@@ -56,11 +58,10 @@ std::optional<std::string> nonEmptyText(const Attributes& attributes, std::uint1
 }
 
 /// The structure grows at its end from kernel to kernel; what is read here has always led it.
-std::optional<LinkStatistics> linkStatistics(const Attributes& attributes) {
+std::optional<LinkStatistics> linkStatistics(std::optional<Bytes> bytes) {
   struct Head {
     std::uint64_t rxPackets, txPackets, rxBytes, txBytes;
   };
-  const auto bytes = attributes.bytes(IFLA_STATS64);
   const auto head = bytes ? leading<Head>(*bytes) : std::nullopt;
   if (!head) return std::nullopt;
   return LinkStatistics{head->rxPackets, head->txPackets, head->rxBytes, head->txBytes};
@@ -116,13 +117,22 @@ std::optional<LinkFacts> decodeLink(Bytes payload) {
   link.parentBus = nonEmptyText(attributes, IFLA_PARENT_DEV_BUS_NAME);
   link.parentDevice = nonEmptyText(attributes, IFLA_PARENT_DEV_NAME);
   link.portName = nonEmptyText(attributes, IFLA_PHYS_PORT_NAME);
-  link.statistics = linkStatistics(attributes);
+  link.statistics = linkStatistics(attributes.bytes(IFLA_STATS64));
   if (const auto info = attributes.bytes(IFLA_LINKINFO)) {
     const Attributes kinds(*info, kInfoPolicy);
     decodeOwnKind(kinds, link);
     decodeMembership(kinds, link);
   }
   return link;
+}
+
+std::optional<InterfaceCounters> decodeCounters(Bytes payload) {
+  const auto header = leading<if_stats_msg>(payload);
+  if (!header || header->ifindex == 0) return std::nullopt;
+  const Attributes attributes(following(payload, sizeof *header), kStatsPolicy);
+  const auto statistics = linkStatistics(attributes.bytes(IFLA_STATS_LINK_64));
+  if (!statistics) return std::nullopt;
+  return InterfaceCounters{header->ifindex, *statistics, {}};
 }
 
 }  // namespace ZEB::ethernet

@@ -14,6 +14,9 @@ namespace ZEB::ethernet {
 /// RTM_NEWLINK.
 std::optional<LinkFacts> decodeLink(Bytes payload);
 
+/// RTM_NEWSTATS.
+std::optional<InterfaceCounters> decodeCounters(Bytes payload);
+
 /// RTM_NEWADDR, of IPv4 and IPv6.
 std::optional<AddressFacts> decodeAddress(Bytes payload);
 

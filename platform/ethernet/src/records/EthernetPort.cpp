@@ -35,8 +35,8 @@ std::optional<HardwareAddress> permanentAddressOf(const LinkFacts& link) {
 
 }  // namespace
 
-int EthernetPort::refresh() {
-  return refreshHandle(_facts);
+int EthernetPort::refresh(RefreshPart part) {
+  return refreshHandle(_facts, part);
 }
 
 int EthernetPort::getOsDeviceName(std::string& name) const {

@@ -1,5 +1,7 @@
 #include "records/Inventory.h"
 
+#include <algorithm>
+
 #include "model/Changes.h"
 #include "records/ScopeState.h"
 
@@ -38,6 +40,19 @@ std::shared_ptr<const VlanFacts> one(HostSnapshot snapshot, const VlanFacts& bef
 }
 std::shared_ptr<const TeamFacts> one(HostSnapshot snapshot, const TeamFacts& before) {
   return oneTeam(std::move(snapshot), before);
+}
+
+/// The port as the model has it, with newer counters; null when it is not there.
+std::shared_ptr<const PortFacts> withCounters(const CounterAnswer& answer, std::uint32_t index) {
+  const auto facts = find<PortFacts>(*answer.model, index);
+  const auto& all = answer.counters.interfaces;
+  const auto counters = std::ranges::lower_bound(all, index, {}, &InterfaceCounters::index);
+  if (!facts || counters == all.end() || counters->index != index) return nullptr;
+  auto newer = std::make_shared<PortFacts>(*facts);
+  newer->link.statistics = counters->statistics;
+  newer->link.ethtool.mac = counters->mac;
+  newer->sampleTime = answer.counters.sampleTime;
+  return newer;
 }
 
 /// What the open scope, if any, serves from now on.
@@ -178,6 +193,41 @@ std::optional<std::shared_ptr<const Facts>> Inventory::newerFacts(const Facts& b
 template std::optional<std::shared_ptr<const PortFacts>> Inventory::newerFacts(const PortFacts&);
 template std::optional<std::shared_ptr<const VlanFacts>> Inventory::newerFacts(const VlanFacts&);
 template std::optional<std::shared_ptr<const TeamFacts>> Inventory::newerFacts(const TeamFacts&);
+
+std::optional<std::shared_ptr<const PortFacts>> Inventory::newerFacts(const PortFacts& before,
+                                                                      RefreshPart part) {
+  ScopeState* scope = openScope();
+  if (part == RefreshPart::Everything || !scope) return newerFacts(before);
+  ScopeAnswers& answers = scope->answersOf(*this);
+  if (answers.model || answers.singleCount() < ScopeAnswers::kSingles) return newerFacts(before);
+  const std::uint32_t index = before.link.index;
+  if (part == RefreshPart::Link) {
+    if (!answers.links) answers.links = askLinks();
+    if (answers.links) return find<PortFacts>(*answers.links, index);
+  } else {
+    if (!answers.counters) answers.counters = askCounters();
+    if (answers.counters) return withCounters(*answers.counters, index);
+  }
+  return newerFacts(before);
+}
+
+std::shared_ptr<const Model> Inventory::askLinks() {
+  const std::scoped_lock asking(_asking);
+  auto snapshot = _source->readLinks();
+  if (!snapshot) noteFailure(snapshot.failure().what);
+  if (!snapshot || !*snapshot) return nullptr;
+  return buildModel(std::move(**snapshot), _includeVirtual);
+}
+
+std::shared_ptr<const CounterAnswer> Inventory::askCounters() {
+  const std::scoped_lock asking(_asking);
+  auto counters = _source->readCounters();
+  if (!counters) noteFailure(counters.failure().what);
+  if (!counters || !*counters) return nullptr;
+  const std::scoped_lock lock(_mutex);
+  if (!_newest) return nullptr;
+  return std::make_shared<CounterAnswer>(CounterAnswer{std::move(**counters), _newest});
+}
 
 bool Inventory::takeEvent(Kind kind) {
   const std::scoped_lock lock(_mutex);

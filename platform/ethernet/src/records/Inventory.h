@@ -8,10 +8,17 @@
 #include <optional>
 #include <string>
 
+#include "ethernet/RefreshPart.h"
 #include "model/Model.h"
 #include "snapshot/HostSource.h"
 
 namespace ZEB::ethernet {
+
+/// Counters of all interfaces, and the answer that was still good when they were read.
+struct CounterAnswer {
+  CounterSnapshot counters;
+  std::shared_ptr<const Model> model;
+};
 
 /// What the data sources and the records share: one `HostSource`, its newest answer as a model, the latched
 /// events, and what the builds were given. Safe to use from several threads: asking is serialised, and nobody
@@ -47,6 +54,9 @@ class Inventory {
   template <class Facts>
   std::optional<std::shared_ptr<const Facts>> newerFacts(const Facts& before);
 
+  /// The same, for who reads no more than that part: once a dump is the cheaper way, one of the part alone.
+  std::optional<std::shared_ptr<const PortFacts>> newerFacts(const PortFacts& before, RefreshPart part);
+
   /// Whether an event of this kind was latched; unlatches it.
   bool takeEvent(Kind kind);
   bool eventLatched() const;
@@ -75,6 +85,9 @@ class Inventory {
   std::shared_ptr<const Model> askLocked();
   bool mayTake(const Offer& offer);
   void adopt(std::shared_ptr<const Model> model);
+  /// These two give null where the part is not to be had by itself. The model knows no addresses.
+  std::shared_ptr<const Model> askLinks();
+  std::shared_ptr<const CounterAnswer> askCounters();
   Outcome<HostSnapshot> askOne(std::uint32_t index);
   void noteFailure(const std::string& text);
 

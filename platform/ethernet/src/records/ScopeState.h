@@ -19,7 +19,9 @@ class ScopeAnswers {
   static constexpr std::size_t kSingles = 8;
 
   const Inventory* inventory;
-  std::shared_ptr<const Model> model;  ///< once there, it answers everything
+  std::shared_ptr<const Model> model;             ///< once there, it answers everything
+  std::shared_ptr<const Model> links;             ///< answers who asks for no more
+  std::shared_ptr<const CounterAnswer> counters;  ///< answers who asks for no more
 
   template <class Facts>
   auto& singles() {

@@ -133,6 +133,18 @@ struct RouteFacts {
   friend bool operator==(const RouteFacts&, const RouteFacts&) = default;
 };
 
+/// The counters of one interface.
+struct InterfaceCounters {
+  std::uint32_t index = 0;
+  LinkStatistics statistics;
+  MacStatistics mac;
+};
+
+struct CounterSnapshot {
+  std::int64_t sampleTime = 0;                ///< seconds since the epoch, when reading began
+  std::vector<InterfaceCounters> interfaces;  ///< by interface number
+};
+
 struct HostSnapshot {
   std::int64_t sampleTime = 0;  ///< seconds since the epoch, when reading began
   std::vector<LinkFacts> links;
