@@ -29,7 +29,9 @@ void writeAll(int file, const std::string& name, std::string_view text) {
   }
 }
 
-/// Under a name of this process first, then renamed.
+/// Under a name of this process first, then renamed, so that readers find the old text or the new one. Not
+/// synced: what is told here is over with the next start of the machine, and a sync holds a pass up for as
+/// long as a disk takes.
 void replaceFile(const std::string& file, const std::string& text) {
   const std::string temporary = file + "." + std::to_string(getpid());
   try {
@@ -37,7 +39,6 @@ void replaceFile(const std::string& file, const std::string& text) {
         open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644));
     if (!opened) throwErrno(temporary);
     writeAll(opened.get(), temporary, text);
-    if (fsync(opened.get()) != 0) throwErrno(temporary);
     if (std::rename(temporary.c_str(), file.c_str()) != 0) throwErrno(file);
   } catch (const std::system_error&) {
     unlink(temporary.c_str());
