@@ -7,6 +7,9 @@
 namespace ZebHost {
 namespace {
 
+// Properties that an instance comes to have, as a rule.
+constexpr std::uint32_t kUsual = 32;
+
 bool isText(CMPIType type) {
   return type == CMPI_chars || type == CMPI_charsptr;
 }
@@ -85,6 +88,8 @@ Instance* makeInstance(Arena& arena, const ObjectPath& path, const ClassDef& cla
   body->path = &shareOrCopy<ObjectPath>(arena, &path, copyPath)->body();
   body->path->shared = true;
   body->positions = arena.makeArray<std::uint16_t>(classDef.properties.size());
+  body->properties.reserve(
+      arena, std::min<std::uint32_t>(static_cast<std::uint32_t>(classDef.properties.size()), kUsual));
   return makeHandle<Instance>(arena, body);
 }
 

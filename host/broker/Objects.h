@@ -32,6 +32,8 @@ struct NamedValues {
   /// Null when no value has the name.
   NamedValue* find(std::string_view name) const;
   NamedValue& append(Arena& arena, std::string_view name);
+  /// For a list that has nothing in it yet.
+  void reserve(Arena& arena, std::uint32_t values);
   const NamedValue* begin() const { return items; }
   const NamedValue* end() const { return items + count; }
 };

@@ -30,6 +30,11 @@ NamedValue& NamedValues::append(Arena& arena, std::string_view name) {
   return items[count++];
 }
 
+void NamedValues::reserve(Arena& arena, std::uint32_t values) {
+  items = arena.makeArray<NamedValue>(values);
+  capacity = values;
+}
+
 void ListBody::append(const CMPIData& data) {
   if (count == capacity) {
     capacity = std::max<std::uint32_t>(16, capacity * 2);
