@@ -11,6 +11,19 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+/// One member of an object.
+using Member = Json::object_t::value_type;
+
+/// What an initializer list gives too, but through an array for each member.
+template <class... Members>
+Json objectOf(Members&&... members) {
+  Json object = Json::object();
+  auto& list = object.get_ref<Json::object_t&>();
+  list.reserve(sizeof...(members));
+  (list.push_back(std::forward<Members>(members)), ...);
+  return object;
+}
+
 Json instanceJson(const Instance& instance);
 
 Json scalarJson(const CMPIData& data) {
@@ -49,17 +62,16 @@ Json valueJson(const CMPIData& data) {
 Json namedJson(const NamedValues& values) {
   Json list = Json::array();
   for (const NamedValue& value : values) {
-    list.push_back(
-        {{"name", value.name}, {"type", typeName(value.data.type)}, {"value", valueJson(value.data)}});
+    list.push_back(objectOf(Member("name", value.name), Member("type", typeName(value.data.type)),
+                            Member("value", valueJson(value.data))));
   }
   return list;
 }
 
 Json instanceJson(const Instance& instance) {
   const InstanceBody& body = instance.body();
-  return {{"class", body.classDef->name},
-          {"path", formatPath(*body.path)},
-          {"properties", namedJson(body.properties)}};
+  return objectOf(Member("class", body.classDef->name), Member("path", formatPath(*body.path)),
+                  Member("properties", namedJson(body.properties)));
 }
 
 /// Text that is no UTF-8 is shown with replacement characters: better than no answer.
