@@ -1,5 +1,7 @@
 #include "cimxml/XmlText.h"
 
+#include <algorithm>
+
 namespace ZebHost {
 namespace {
 
@@ -36,6 +38,12 @@ Character decode(std::string_view text) {
   return {};
 }
 
+/// Nearly all text: printable ASCII that stands for itself.
+bool isPlain(char character) {
+  return character >= 0x20 && character < 0x7f && character != '&' && character != '<' && character != '>' &&
+         character != '"';
+}
+
 /// What stands for a character; empty when it stands for itself. Line ends are kept from being made alike.
 std::string_view escapeOf(char character) {
   switch (character) {
@@ -62,6 +70,10 @@ std::string_view escapeOf(char character) {
 
 void appendEscaped(std::string& out, std::string_view text) {
   while (!text.empty()) {
+    const auto plain = static_cast<std::size_t>(std::ranges::find_if_not(text, isPlain) - text.begin());
+    out.append(text.substr(0, plain));
+    text.remove_prefix(plain);
+    if (text.empty()) return;
     const Character character = decode(text);
     const bool good = character.length > 0 && isXmlCharacter(character.code);
     const std::size_t length = character.length > 0 ? character.length : 1;
