@@ -42,7 +42,7 @@ std::vector<std::string> emulatorArguments(const std::filesystem::path& files,
   std::vector<std::string> arguments = {
       "qemu-system-x86_64", "-nodefaults", "-no-user-config", "-display", "none", "-no-reboot",
       // Never anything but emulation: a /dev/kvm that is there may hang.
-      "-accel", "tcg", "-smp", "2", "-m", std::to_string(hardware.memoryMiB),
+      "-accel", "tcg", "-smp", "1", "-m", std::to_string(hardware.memoryMiB),
       "-M", "q35,hpet=off", "-global", "ICH9-LPC.acpi-pci-hotplug-with-bridge-support=off",
       "-kernel", files / "vmlinux", "-initrd", files / "initramfs",
       "-append", "console=ttyS0 quiet panic=-1", "-serial", "file:" + room + "/console",

@@ -39,28 +39,36 @@ adopt() {
 }
 )sh";
 
-/// Leaves the cards alone, down and without addresses, here and at their partners. One batch each: a process
-/// takes its time here.
+/// Leaves the cards alone, down and without addresses, here and at their partners. What is there is asked of
+/// sysfs and changed in one batch, since a process takes its time here.
 constexpr std::string_view kReset = R"sh(
-ip netns list | while read -r namespace _; do [ $namespace = partner ] || ip netns del $namespace; done
-ip link del group 1000 2>/dev/null
-links() { ip $1 -o link | sed 's/^[0-9]*: \([^:@]*\).*/\1/'; }
-cards=" lo "
-for device in /sys/class/net/*/device; do device=${device%/device}; cards+="${device##*/} "; done
-{
-  for link in $(links); do [[ $cards == *" $link "* ]] || echo link del $link; done
-  for link in ${cards/ lo / }; do echo link set $link down; echo addr flush dev $link; done
-} | ip -force -batch -
-{
-  for link in $(links '-n partner'); do
-    case $link in
-      *-peer) echo link set $link up; echo addr flush dev $link scope global ;;
-      lo) ;;
-      *) echo link del $link ;;
-    esac
-  done
-} | ip -n partner -force -batch -
-[ "$(links | wc -w)" = "$(echo $cards | wc -w)" ]
+shopt -s nullglob
+for namespace in /run/netns/*; do [[ $namespace == */partner ]] || ip netns del ${namespace##*/}; done
+for group in /sys/class/net/*/netdev_group; do
+  read -r number <$group
+  [ $number != 1000 ] || { ip link del group 1000; break; }
+done
+deleted= cards=
+for folder in /sys/class/net/*/; do
+  link=${folder%/} link=${link##*/}
+  if [ -e $folder/device ]; then
+    cards+="link set $link down"$'\n'"addr flush dev $link"$'\n'
+  elif [ $link != lo ]; then
+    deleted+="link del $link"$'\n'
+  fi
+done
+ip -force -batch - <<<"$deleted$cards"
+while read -r _ link _; do
+  link=${link%%[:@]*}
+  case $link in
+    *-peer) echo link set $link up; echo addr flush dev $link scope global ;;
+    lo) ;;
+    *) echo link del $link ;;
+  esac
+done <<<"$(ip -n partner -o link)" | ip -n partner -force -batch -
+for folder in /sys/class/net/*/; do
+  [[ -e $folder/device || $folder == */lo/ ]] || exit 1
+done
 )sh";
 
 }  // namespace
@@ -68,6 +76,8 @@ for device in /sys/class/net/*/device; do device=${device%/device}; cards+="${de
 struct Guest::State {
   Hardware hardware;
   Emulator emulator;
+  /// From when it was this guest's turn.
+  const Deadline started{kStart};
   Monitor monitor;
   /// Nothing once an answer failed to come: the two are out of step for good.
   std::optional<Connection> agent;
@@ -75,20 +85,20 @@ struct Guest::State {
   std::vector<std::string> names;
   std::set<std::string> later, pulled;
 
-  State(const std::filesystem::path& files, Hardware wanted, const Deadline& deadline)
+  State(const std::filesystem::path& files, Hardware wanted)
       : hardware(std::move(wanted)),
         emulator(files, hardware),
-        monitor(emulator.monitorSocket(), deadline),
-        agent(std::in_place, emulator.agentSocket(), deadline) {
+        monitor(emulator.monitorSocket(), started),
+        agent(std::in_place, emulator.agentSocket(), started) {
     for (const Card& card : hardware.cards) names.push_back(card.name);
   }
 };
 
 Guest::Guest(const std::filesystem::path& files, Hardware hardware) {
-  const Deadline deadline(kStart);
-  state_ = std::make_unique<State>(files, std::move(hardware), deadline);
+  state_ = std::make_unique<State>(files, std::move(hardware));
   try {
-    if (state_->agent->readLine(deadline) != "ready") throw GuestError("the agent said something unexpected");
+    if (state_->agent->readLine(state_->started) != "ready")
+      throw GuestError("the agent said something unexpected");
     loadDrivers();
   } catch (const GuestError& error) {
     throw GuestError("the guest does not start: " + std::string(error.what()) + state_->emulator.lastWords());

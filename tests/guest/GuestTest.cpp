@@ -101,8 +101,20 @@ void GuestTest::makeTraffic(const std::string& link) {
 }
 
 void GuestTest::bringUp(const std::vector<std::string>& links) {
-  for (const std::string& link : links) guest().must("ip link set " + link + " up");
-  for (const std::string& link : links) EXPECT_TRUE(awaitCarrier(link, true)) << link;
+  std::string all, up;
+  for (const std::string& link : links) {
+    all += " " + link;
+    up += "link set " + link + " up\n";
+  }
+  // One script for all, and no process for each.
+  const Result result = guest().run("ip -batch - <<END\n" + up + "END\nfor link in" + all + R"(; do
+      until read -r carrier </sys/class/net/$link/carrier && read -r state </sys/class/net/$link/operstate &&
+          [[ $carrier = 1 && $state =~ ^(up|unknown)$ ]]; do
+        [ $SECONDS -lt 15 ] || { echo $link; exit 1; }
+        sleep 0.05
+      done
+    done)");
+  EXPECT_EQ(result.status, 0) << result.output << result.errors;
 }
 
 }  // namespace ZEB::guest
