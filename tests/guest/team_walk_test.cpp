@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <sstream>
 
+#include "GuestServer.h"
 #include "GuestTest.h"
 #include "ServedModel.h"
 
@@ -55,30 +55,6 @@ class TeamWalkTest : public GuestTest, public testing::WithParamInterface<std::s
     guest().must(kSetUp, std::chrono::seconds(60));
     // Link-local addresses are there to stay once they are no longer tentative.
     ASSERT_TRUE(guest().await("! ip -6 address show tentative | grep -q inet6"));
-  }
-
-  /// Everything that an association leads to, as the plug-in answers; all questions at once, since a process
-  /// takes its time here.
-  static std::map<std::string, Paths> neighbours(const Paths& paths) {
-    std::string script = "set -e\n";
-    for (const std::string& path : paths) {
-      script += "echo; echo '" + path + "'\n" ZEBCIM " associators --names '" + path + "'\n";
-    }
-    std::istringstream lines(guest().must(script, std::chrono::seconds(60)));
-    std::map<std::string, Paths> found;
-    Paths* current = nullptr;
-    bool opening = false;
-    for (std::string line; std::getline(lines, line);) {
-      if (line.empty()) {
-        opening = true;
-      } else if (opening) {
-        current = &found[line];
-        opening = false;
-      } else {
-        current->push_back(line);
-      }
-    }
-    return found;
   }
 
   /// What ip says of an interface's addresses, in its order.
@@ -172,7 +148,8 @@ void TeamWalkTest::expectWalk(ServedModel& model, const Inventory& inventory) {
                          path.find("ZEB_EthernetStatistics") != std::string::npos;
     if (!hasMore) asked.push_back(path);
   }
-  const auto found = neighbours(asked);
+  // Started here, the plug-in sees what there is now.
+  const auto found = GuestServer(guest()).associatorNames(asked);
   for (const std::string& path : asked) {
     ASSERT_TRUE(found.contains(path)) << path;
     EXPECT_THAT(found.at(path), UnorderedElementsAreArray(inventory.neighbours.at(path))) << path;

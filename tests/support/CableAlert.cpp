@@ -37,15 +37,6 @@ Properties with(Properties properties, const Properties& more) {
   return properties;
 }
 
-/// Of the properties that are different each time, what they have to look like.
-const std::map<std::string, std::regex> kChanging = {
-    {"IndicationIdentifier", std::regex("JXV:ZEB_EthernetIndication:[0-9]+-[0-9]+")},
-    {"IndicationTime", std::regex(R"(\d{14}\.\d{6}[+-]\d{3})")},
-    {"SequenceContext", std::regex(".+")},
-    {"SequenceNumber", std::regex("[0-9]+")}};
-
-}  // namespace
-
 Properties cablePulled(const AlertedPort& port) {
   return with(
       ofBoth(port),
@@ -82,7 +73,14 @@ Properties cablePutBack(const AlertedPort& port) {
                 "If the link comes and goes, replace the cable or transceiver before it fails for good."}});
 }
 
-Properties lasting(const ReceivedExport& alert) {
+/// Of the properties that are different each time, what they have to look like.
+const std::map<std::string, std::regex> kChanging = {
+    {"IndicationIdentifier", std::regex("JXV:ZEB_EthernetIndication:[0-9]+-[0-9]+")},
+    {"IndicationTime", std::regex(R"(\d{14}\.\d{6}[+-]\d{3})")},
+    {"SequenceContext", std::regex(".+")},
+    {"SequenceNumber", std::regex("[0-9]+")}};
+
+Properties lastingOf(const ReceivedExport& alert) {
   if (alert.className != "ZEB_EthernetIndication") throw std::runtime_error("a " + alert.className);
   Properties properties = alert.properties;
   for (const auto& [name, form] : kChanging) {
@@ -91,6 +89,30 @@ Properties lasting(const ReceivedExport& alert) {
   }
   std::erase_if(properties, [](const auto& property) { return property.second.empty(); });
   return properties;
+}
+
+}  // namespace
+
+std::vector<Properties> roundsOfCable(const AlertedPort& port, int count) {
+  std::vector<Properties> all;
+  for (; count > 0; --count) all.insert(all.end(), {cablePulled(port), cablePutBack(port)});
+  return all;
+}
+
+std::vector<Properties> lasting(const std::vector<ReceivedExport>& alerts) {
+  std::vector<Properties> all;
+  for (const ReceivedExport& alert : alerts) all.push_back(lastingOf(alert));
+  return all;
+}
+
+std::vector<int> places(const std::vector<ReceivedExport>& alerts) {
+  std::vector<int> all;
+  for (const ReceivedExport& alert : alerts) {
+    if (alert["SequenceContext"] != alerts.front()["SequenceContext"])
+      throw std::runtime_error("alerts of several sequences");
+    all.push_back(std::stoi(alert["SequenceNumber"]));
+  }
+  return all;
 }
 
 }  // namespace ZebHost

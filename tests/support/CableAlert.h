@@ -3,6 +3,7 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 #include "support/ReceivedExport.h"
 
@@ -22,12 +23,15 @@ struct AlertedPort {
   std::string link;
 };
 
-/// Every property of the alert but those of kChanging. A property without a value is not there.
-std::map<std::string, std::string> cablePulled(const AlertedPort& port);
-std::map<std::string, std::string> cablePutBack(const AlertedPort& port);
+/// The alerts of a cable that is pulled and put back so many times: every property that has a value, but for
+/// those that are different each time.
+std::vector<std::map<std::string, std::string>> roundsOfCable(const AlertedPort& port, int count);
 
-/// The properties of an alert that came, checked and without those that are different each time: when it was
-/// raised, the identifier that goes with that, and its place in the sequence.
-std::map<std::string, std::string> lasting(const ReceivedExport& alert);
+/// The same of alerts that came. Throws when a property that is different each time is not as it has to be:
+/// when the alert was raised, the identifier that goes with that, and its place in the sequence.
+std::vector<std::map<std::string, std::string>> lasting(const std::vector<ReceivedExport>& alerts);
+
+/// The alerts' places in their sequence. Throws when they belong to several.
+std::vector<int> places(const std::vector<ReceivedExport>& alerts);
 
 }  // namespace ZebHost
