@@ -44,8 +44,6 @@ class AlertWatch {
   std::vector<Alert> next(std::size_t expected);
 
  private:
-  void awaitPassFromNowOn();
-
   Guest& guest_;
   std::size_t seen_ = 0;
   bool started_ = false;
