@@ -162,6 +162,19 @@ def machine():
     return f"{len(cores)} cores of {cores[0]}, {int(memory) // 2**20} GiB, Linux {platform.release()}"
 
 
+# What the processor times are of, by name of the figures.
+PROCESSOR = {"enumerate_processor": "all ports", "pass_processor": "an idle pass", "tool_ip_processor": "`ip`",
+             "tool_lshw_processor": "`lshw`", "tool_snmp_processor": "an SNMP walk, agent and client"}
+
+
+def processor(r):
+    """The work itself, whatever else the machine had to do."""
+    times = ", ".join(f"{what} {spread(r.of(name, 1000), ' ms')}" for name, what in PROCESSOR.items() if
+                      r.of(name, 1000))
+    return ["A row of the clock is longer by the time that a process waits for a core while other programs run, which",
+            "this one does not count. Processor time at 1,000 ports:", f"{times}."]
+
+
 def document(r):
     data = r.data
     began = time.strftime("%Y-%m-%d %H:%M", time.gmtime(data["began"]))
@@ -181,6 +194,7 @@ def document(r):
         "Bytes are what stays allocated after a build, for each managed instance: its share of records, paths, loggers",
         "and indexes included. A pass is mostly the kernel's own work for the five dumps: about three quarters of its",
         "time at 1,000 ports.", "",
+        *processor(r), "",
         "## Beside other tools", "",
         "On the same interfaces in the same minutes. The plug-in, snmpd and the exporter are processes that stay and are",
         "asked; the others are started for each answer.", "",
