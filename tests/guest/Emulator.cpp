@@ -36,7 +36,8 @@ std::filesystem::path made(std::filesystem::path folder) {
 }
 
 std::vector<std::string> emulatorArguments(const std::filesystem::path& files,
-                                           const std::filesystem::path& folder, const Hardware& hardware) {
+                                           const std::filesystem::path& folder, const Hardware& hardware,
+                                           FirstProgram first) {
   const std::string room = folder.string();
   // clang-format off
   std::vector<std::string> arguments = {
@@ -45,7 +46,7 @@ std::vector<std::string> emulatorArguments(const std::filesystem::path& files,
       "-accel", "tcg", "-smp", "1", "-m", std::to_string(hardware.memoryMiB),
       "-M", "q35,hpet=off", "-global", "ICH9-LPC.acpi-pci-hotplug-with-bridge-support=off",
       "-kernel", files / "vmlinux", "-initrd", files / "initramfs",
-      "-append", "console=ttyS0 quiet panic=-1", "-serial", "file:" + room + "/console",
+      "-append", "console=ttyS0 quiet panic=-1" + std::string(first == FirstProgram::Systemd ? " guest=systemd" : ""), "-serial", "file:" + room + "/console",
       "-virtfs", "local,path=/,mount_tag=host,security_model=none,readonly=on,multidevs=remap",
       "-virtfs", "local,path=" + room + "/results,mount_tag=results,security_model=none,multidevs=remap",
       "-device", "virtio-serial-pci",
@@ -64,10 +65,10 @@ std::string contentOf(const std::filesystem::path& file) {
 
 }  // namespace
 
-Emulator::Emulator(const std::filesystem::path& files, const Hardware& hardware)
+Emulator::Emulator(const std::filesystem::path& files, const Hardware& hardware, FirstProgram first)
     : turn_(takeTurn()),
       results_(made(folder_.path() / "results")),
-      process_(emulatorArguments(files, folder_.path(), hardware), folder_.path() / "log") {}
+      process_(emulatorArguments(files, folder_.path(), hardware, first), folder_.path() / "log") {}
 
 std::string Emulator::lastWords() const {
   return "\n" + contentOf(folder_.path() / "log") + contentOf(folder_.path() / "console");

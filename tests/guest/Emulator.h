@@ -6,6 +6,7 @@
 #include "ChildProcess.h"
 #include "Deadline.h"
 #include "Descriptor.h"
+#include "FirstProgram.h"
 #include "Hardware.h"
 #include "TemporaryFolder.h"
 
@@ -17,7 +18,7 @@ namespace ZEB::guest {
 class Emulator {
  public:
   /// Starts it with the kernel and the initial file system in `files`.
-  Emulator(const std::filesystem::path& files, const Hardware& hardware);
+  Emulator(const std::filesystem::path& files, const Hardware& hardware, FirstProgram first);
 
   std::filesystem::path agentSocket() const { return folder_.path() / "agent"; }
   std::filesystem::path monitorSocket() const { return folder_.path() / "monitor"; }

@@ -85,17 +85,17 @@ struct Guest::State {
   std::vector<std::string> names;
   std::set<std::string> later, pulled;
 
-  State(const std::filesystem::path& files, Hardware wanted)
+  State(const std::filesystem::path& files, Hardware wanted, FirstProgram first)
       : hardware(std::move(wanted)),
-        emulator(files, hardware),
+        emulator(files, hardware, first),
         monitor(emulator.monitorSocket(), started),
         agent(std::in_place, emulator.agentSocket(), started) {
     for (const Card& card : hardware.cards) names.push_back(card.name);
   }
 };
 
-Guest::Guest(const std::filesystem::path& files, Hardware hardware) {
-  state_ = std::make_unique<State>(files, std::move(hardware));
+Guest::Guest(const std::filesystem::path& files, Hardware hardware, FirstProgram first) {
+  state_ = std::make_unique<State>(files, std::move(hardware), first);
   try {
     if (state_->agent->readLine(state_->started) != "ready")
       throw GuestError("the agent said something unexpected");

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "FirstProgram.h"
 #include "Hardware.h"
 
 namespace ZEB::guest {
@@ -27,7 +28,7 @@ struct Result {
 class Guest {
  public:
   /// `files` as build-guest made them.
-  Guest(const std::filesystem::path& files, Hardware hardware);
+  Guest(const std::filesystem::path& files, Hardware hardware, FirstProgram first = FirstProgram::Agent);
   ~Guest();
   Guest(const Guest&) = delete;
   Guest& operator=(const Guest&) = delete;

@@ -18,6 +18,7 @@ using namespace std::chrono_literals;
 constexpr int kCannot = 77;
 
 std::unique_ptr<Guest> sharedGuest;
+constinit FirstProgram firstProgram = FirstProgram::Agent;
 
 /// Makes the guest's files current, which is quick when they are, and starts the guest.
 class SharedGuest : public testing::Environment {
@@ -31,7 +32,7 @@ class SharedGuest : public testing::Environment {
     const std::string said{std::istreambuf_iterator<char>(stream), {}};
     if (status == kCannot) GTEST_SKIP() << said;
     ASSERT_EQ(status, 0) << said;
-    sharedGuest = std::make_unique<Guest>(GUEST_FILES, testServer());
+    sharedGuest = std::make_unique<Guest>(GUEST_FILES, testServer(), firstProgram);
   }
 
   void TearDown() override { sharedGuest.reset(); }
@@ -56,6 +57,11 @@ Hardware testServer() {
                     {.name = "rtl8139", .model = kRtl8139},
                     {.name = "e100", .model = kI82559er},
                     {.name = "virtio", .model = kVirtioNet, .partner = true}}};
+}
+
+bool beginWith(FirstProgram first) {
+  firstProgram = first;
+  return true;
 }
 
 void GuestTest::SetUp() {

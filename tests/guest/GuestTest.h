@@ -28,6 +28,9 @@ Hardware testServer();
 /// The free slot of testServer().
 inline constexpr int kFreeSlot = 9;
 
+/// What the guest of this binary begins with; to be said before main(). The agent, when nobody says anything.
+bool beginWith(FirstProgram first);
+
 /// Fixture of every test that needs the server. Each test finds it reset (see Guest::reset). The tests of a
 /// binary are skipped, with the reason, on a machine that cannot have the guest.
 class GuestTest : public testing::Test {

@@ -38,6 +38,11 @@ std::string partnerAddress(size_t number) {
   return address(1, number);
 }
 
+std::string withoutColons(std::string address) {
+  std::erase(address, ':');
+  return address;
+}
+
 std::string netdevArgument(const Card& card, size_t number) {
   return "hubport,id=" + card.name + "-cable,hubid=" + std::to_string(number);
 }

@@ -52,6 +52,8 @@ struct Hardware {
 /// partner.
 std::string cardAddress(size_t number);
 std::string partnerAddress(size_t number);
+/// "52:54:00:00:00:01" as "525400000001".
+std::string withoutColons(std::string address);
 
 /// What the emulator's -netdev and -device (or netdev_add and device_add) take for a card.
 std::string netdevArgument(const Card& card, size_t number);

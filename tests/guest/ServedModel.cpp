@@ -92,9 +92,4 @@ const ServedInstance& ServedModel::endpoint(const std::string& interface) {
   return only("ZEB_EthernetLANEndpoint", "Description", interface);
 }
 
-std::string withoutColons(std::string address) {
-  std::erase(address, ':');
-  return address;
-}
-
 }  // namespace ZEB::guest

@@ -57,7 +57,4 @@ class ServedModel {
   Classes elements_, associations_;
 };
 
-/// "52:54:00:00:00:01" as "525400000001".
-std::string withoutColons(std::string address);
-
 }  // namespace ZEB::guest
