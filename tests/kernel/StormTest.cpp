@@ -67,6 +67,18 @@ void expectUnmixed(const LinkFacts& link, const std::vector<AddressFacts>& addre
   }
 }
 
+/// As it is without a storm.
+void expectInOrder(const HostSnapshot& snapshot) {
+  EXPECT_TRUE(std::ranges::is_sorted(snapshot.links, {}, &LinkFacts::index));
+  for (const IpFamily family : {IpFamily::V4, IpFamily::V6}) {
+    std::vector<std::uint32_t> interfaces;
+    for (const AddressFacts& address : snapshot.addresses) {
+      if (address.address.family == family) interfaces.push_back(address.index);
+    }
+    EXPECT_TRUE(std::ranges::is_sorted(interfaces));
+  }
+}
+
 TEST(KernelStorm, NoSnapshotIsMixed) {
   IN_NAMESPACE([] {
     makePairs(kPorts);
@@ -86,6 +98,7 @@ TEST(KernelStorm, NoSnapshotIsMixed) {
         changed += snapshot->addresses.size() != before;
         before = snapshot->addresses.size();
         for (const LinkFacts& link : snapshot->links) expectUnmixed(link, snapshot->addresses);
+        expectInOrder(*snapshot);
         const auto one = source.readOne(snapshot->links.at(3).index);
         ASSERT_TRUE(one);
         if (!one->links.empty()) expectUnmixed(one->links.front(), one->addresses);

@@ -27,6 +27,13 @@ void replaceInterface(HostSnapshot& snapshot, std::uint32_t index, const HostSna
   replaceOf(snapshot.routes, index, newer.routes);
 }
 
+/// As the kernel lists them; those of one interface keep their order.
+void sortByInterface(HostSnapshot& snapshot) {
+  std::ranges::stable_sort(snapshot.links, {}, &LinkFacts::index);
+  std::ranges::stable_sort(snapshot.addresses, {}, &AddressFacts::index);
+  std::ranges::stable_sort(snapshot.routes, {}, &RouteFacts::index);
+}
+
 bool concerns(const Announcements& announced, std::uint32_t index, const HostSnapshot& snapshot) {
   return announced.everything || announced.interfaces.contains(index) ||
          std::ranges::any_of(snapshot.links, [&](const LinkFacts& link) {
@@ -160,6 +167,7 @@ std::optional<Failure> KernelSource::repair(HostSnapshot& snapshot, const std::s
     if (!newer) return newer.failure();
     replaceInterface(snapshot, index, *newer);
   }
+  if (!changed.empty()) sortByInterface(snapshot);
   return std::nullopt;
 }
 
