@@ -10,8 +10,8 @@
 namespace ZebHost {
 namespace {
 
-/// More than any request needs: an element costs many times the memory of its text.
-constexpr std::ptrdiff_t kMostTags = 100'000;
+/// More than any request needs: an element or an attribute costs many times the memory of its text.
+constexpr std::ptrdiff_t kMostParts = 100'000;
 
 [[noreturn]] void notWellFormed(const std::string& why) {
   throw MessageError(400, "request-not-well-formed", why);
@@ -68,8 +68,9 @@ void checkVersion(pugi::xml_node element, const VersionRow& row) {
 void readDocument(std::string_view body, unsigned deepest, pugi::xml_document& document) {
   if (body.starts_with("\xef\xbb\xbf")) body.remove_prefix(3);
   if (!isXmlText(body)) notWellFormed("the body is no UTF-8 text");
-  if (std::count(body.begin(), body.end(), '<') > kMostTags) {
-    throw MessageError(413, "", "the request has too many elements");
+  if (std::count(body.begin(), body.end(), '<') > kMostParts ||
+      std::count(body.begin(), body.end(), '=') > kMostParts) {
+    throw MessageError(413, "", "the request has too many elements or attributes");
   }
   constexpr unsigned kOptions = pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_declaration;
   try {

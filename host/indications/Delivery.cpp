@@ -105,9 +105,9 @@ void Delivery::Exporter::setSubscriptions(std::vector<Subscription> subscription
   }
   {
     const std::lock_guard lock(_mutex);
-    _queue.keepOnly(names, handlers);
     _subscriptions = std::move(subscriptions);
     _changed = true;
+    _queue.keepOnly(names, handlers);
   }
   curl_multi_wakeup(_multi.get());
 }

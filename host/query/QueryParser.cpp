@@ -13,6 +13,8 @@ namespace {
 
 constexpr std::size_t kLongestQuery = 1U << 14;
 constexpr int kDeepest = 64;
+/// What is read as a chain is checked and judged by descent.
+constexpr int kMostTests = 256;
 
 constexpr std::array<std::pair<std::string_view, Comparison>, 7> kComparisons = {{
     {"=", Comparison::Equal},
@@ -70,6 +72,7 @@ class QueryParser {
   Arena& _arena;
   QueryLexer _lexer;
   int _depth = 0;
+  int _tests = 0;
 };
 
 Query QueryParser::parse() {
@@ -147,6 +150,7 @@ const Condition* QueryParser::readNested(bool negated) {
 }
 
 const Condition* QueryParser::readTest() {
+  if (++_tests > kMostTests) _lexer.fail("at most " + std::to_string(kMostTests) + " comparisons");
   const Operand subject = readOperand();
   for (const auto& [symbol, comparison] : kComparisons) {
     if (_lexer.takeSymbol(symbol)) return readComparison(subject, comparison);

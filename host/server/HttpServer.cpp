@@ -4,6 +4,7 @@
 #include <netinet/in.h>
 
 #include <charconv>
+#include <memory>
 
 #include "broker/HostError.h"
 
@@ -69,14 +70,31 @@ class Exchange {
   unsigned _refusal = 0;
 };
 
-MHD_Result send(MHD_Connection* connection, HttpAnswer answer) {
-  auto* const body = new std::string(std::move(answer.body));
-  MHD_Response* const response = MHD_create_response_from_buffer_with_free_callback_cls(
-      body->size(), body->data(), [](void* text) { delete static_cast<std::string*>(text); }, body);
-  if (!response) {
-    delete body;
-    return MHD_NO;
+/// The text of an answer until its client has it.
+class Outgoing {
+ public:
+  Outgoing(HttpBounds& bounds, std::string text) : _bounds(bounds), _text(std::move(text)) {
+    _bounds.answerBytes += _text.size();
   }
+  Outgoing(const Outgoing&) = delete;
+  Outgoing& operator=(const Outgoing&) = delete;
+  ~Outgoing() { _bounds.answerBytes -= _text.size(); }
+
+  std::string& text() { return _text; }
+
+ private:
+  HttpBounds& _bounds;
+  std::string _text;
+};
+
+MHD_Result send(MHD_Connection* connection, HttpBounds& bounds, HttpAnswer answer) {
+  if (bounds.answerBytes + answer.body.size() > bounds.settings.answerBytes) answer = httpError(503);
+  auto body = std::make_unique<Outgoing>(bounds, std::move(answer.body));
+  std::string& text = body->text();
+  MHD_Response* const response = MHD_create_response_from_buffer_with_free_callback_cls(
+      text.size(), text.data(), [](void* outgoing) { delete static_cast<Outgoing*>(outgoing); }, body.get());
+  if (!response) return MHD_NO;
+  (void)body.release();
   for (const auto& [name, value] : answer.headers)
     MHD_add_response_header(response, name.c_str(), value.c_str());
   const MHD_Result result = MHD_queue_response(connection, answer.status, response);
@@ -96,7 +114,7 @@ std::optional<HttpAnswer> refuseSize(const HttpHead& head, const ServerSettings&
 MHD_Result begin(HttpServer& server, MHD_Connection* connection, const HttpHead& head, void** state) {
   auto refusal = server.router().refuse(head);
   if (!refusal) refusal = refuseSize(head, server.bounds().settings);
-  if (refusal) return send(connection, std::move(*refusal));
+  if (refusal) return send(connection, server.bounds(), std::move(*refusal));
   *state = new Exchange(server.bounds());
   return MHD_YES;
 }
@@ -109,7 +127,7 @@ MHD_Result finish(HttpServer& server, MHD_Connection* connection, const HttpHead
   HttpAnswer answer =
       exchange.refusal() ? httpError(exchange.refusal()) : server.router().handle(head, exchange.body());
   bounds.watch.allow(socket, bounds.settings.requestTime * kTimesForAnswer);
-  return send(connection, std::move(answer));
+  return send(connection, bounds, std::move(answer));
 }
 
 MHD_Result onAccess(void* server, MHD_Connection* connection, const char*, const char* method, const char*,

@@ -22,6 +22,7 @@ struct HttpBounds {
   const ServerSettings& settings;
   ConnectionWatch watch;
   std::atomic<std::size_t> waitingBytes = 0;  ///< of bodies that are under way
+  std::atomic<std::size_t> answerBytes = 0;   ///< of answers that their clients have not taken yet
 };
 
 /// Serves one socket with a thread for each connection, whose number is bounded, until it goes; then it waits

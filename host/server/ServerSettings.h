@@ -26,6 +26,7 @@ struct ServerSettings {
   unsigned requestBytes = 4U << 20;
   unsigned requestDepth = kDeepestElement;  ///< of elements in each other
   unsigned waitingBytes = 64U << 20;        ///< bodies of all requests that are under way
+  unsigned answerBytes = 256U << 20;        ///< all answers that their clients have not taken yet
   std::chrono::seconds requestTime{10};     ///< until a request has arrived, and between two of a connection
   SupervisorOptions plugin;                 ///< without program, arguments and log
   DeliverySettings delivery;                ///< without the directory

@@ -75,6 +75,8 @@ constexpr std::array kNumbers = {
               [](ServerSettings& s, std::int64_t n) { s.requestDepth = count(n); }},
     NumberRow{"limits.waiting-bytes", 1024, 1 << 30,
               [](ServerSettings& s, std::int64_t n) { s.waitingBytes = count(n); }},
+    NumberRow{"limits.answer-bytes", 1024, 1 << 30,
+              [](ServerSettings& s, std::int64_t n) { s.answerBytes = count(n); }},
     NumberRow{"limits.request-seconds", 1, 3600,
               [](ServerSettings& s, std::int64_t n) { s.requestTime = seconds(n); }},
     NumberRow{"limits.call-seconds", 1, 3600,

@@ -162,6 +162,15 @@ TEST(Access, WhileTooMuchIsUnderWayTheServerIsBusy) {
   EXPECT_TRUE(eventually(server.http(), request, "200"));
 }
 
+TEST(Access, AnAnswerOverTheBoundOfAllAnswersIsNotGiven) {
+  Server server(kOnePort, "[limits]\nanswer-bytes = 1024\n");
+  const std::string small = post(call("EnumerateClassNames", ""), "EnumerateClassNames");
+  const std::string large = post(call("EnumerateClasses", ""), "EnumerateClasses");
+  EXPECT_TRUE(eventually(server.http(), small, "200"));
+  EXPECT_TRUE(eventually(server.http(), large, "503"));
+  EXPECT_TRUE(eventually(server.http(), small, "200"));
+}
+
 std::string contentOf(const std::filesystem::path& file) {
   const std::ifstream in(file);
   std::ostringstream content;

@@ -314,6 +314,17 @@ std::string refusalOf(const std::string& body) {
   }
 }
 
+TEST_F(CimxmlTest, ElementsAndAttributesAreBounded) {
+  std::string elements = "<CIM>";
+  std::string attributes = "<CIM";
+  for (int i = 0; i < 100'001; ++i) {
+    elements += "<A/>";
+    attributes += " a=\"\"";
+  }
+  EXPECT_EQ(refusalOf(elements + "</CIM>"), "413 ");
+  EXPECT_EQ(refusalOf(attributes + "/>"), "413 ");
+}
+
 TEST_F(CimxmlTest, ReferencesToCharactersAndToXmlsOwnEntitiesAreRead) {
   const std::string instance = stored(property("Name", "x") + property("Letter", "&#233;") +
                                       "<PROPERTY.ARRAY NAME=\"Texts\"><VALUE.ARRAY>"

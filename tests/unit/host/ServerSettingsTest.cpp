@@ -58,6 +58,8 @@ const std::vector<Number> kNumbers = {
     {"limits.request-depth", 64, 16, 256, [](const S& s) -> std::int64_t { return s.requestDepth; }},
     {"limits.waiting-bytes", 67'108'864, 1024, 1'073'741'824,
      [](const S& s) -> std::int64_t { return s.waitingBytes; }},
+    {"limits.answer-bytes", 268'435'456, 1024, 1'073'741'824,
+     [](const S& s) -> std::int64_t { return s.answerBytes; }},
     {"limits.request-seconds", 10, 1, 3600,
      [](const S& s) -> std::int64_t { return seconds(s.requestTime).count(); }},
     {"limits.call-seconds", 30, 1, 3600,
