@@ -7,7 +7,7 @@
 namespace ZebHost {
 namespace {
 
-// Properties that an instance comes to have, as a rule.
+/// Properties that an instance comes to have, as a rule.
 constexpr std::uint32_t kUsual = 32;
 
 bool isText(CMPIType type) {

@@ -41,20 +41,42 @@ HttpHead headOf(MHD_Connection* connection, const char* method) {
           isLoopback(connection)};
 }
 
+/// Bytes that count towards a bound of all connections for as long as this lives.
+class Share {
+ public:
+  Share(std::atomic<std::size_t>& all, std::size_t most) : _all(all), _most(most) {}
+  Share(const Share&) = delete;
+  Share& operator=(const Share&) = delete;
+  ~Share() { _all -= _bytes; }
+
+  /// False, and nothing more is counted, beyond the bound.
+  bool grow(std::size_t bytes) {
+    if ((_all += bytes) > _most) {
+      _all -= bytes;
+      return false;
+    }
+    _bytes += bytes;
+    return true;
+  }
+
+ private:
+  std::atomic<std::size_t>& _all;
+  const std::size_t _most;
+  std::size_t _bytes = 0;
+};
+
 /// One request while it arrives.
 class Exchange {
  public:
-  explicit Exchange(HttpBounds& bounds) : _bounds(bounds) {}
-  Exchange(const Exchange&) = delete;
-  Exchange& operator=(const Exchange&) = delete;
-  ~Exchange() { _bounds.waitingBytes -= _body.size(); }
+  explicit Exchange(HttpBounds& bounds)
+      : _requestBytes(bounds.settings.requestBytes),
+        _share(bounds.waitingBytes, bounds.settings.waitingBytes) {}
 
   void take(const char* bytes, std::size_t count) {
     if (_refusal) return;
-    if (_body.size() + count > _bounds.settings.requestBytes) {
+    if (_body.size() + count > _requestBytes) {
       _refusal = 413;
-    } else if ((_bounds.waitingBytes += count) > _bounds.settings.waitingBytes) {
-      _bounds.waitingBytes -= count;
+    } else if (!_share.grow(count)) {
       _refusal = 503;
     } else {
       _body.append(bytes, count);
@@ -65,36 +87,28 @@ class Exchange {
   unsigned refusal() const { return _refusal; }
 
  private:
-  HttpBounds& _bounds;
+  const std::size_t _requestBytes;
+  Share _share;
   std::string _body;
   unsigned _refusal = 0;
 };
 
-/// The text of an answer until its client has it.
-class Outgoing {
- public:
-  Outgoing(HttpBounds& bounds, std::string text) : _bounds(bounds), _text(std::move(text)) {
-    _bounds.answerBytes += _text.size();
-  }
-  Outgoing(const Outgoing&) = delete;
-  Outgoing& operator=(const Outgoing&) = delete;
-  ~Outgoing() { _bounds.answerBytes -= _text.size(); }
-
-  std::string& text() { return _text; }
-
- private:
-  HttpBounds& _bounds;
-  std::string _text;
+/// An answer until its client has it.
+struct Outgoing {
+  Share share;
+  std::string text;
 };
 
 MHD_Result send(MHD_Connection* connection, HttpBounds& bounds, HttpAnswer answer) {
-  if (bounds.answerBytes + answer.body.size() > bounds.settings.answerBytes) answer = httpError(503);
-  auto body = std::make_unique<Outgoing>(bounds, std::move(answer.body));
-  std::string& text = body->text();
+  auto outgoing =
+      std::unique_ptr<Outgoing>(new Outgoing{{bounds.answerBytes, bounds.settings.answerBytes}, {}});
+  if (!outgoing->share.grow(answer.body.size())) answer = httpError(503);
+  outgoing->text = std::move(answer.body);
   MHD_Response* const response = MHD_create_response_from_buffer_with_free_callback_cls(
-      text.size(), text.data(), [](void* outgoing) { delete static_cast<Outgoing*>(outgoing); }, body.get());
+      outgoing->text.size(), outgoing->text.data(), [](void* sent) { delete static_cast<Outgoing*>(sent); },
+      outgoing.get());
   if (!response) return MHD_NO;
-  (void)body.release();
+  (void)outgoing.release();
   for (const auto& [name, value] : answer.headers)
     MHD_add_response_header(response, name.c_str(), value.c_str());
   const MHD_Result result = MHD_queue_response(connection, answer.status, response);
