@@ -16,6 +16,10 @@ set(CMAKE_CXX_SCAN_FOR_MODULES OFF)
 find_program(CCACHE ccache)
 if(CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+  # What is compiled with a precompiled header is cached too (given sloppiness=pch_defines,time_macros).
+  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    add_compile_options(-fpch-preprocess)
+  endif()
 endif()
 
 add_compile_options(-Wall -Wextra -Wconversion -Wshadow -Werror)
