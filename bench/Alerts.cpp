@@ -11,7 +11,7 @@
 
 namespace ZebBench {
 
-using namespace ZebHost;
+using namespace ZebManager;
 using std::chrono::milliseconds;
 
 namespace {
@@ -81,7 +81,7 @@ void measureAlerts(Arguments arguments, Figures& figures) {
     messages.forget();
     peers.set(peer, round % 2 != 0);
     const auto alert = watched.next();
-    if (!alert) throw HostError("no alert within five seconds");
+    if (!alert) throw ManagerError("no alert within five seconds");
     delays.push_back(millisecondsBetween(messages.first(), alert->arrival));
     // Past the kernel's own delays and this pass, so that the next change is a first one again.
     std::this_thread::sleep_for(milliseconds(120));

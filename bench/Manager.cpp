@@ -6,7 +6,7 @@
 
 namespace ZebBench {
 
-using namespace ZebHost;
+using namespace ZebManager;
 
 Manager::Manager() : _repository(ClassRepository::fromFile(ZEB_SCHEMA_FILE)), _broker(_repository) {}
 
@@ -27,7 +27,7 @@ const CMPIObjectPath& Manager::path(const Reply& names, std::size_t index) {
 void Manager::pollAlways() {
   constexpr char kInterval[] = "PollInterval";
   const Reply settings = provider().enumerateInstances("ZEB_EthEventSettings").orThrow();
-  if (settings.items().empty()) throw HostError("there are no event settings: the source has no ports");
+  if (settings.items().empty()) throw ManagerError("there are no event settings: the source has no ports");
   Arena arena;
   const ArenaScope scope(arena);
   const CMPIInstance* current = settings.items()[0].value.inst;

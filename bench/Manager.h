@@ -19,12 +19,12 @@ class Manager {
   /// Loads the plug-in, which builds its model. Milliseconds that it took.
   double load();
 
-  ZebHost::Broker& broker() { return _broker; }
-  ZebHost::ProviderCalls& provider() { return _broker.provider(); }
+  ZebManager::Broker& broker() { return _broker; }
+  ZebManager::ProviderCalls& provider() { return _broker.provider(); }
 
   /// The names of a class's instances; they live as long as the reply.
-  ZebHost::Reply names(const std::string& className);
-  static const CMPIObjectPath& path(const ZebHost::Reply& names, std::size_t index);
+  ZebManager::Reply names(const std::string& className);
+  static const CMPIObjectPath& path(const ZebManager::Reply& names, std::size_t index);
 
   /// Has the worker's passes poll however often they come, instead of at the interval that is set.
   void pollAlways();
@@ -32,9 +32,9 @@ class Manager {
   void pass();
 
  private:
-  const ZebHost::ClassRepository _repository;
-  ZebHost::Broker _broker;
-  std::optional<ZebHost::PluginLibrary> _plugin;
+  const ZebManager::ClassRepository _repository;
+  ZebManager::Broker _broker;
+  std::optional<ZebManager::PluginLibrary> _plugin;
 };
 
 }  // namespace ZebBench

@@ -4,7 +4,7 @@
 
 namespace ZebBench {
 
-using namespace ZebHost;
+using namespace ZebManager;
 
 void measureRequests(Arguments arguments, Figures& figures) {
   const int rounds = std::stoi(arguments[0]);
@@ -13,13 +13,13 @@ void measureRequests(Arguments arguments, Figures& figures) {
   ProviderCalls& provider = manager.provider();
   const Reply ports = manager.names("ZEB_EthernetPort");
   const std::size_t count = ports.items().size();
-  if (count == 0) throw HostError("there are no ports");
+  if (count == 0) throw ManagerError("there are no ports");
   const CMPIObjectPath& port = Manager::path(ports, count / 2);
   const AssociationFilter all;
 
   const auto enumerate = [&](const char* className) {
     if (provider.enumerateInstances(className).orThrow().items().size() < count)
-      throw HostError(std::string("ports are missing among ") + className);
+      throw ManagerError(std::string("ports are missing among ") + className);
   };
   const auto median = [&](const char* name, int calls, const auto& call) {
     call();

@@ -10,7 +10,7 @@
 
 namespace {
 
-using namespace ZebHost;
+using namespace ZebManager;
 
 const ClassRepository& schema() {
   static const ClassRepository repository = ClassRepository::fromFile(ZEB_SCHEMA_FILE);

@@ -9,7 +9,7 @@
 
 namespace {
 
-using namespace ZebHost;
+using namespace ZebManager;
 
 constexpr char kSchema[] = R"(
   class P_Thing { [Key] string Name; datetime When; uint16 Numbers[]; real64 Real; char16 Letter; boolean Flag;

@@ -37,12 +37,12 @@ bool GuestListener::waitFor(std::size_t count) const {
   return true;
 }
 
-std::vector<ZebHost::ReceivedExport> GuestListener::received() const {
-  std::vector<ZebHost::ReceivedExport> exports;
+std::vector<ZebManager::ReceivedExport> GuestListener::received() const {
+  std::vector<ZebManager::ReceivedExport> exports;
   while (true) {
     std::ifstream file(folder_ / std::to_string(exports.size()));
     if (!file) return exports;
-    exports.push_back(ZebHost::readExport({std::istreambuf_iterator<char>(file), {}}));
+    exports.push_back(ZebManager::readExport({std::istreambuf_iterator<char>(file), {}}));
   }
 }
 

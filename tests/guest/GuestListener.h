@@ -21,7 +21,7 @@ class GuestListener {
   std::string url() const { return "http://127.0.0.1:" + std::to_string(port_) + "/alerts"; }
   /// Waits a minute at most until so many exports have come; tells whether they have.
   bool waitFor(std::size_t count) const;
-  std::vector<ZebHost::ReceivedExport> received() const;
+  std::vector<ZebManager::ReceivedExport> received() const;
 
  private:
   Guest& guest_;

@@ -19,13 +19,13 @@ int main(int count, char** arguments) {
   sigprocmask(SIG_BLOCK, &ends, nullptr);
   const std::filesystem::path folder = arguments[2];
   try {
-    const ZebHost::TestListener listener(
+    const ZebManager::TestListener listener(
         [&](std::size_t number, const auto& request) {
           const std::filesystem::path whole = folder / std::to_string(number),
                                       part = whole.string() + ".part";
           std::ofstream(part) << request.body;
           std::filesystem::rename(part, whole);
-          return ZebHost::TestListener::acknowledgement();
+          return ZebManager::TestListener::acknowledgement();
         },
         static_cast<std::uint16_t>(std::stoi(arguments[1])));
     std::ofstream(folder / "listens").put('\n');

@@ -14,7 +14,7 @@ namespace ZEB::guest {
 namespace {
 
 using testing::ElementsAre;
-using ZebHost::lasting;
+using ZebManager::lasting;
 
 constexpr int kPresentPort = 8081, kAwayPort = 8082;
 
@@ -30,7 +30,7 @@ class SubscriptionTest : public GuestTest {
     server.emplace(guest());
     present.emplace(guest(), "present", kPresentPort);
     away.emplace(guest(), "away", kAwayPort);
-    const ZebHost::Console console("guest", wbemcli);
+    const ZebManager::Console console("guest", wbemcli);
     console.makeFilter();
     console.makeListener("present", present->url());
     console.makeListener("away", away->url());
@@ -60,7 +60,7 @@ class SubscriptionTest : public GuestTest {
   /// Port 2 of the card in slot 3, which is controller 6: the board and its cards come first. None of the
   /// emulated cards has a part number.
   static auto rounds(int count) {
-    return ZebHost::roundsOfCable(
+    return ZebManager::roundsOfCable(
         {"guest", 7, 6, 2, "PCI Express slot 3", "0503", "", "link up, 1000 Mbit/s full duplex"}, count);
   }
 
@@ -72,7 +72,7 @@ class SubscriptionTest : public GuestTest {
 TEST_F(SubscriptionTest, APulledCableReachesAListenerThatIsAway) {
   ASSERT_NO_FATAL_FAILURE(pullAndPutBack());
   ASSERT_TRUE(away->waitFor(2));
-  std::vector<ZebHost::ReceivedExport> got = away->received();
+  std::vector<ZebManager::ReceivedExport> got = away->received();
   EXPECT_EQ(lasting(got), rounds(1));
 
   away.reset();
@@ -86,7 +86,7 @@ TEST_F(SubscriptionTest, APulledCableReachesAListenerThatIsAway) {
   // What came twice would come before these.
   ASSERT_NO_FATAL_FAILURE(pullAndPutBack());
   ASSERT_TRUE(away->waitFor(6));
-  for (const ZebHost::ReceivedExport& each : away->received()) got.push_back(each);
+  for (const ZebManager::ReceivedExport& each : away->received()) got.push_back(each);
   EXPECT_EQ(lasting(got), rounds(4));
   EXPECT_THAT(places(got), ElementsAre(0, 1, 2, 3, 4, 5, 6, 7));
   EXPECT_EQ(lasting(present->received()), rounds(4));

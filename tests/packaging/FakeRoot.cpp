@@ -4,7 +4,7 @@
 #include <fstream>
 #include <sstream>
 
-namespace ZebHost {
+namespace ZebManager {
 
 namespace fs = std::filesystem;
 
@@ -76,4 +76,4 @@ Outcome FakeRoot::call(const std::string& program, std::vector<std::string> argu
   return run(REGISTRATION "/" + program, arguments);
 }
 
-}  // namespace ZebHost
+}  // namespace ZebManager

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "host/Process.h"
+#include "manager/Process.h"
 #include "support/TemporaryDirectory.h"
 
-namespace ZebHost {
+namespace ZebManager {
 
 class FakeRoot {
  public:
@@ -41,4 +41,4 @@ class FakeRoot {
   ZEB::test::TemporaryDirectory _folder;
 };
 
-}  // namespace ZebHost
+}  // namespace ZebManager

@@ -5,7 +5,7 @@
 
 #include "packaging/FakeRoot.h"
 
-namespace ZebHost {
+namespace ZebManager {
 namespace {
 
 using testing::ElementsAre;
@@ -110,4 +110,4 @@ TEST(RegisterBoth, DoesTheOneWhenTheOtherFails) {
 }
 
 }  // namespace
-}  // namespace ZebHost
+}  // namespace ZebManager

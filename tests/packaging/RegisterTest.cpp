@@ -3,7 +3,7 @@
 
 #include "packaging/FakeRoot.h"
 
-namespace ZebHost {
+namespace ZebManager {
 namespace {
 
 using testing::ElementsAre;
@@ -108,4 +108,4 @@ TEST(RegisterSfcb, TakesEverythingBackWhenTheRepositoryCannotBeMade) {
 }
 
 }  // namespace
-}  // namespace ZebHost
+}  // namespace ZebManager

@@ -8,7 +8,7 @@
 #include "schema/ClassRepository.h"
 #include "support/TemporaryDirectory.h"
 
-namespace ZebHost {
+namespace ZebManager {
 namespace {
 
 using testing::ElementsAre;
@@ -149,4 +149,4 @@ TEST(Registration, DeclaresEveryQualifierThatTheSchemaUses) {
 }
 
 }  // namespace
-}  // namespace ZebHost
+}  // namespace ZebManager

@@ -3,7 +3,7 @@
 #include <future>
 #include <nlohmann/json.hpp>
 
-#include "host/Process.h"
+#include "manager/Process.h"
 #include "support/TemporaryDirectory.h"
 
 // What is changed at the command line, seen by the next command: each is a process that loads the plug-in
@@ -13,7 +13,7 @@ namespace ZEB::test {
 namespace {
 
 using Json = nlohmann::json;
-using ZebHost::Outcome;
+using ZebManager::Outcome;
 
 class KeptChangesTest : public testing::Test {
  protected:
@@ -22,9 +22,10 @@ class KeptChangesTest : public testing::Test {
                              ZEB_TEST_DATA "/snapshots/two_cards.json", "--json"}) {
       arguments.emplace_back(word);
     }
-    return ZebHost::run(ZEB_CIM, arguments,
-                        {"ZEB_CONFIG=/nonexistent", "ZEB_STORE_DIR=" + directory.file("store"),
-                         "ZEB_RUN_DIR=" + directory.file("run"), "ZEB_AUTOSTART=0", "ZEB_LOG_TARGET=stderr"});
+    return ZebManager::run(
+        ZEB_CIM, arguments,
+        {"ZEB_CONFIG=/nonexistent", "ZEB_STORE_DIR=" + directory.file("store"),
+         "ZEB_RUN_DIR=" + directory.file("run"), "ZEB_AUTOSTART=0", "ZEB_LOG_TARGET=stderr"});
   }
 
   Json answer(const std::vector<std::string>& arguments) const {

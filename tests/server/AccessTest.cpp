@@ -11,7 +11,7 @@
 #include "WbemClient.h"
 #include "support/NetworkNamespace.h"
 
-namespace ZebHost {
+namespace ZebManager {
 namespace {
 
 using testing::HasSubstr;
@@ -43,7 +43,7 @@ std::string writingAs(const char* who) {
 
 /// What the server answers (`std::exchange` would take two texts, too).
 std::string ask(const std::string& address, const std::string& request) {
-  return ZebHost::exchange(address, request);
+  return ZebManager::exchange(address, request);
 }
 
 constexpr char kPortAddress[] = "001b2100005e";
@@ -260,4 +260,4 @@ TEST(Access, TheFileSaysHowDeepRequestsMayBe) {
 }
 
 }  // namespace
-}  // namespace ZebHost
+}  // namespace ZebManager

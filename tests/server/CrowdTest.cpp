@@ -11,7 +11,7 @@
 
 #include "Server.h"
 
-namespace ZebHost {
+namespace ZebManager {
 namespace {
 
 constexpr int kClients = 64;
@@ -58,4 +58,4 @@ TEST(CrowdTest, SixtyFourClientsAreAllAnswered) {
 }
 
 }  // namespace
-}  // namespace ZebHost
+}  // namespace ZebManager

@@ -7,7 +7,7 @@
 
 #include "Server.h"
 
-namespace ZebHost {
+namespace ZebManager {
 namespace {
 
 using testing::HasSubstr;
@@ -167,4 +167,4 @@ TEST_F(HostileTest, ConnectionsThatSayNothingAreClosed) {
 }
 
 }  // namespace
-}  // namespace ZebHost
+}  // namespace ZebManager

@@ -7,7 +7,7 @@
 #include "Server.h"
 #include "WbemClient.h"
 
-namespace ZebHost {
+namespace ZebManager {
 namespace {
 
 /// Programs and schema in the places where an installation has them.
@@ -43,4 +43,4 @@ TEST(InstalledClientTest, TheInstalledProgramsFindEachOther) {
 }
 
 }  // namespace
-}  // namespace ZebHost
+}  // namespace ZebManager

@@ -14,7 +14,7 @@
 #include "WbemClient.h"
 #include "support/NetworkNamespace.h"
 
-namespace ZebHost {
+namespace ZebManager {
 namespace {
 
 using testing::HasSubstr;
@@ -279,4 +279,4 @@ TEST(ClientOperationsTest, AllHaveARow) {
 }
 
 }  // namespace
-}  // namespace ZebHost
+}  // namespace ZebManager

@@ -15,7 +15,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace ZebHost {
+namespace ZebManager {
 namespace {
 
 constexpr int kPatienceMs = 60'000;
@@ -199,4 +199,4 @@ std::string call(const std::string& method, const std::string& parameters,
          "</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>";
 }
 
-}  // namespace ZebHost
+}  // namespace ZebManager

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace ZebHost {
+namespace ZebManager {
 
 /// Which program serves, and where it listens.
 struct Place {
@@ -71,4 +71,4 @@ std::string post(const std::string& body, const std::string& method, const std::
 std::string call(const std::string& method, const std::string& parameters,
                  const std::vector<std::string>& nameSpace = {"root", "jxv"});
 
-}  // namespace ZebHost
+}  // namespace ZebManager

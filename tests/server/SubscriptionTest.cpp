@@ -13,7 +13,7 @@
 #include "support/Console.h"
 #include "support/TestListener.h"
 
-namespace ZebHost {
+namespace ZebManager {
 namespace {
 
 using testing::ElementsAre;
@@ -180,4 +180,4 @@ TEST_F(ShortQueueTest, TheFileSaysHowManyAlertsWait) {
 }
 
 }  // namespace
-}  // namespace ZebHost
+}  // namespace ZebManager

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-namespace ZebHost {
+namespace ZebManager {
 
 std::string wbemClient() {
   const std::string path = "/usr/bin/wbemcli";
@@ -20,4 +20,4 @@ Outcome ask(const Server& server, const std::string& scheme, const Question& que
   return run(wbemClient(), words);
 }
 
-}  // namespace ZebHost
+}  // namespace ZebManager

@@ -7,7 +7,7 @@
 #include "Process.h"
 #include "Server.h"
 
-namespace ZebHost {
+namespace ZebManager {
 
 struct Question {
   std::string operation;
@@ -27,4 +27,4 @@ std::string wbemClient();
 /// What it says, over http or https. Each name and value is a line of its own.
 Outcome ask(const Server& server, const std::string& scheme, const Question& question);
 
-}  // namespace ZebHost
+}  // namespace ZebManager

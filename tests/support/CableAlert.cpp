@@ -3,7 +3,7 @@
 #include <regex>
 #include <stdexcept>
 
-namespace ZebHost {
+namespace ZebManager {
 namespace {
 
 using Properties = std::map<std::string, std::string>;
@@ -115,4 +115,4 @@ std::vector<int> places(const std::vector<ReceivedExport>& alerts) {
   return all;
 }
 
-}  // namespace ZebHost
+}  // namespace ZebManager

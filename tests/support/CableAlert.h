@@ -7,7 +7,7 @@
 
 #include "support/ReceivedExport.h"
 
-namespace ZebHost {
+namespace ZebManager {
 
 /// A port as its alerts describe it.
 struct AlertedPort {
@@ -34,4 +34,4 @@ std::vector<std::map<std::string, std::string>> lasting(const std::vector<Receiv
 /// The alerts' places in their sequence. Throws when they belong to several.
 std::vector<int> places(const std::vector<ReceivedExport>& alerts);
 
-}  // namespace ZebHost
+}  // namespace ZebManager

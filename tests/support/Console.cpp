@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace ZebHost {
+namespace ZebManager {
 namespace {
 
 constexpr char kFilterClass[] = "CIM_IndicationFilter";
@@ -45,4 +45,4 @@ std::string Console::ends(const std::string& listener) const {
          ",Handler=root/interop:" + kListenerClass + "." + keys(kListenerClass, listener);
 }
 
-}  // namespace ZebHost
+}  // namespace ZebManager

@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-namespace ZebHost {
+namespace ZebManager {
 
 /// One filter, and listeners that are subscribed to it.
 class Console {
@@ -30,4 +30,4 @@ class Console {
   Perform _perform;
 };
 
-}  // namespace ZebHost
+}  // namespace ZebManager

@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <string_view>
 
-namespace ZebHost {
+namespace ZebManager {
 namespace {
 
 /// The only element in `parent`, which has to have this name.
@@ -46,4 +46,4 @@ ReceivedExport readExport(const std::string& body) {
   return received;
 }
 
-}  // namespace ZebHost
+}  // namespace ZebManager

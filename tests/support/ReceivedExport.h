@@ -4,7 +4,7 @@
 #include <map>
 #include <string>
 
-namespace ZebHost {
+namespace ZebManager {
 
 struct ReceivedExport {
   std::string className;
@@ -17,4 +17,4 @@ struct ReceivedExport {
 /// Of the body of a request. Throws when that is anything but one export of one indication.
 ReceivedExport readExport(const std::string& body);
 
-}  // namespace ZebHost
+}  // namespace ZebManager

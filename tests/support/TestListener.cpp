@@ -13,7 +13,7 @@
 #include <optional>
 #include <stdexcept>
 
-namespace ZebHost {
+namespace ZebManager {
 namespace {
 
 constexpr std::chrono::seconds kPatience{60};
@@ -211,4 +211,4 @@ std::uint16_t freePort() {
   return port;
 }
 
-}  // namespace ZebHost
+}  // namespace ZebManager

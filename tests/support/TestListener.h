@@ -12,7 +12,7 @@
 
 struct gnutls_certificate_credentials_st;
 
-namespace ZebHost {
+namespace ZebManager {
 
 /// What a listener needs for TLS: a key, and a certificate for 127.0.0.1 that it has signed itself.
 class TestCertificate {
@@ -78,4 +78,4 @@ class TestListener {
 /// A port of the loopback that nobody listens on.
 std::uint16_t freePort();
 
-}  // namespace ZebHost
+}  // namespace ZebManager

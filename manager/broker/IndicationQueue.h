@@ -1,0 +1,45 @@
+// Indications between the thread that delivers them and the one that reads them.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "broker/Objects.h"
+
+namespace ZebManager {
+
+/// An indication with the memory that it lives in.
+struct DeliveredIndication {
+  Arena arena;
+  const Instance* instance = nullptr;
+  std::chrono::system_clock::time_point arrival;
+};
+
+/// Delivery only puts a copy here, so it never comes back into the provider. Safe from any thread.
+class IndicationQueue {
+ public:
+  /// Until somebody listens, deliveries are accepted and dropped.
+  void open();
+  void close();
+
+  /// False when the queue is full: nothing was taken.
+  bool deliver(const Instance& indication);
+
+  /// The oldest indication; null when none comes within the time or `wake` was called.
+  std::unique_ptr<DeliveredIndication> next(std::chrono::milliseconds patience);
+  void wake();
+
+ private:
+  std::mutex _mutex;
+  std::condition_variable _changed;
+  std::deque<std::unique_ptr<DeliveredIndication>> _waiting;
+  bool _open = false;
+  bool _woken = false;
+};
+
+}  // namespace ZebManager

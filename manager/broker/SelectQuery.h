@@ -1,0 +1,16 @@
+// Select expressions: the filters that a provider sees.
+#pragma once
+
+#include <string_view>
+
+#include "broker/Objects.h"
+
+namespace ZebManager {
+
+/// Null when the query cannot be read.
+SelectExp* makeSelectExp(Arena& arena, const ClassRepository& repository, std::string_view query);
+
+/// A body that shares nothing with the one it is made from. Throws QueryError when the query cannot be read.
+SelectExpBody* makeSelectExpBody(Arena& arena, const ClassRepository& repository, std::string_view query);
+
+}  // namespace ZebManager

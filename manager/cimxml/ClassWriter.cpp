@@ -1,0 +1,172 @@
+#include "cimxml/ClassWriter.h"
+
+#include <algorithm>
+
+#include "cimxml/ValueWriter.h"
+#include "cimxml/XmlText.h"
+
+namespace ZebManager {
+namespace {
+
+void appendText(std::string& out, std::string_view text) {
+  out += "<VALUE>";
+  appendEscaped(out, text);
+  out += "</VALUE>";
+}
+
+void openQualifier(std::string& out, std::string_view name, std::string_view type) {
+  out += "<QUALIFIER";
+  appendAttribute(out, "NAME", name);
+  appendAttribute(out, "TYPE", type);
+  out += ">";
+}
+
+void appendFlag(std::string& out, std::string_view name, bool present) {
+  if (!present) return;
+  openQualifier(out, name, "boolean");
+  out += "<VALUE>TRUE</VALUE></QUALIFIER>";
+}
+
+void appendDescription(std::string& out, const std::string& description) {
+  if (description.empty()) return;
+  openQualifier(out, "Description", "string");
+  appendText(out, description);
+  out += "</QUALIFIER>";
+}
+
+void appendTexts(std::string& out, std::string_view name, const std::vector<MappedValue>& values,
+                 std::string MappedValue::*member) {
+  openQualifier(out, name, "string");
+  out += "<VALUE.ARRAY>";
+  for (const MappedValue& value : values) appendText(out, value.*member);
+  out += "</VALUE.ARRAY></QUALIFIER>";
+}
+
+void appendElementQualifiers(std::string& out, const ElementDef& element) {
+  appendDescription(out, element.description);
+  if (element.values.empty()) return;
+  appendTexts(out, "ValueMap", element.values, &MappedValue::number);
+  appendTexts(out, "Values", element.values, &MappedValue::text);
+}
+
+/// NAME, TYPE or REFERENCECLASS of an element whose name for one value is `kind`. Returns the element's name.
+std::string openElement(std::string& out, std::string kind, const ElementDef& element) {
+  if (element.type == CMPI_ref) {
+    kind += ".REFERENCE";
+  } else if (isArray(element.type)) {
+    kind += elementType(element.type) == CMPI_ref ? ".REFARRAY" : ".ARRAY";
+  }
+  out.append("<").append(kind);
+  appendAttribute(out, "NAME", element.name);
+  if (elementType(element.type) == CMPI_ref) {
+    appendAttribute(out, "REFERENCECLASS", element.referenceClass);
+  } else {
+    appendAttribute(out, "TYPE", xmlTypeName(element.type));
+  }
+  return kind;
+}
+
+void appendDefault(std::string& out, const PropertyDef& property) {
+  if (isArray(property.type)) out += "<VALUE.ARRAY>";
+  for (const std::string& value : *property.defaultValues) appendText(out, value);
+  if (isArray(property.type)) out += "</VALUE.ARRAY>";
+}
+
+void appendProperty(std::string& out, const PropertyDef& property, const ClassView& view, bool local) {
+  const std::string kind = openElement(out, "PROPERTY", property);
+  if (view.classOrigin) appendAttribute(out, "CLASSORIGIN", property.origin->name);
+  if (!local) appendAttribute(out, "PROPAGATED", "true");
+  out += ">";
+  if (view.qualifiers) {
+    appendFlag(out, "Key", property.key);
+    appendFlag(out, "Required", property.required);
+    appendFlag(out, "Write", property.writable);
+    appendElementQualifiers(out, property);
+  }
+  if (property.defaultValues && property.type != CMPI_ref) appendDefault(out, property);
+  out.append("</").append(kind).append(">");
+}
+
+void appendParameterDef(std::string& out, const ParameterDef& parameter, const ClassView& view) {
+  const std::string kind = openElement(out, "PARAMETER", parameter);
+  out += ">";
+  if (view.qualifiers) {
+    appendFlag(out, "In", parameter.in);
+    appendFlag(out, "Out", parameter.out);
+    appendElementQualifiers(out, parameter);
+  }
+  out.append("</").append(kind).append(">");
+}
+
+void appendMethod(std::string& out, const MethodDef& method, const ClassDef& origin, const ClassView& view,
+                  bool local) {
+  out += "<METHOD";
+  appendAttribute(out, "NAME", method.name);
+  if (method.type != CMPI_null) appendAttribute(out, "TYPE", xmlTypeName(method.type));
+  if (view.classOrigin) appendAttribute(out, "CLASSORIGIN", origin.name);
+  if (!local) appendAttribute(out, "PROPAGATED", "true");
+  out += ">";
+  if (view.qualifiers) {
+    appendFlag(out, "Static", method.isStatic);
+    appendElementQualifiers(out, method);
+  }
+  for (const ParameterDef& parameter : method.parameters) appendParameterDef(out, parameter, view);
+  out += "</METHOD>";
+}
+
+/// Whether the class says something of its own about what it could have inherited.
+bool isLocal(const ClassDef& classDef, const PropertyDef& property) {
+  if (property.origin == &classDef) return true;
+  const PropertyDef& above = *classDef.superclass->property(property.name);
+  return above.description != property.description || above.defaultValues != property.defaultValues ||
+         above.required != property.required || above.writable != property.writable ||
+         above.values.size() != property.values.size() || above.referenceClass != property.referenceClass;
+}
+
+bool isLocal(const ClassDef& classDef, const MethodDef& method) {
+  const MethodDef* const above = classDef.superclass ? classDef.superclass->method(method.name) : nullptr;
+  return !above || above->description != method.description;
+}
+
+const ClassDef& originOf(const ClassDef& classDef, const MethodDef& method) {
+  const ClassDef* origin = &classDef;
+  while (origin->superclass && origin->superclass->method(method.name)) origin = origin->superclass;
+  return *origin;
+}
+
+bool isWanted(const ClassView& view, const std::string& name) {
+  return !view.properties || std::any_of(view.properties->begin(), view.properties->end(),
+                                         [&](const std::string& wanted) { return sameName(wanted, name); });
+}
+
+}  // namespace
+
+ClassView classView(const Parameters& parameters, bool localOnly) {
+  return {parameters.flag("LocalOnly", localOnly), parameters.flag("IncludeQualifiers", localOnly),
+          parameters.flag("IncludeClassOrigin", false), parameters.names("PropertyList")};
+}
+
+void appendClass(std::string& out, const ClassDef& classDef, const ClassView& view) {
+  out += "<CLASS";
+  appendAttribute(out, "NAME", classDef.name);
+  if (classDef.superclass) appendAttribute(out, "SUPERCLASS", classDef.superclass->name);
+  out += ">";
+  if (view.qualifiers) {
+    appendFlag(out, "Abstract", classDef.abstract);
+    appendFlag(out, "Association", classDef.association);
+    appendFlag(out, "Indication", classDef.indication);
+    appendDescription(out, classDef.description);
+  }
+  for (const PropertyDef& property : classDef.properties) {
+    const bool local = isLocal(classDef, property);
+    if ((local || !view.localOnly) && isWanted(view, property.name))
+      appendProperty(out, property, view, local);
+  }
+  for (const MethodDef& method : classDef.methods) {
+    const bool local = isLocal(classDef, method);
+    if (local || !view.localOnly) appendMethod(out, method, originOf(classDef, method), view, local);
+  }
+  out += "</CLASS>";
+}
+
+}  // namespace ZebManager

@@ -1,0 +1,25 @@
+#include "cimxml/Export.h"
+
+#include "cimxml/ValueWriter.h"
+#include "cimxml/XmlText.h"
+
+namespace ZebManager {
+
+std::string instanceElement(const Instance& instance) {
+  std::string out;
+  appendInstance(out, instance.body());
+  return out;
+}
+
+std::string exportMessage(std::string_view id, std::string_view instanceElement) {
+  std::string out =
+      "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE";
+  appendAttribute(out, "ID", id);
+  out +=
+      " PROTOCOLVERSION=\"1.0\"><SIMPLEEXPREQ><EXPMETHODCALL NAME=\"ExportIndication\">"
+      "<EXPPARAMVALUE NAME=\"NewIndication\">";
+  out.append(instanceElement);
+  return out + "</EXPPARAMVALUE></EXPMETHODCALL></SIMPLEEXPREQ></MESSAGE></CIM>\n";
+}
+
+}  // namespace ZebManager

@@ -1,0 +1,17 @@
+// Indications as listeners get them.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "broker/Objects.h"
+
+namespace ZebManager {
+
+/// An INSTANCE element.
+std::string instanceElement(const Instance& instance);
+
+/// A whole request that exports one indication; `id` is the message's.
+std::string exportMessage(std::string_view id, std::string_view instanceElement);
+
+}  // namespace ZebManager

@@ -1,0 +1,159 @@
+#include "cimxml/ValueReader.h"
+
+#include "broker/ObjectPathText.h"
+#include "broker/Values.h"
+#include "cimxml/Document.h"
+
+namespace ZebManager {
+namespace {
+
+[[noreturn]] void invalid(const std::string& why) {
+  throw CimError(CMPI_RC_ERR_INVALID_PARAMETER, why);
+}
+
+std::string quoted(std::string_view name) {
+  return "'" + std::string(name) + "'";
+}
+
+/// The character that a text of UTF-8 consists of.
+CMPIChar16 characterOf(const std::string& content, const std::string& what) {
+  constexpr unsigned kBits[] = {0x7f, 0x1f, 0x0f};
+  if (!content.empty() && content.size() <= std::size(kBits)) {
+    unsigned code = static_cast<unsigned char>(content[0]) & kBits[content.size() - 1];
+    for (std::size_t i = 1; i < content.size(); ++i) {
+      code = (code << 6) | (static_cast<unsigned char>(content[i]) & 0x3f);
+    }
+    if (utf8Of(static_cast<CMPIChar16>(code)) == content) return static_cast<CMPIChar16>(code);
+  }
+  invalid(what + ": expected one character");
+}
+
+}  // namespace
+
+const ClassDef& ValueReader::classNamed(std::string_view name) const {
+  if (const ClassDef* const found = _repository.find(name)) return *found;
+  throw CimError(CMPI_RC_ERR_INVALID_CLASS, "unknown class " + quoted(name));
+}
+
+void ValueReader::readKey(ObjectPath& path, const ClassDef& classDef, std::string_view name,
+                          pugi::xml_node value) const {
+  const PropertyDef* const key = classDef.property(name);
+  if (!key || !key->key) invalid(quoted(name) + " is no key of " + classDef.name);
+  const std::string what = "key " + quoted(key->name);
+  if (path.body().keys.find(key->name)) invalid(what + " is given twice");
+  CMPIData data;
+  if (isNamed(value, "VALUE.REFERENCE")) {
+    if (key->type != CMPI_ref) invalid(what + " is no reference");
+    data = dataOf(this->path(value));
+  } else if (isNamed(value, "KEYVALUE")) {
+    if (key->type == CMPI_ref) invalid(what + " is a reference");
+    data = text(contentOf(value), key->type, what);
+  } else {
+    invalid(what + " has no value");
+  }
+  data.state = CMPI_keyValue;
+  path.body().keys.append(_arena, key->name).data = data;
+}
+
+ObjectPath* ValueReader::path(pugi::xml_node element) const {
+  std::string nameSpace = _nameSpace;
+  for (; element && !isNamed(element, "INSTANCENAME"); element = firstElement(element)) {
+    if (isNamed(element, "LOCALNAMESPACEPATH") || isNamed(element, "NAMESPACEPATH")) {
+      element = nextElement(element);
+      if (!isNamed(element, "INSTANCENAME")) break;
+      nameSpace = nameSpaceOf(element.parent());
+      break;
+    }
+  }
+  if (!isNamed(element, "INSTANCENAME")) invalid("the name of an instance is expected");
+  const ClassDef& classDef = classNamed(element.attribute("CLASSNAME").value());
+  ObjectPath& path = *makePath(_arena, nameSpace, classDef.name);
+  for (pugi::xml_node key = firstElement(element); key; key = nextElement(key)) {
+    if (isNamed(key, "KEYBINDING")) {
+      readKey(path, classDef, key.attribute("NAME").value(), firstElement(key));
+    } else if (classDef.keys().size() == 1) {
+      readKey(path, classDef, classDef.keys().front()->name, key);
+    } else {
+      invalid("the keys of " + classDef.name + " have to be named");
+    }
+  }
+  return &path;
+}
+
+CMPIData ValueReader::text(const std::string& content, CMPIType type, const std::string& what) const {
+  if (type == CMPI_char16) {
+    CMPIValue value{};
+    value.char16 = characterOf(content, what);
+    return dataOf(type, value);
+  }
+  try {
+    return parseScalar(_arena, type, content, what);
+  } catch (const ManagerError& error) {
+    invalid(error.what());
+  }
+}
+
+CMPIData ValueReader::scalar(pugi::xml_node element, CMPIType type, const std::string& what) const {
+  if (isNamed(element, "VALUE.NULL")) return nullOf(type);
+  if (type == CMPI_ref) {
+    if (!isNamed(element, "VALUE.REFERENCE")) invalid(what + ": a reference is expected");
+    return dataOf(path(element));
+  }
+  if (!isNamed(element, "VALUE")) invalid(what + ": a single value is expected");
+  return text(contentOf(element), type, what);
+}
+
+CMPIData ValueReader::array(pugi::xml_node element, CMPIType type, const std::string& what) const {
+  if (!isNamed(element, "VALUE.ARRAY") && !isNamed(element, "VALUE.REFARRAY")) {
+    invalid(what + ": an array is expected");
+  }
+  CMPICount count = 0;
+  for (pugi::xml_node item = firstElement(element); item; item = nextElement(item)) ++count;
+  Array& list = *makeArray(_arena, count, type);
+  CMPIData* next = list.body().elements;
+  for (pugi::xml_node item = firstElement(element); item; item = nextElement(item)) {
+    *next++ = scalar(item, type, what);
+  }
+  return dataOf(&list);
+}
+
+CMPIData ValueReader::value(pugi::xml_node holder, CMPIType type, const std::string& what) const {
+  pugi::xml_node element = firstElement(holder);
+  while (isNamed(element, "QUALIFIER")) element = nextElement(element);
+  if (!element) return nullOf(type);
+  return isArray(type) ? array(element, elementType(type), what) : scalar(element, type, what);
+}
+
+void ValueReader::setProperty(const Instance& instance, pugi::xml_node element) const {
+  const ClassDef& classDef = *instance.body().classDef;
+  const std::string_view name = element.attribute("NAME").value();
+  const PropertyDef* const property = classDef.property(name);
+  if (!property) {
+    throw CimError(CMPI_RC_ERR_NO_SUCH_PROPERTY, classDef.name + " has no property " + quoted(name));
+  }
+  const CMPIData data = value(element, property->type, "property " + quoted(property->name));
+  instance.ft->setProperty(&instance, property->name.c_str(), isNull(data) ? nullptr : &data.value,
+                           data.type);
+}
+
+Instance* ValueReader::instance(pugi::xml_node element, const ObjectPath* path) const {
+  if (!isNamed(element, "INSTANCE")) invalid("an instance is expected");
+  const ClassDef& classDef = classNamed(element.attribute("CLASSNAME").value());
+  if (path && !sameName(path->body().className, classDef.name)) {
+    invalid("the path is of another class than the instance");
+  }
+  ObjectPath& own = *makePath(_arena, _nameSpace, classDef.name);
+  const Instance& made = *makeInstance(_arena, path ? *path : own, classDef);
+  for (pugi::xml_node child = firstElement(element); child; child = nextElement(child)) {
+    if (!isNamed(child, "QUALIFIER")) setProperty(made, child);
+  }
+  if (path) return const_cast<Instance*>(&made);
+  for (const PropertyDef* key : classDef.keys()) {
+    const NamedValue* const given = made.body().properties.find(key->name);
+    if (given && !isNull(given->data)) own.body().keys.append(_arena, key->name).data = given->data;
+  }
+  made.ft->setObjectPath(&made, &own);
+  return const_cast<Instance*>(&made);
+}
+
+}  // namespace ZebManager

@@ -1,0 +1,41 @@
+// Paths, instances and values of a request.
+#pragma once
+
+#include <pugixml.hpp>
+#include <string>
+#include <string_view>
+
+#include "broker/ManagerError.h"
+#include "broker/Objects.h"
+
+namespace ZebManager {
+
+/// What is read lives in the arena. Members throw CimError for what the schema does not know or allow.
+class ValueReader {
+ public:
+  ValueReader(Arena& arena, const ClassRepository& repository, std::string_view nameSpace)
+      : _arena(arena), _repository(repository), _nameSpace(nameSpace) {}
+
+  const ClassDef& classNamed(std::string_view name) const;
+  /// INSTANCENAME, LOCALINSTANCEPATH, INSTANCEPATH, or what holds one of them.
+  ObjectPath* path(pugi::xml_node element) const;
+  /// The value that stands in an element, converted to the type; null when there is none.
+  CMPIData value(pugi::xml_node holder, CMPIType type, const std::string& what) const;
+  /// An INSTANCE at a path; without one at a path that has its class and the keys that it gives.
+  Instance* instance(pugi::xml_node element, const ObjectPath* path) const;
+
+  Arena& arena() const { return _arena; }
+
+ private:
+  CMPIData scalar(pugi::xml_node element, CMPIType type, const std::string& what) const;
+  CMPIData text(const std::string& content, CMPIType type, const std::string& what) const;
+  CMPIData array(pugi::xml_node element, CMPIType type, const std::string& what) const;
+  void readKey(ObjectPath& path, const ClassDef& classDef, std::string_view name, pugi::xml_node value) const;
+  void setProperty(const Instance& instance, pugi::xml_node element) const;
+
+  Arena& _arena;
+  const ClassRepository& _repository;
+  std::string _nameSpace;
+};
+
+}  // namespace ZebManager

@@ -1,0 +1,196 @@
+#include "cimxml/ValueWriter.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+#include "broker/DateTimeText.h"
+#include "broker/HostName.h"
+#include "broker/Values.h"
+#include "cimxml/XmlText.h"
+
+namespace ZebManager {
+namespace {
+
+template <class Number>
+std::string realText(Number number) {
+  if (std::isnan(number)) return "NaN";
+  if (std::isinf(number)) return number < 0 ? "-INF" : "INF";
+  std::array<char, 40> digits{};
+  return {digits.data(), std::to_chars(digits.begin(), digits.end(), number).ptr};
+}
+
+/// Text of a value that is no array, no reference and not null.
+std::string scalarText(const CMPIData& data) {
+  if (const auto range = integerRange(data.type)) {
+    return range->min < 0 ? std::to_string(signedOf(data)) : std::to_string(unsignedOf(data));
+  }
+  switch (data.type) {
+    case CMPI_boolean:
+      return data.value.boolean ? "TRUE" : "FALSE";
+    case CMPI_real32:
+      return realText(data.value.real32);
+    case CMPI_real64:
+      return realText(data.value.real64);
+    case CMPI_char16:
+      return utf8Of(data.value.char16);
+    case CMPI_dateTime:
+      return formatDateTime(as<DateTime>(data.value.dateTime)->body());
+    case CMPI_instance: {
+      std::string element;
+      appendInstance(element, as<Instance>(data.value.inst)->body());
+      return element;
+    }
+    default:
+      return std::string(textOf(data.value.string));
+  }
+}
+
+void appendReference(std::string& out, const CMPIData& data) {
+  out += "<VALUE.REFERENCE>";
+  appendInstancePath(out, as<ObjectPath>(data.value.ref)->body());
+  out += "</VALUE.REFERENCE>";
+}
+
+void appendScalar(std::string& out, const CMPIData& data) {
+  if (data.type == CMPI_ref) return appendReference(out, data);
+  out += "<VALUE>";
+  appendEscaped(out, scalarText(data));
+  out += "</VALUE>";
+}
+
+void appendArray(std::string& out, const ArrayBody& array) {
+  const std::string_view element = array.elementType == CMPI_ref ? "VALUE.REFARRAY" : "VALUE.ARRAY";
+  out.append("<").append(element).append(">");
+  for (CMPICount i = 0; i < array.count; ++i) {
+    if (isNull(array.elements[i])) {
+      out += "<VALUE.NULL/>";
+    } else {
+      appendScalar(out, array.elements[i]);
+    }
+  }
+  out.append("</").append(element).append(">");
+}
+
+void appendKeyValue(std::string& out, const CMPIData& data) {
+  if (data.type == CMPI_ref) return appendReference(out, data);
+  const bool number = integerRange(data.type) || data.type == CMPI_real32 || data.type == CMPI_real64;
+  const std::string_view kind = data.type == CMPI_boolean ? "boolean" : number ? "numeric" : "string";
+  out += "<KEYVALUE";
+  appendAttribute(out, "VALUETYPE", kind);
+  appendAttribute(out, "TYPE", xmlTypeName(data.type));
+  out += ">";
+  if (!isNull(data)) appendEscaped(out, scalarText(data));
+  out += "</KEYVALUE>";
+}
+
+void appendLocalNameSpace(std::string& out, std::string_view nameSpace) {
+  out += "<LOCALNAMESPACEPATH>";
+  while (!nameSpace.empty()) {
+    const std::size_t slash = std::min(nameSpace.find('/'), nameSpace.size());
+    out += "<NAMESPACE";
+    appendAttribute(out, "NAME", nameSpace.substr(0, slash));
+    out += "/>";
+    nameSpace.remove_prefix(std::min(slash + 1, nameSpace.size()));
+  }
+  out += "</LOCALNAMESPACEPATH>";
+}
+
+void appendNameSpace(std::string& out, std::string_view host, std::string_view nameSpace) {
+  out += "<NAMESPACEPATH><HOST>";
+  appendEscaped(out, host.empty() ? std::string_view(hostName()) : host);
+  out += "</HOST>";
+  appendLocalNameSpace(out, nameSpace);
+  out += "</NAMESPACEPATH>";
+}
+
+bool isWanted(const InstanceView& view, std::string_view name) {
+  if (view.only && !view.only->property(name)) return false;
+  if (!view.properties) return true;
+  for (PropertyList wanted = view.properties; *wanted; ++wanted) {
+    if (sameName(*wanted, name)) return true;
+  }
+  return false;
+}
+
+void appendProperty(std::string& out, const ClassDef& classDef, const NamedValue& property, bool origin) {
+  const CMPIType type = elementType(property.data.type);
+  const bool reference = property.data.type == CMPI_ref;
+  const std::string element = reference                     ? "PROPERTY.REFERENCE"
+                              : isArray(property.data.type) ? "PROPERTY.ARRAY"
+                                                            : "PROPERTY";
+  const PropertyDef* const def = classDef.property(property.name);
+  out.append("<").append(element);
+  appendAttribute(out, "NAME", property.name);
+  if (!reference) appendAttribute(out, "TYPE", xmlTypeName(type));
+  if (reference && def) appendAttribute(out, "REFERENCECLASS", def->referenceClass);
+  if (origin && def && def->origin) appendAttribute(out, "CLASSORIGIN", def->origin->name);
+  if (type == CMPI_instance) appendAttribute(out, "EmbeddedObject", "instance");
+  out += ">";
+  appendValue(out, property.data);
+  out.append("</").append(element).append(">");
+}
+
+}  // namespace
+
+std::string xmlTypeName(CMPIType type) {
+  return elementType(type) == CMPI_instance ? "string" : typeName(elementType(type));
+}
+
+void appendInstanceName(std::string& out, const PathBody& path) {
+  out += "<INSTANCENAME";
+  appendAttribute(out, "CLASSNAME", path.className);
+  out += ">";
+  for (const NamedValue& key : path.keys) {
+    out += "<KEYBINDING";
+    appendAttribute(out, "NAME", key.name);
+    out += ">";
+    appendKeyValue(out, key.data);
+    out += "</KEYBINDING>";
+  }
+  out += "</INSTANCENAME>";
+}
+
+void appendInstancePath(std::string& out, const PathBody& path) {
+  out += "<INSTANCEPATH>";
+  appendNameSpace(out, path.host, path.nameSpace);
+  appendInstanceName(out, path);
+  out += "</INSTANCEPATH>";
+}
+
+void appendClassPath(std::string& out, std::string_view nameSpace, std::string_view className) {
+  out += "<CLASSPATH>";
+  appendNameSpace(out, {}, nameSpace);
+  out += "<CLASSNAME";
+  appendAttribute(out, "NAME", className);
+  out += "/></CLASSPATH>";
+}
+
+void appendInstance(std::string& out, const InstanceBody& instance, const InstanceView& view) {
+  out += "<INSTANCE";
+  appendAttribute(out, "CLASSNAME", instance.classDef->name);
+  out += ">";
+  for (const NamedValue& property : instance.properties) {
+    if (isWanted(view, property.name)) appendProperty(out, *instance.classDef, property, view.classOrigin);
+  }
+  out += "</INSTANCE>";
+}
+
+void appendValue(std::string& out, const CMPIData& data) {
+  if (isNull(data)) return;
+  if (isArray(data.type)) return appendArray(out, as<Array>(data.value.array)->body());
+  appendScalar(out, data);
+}
+
+void appendParameter(std::string& out, std::string_view element, std::string_view name,
+                     const CMPIData& data) {
+  out.append("<").append(element);
+  if (!name.empty()) appendAttribute(out, "NAME", name);
+  appendAttribute(out, "PARAMTYPE", xmlTypeName(data.type));
+  if (elementType(data.type) == CMPI_instance) appendAttribute(out, "EmbeddedObject", "instance");
+  out += ">";
+  appendValue(out, data);
+  out.append("</").append(element).append(">");
+}
+
+}  // namespace ZebManager

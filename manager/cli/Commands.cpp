@@ -1,0 +1,211 @@
+#include "cli/Commands.h"
+
+#include <algorithm>
+#include <array>
+#include <ostream>
+
+#include "broker/CallMemory.h"
+#include "broker/ObjectPathText.h"
+#include "broker/Values.h"
+#include "cli/Assignments.h"
+#include "cli/Doctor.h"
+#include "cli/JsonOutput.h"
+#include "cli/PluginProcess.h"
+#include "cli/Programs.h"
+#include "cli/StopSignals.h"
+#include "cli/TextOutput.h"
+#include "cli/TreeModel.h"
+#include "cli/Watch.h"
+
+namespace ZebManager {
+namespace {
+
+using Command = void (*)(const Options&, Session&, const Output&);
+
+void printItems(const Options& options, const Output& output, const Reply& reply) {
+  output.out << (options.json ? jsonOfItems(reply.items()) : textOfItems(reply.items(), output.colour));
+}
+
+/// The plug-in's refusal, with the thing that was asked for in front.
+Reply answered(const std::string& what, Reply reply) {
+  if (reply.code != CMPI_RC_OK) throw ManagerError(what + ": " + CimError(reply.code, reply.message).what());
+  return reply;
+}
+
+std::string named(const PathBody& path) {
+  return "path '" + formatPath(path) + "'";
+}
+
+void runClasses(const Options& options, Session& session, const Output& output) {
+  std::vector<const ClassDef*> served;
+  for (const auto& def : session.repository().classes()) {
+    if (def->name.starts_with("ZEB_")) served.push_back(def.get());
+  }
+  output.out << (options.json ? jsonOfClasses(served) : textOfClasses(served, output.colour));
+}
+
+void runInstances(const Options& options, Session& session, const Output& output) {
+  const ClassDef& asked = requireClass(session.repository(), options.className);
+  const ProviderCalls& provider = session.provider();
+  Reply reply =
+      options.names ? provider.enumerateInstanceNames(asked.name) : provider.enumerateInstances(asked.name);
+  printItems(options, output, answered("class '" + asked.name + "'", std::move(reply)));
+}
+
+ObjectPath& pathOf(const Options& options, Session& session, Arena& arena) {
+  return *parsePath(arena, session.repository(), session.broker().provider().nameSpace(), options.path);
+}
+
+void runGet(const Options& options, Session& session, const Output& output) {
+  Arena arena;
+  const ObjectPath& path = pathOf(options, session, arena);
+  const Reply reply = answered(named(path.body()), session.provider().getInstance(path));
+  if (reply.items().empty() || reply.items()[0].type != CMPI_instance) {
+    throw ManagerError(named(path.body()) + ": " + codeText(CMPI_RC_ERR_NOT_FOUND));
+  }
+  printItems(options, output, reply);
+}
+
+void runAssociators(const Options& options, Session& session, const Output& output) {
+  Arena arena;
+  const ObjectPath& path = pathOf(options, session, arena);
+  const ProviderCalls& provider = session.provider();
+  Reply reply = options.names ? provider.associatorNames(path, options.filter)
+                              : provider.associators(path, options.filter);
+  printItems(options, output, answered(named(path.body()), std::move(reply)));
+}
+
+void runReferences(const Options& options, Session& session, const Output& output) {
+  Arena arena;
+  const ObjectPath& path = pathOf(options, session, arena);
+  const ProviderCalls& provider = session.provider();
+  Reply reply = options.names ? provider.referenceNames(path, options.filter)
+                              : provider.references(path, options.filter);
+  printItems(options, output, answered(named(path.body()), std::move(reply)));
+}
+
+void runModify(const Options& options, Session& session, const Output& output) {
+  Arena arena;
+  const ArenaScope scope(arena);  // an error message needs memory, too
+  const ObjectPath& path = pathOf(options, session, arena);
+  const ClassDef& classDef = requireClass(session.repository(), path.body().className);
+  const Instance& instance = *makeInstance(arena, path, classDef);
+  std::vector<const char*> changed;
+  for (const std::string& text : options.assignments) {
+    const Assignment assignment = splitAssignment(text);
+    const PropertyDef* const property = classDef.property(assignment.name);
+    if (!property) throw ManagerError(classDef.name + " has no property '" + assignment.name + "'");
+    const CMPIData value = parseValue(arena, session.repository(), session.broker().provider().nameSpace(),
+                                      *property, assignment.value);
+    instance.ft->setProperty(&instance, property->name.c_str(), &value.value, value.type);
+    changed.push_back(property->name.c_str());
+  }
+  changed.push_back(nullptr);
+  answered(named(path.body()), session.provider().modifyInstance(path, instance, changed.data()));
+  if (options.json) output.out << jsonOfPath(path.body());
+}
+
+/// A path with keys, or the name of a class for methods that belong to the class.
+ObjectPath& targetOf(const Options& options, Session& session, Arena& arena) {
+  const ClassDef* const target = session.repository().find(options.path);
+  if (!target) return pathOf(options, session, arena);
+  return *makePath(arena, session.broker().provider().nameSpace(), target->name);
+}
+
+const MethodDef& requireMethod(const ClassDef& classDef, const std::string& name) {
+  if (const MethodDef* method = classDef.method(name)) return *method;
+  std::string known;
+  for (const MethodDef& method : classDef.methods)
+    known += (known.empty() ? ": expected " : ", ") + method.name;
+  throw ManagerError(classDef.name + " has no method '" + name + "'" + known);
+}
+
+void runInvoke(const Options& options, Session& session, const Output& output) {
+  Arena arena;
+  const ArenaScope scope(arena);
+  const ObjectPath& path = targetOf(options, session, arena);
+  const ClassDef& classDef = requireClass(session.repository(), path.body().className);
+  const MethodDef& method = requireMethod(classDef, options.method);
+  const Args& in = *makeArgs(arena);
+  for (const std::string& text : options.assignments) {
+    const Assignment assignment = splitAssignment(text);
+    const ParameterDef* const parameter = method.parameter(assignment.name);
+    if (!parameter || !parameter->in) {
+      throw ManagerError(method.name + " takes no argument '" + assignment.name + "'");
+    }
+    const CMPIData value = parseValue(arena, session.repository(), session.broker().provider().nameSpace(),
+                                      *parameter, assignment.value);
+    in.ft->addArg(&in, parameter->name.c_str(), &value.value, value.type);
+  }
+  Args& out = *makeArgs(arena);
+  const Reply reply = answered(named(path.body()) + " method " + method.name,
+                               session.provider().invokeMethod(path, method.name.c_str(), in, out));
+  const CMPIData returned = reply.items().empty() ? nullOf(method.type) : reply.items()[0];
+  const NamedValues& arguments = out.body().values;
+  output.out << (options.json ? jsonOfMethod(returned, arguments)
+                              : textOfMethod(method, returned, arguments));
+}
+
+void runTree(const Options& options, Session& session, const Output& output) {
+  const Tree tree = readTree(session.provider());
+  output.out << (options.json ? jsonOfTree(tree) : textOfTree(tree, output.colour, linesOfLocale()));
+}
+
+void runWatch(const Options& options, Session& session, const Output& output) {
+  const StopSignals signals([&queue = session.broker().indications()] { queue.wake(); });
+  session.provider();
+  watchAlerts(options, session, output, signals);
+}
+
+void runCapture(const Options& options, Session&, const Output&) {
+  std::vector<std::string> words = {"zeb-capture"};
+  if (options.anonymize) words.emplace_back("--anonymize");
+  words.push_back(options.path);
+  become(words.front(), words);
+}
+
+struct CommandRow {
+  const char* name;
+  Command run;
+};
+
+constexpr std::array kCommands = {
+    CommandRow{"classes", runClasses},
+    CommandRow{"instances", runInstances},
+    CommandRow{"get", runGet},
+    CommandRow{"associators", runAssociators},
+    CommandRow{"references", runReferences},
+    CommandRow{"modify", runModify},
+    CommandRow{"invoke", runInvoke},
+    CommandRow{"tree", runTree},
+    CommandRow{"watch", runWatch},
+    CommandRow{"capture", runCapture},
+};
+
+}  // namespace
+
+void runCommand(const Options& options, Session& session, const Output& output) {
+  const auto* const found = std::find_if(kCommands.begin(), kCommands.end(),
+                                         [&](const CommandRow& row) { return options.command == row.name; });
+  found->run(options, session, output);
+}
+
+int runZebcim(int argc, const char* const* argv, std::ostream& out, std::ostream& err, bool colour) {
+  int exitStatus = 0;
+  const auto options = parseOptions(argc, argv, out, err, exitStatus);
+  if (!options) return exitStatus;
+  try {
+    if (options->command == "doctor") return diagnose(*options, {out, err, colour});
+    if (options->command == "serve") become("zebcim-server", {argv, argv + argc});
+    if (options->command == "provide") return runPluginProcess(*options);
+    Session session(*options);
+    runCommand(*options, session, {out, err, colour});
+    if (!out.flush()) throw ManagerError("cannot write the output");
+    return 0;
+  } catch (const std::exception& error) {
+    err << "zebcim: " << oneLine(error.what()) << "\n";
+    return 1;
+  }
+}
+
+}  // namespace ZebManager

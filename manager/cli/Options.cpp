@@ -1,0 +1,129 @@
+#include "cli/Options.h"
+
+#include <CLI/CLI.hpp>
+#include <ostream>
+
+namespace ZebManager {
+namespace {
+
+void addGlobals(CLI::App& app, Options& options) {
+  app.add_flag("--json", options.json, "Print JSON for programs");
+  app.add_option("--source", options.source, "Serve a recorded snapshot instead of this machine")
+      ->type_name("FILE");
+  app.add_flag("--include-virtual", options.includeVirtual, "Treat virtual interfaces as ports");
+  app.add_option("--plugin", options.plugin, "The plug-in to load")->type_name("FILE");
+  app.add_option("--schema", options.schema, "The schema to serve")->type_name("FILE");
+  app.add_option("--timeout", options.timeoutSeconds, "Seconds that the plug-in may take, 0 for no limit")
+      ->capture_default_str();
+}
+
+void addNames(CLI::App& command, Options& options) {
+  command.add_flag("--names", options.names, "Print object paths only");
+}
+
+void addPath(CLI::App& command, Options& options) {
+  command.add_option("PATH", options.path, "Object path, for example 'ZEB_EthernetTeam.InstanceID=\"...\"'")
+      ->required();
+}
+
+void addAssociators(CLI::App& app, Options& options) {
+  CLI::App& command = *app.add_subcommand("associators", "Instances that are associated with one");
+  addPath(command, options);
+  command.add_option("--assoc-class", options.filter.associationClass, "Through this association only");
+  command.add_option("--result-class", options.filter.resultClass, "Instances of this class only");
+  command.add_option("--role", options.filter.role, "Role of PATH in the association");
+  command.add_option("--result-role", options.filter.resultRole, "Role of the other end");
+  addNames(command, options);
+}
+
+void addReferences(CLI::App& app, Options& options) {
+  CLI::App& command = *app.add_subcommand("references", "Associations that refer to an instance");
+  addPath(command, options);
+  command.add_option("--result-class", options.filter.resultClass, "Associations of this class only");
+  command.add_option("--role", options.filter.role, "Role of PATH in the association");
+  addNames(command, options);
+}
+
+void addWatch(CLI::App& app, Options& options) {
+  CLI::App& command = *app.add_subcommand("watch", "Alerts as they come, until interrupted");
+  command.add_option("--where", options.watchCondition, "Only alerts that meet this condition of a query")
+      ->type_name("CONDITION");
+  command.add_option("--for", options.watchSeconds, "End after this many seconds")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.001, 1e8));
+  command.add_option("--count", options.watchCount, "End after this many alerts")
+      ->type_name("N")
+      ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1} << 62));
+}
+
+void addCapture(CLI::App& app, Options& options) {
+  CLI::App& command = *app.add_subcommand("capture", "Record this machine in a snapshot file for --source");
+  command.add_option("FILE", options.path, "File to write, - for standard output")->required();
+  command.add_flag("--anonymize", options.anonymize, "Replace addresses and serial numbers");
+}
+
+void addServe(CLI::App& app, Options& options) {
+  CLI::App& command =
+      *app.add_subcommand("serve", "Serve CIM clients over HTTP and HTTPS, until interrupted");
+  command.add_option("--config", options.config, "The configuration to read")->type_name("FILE");
+  command.add_option("--http", options.http, "Where to listen, 'none' for not at all")
+      ->type_name("ADDRESS:PORT");
+  command.add_option("--https", options.https, "The same with TLS")->type_name("ADDRESS:PORT");
+  command.add_option("--state", options.state, "Folder for what has to survive a restart")
+      ->type_name("FOLDER");
+  app.add_subcommand("provide", "The plug-in's process of a server")->group("");
+}
+
+void addCommands(CLI::App& app, Options& options) {
+  app.add_subcommand("tree", "Cards, ports, teams and their addresses at a glance");
+  addWatch(app, options);
+  app.add_subcommand("doctor", "Whether everything is as it should be");
+  addCapture(app, options);
+  addServe(app, options);
+  app.add_subcommand("classes", "Classes that are served");
+
+  CLI::App& instances = *app.add_subcommand("instances", "Instances of a class and of its subclasses");
+  instances.add_option("CLASS", options.className, "Name of the class")->required();
+  addNames(instances, options);
+
+  addPath(*app.add_subcommand("get", "One instance"), options);
+  addAssociators(app, options);
+  addReferences(app, options);
+
+  CLI::App& modify = *app.add_subcommand("modify", "Change properties of an instance");
+  addPath(modify, options);
+  modify.add_option("Name=Value", options.assignments, "New values; elements of arrays stand between commas")
+      ->required();
+
+  CLI::App& invoke = *app.add_subcommand("invoke", "Call a method of an instance or of a class");
+  invoke.add_option("PATH", options.path, "Object path, or the name of a class")->required();
+  invoke.add_option("METHOD", options.method, "Name of the method")->required();
+  invoke.add_option("Name=Value", options.assignments, "Arguments");
+}
+
+}  // namespace
+
+std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostream& out, std::ostream& err,
+                                    int& exitStatus) {
+  Options options;
+  CLI::App app("CIM object manager for the Ethernet of this machine", "zebcim");
+  app.require_subcommand(1);
+  app.fallthrough();
+  addGlobals(app, options);
+  addCommands(app, options);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success& help) {
+    exitStatus = app.exit(help, out, err);
+    return std::nullopt;
+  } catch (const CLI::ParseError& error) {
+    const auto commands = app.get_subcommands();
+    err << "zebcim: " << error.what() << "\n" << (commands.empty() ? app : *commands.front()).help();
+    exitStatus = 2;
+    return std::nullopt;
+  }
+  options.command = app.get_subcommands().front()->get_name();
+  return options;
+}
+
+}  // namespace ZebManager

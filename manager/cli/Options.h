@@ -1,0 +1,45 @@
+// What the command line asks for.
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "broker/ProviderCalls.h"
+
+namespace ZebManager {
+
+struct Options {
+  std::string command;
+  std::string className;
+  std::string path;
+  std::string method;
+  std::vector<std::string> assignments;  ///< Name=Value
+  AssociationFilter filter;
+  bool names = false;
+  bool anonymize = false;
+  std::string watchCondition;               ///< of a query, empty for every alert
+  std::optional<double> watchSeconds;       ///< nothing: until a signal comes
+  std::optional<std::uint64_t> watchCount;  ///< likewise
+
+  std::string config;  ///< of the server, as the next three
+  std::string http;
+  std::string https;
+  std::string state;
+
+  bool json = false;
+  bool includeVirtual = false;
+  std::string source;
+  std::string plugin;
+  std::string schema;
+  unsigned timeoutSeconds = 60;  ///< 0: none
+};
+
+/// Reads the command line. Nothing when the process is to end with `exitStatus`: after help (0), and after a
+/// wrong command line (2), whose usage went to `err`.
+std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostream& out, std::ostream& err,
+                                    int& exitStatus);
+
+}  // namespace ZebManager

@@ -1,0 +1,33 @@
+#include "cli/PluginProcess.h"
+
+#include "cimxml/Answer.h"
+#include "cimxml/Export.h"
+#include "cli/Session.h"
+#include "isolation/ProviderProcess.h"
+#include "plugin/PluginNamespace.h"
+
+namespace ZebManager {
+namespace {
+
+class HostedPlugin : public HostedProvider {
+ public:
+  explicit HostedPlugin(const Options& options) : _session(options), _namespace(_session.provider()) {}
+
+  Broker& broker() override { return _session.broker(); }
+  std::string perform(std::string_view message) override { return answer(message, _namespace); }
+  std::string instanceElement(const Instance& indication) override {
+    return ZebManager::instanceElement(indication);
+  }
+
+ private:
+  Session _session;
+  PluginNamespace _namespace;
+};
+
+}  // namespace
+
+int runPluginProcess(const Options& options) {
+  return runProviderProcess(kProviderSocket, [&] { return std::make_unique<HostedPlugin>(options); });
+}
+
+}  // namespace ZebManager

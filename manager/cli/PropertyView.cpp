@@ -1,0 +1,48 @@
+#include "cli/PropertyView.h"
+
+#include "broker/ObjectPathText.h"
+#include "broker/Values.h"
+
+namespace ZebManager {
+
+const CMPIData* PropertyView::find(std::string_view name) const {
+  const NamedValue* const value = _body.properties.find(name);
+  if (!value || isNull(value->data)) return nullptr;
+  if (!isArray(value->data.type)) return &value->data;
+  const ArrayBody& array = as<Array>(value->data.value.array)->body();
+  return array.count == 0 || isNull(array.elements[0]) ? nullptr : &array.elements[0];
+}
+
+std::string PropertyView::path() const {
+  return formatPath(*_body.path);
+}
+
+std::string PropertyView::text(std::string_view name) const {
+  const CMPIData* const data = find(name);
+  return data && data->type == CMPI_string ? std::string(textOf(data->value.string)) : std::string();
+}
+
+std::optional<std::uint64_t> PropertyView::number(std::string_view name) const {
+  const CMPIData* const data = find(name);
+  return data && integerRange(data->type) ? std::optional(unsignedOf(*data)) : std::nullopt;
+}
+
+std::optional<bool> PropertyView::flag(std::string_view name) const {
+  const CMPIData* const data = find(name);
+  return data && data->type == CMPI_boolean ? std::optional(data->value.boolean != 0) : std::nullopt;
+}
+
+std::string PropertyView::reference(std::string_view name) const {
+  const CMPIData* const data = find(name);
+  return data && data->type == CMPI_ref ? formatPath(as<ObjectPath>(data->value.ref)->body()) : std::string();
+}
+
+std::string PropertyView::meaning(std::string_view name) const {
+  const auto value = number(name);
+  if (!value) return {};
+  const PropertyDef* const property = _body.classDef->property(name);
+  const auto meant = property ? property->valueText(static_cast<std::int64_t>(*value)) : std::nullopt;
+  return meant ? std::string(*meant) : std::to_string(*value);
+}
+
+}  // namespace ZebManager

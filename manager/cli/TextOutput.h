@@ -1,0 +1,18 @@
+// Answers as text for people.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "broker/Objects.h"
+
+namespace ZebManager {
+
+/// Instances with one property a line, or paths one a line. Numbers that the schema explains carry their
+/// meaning. Control characters are replaced, so that no value can steer the terminal.
+std::string textOfItems(std::span<const CMPIData> items, bool colour);
+std::string textOfClasses(const std::vector<const ClassDef*>& classes, bool colour);
+std::string textOfMethod(const MethodDef& method, const CMPIData& returned, const NamedValues& arguments);
+
+}  // namespace ZebManager

@@ -1,0 +1,76 @@
+#include "cli/Links.h"
+#include "cli/TreeParts.h"
+
+namespace ZebManager {
+namespace {
+
+struct Software {
+  std::string name;
+  std::string version;
+};
+
+std::unordered_map<std::string, Software> readSoftware(const ProviderCalls& provider, const char* className) {
+  std::unordered_map<std::string, Software> found;
+  forEachInstance(provider, className, [&](const PropertyView& view) {
+    found[view.path()] = {view.text("Name"), view.text("VersionString")};
+  });
+  return found;
+}
+
+/// "Controller (2-port): Gigabit Adapter" without what the tree shows anyway.
+std::string productOf(const std::string& caption) {
+  constexpr std::string_view kEnd = "): ";
+  const std::size_t end = caption.find(kEnd);
+  return end == std::string::npos ? caption : caption.substr(end + kEnd.size());
+}
+
+/// Cards as far as their packages tell, by the package's path.
+std::unordered_map<std::string, TreeCard> readPackages(const ProviderCalls& provider) {
+  std::unordered_map<std::string, TreeCard> packages;
+  std::unordered_map<std::string, std::string> locations;
+  forEachInstance(provider, "ZEB_EthernetControllerLocation", [&](const PropertyView& view) {
+    locations[view.path()] = view.text("ElementLocationTag");
+  });
+  const Links toLocation =
+      readLinks(provider, "ZEB_EthernetControllerPhysicalPackageEthernetControllerLocation", "Element",
+                "PhysicalLocation");
+  forEachInstance(provider, "ZEB_EthernetPortControllerPhysicalPackage", [&](const PropertyView& view) {
+    TreeCard& package = packages[view.path()];
+    package.manufacturer = view.text("Manufacturer");
+    package.product = productOf(view.text("Caption"));
+    if (const auto* location = firstOf(toLocation, view.path(), locations)) package.location = *location;
+  });
+  return packages;
+}
+
+}  // namespace
+
+std::vector<TreeCard> readCards(const ProviderCalls& provider) {
+  const auto packages = readPackages(provider);
+  const auto drivers = readSoftware(provider, "ZEB_EthernetPortControllerSoftwareIdentity");
+  const auto firmwares = readSoftware(provider, "ZEB_EthernetPortControllerFirmwareIdentity");
+  const Links toDriver =
+      readLinks(provider, "ZEB_EthernetElementSoftwareIdentity", "Dependent", "Antecedent");
+  const Links toFirmware =
+      readLinks(provider, "ZEB_EthernetElementFirmwareIdentity", "Dependent", "Antecedent");
+  const Links toPackage = readLinks(provider, "ZEB_EthernetControllerPhysicalPackageEthernetController",
+                                    "Dependent", "Antecedent");
+  std::vector<TreeCard> cards;
+  forEachInstance(provider, "ZEB_EthernetPortController", [&](const PropertyView& view) {
+    const std::string path = view.path();
+    const TreeCard* const package = firstOf(toPackage, path, packages);
+    TreeCard card = package ? *package : TreeCard();
+    card.path = path;
+    if (card.product.empty()) card.product = view.text("ElementName");
+    card.status = statusOf(view, "OperationalStatus");
+    if (const auto* driver = firstOf(toDriver, path, drivers)) {
+      card.driver = driver->name;
+      card.driverVersion = driver->version;
+    }
+    if (const auto* firmware = firstOf(toFirmware, path, firmwares)) card.firmware = firmware->version;
+    cards.push_back(std::move(card));
+  });
+  return cards;
+}
+
+}  // namespace ZebManager

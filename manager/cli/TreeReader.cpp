@@ -1,0 +1,143 @@
+#include <algorithm>
+#include <utility>
+
+#include "broker/HostName.h"
+#include "cli/Links.h"
+#include "cli/TreeParts.h"
+
+namespace ZebManager {
+namespace {
+
+class Reader {
+ public:
+  explicit Reader(const ProviderCalls& provider) : _provider(provider) {}
+
+  Tree read() {
+    _tree.host = hostName();
+    _endpoints = readEndpoints(_provider);
+    _tree.cards = readCards(_provider);
+    readPorts();
+    readTeams();
+    readMembers();
+    takePortsToCards();
+    return std::move(_tree);
+  }
+
+ private:
+  /// Gives a port or team what its endpoints say. A port has one endpoint for each of its addresses on the
+  /// network, all alike, so the first tells everything.
+  template <class Carrier>
+  void takeEndpoints(Carrier& carrier, const Links& toEndpoint) const {
+    bool first = true;
+    for (const std::string& path : follow(toEndpoint, carrier.path)) {
+      const TreeEndpoint* const endpoint = findByPath(_endpoints, path);
+      if (!endpoint) continue;
+      if (endpoint->isVlan) {
+        carrier.vlans.push_back(endpoint->interface);
+      } else if (std::exchange(first, false)) {
+        carrier.name = endpoint->interface.name;
+        carrier.addresses = endpoint->interface.addresses;
+        if (carrier.macAddress.empty()) carrier.macAddress = endpoint->interface.macAddress;
+      }
+    }
+  }
+
+  void readPorts() {
+    const Links toEndpoint = readLinks(_provider, "ZEB_EthernetPortToLANEndpoint", "Antecedent", "Dependent");
+    forEachInstance(_provider, "ZEB_EthernetPort", [&](const PropertyView& view) {
+      TreePort port;
+      port.path = view.path();
+      port.number = view.number("PortNumber").value_or(0);
+      port.macAddress = withColons(view.text("PermanentAddress"));
+      port.status = statusOf(view, "OperationalStatus", "StatusDescriptions");
+      port.speed = view.number("Speed").value_or(0);
+      port.fullDuplex = view.flag("FullDuplex");
+      port.mtu = view.number("ActiveMaximumTransmissionUnit").value_or(0);
+      takeEndpoints(port, toEndpoint);
+      _portPlaces[port.path] = _ports.size();
+      _ports.push_back(std::move(port));
+    });
+  }
+
+  void readTeams() {
+    const Links toEndpoint = readLinks(_provider, "ZEB_EthernetTeamToLANEndpoint", "Antecedent", "Dependent");
+    forEachInstance(_provider, "ZEB_EthernetTeam", [&](const PropertyView& view) {
+      TreeTeam team;
+      team.path = view.path();
+      team.status = statusOf(view, "GroupOperationalStatus");
+      team.redundancy = view.meaning("RedundancyStatus");
+      team.speed = view.number("Speed").value_or(0);
+      team.mtu = view.number("ActiveMaximumTransmissionUnit").value_or(0);
+      team.mode = modeOf(view);
+      takeEndpoints(team, toEndpoint);
+      if (team.name.empty()) team.name = view.text("ElementName");
+      _teamPlaces[team.path] = _tree.teams.size();
+      _tree.teams.push_back(std::move(team));
+    });
+  }
+
+  /// The mode by its usual name. Two modes without load balancing look alike until the members are known.
+  static std::string modeOf(const PropertyView& team) {
+    enum : std::uint64_t { kNotKnown = 0, kOther = 1, kRoundRobin = 3 };
+    constexpr std::uint64_t kSpare = 2;
+    const auto algorithm = team.number("LoadBalanceAlgorithm").value_or(kNotKnown);
+    const std::string other = team.text("OtherLoadBalanceAlgorithm");
+    if (algorithm == kRoundRobin) return "balance-rr";
+    if (algorithm == kOther && !other.empty()) return other == "8023ad" ? "802.3ad" : other;
+    return team.number("TypeOfSet") == kSpare ? "failover" : "";
+  }
+
+  /// Members that wait mean that one is active at a time; several active ones, that all send everything.
+  static void tellFailoverApart(TreeTeam& team) {
+    if (team.mode != "failover") return;
+    const auto count = [&](const char* role) {
+      return std::ranges::count(team.members, role, &TreeMember::role);
+    };
+    if (count("Backup") > 0) team.mode = "active-backup";
+    if (count("Active") > 1) team.mode = "broadcast";
+  }
+
+  void readMembers() {
+    forEachInstance(_provider, "ZEB_EthernetTeamMember", [&](const PropertyView& view) {
+      const auto team = _teamPlaces.find(view.reference("Collection"));
+      const auto port = _portPlaces.find(view.reference("Member"));
+      if (team == _teamPlaces.end() || port == _portPlaces.end()) return;
+      TreeTeam& carrier = _tree.teams[team->second];
+      TreePort& member = _ports[port->second];
+      member.team = carrier.name;
+      member.role = view.meaning("Role");
+      carrier.members.push_back(
+          {.port = member.name,
+           .role = member.role,
+           .portStatus = member.status,
+           .memberStatus = statusOf(view, "MemberOperationalStatus", "MemberStatusDescriptions")});
+    });
+    for (TreeTeam& team : _tree.teams) tellFailoverApart(team);
+  }
+
+  void takePortsToCards() {
+    std::unordered_map<std::string, TreeCard*> cards;
+    for (TreeCard& card : _tree.cards) cards[card.path] = &card;
+    forEachInstance(_provider, "ZEB_EthernetPortControllerEthernetPort", [&](const PropertyView& view) {
+      const auto card = cards.find(view.reference("Antecedent"));
+      const auto port = _portPlaces.find(view.reference("Dependent"));
+      if (card == cards.end() || port == _portPlaces.end()) return;
+      card->second->ports.push_back(std::move(_ports[port->second]));
+    });
+  }
+
+  const ProviderCalls& _provider;
+  Tree _tree;
+  std::unordered_map<std::string, TreeEndpoint> _endpoints;
+  std::vector<TreePort> _ports;
+  std::unordered_map<std::string, std::size_t> _portPlaces;
+  std::unordered_map<std::string, std::size_t> _teamPlaces;
+};
+
+}  // namespace
+
+Tree readTree(const ProviderCalls& provider) {
+  return Reader(provider).read();
+}
+
+}  // namespace ZebManager

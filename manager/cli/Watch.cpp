@@ -1,0 +1,124 @@
+#include "cli/Watch.h"
+
+#include <algorithm>
+#include <ostream>
+
+#include "broker/SelectQuery.h"
+#include "broker/Values.h"
+#include "cli/JsonOutput.h"
+#include "cli/PropertyView.h"
+#include "cli/StopSignals.h"
+#include "cli/WatchLine.h"
+#include "cli/WatchNames.h"
+#include "query/Condition.h"
+
+namespace ZebManager {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr char kAlertClass[] = "ZEB_EthernetIndication";
+
+std::string counted(std::size_t number, const char* thing) {
+  return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
+}
+
+std::string announcement(const Options& options, const Tree& tree) {
+  std::size_t ports = 0;
+  for (const TreeCard& card : tree.cards) ports += card.ports.size();
+  const std::string where = options.source.empty() ? tree.host : "the recording " + options.source;
+  return "watching " + counted(ports, "port") + " and " + counted(tree.teams.size(), "team") + " of " + where;
+}
+
+std::string queryOf(const Options& options) {
+  const std::string query = std::string("SELECT * FROM ") + kAlertClass;
+  return options.watchCondition.empty() ? query : query + " WHERE " + options.watchCondition;
+}
+
+/// Somebody listens for as long as this lives. Throws QueryError for a condition that cannot be met.
+class Subscription {
+ public:
+  Subscription(const Options& options, Session& session)
+      : _broker(session.broker()), _provider(session.provider()), _filter(makeFilter(options, session)) {
+    _broker.indications().open();
+    std::move(_provider.startIndications(_filter, kAlertClass)).orThrow();
+  }
+  Subscription(const Subscription&) = delete;
+  Subscription& operator=(const Subscription&) = delete;
+  ~Subscription() {
+    _provider.stopIndications(_filter, kAlertClass);
+    _broker.indications().close();
+  }
+
+  bool wants(const Instance& alert) const { return _filter.ft->evaluate(&_filter, &alert, nullptr) != 0; }
+
+ private:
+  const SelectExp& makeFilter(const Options& options, Session& session) {
+    const std::string query = queryOf(options);
+    checkQuery(OwnedQuery(query).query(), session.repository());
+    return *makeSelectExp(_arena, session.repository(), query);
+  }
+
+  Broker& _broker;
+  ProviderCalls& _provider;
+  Arena _arena;
+  const SelectExp& _filter;
+};
+
+class Watch {
+ public:
+  Watch(const Options& options, Session& session, const Output& output)
+      : _options(options), _session(session), _output(output), _names(session.provider()) {}
+
+  void run(const StopSignals& signals) {
+    const Subscription subscription(_options, _session);
+    _output.err << "zebcim: " << announcement(_options, _names.read()) << std::endl;
+    _session.deadline().suspend();
+    while (!signals.requested() && !isOver()) {
+      const auto alert = _session.broker().indications().next(patience());
+      if (alert && subscription.wants(*alert->instance)) print(*alert);
+    }
+    _session.deadline().resume();
+  }
+
+ private:
+  bool isOver() const { return _printed == _options.watchCount || Clock::now() >= _end; }
+
+  std::chrono::milliseconds patience() const {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(_end - Clock::now());
+    return std::clamp<std::chrono::milliseconds>(left, std::chrono::milliseconds(0), std::chrono::hours(1));
+  }
+
+  static Clock::time_point endAfter(const std::optional<double>& seconds) {
+    if (!seconds) return Clock::time_point::max();
+    return Clock::now() +
+           std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(*seconds));
+  }
+
+  void print(const DeliveredIndication& alert) {
+    const Instance& instance = *alert.instance;
+    if (_options.json) {
+      _output.out << jsonLineOfInstance(instance) << std::endl;
+    } else {
+      const std::string name = _names.nameOf(PropertyView(instance).text("AlertingManagedElement"));
+      _output.out << lineOfAlert(instance, alert.arrival, name, _output.colour) << std::endl;
+    }
+    if (!_output.out) throw ManagerError("cannot write the output");
+    ++_printed;
+  }
+
+  const Options& _options;
+  Session& _session;
+  const Output& _output;
+  WatchNames _names;
+  const Clock::time_point _end = endAfter(_options.watchSeconds);
+  std::uint64_t _printed = 0;
+};
+
+}  // namespace
+
+void watchAlerts(const Options& options, Session& session, const Output& output, const StopSignals& signals) {
+  Watch(options, session, output).run(signals);
+}
+
+}  // namespace ZebManager

@@ -1,0 +1,76 @@
+#include "cli/WatchLine.h"
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+
+#include "cli/Printable.h"
+#include "cli/PropertyView.h"
+#include "cli/Words.h"
+
+namespace ZebManager {
+namespace {
+
+std::string localTime(std::chrono::system_clock::time_point moment) {
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(moment);
+  std::tm parts{};
+  localtime_r(&seconds, &parts);
+  std::array<char, 32> text{};
+  const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &parts);
+  return {text.data(), length};
+}
+
+/// What stands in the parentheses at the end of a description; empty when there are none.
+std::string detailOf(const std::string& description) {
+  if (!description.ends_with(')')) return {};
+  int depth = 0;
+  for (std::size_t i = description.size(); i-- > 0;) {
+    if (description[i] == ')') ++depth;
+    if (description[i] == '(' && --depth == 0) return description.substr(i + 1, description.size() - i - 2);
+  }
+  return {};
+}
+
+Tone toneOfSeverity(std::uint64_t severity) {
+  enum : std::uint64_t { kInformation = 2, kWarning = 3, kMinor = 4 };
+  if (severity <= kInformation) return Tone::Good;
+  return severity <= kMinor ? Tone::Warning : Tone::Bad;
+}
+
+std::string severityOf(const PropertyView& view) {
+  // The schema's words for warnings and fatal errors are two words for one thing.
+  const std::string words = view.meaning("PerceivedSeverity");
+  return words.substr(words.starts_with("Degraded/") ? sizeof "Degraded" : 0, words.find("/Non"));
+}
+
+void appendAfter(std::string& text, const char* mark, const std::string& more) {
+  if (!more.empty()) text += (text.empty() ? "" : mark) + more;
+}
+
+std::string placeOf(const PropertyView& view, const std::string& name) {
+  std::string place = name;
+  appendAfter(place, ", ", view.text("HWPhysicalLocation"));
+  const std::string partNumber = view.text("HWPartNumber");
+  if (!partNumber.empty() && partNumber != "N/A") appendAfter(place, ", ", "part " + partNumber);
+  return place;
+}
+
+}  // namespace
+
+std::string lineOfAlert(const Instance& alert, std::chrono::system_clock::time_point arrival,
+                        const std::string& name, bool colour) {
+  constexpr std::size_t kSeverityWidth = sizeof "Information" - 1;
+  const PropertyView view(alert);
+  std::string severity = severityOf(view);
+  severity.resize(std::max(severity.size(), kSeverityWidth), ' ');
+  std::string what = view.text("Summary");
+  appendAfter(what, ": ", detailOf(view.text("Description")));
+  appendAfter(what, "; ", view.text("UserComment"));
+  const std::string place = placeOf(view, name);
+  return localTime(arrival) + "  " +
+         toned(printable(severity), toneOfSeverity(view.number("PerceivedSeverity").value_or(0)), colour) +
+         "  " + printable(what) +
+         (place.empty() ? "" : toned("  [" + printable(place) + "]", Tone::Strong, colour));
+}
+
+}  // namespace ZebManager

@@ -1,0 +1,63 @@
+// The instances of "root/interop", in memory and in their file.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "broker/ProviderCalls.h"
+#include "indications/InstanceStore.h"
+#include "indications/InteropNamespace.h"
+#include "indications/InteropRules.h"
+
+namespace ZebManager {
+
+/// For use by one thread at a time. Every member that takes what a client sent throws Refusal.
+class InteropTable {
+ public:
+  /// Throws ManagerError when the file cannot be opened.
+  InteropTable(const ClassRepository& repository, const ClassRepository& sources,
+               const InteropSettings& settings, LogLine log);
+  InteropTable(const InteropTable&) = delete;
+  InteropTable& operator=(const InteropTable&) = delete;
+  ~InteropTable() = default;
+
+  const StoredInstance& get(const PathBody& path) const;
+  /// Those of a class and of what descends from it, by name.
+  std::vector<const StoredInstance*> ofClass(std::string_view className) const;
+  const StoredInstance& create(const ObjectPath& path, const Instance& given);
+  void modify(const PathBody& path, const Instance& given, PropertyList properties);
+  void remove(const PathBody& path);
+
+  /// An association of an instance, and what is at its other end.
+  struct Link {
+    const StoredInstance* association;
+    const StoredInstance* end;
+  };
+  std::vector<Link> links(const PathBody& path, const AssociationFilter& filter) const;
+
+  std::vector<IndicationFilter> wantedFilters() const;
+  std::vector<Subscription> subscriptions() const;
+
+ private:
+  const StoredInstance* find(const std::string& name) const;
+  const ClassDef& requireClass(std::string_view className, CMPIrc code) const;
+  void keep(const std::string& name, std::unique_ptr<StoredInstance> stored);
+  void addFixed();
+  void linksThrough(const StoredInstance& association, const std::string& from,
+                    const AssociationFilter& filter, std::vector<Link>& links) const;
+  std::vector<const StoredInstance*> enabledSubscriptions() const;
+
+  const ClassRepository& _repository;
+  const InteropSettings _settings;
+  const InstanceNames _names;
+  const InteropRules _rules;
+  LogLine _log;
+  InstanceStore _store;
+  std::map<std::string, std::unique_ptr<StoredInstance>> _instances;  // by InstanceNames::nameOf
+  std::size_t _made = 0;                                              // that are not fixed
+};
+
+}  // namespace ZebManager

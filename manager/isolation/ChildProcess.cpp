@@ -1,0 +1,121 @@
+#include "isolation/ChildProcess.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+
+#include "broker/ManagerError.h"
+
+extern char** environ;
+
+namespace ZebManager {
+namespace {
+
+/// What lists of processes show.
+constexpr char kShownName[] = "zebcim";
+
+ManagerError startError(const std::string& program, int error) {
+  return ManagerError("cannot start " + program + ": " + std::strerror(error));
+}
+
+/// Signals as a program expects them when it starts, whatever this thread has set.
+class SpawnAttributes {
+ public:
+  SpawnAttributes() {
+    sigset_t none;
+    sigset_t all;
+    sigemptyset(&none);
+    sigfillset(&all);
+    posix_spawnattr_init(&_attributes);
+    posix_spawnattr_setsigmask(&_attributes, &none);
+    posix_spawnattr_setsigdefault(&_attributes, &all);
+    posix_spawnattr_setflags(&_attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+  }
+  SpawnAttributes(const SpawnAttributes&) = delete;
+  SpawnAttributes& operator=(const SpawnAttributes&) = delete;
+  ~SpawnAttributes() { posix_spawnattr_destroy(&_attributes); }
+  const posix_spawnattr_t* get() const { return &_attributes; }
+
+ private:
+  posix_spawnattr_t _attributes{};
+};
+
+/// The socket under its number, and nothing above it.
+class SpawnActions {
+ public:
+  SpawnActions(int socket, int number) {
+    posix_spawn_file_actions_init(&_actions);
+    posix_spawn_file_actions_adddup2(&_actions, socket, number);
+    posix_spawn_file_actions_addclosefrom_np(&_actions, number + 1);
+  }
+  SpawnActions(const SpawnActions&) = delete;
+  SpawnActions& operator=(const SpawnActions&) = delete;
+  ~SpawnActions() { posix_spawn_file_actions_destroy(&_actions); }
+  const posix_spawn_file_actions_t* get() const { return &_actions; }
+
+ private:
+  posix_spawn_file_actions_t _actions{};
+};
+
+std::vector<char*> argumentsOf(std::vector<std::string>& words) {
+  std::vector<char*> pointers;
+  for (std::string& word : words) pointers.push_back(word.data());
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+}  // namespace
+
+ChildProcess::ChildProcess(const std::string& program, const std::vector<std::string>& arguments,
+                           int childSocket) {
+  std::array<int, 2> ends{};
+  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) throw startError(program, errno);
+  _socket = Descriptor(ends[0]);
+  const Descriptor theirs(ends[1]);
+  fcntl(ends[0], F_SETFL, O_NONBLOCK);
+  std::vector<std::string> words = arguments;
+  words.insert(words.begin(), kShownName);
+  const int error = posix_spawn(&_id, program.c_str(), SpawnActions(ends[1], childSocket).get(),
+                                SpawnAttributes().get(), argumentsOf(words).data(), environ);
+  if (error != 0) throw startError(program, error);
+  // The C library's own declaration has no C linkage in some versions.
+  _ending = Descriptor(static_cast<int>(syscall(SYS_pidfd_open, _id, 0)));
+  if (!_ending) {
+    const int reason = errno;
+    kill();
+    reap();
+    throw startError(program, reason);
+  }
+}
+
+ChildProcess::~ChildProcess() {
+  if (_id < 0) return;
+  kill();
+  reap();
+}
+
+void ChildProcess::kill() {
+  if (_id > 0) ::kill(_id, SIGKILL);
+}
+
+void ChildProcess::closeSending() {
+  shutdown(socket(), SHUT_WR);
+}
+
+std::string ChildProcess::reap() {
+  int status = 0;
+  while (waitpid(_id, &status, 0) < 0 && errno == EINTR) {
+  }
+  _id = -1;
+  return WIFSIGNALED(status) ? "signal " + std::to_string(WTERMSIG(status))
+                             : "exit status " + std::to_string(WEXITSTATUS(status));
+}
+
+}  // namespace ZebManager

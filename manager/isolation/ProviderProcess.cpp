@@ -1,0 +1,93 @@
+#include "isolation/ProviderProcess.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+#include "isolation/CallWorkers.h"
+#include "isolation/Descriptor.h"
+#include "isolation/IndicationPump.h"
+#include "isolation/Subscriptions.h"
+
+namespace ZebManager {
+namespace {
+
+/// For what is under way and for unloading the plug-in once the other end has closed: then the process is
+/// ended.
+constexpr unsigned kFarewellSeconds = 2;
+
+/// Its parent alone decides when the process goes; what stops a whole group of processes stops the parent.
+void followParent(int socket) {
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  prctl(PR_SET_NAME, "zebcim-plugin");
+  fcntl(socket, F_SETFD, FD_CLOEXEC);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE}) ::signal(signal, SIG_IGN);
+}
+
+std::vector<IndicationFilter> filtersOf(const Frame& frame) {
+  const std::vector<std::string> texts = unpackTexts(frame.body);
+  std::vector<IndicationFilter> filters;
+  for (std::size_t i = 0; i + 2 < texts.size(); i += 3) {
+    filters.push_back({texts[i], texts[i + 1], texts[i + 2]});
+  }
+  return filters;
+}
+
+/// What the process does with the frames that come.
+class Service {
+ public:
+  Service(HostedProvider& provider, FrameSender& sender)
+      : _pump(provider, sender), _subscriptions(provider.broker()), _workers(provider, sender) {}
+  Service(const Service&) = delete;
+  Service& operator=(const Service&) = delete;
+  ~Service() { alarm(kFarewellSeconds); }
+
+  void handle(Frame frame) {
+    switch (frame.kind) {
+      case Frame::Kind::Perform:
+        return _workers.add(std::move(frame));
+      case Frame::Kind::Filters: {
+        const auto filters = filtersOf(frame);
+        _pump.setFilters(filters);
+        return _subscriptions.set(filters);
+      }
+      case Frame::Kind::Taken:
+        return _pump.taken();
+      default:
+        throw FrameError("a frame that is not for this end");
+    }
+  }
+
+ private:
+  IndicationPump _pump;
+  Subscriptions _subscriptions;
+  CallWorkers _workers;
+};
+
+void serve(int socket, HostedProvider& provider, FrameSender& sender) {
+  FrameReader reader;
+  Service service(provider, sender);
+  sender.send({Frame::Kind::Ready, 0, {}});
+  while (reader.receive(socket) == Transfer::Done) {
+    while (auto frame = reader.next()) service.handle(std::move(*frame));
+  }
+}
+
+}  // namespace
+
+int runProviderProcess(int socket, const std::function<std::unique_ptr<HostedProvider>()>& load) {
+  const Descriptor owned(socket);
+  followParent(socket);
+  FrameSender sender(socket);
+  try {
+    const auto provider = load();
+    serve(socket, *provider, sender);
+    return 0;
+  } catch (const std::exception& error) {
+    sender.send({Frame::Kind::Fault, 0, error.what()});
+    return 1;
+  }
+}
+
+}  // namespace ZebManager

@@ -1,0 +1,19 @@
+// What the server shows to clients of HTTPS.
+#pragma once
+
+#include <string>
+
+#include "server/ServerSettings.h"
+
+namespace ZebManager {
+
+struct Certificate {
+  std::string certificate;  ///< PEM
+  std::string key;          ///< PEM
+};
+
+/// The configured one. Without it one that the server has signed itself, made at the first time and kept in
+/// the state directory, the key readable to its owner alone. Throws ManagerError.
+Certificate certificateFor(const ServerSettings& settings);
+
+}  // namespace ZebManager

@@ -1,0 +1,45 @@
+// What the head of a request says, and answers that need no more than that.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "cimxml/Message.h"
+
+namespace ZebManager {
+
+struct HttpAnswer {
+  unsigned status = 200;
+  std::string body;
+  std::vector<std::pair<std::string, std::string>> headers;
+};
+
+struct HttpHead {
+  std::string method;
+  std::function<std::string(const std::string& name)> header;  ///< empty when there is none
+  bool fromLoopback = false;
+
+  /// Prefix of the headers of CIM: empty, or for M-POST the number that Man gives, and a hyphen.
+  std::string prefix() const;
+  std::string cimHeader(const std::string& name) const { return header(prefix() + name); }
+};
+
+HttpAnswer httpError(unsigned status, const std::string& cimError = {}, const std::string& why = {});
+
+/// What is wrong with a head, before any of the body has come.
+std::optional<HttpAnswer> refuseHead(const HttpHead& head);
+
+/// What headers say of the message must be what the message says.
+std::optional<HttpAnswer> refuseMismatch(const HttpHead& head, const CimMessage& message);
+
+/// A document as the answer to an operation.
+HttpAnswer operationAnswer(std::string document);
+
+/// An answer as it goes to the client: that to M-POST carries the headers of CIM with the number that the
+/// request gave them, and declares them.
+HttpAnswer extended(const HttpHead& head, HttpAnswer answer);
+
+}  // namespace ZebManager

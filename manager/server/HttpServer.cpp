@@ -1,0 +1,208 @@
+#include "server/HttpServer.h"
+
+#include <microhttpd.h>
+#include <netinet/in.h>
+
+#include <charconv>
+#include <memory>
+
+#include "broker/ManagerError.h"
+
+namespace ZebManager {
+namespace {
+
+constexpr std::size_t kHeadBytes = 32U << 10;
+constexpr std::size_t kThreadStack = 512U << 10;
+/// For a client to take a big answer.
+constexpr int kTimesForAnswer = 30;
+constexpr char kCiphers[] = "SECURE128:+SECURE192:-VERS-ALL:+VERS-TLS1.3:+VERS-TLS1.2";
+
+int socketOf(MHD_Connection* connection) {
+  return MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd;
+}
+
+bool isLoopback(MHD_Connection* connection) {
+  const sockaddr* const client =
+      MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CLIENT_ADDRESS)->client_addr;
+  if (client->sa_family == AF_INET) {
+    return (ntohl(reinterpret_cast<const sockaddr_in*>(client)->sin_addr.s_addr) >> 24) == 127;
+  }
+  if (client->sa_family != AF_INET6) return false;
+  const in6_addr& address = reinterpret_cast<const sockaddr_in6*>(client)->sin6_addr;
+  return IN6_IS_ADDR_LOOPBACK(&address) || (IN6_IS_ADDR_V4MAPPED(&address) && address.s6_addr[12] == 127);
+}
+
+HttpHead headOf(MHD_Connection* connection, const char* method) {
+  return {method,
+          [connection](const std::string& name) {
+            const char* const value = MHD_lookup_connection_value(connection, MHD_HEADER_KIND, name.c_str());
+            return std::string(value ? value : "");
+          },
+          isLoopback(connection)};
+}
+
+/// Bytes that count towards a bound of all connections for as long as this lives.
+class Share {
+ public:
+  Share(std::atomic<std::size_t>& all, std::size_t most) : _all(all), _most(most) {}
+  Share(const Share&) = delete;
+  Share& operator=(const Share&) = delete;
+  ~Share() { _all -= _bytes; }
+
+  /// False, and nothing more is counted, beyond the bound.
+  bool grow(std::size_t bytes) {
+    if ((_all += bytes) > _most) {
+      _all -= bytes;
+      return false;
+    }
+    _bytes += bytes;
+    return true;
+  }
+
+ private:
+  std::atomic<std::size_t>& _all;
+  const std::size_t _most;
+  std::size_t _bytes = 0;
+};
+
+/// One request while it arrives.
+class Exchange {
+ public:
+  explicit Exchange(HttpBounds& bounds)
+      : _requestBytes(bounds.settings.requestBytes),
+        _share(bounds.waitingBytes, bounds.settings.waitingBytes) {}
+
+  void take(const char* bytes, std::size_t count) {
+    if (_refusal) return;
+    if (_body.size() + count > _requestBytes) {
+      _refusal = 413;
+    } else if (!_share.grow(count)) {
+      _refusal = 503;
+    } else {
+      _body.append(bytes, count);
+    }
+  }
+
+  const std::string& body() const { return _body; }
+  unsigned refusal() const { return _refusal; }
+
+ private:
+  const std::size_t _requestBytes;
+  Share _share;
+  std::string _body;
+  unsigned _refusal = 0;
+};
+
+/// An answer until its client has it.
+struct Outgoing {
+  Share share;
+  std::string text;
+};
+
+MHD_Result send(MHD_Connection* connection, HttpBounds& bounds, HttpAnswer answer) {
+  auto outgoing =
+      std::unique_ptr<Outgoing>(new Outgoing{{bounds.answerBytes, bounds.settings.answerBytes}, {}});
+  if (!outgoing->share.grow(answer.body.size())) answer = httpError(503);
+  outgoing->text = std::move(answer.body);
+  MHD_Response* const response = MHD_create_response_from_buffer_with_free_callback_cls(
+      outgoing->text.size(), outgoing->text.data(), [](void* sent) { delete static_cast<Outgoing*>(sent); },
+      outgoing.get());
+  if (!response) return MHD_NO;
+  (void)outgoing.release();
+  for (const auto& [name, value] : answer.headers)
+    MHD_add_response_header(response, name.c_str(), value.c_str());
+  const MHD_Result result = MHD_queue_response(connection, answer.status, response);
+  MHD_destroy_response(response);
+  return result;
+}
+
+/// The size that a client announces is refused before it is sent.
+std::optional<HttpAnswer> refuseSize(const HttpHead& head, const ServerSettings& settings) {
+  const std::string length = head.header("Content-Length");
+  std::uint64_t bytes = 0;
+  std::from_chars(length.data(), length.data() + length.size(), bytes);
+  if (bytes <= settings.requestBytes) return std::nullopt;
+  return httpError(413);
+}
+
+MHD_Result begin(HttpServer& server, MHD_Connection* connection, const HttpHead& head, void** state) {
+  auto refusal = server.router().refuse(head);
+  if (!refusal) refusal = refuseSize(head, server.bounds().settings);
+  if (refusal) return send(connection, server.bounds(), std::move(*refusal));
+  *state = new Exchange(server.bounds());
+  return MHD_YES;
+}
+
+MHD_Result finish(HttpServer& server, MHD_Connection* connection, const HttpHead& head,
+                  const Exchange& exchange) {
+  const int socket = socketOf(connection);
+  HttpBounds& bounds = server.bounds();
+  bounds.watch.forget(socket);
+  HttpAnswer answer =
+      exchange.refusal() ? httpError(exchange.refusal()) : server.router().handle(head, exchange.body());
+  bounds.watch.allow(socket, bounds.settings.requestTime * kTimesForAnswer);
+  return send(connection, bounds, std::move(answer));
+}
+
+MHD_Result onAccess(void* server, MHD_Connection* connection, const char*, const char* method, const char*,
+                    const char* data, std::size_t* size, void** state) {
+  HttpServer& self = *static_cast<HttpServer*>(server);
+  try {
+    if (!*state) return begin(self, connection, headOf(connection, method), state);
+    Exchange& exchange = *static_cast<Exchange*>(*state);
+    if (*size == 0) return finish(self, connection, headOf(connection, method), exchange);
+    exchange.take(data, *size);
+    *size = 0;
+    return MHD_YES;
+  } catch (const std::exception&) {
+    return MHD_NO;
+  }
+}
+
+void onCompleted(void* server, MHD_Connection* connection, void** state, MHD_RequestTerminationCode) {
+  delete static_cast<Exchange*>(*state);
+  *state = nullptr;
+  HttpBounds& bounds = static_cast<HttpServer*>(server)->bounds();
+  bounds.watch.allow(socketOf(connection), bounds.settings.requestTime);
+}
+
+void onConnection(void* server, MHD_Connection* connection, void**, MHD_ConnectionNotificationCode code) {
+  HttpBounds& bounds = static_cast<HttpServer*>(server)->bounds();
+  if (code == MHD_CONNECTION_NOTIFY_STARTED) {
+    bounds.watch.allow(socketOf(connection), bounds.settings.requestTime);
+  } else {
+    bounds.watch.forget(socketOf(connection));
+  }
+}
+
+}  // namespace
+
+HttpServer::HttpServer(ListeningSocket listener, Router& router, HttpBounds& bounds,
+                       std::optional<Certificate> certificate)
+    : _router(router), _bounds(bounds), _address(listener.address), _certificate(std::move(certificate)) {
+  std::vector<MHD_OptionItem> options;
+  if (_certificate) {
+    options = {{MHD_OPTION_HTTPS_MEM_CERT, 0, _certificate->certificate.data()},
+               {MHD_OPTION_HTTPS_MEM_KEY, 0, _certificate->key.data()},
+               {MHD_OPTION_HTTPS_PRIORITIES, 0, const_cast<char*>(kCiphers)}};
+  }
+  options.push_back({MHD_OPTION_END, 0, nullptr});
+  const unsigned flags = MHD_USE_INTERNAL_POLLING_THREAD | MHD_USE_THREAD_PER_CONNECTION | MHD_USE_POLL |
+                         MHD_USE_ITC | (_certificate ? static_cast<unsigned>(MHD_USE_TLS) : 0U);
+  const ServerSettings& settings = bounds.settings;
+  // The library closes the socket, whatever becomes of the daemon, so it gets one of its own.
+  const int socket = dup(listener.socket.number());
+  _daemon = MHD_start_daemon(
+      flags, 0, nullptr, nullptr, onAccess, this, MHD_OPTION_LISTEN_SOCKET, socket,
+      MHD_OPTION_CONNECTION_LIMIT, settings.connections, MHD_OPTION_PER_IP_CONNECTION_LIMIT,
+      settings.connectionsPerAddress, MHD_OPTION_CONNECTION_MEMORY_LIMIT, kHeadBytes,
+      MHD_OPTION_THREAD_STACK_SIZE, kThreadStack, MHD_OPTION_NOTIFY_COMPLETED, onCompleted, this,
+      MHD_OPTION_NOTIFY_CONNECTION, onConnection, this, MHD_OPTION_ARRAY, options.data(), MHD_OPTION_END);
+  if (!_daemon) throw ManagerError("cannot serve at " + _address);
+}
+
+HttpServer::~HttpServer() {
+  MHD_stop_daemon(_daemon);
+}
+
+}  // namespace ZebManager

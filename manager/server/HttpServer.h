@@ -1,0 +1,52 @@
+// HTTP and HTTPS.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "server/Certificate.h"
+#include "server/ConnectionWatch.h"
+#include "server/Listener.h"
+#include "server/Router.h"
+
+struct MHD_Daemon;
+
+namespace ZebManager {
+
+/// What all servers of a process share.
+struct HttpBounds {
+  explicit HttpBounds(const ServerSettings& all) : settings(all) {}
+
+  const ServerSettings& settings;
+  ConnectionWatch watch;
+  std::atomic<std::size_t> waitingBytes = 0;  ///< of bodies that are under way
+  std::atomic<std::size_t> answerBytes = 0;   ///< of answers that their clients have not taken yet
+};
+
+/// Serves one socket with a thread for each connection, whose number is bounded, until it goes; then it waits
+/// for the operations that are under way.
+class HttpServer {
+ public:
+  /// Without a certificate it is plain HTTP. Throws ManagerError.
+  HttpServer(ListeningSocket listener, Router& router, HttpBounds& bounds,
+             std::optional<Certificate> certificate);
+  HttpServer(const HttpServer&) = delete;
+  HttpServer& operator=(const HttpServer&) = delete;
+  ~HttpServer();
+
+  const std::string& address() const { return _address; }
+
+  Router& router() { return _router; }
+  HttpBounds& bounds() { return _bounds; }
+
+ private:
+  Router& _router;
+  HttpBounds& _bounds;
+  std::string _address;
+  std::optional<Certificate> _certificate;
+  MHD_Daemon* _daemon = nullptr;
+};
+
+}  // namespace ZebManager

@@ -1,0 +1,82 @@
+#include "server/Router.h"
+
+#include <algorithm>
+#include <array>
+
+#include "broker/Broker.h"
+#include "cimxml/Answer.h"
+
+namespace ZebManager {
+namespace {
+
+constexpr char kInterop[] = "root/interop";
+
+/// What the schema alone answers.
+constexpr std::array<std::string_view, 3> kOfClasses = {"GetClass", "EnumerateClasses",
+                                                        "EnumerateClassNames"};
+
+bool isOfClasses(const CimMessage& message) {
+  return message.intrinsic && std::any_of(kOfClasses.begin(), kOfClasses.end(), [&](std::string_view name) {
+           return sameName(name, message.operation);
+         });
+}
+
+}  // namespace
+
+Router::Router(Authenticator& users, ProviderSupervisor& plugin, const ClassRepository& repository,
+               Namespace* interop, unsigned deepest)
+    : _users(users),
+      _plugin(plugin),
+      _noProvider(repository, kNameSpace),
+      _classes(_noProvider),
+      _interop(interop),
+      _deepest(deepest) {}
+
+std::optional<HttpAnswer> Router::refuse(const HttpHead& head) {
+  if (auto refusal = refuseHead(head)) return extended(head, std::move(*refusal));
+  const std::string authorization = head.header("Authorization");
+  if (authorization.empty() ? !head.fromLoopback : !_users.check(authorization)) return httpError(401);
+  return std::nullopt;
+}
+
+std::optional<HttpAnswer> Router::refuseUser(const HttpHead& head, const CimMessage& message) {
+  if (!message.writes) return std::nullopt;
+  const std::string authorization = head.header("Authorization");
+  if (authorization.empty()) return httpError(401);
+  const auto user = _users.check(authorization);
+  if (!user) return httpError(401);
+  if (user->mayWrite) return std::nullopt;
+  return operationAnswer(
+      errorAnswer(message, CMPI_RC_ERR_ACCESS_DENIED, "user '" + user->name + "' may only read"));
+}
+
+std::string Router::perform(std::string_view body, const CimMessage& message) {
+  if (_interop && sameName(message.nameSpace, kInterop)) return answer(body, *_interop);
+  if (!sameName(message.nameSpace, kNameSpace)) {
+    return errorAnswer(message, CMPI_RC_ERR_INVALID_NAMESPACE,
+                       "there is no namespace '" + message.nameSpace + "'");
+  }
+  if (isOfClasses(message)) return answer(body, _classes);
+  ProviderSupervisor::Answer result = _plugin.perform(body, !message.writes);
+  if (result.outcome == ProviderSupervisor::Answer::Outcome::Done) return std::move(result.body);
+  return errorAnswer(message, CMPI_RC_ERR_FAILED, result.body);
+}
+
+HttpAnswer Router::answerTo(const HttpHead& head, std::string_view body) {
+  try {
+    const CimMessage message = readMessage(body, _deepest);
+    if (auto refusal = refuseMismatch(head, message)) return std::move(*refusal);
+    if (auto refusal = refuseUser(head, message)) return std::move(*refusal);
+    return operationAnswer(perform(body, message));
+  } catch (const MessageError& error) {
+    return httpError(static_cast<unsigned>(error.status), error.header, error.what());
+  } catch (const std::exception&) {
+    return httpError(500);
+  }
+}
+
+HttpAnswer Router::handle(const HttpHead& head, std::string_view body) {
+  return extended(head, answerTo(head, body));
+}
+
+}  // namespace ZebManager

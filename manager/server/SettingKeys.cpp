@@ -1,0 +1,152 @@
+#include "server/SettingKeys.h"
+
+#include <algorithm>
+#include <array>
+
+#include "server/Listener.h"
+
+namespace ZebManager {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+struct TextRow {
+  std::string_view key;
+  std::string& (*of)(ServerSettings&);
+  bool (*fits)(const std::string&) = nullptr;
+  const char* expected = "a text";
+};
+
+struct FlagRow {
+  std::string_view key;
+  bool& (*of)(ServerSettings&);
+};
+
+struct NumberRow {
+  std::string_view key;
+  std::int64_t lowest, highest;
+  void (*set)(ServerSettings&, std::int64_t);
+};
+
+bool isPlace(const std::string& text) {
+  return isNowhere(text) || isListeningAddress(text);
+}
+
+bool isName(const std::string& text) {
+  return !text.empty();
+}
+
+constexpr char kPlace[] = "an address and a port, or \"none\"";
+constexpr char kName[] = "a text that is not empty";
+
+constexpr std::array kTexts = {
+    TextRow{"listen.http", [](ServerSettings& s) -> std::string& { return s.http; }, isPlace, kPlace},
+    TextRow{"listen.https", [](ServerSettings& s) -> std::string& { return s.https; }, isPlace, kPlace},
+    TextRow{"listen.certificate", [](ServerSettings& s) -> std::string& { return s.certificate; }},
+    TextRow{"listen.key", [](ServerSettings& s) -> std::string& { return s.key; }},
+    TextRow{"access.pam-service", [](ServerSettings& s) -> std::string& { return s.pamService; }, isName,
+            kName},
+    TextRow{"access.pam-folder", [](ServerSettings& s) -> std::string& { return s.pamFolder; }},
+    TextRow{"access.write-group", [](ServerSettings& s) -> std::string& { return s.writeGroup; }},
+    TextRow{"state.directory", [](ServerSettings& s) -> std::string& { return s.stateDirectory; }, isName,
+            kName},
+    TextRow{"delivery.trusted-certificates",
+            [](ServerSettings& s) -> std::string& { return s.delivery.trustedCertificates; }},
+};
+
+constexpr std::array kFlags = {
+    FlagRow{"delivery.verify-listeners",
+            [](ServerSettings& s) -> bool& { return s.delivery.verifyListeners; }},
+};
+
+constexpr unsigned count(std::int64_t number) {
+  return static_cast<unsigned>(number);
+}
+
+constexpr std::array kNumbers = {
+    NumberRow{"limits.connections", 1, 10'000,
+              [](ServerSettings& s, std::int64_t n) { s.connections = count(n); }},
+    NumberRow{"limits.connections-per-address", 1, 10'000,
+              [](ServerSettings& s, std::int64_t n) { s.connectionsPerAddress = count(n); }},
+    NumberRow{"limits.request-bytes", 1024, 1 << 28,
+              [](ServerSettings& s, std::int64_t n) { s.requestBytes = count(n); }},
+    NumberRow{"limits.request-depth", 16, kDeepestOfAll,
+              [](ServerSettings& s, std::int64_t n) { s.requestDepth = count(n); }},
+    NumberRow{"limits.waiting-bytes", 1024, 1 << 30,
+              [](ServerSettings& s, std::int64_t n) { s.waitingBytes = count(n); }},
+    NumberRow{"limits.answer-bytes", 1024, 1 << 30,
+              [](ServerSettings& s, std::int64_t n) { s.answerBytes = count(n); }},
+    NumberRow{"limits.request-seconds", 1, 3600,
+              [](ServerSettings& s, std::int64_t n) { s.requestTime = seconds(n); }},
+    NumberRow{"limits.call-seconds", 1, 3600,
+              [](ServerSettings& s, std::int64_t n) { s.plugin.timeLimit = seconds(n); }},
+    NumberRow{"limits.patience-milliseconds", 10, 3'600'000,
+              [](ServerSettings& s, std::int64_t n) { s.plugin.patience = milliseconds(n); }},
+    NumberRow{"plugin.calls", 1, 256, [](ServerSettings& s, std::int64_t n) { s.plugin.calls = count(n); }},
+    NumberRow{"plugin.processes", 2, 64,
+              [](ServerSettings& s, std::int64_t n) { s.plugin.processes = count(n); }},
+    NumberRow{"plugin.start-seconds", 1, 3600,
+              [](ServerSettings& s, std::int64_t n) { s.plugin.startLimit = seconds(n); }},
+    NumberRow{"plugin.alert-patience-milliseconds", 10, 3'600'000,
+              [](ServerSettings& s, std::int64_t n) { s.plugin.alertPatience = milliseconds(n); }},
+    NumberRow{"plugin.first-pause-milliseconds", 1, 3'600'000,
+              [](ServerSettings& s, std::int64_t n) { s.plugin.firstBackOff = milliseconds(n); }},
+    NumberRow{"plugin.longest-pause-milliseconds", 1, 3'600'000,
+              [](ServerSettings& s, std::int64_t n) { s.plugin.longestBackOff = milliseconds(n); }},
+    NumberRow{"delivery.most-waiting", 1, 1'000'000,
+              [](ServerSettings& s, std::int64_t n) { s.delivery.mostWaiting = count(n); }},
+    NumberRow{"delivery.longest-wait-seconds", 1, 31'536'000,
+              [](ServerSettings& s, std::int64_t n) { s.delivery.longestWait = seconds(n); }},
+    NumberRow{"delivery.first-pause-milliseconds", 1, 3'600'000,
+              [](ServerSettings& s, std::int64_t n) { s.delivery.firstPause = milliseconds(n); }},
+    NumberRow{"delivery.longest-pause-milliseconds", 1, 3'600'000,
+              [](ServerSettings& s, std::int64_t n) { s.delivery.longestPause = milliseconds(n); }},
+    NumberRow{"delivery.connect-seconds", 1, 3600,
+              [](ServerSettings& s, std::int64_t n) { s.delivery.connectTimeout = seconds(n); }},
+    NumberRow{"delivery.answer-seconds", 1, 3600,
+              [](ServerSettings& s, std::int64_t n) { s.delivery.answerTimeout = seconds(n); }},
+    NumberRow{"delivery.most-refusals", 1, 1000,
+              [](ServerSettings& s, std::int64_t n) { s.delivery.mostRefusals = count(n); }},
+};
+
+template <class Rows>
+auto rowOf(const Rows& rows, std::string_view key) {
+  const auto found = std::find_if(rows.begin(), rows.end(), [&](const auto& row) { return row.key == key; });
+  return found == rows.end() ? nullptr : &*found;
+}
+
+TakenKey take(ServerSettings& settings, const TextRow& row, const toml::node& value) {
+  const auto text = value.value_exact<std::string>();
+  if (!text || (row.fits && !row.fits(*text))) return {KeyState::Bad, row.expected};
+  row.of(settings) = *text;
+  return {KeyState::Taken, {}};
+}
+
+TakenKey take(ServerSettings& settings, const FlagRow& row, const toml::node& value) {
+  const auto flag = value.value_exact<bool>();
+  if (!flag) return {KeyState::Bad, "true or false"};
+  row.of(settings) = *flag;
+  return {KeyState::Taken, {}};
+}
+
+TakenKey take(ServerSettings& settings, const NumberRow& row, const toml::node& value) {
+  const auto number = value.value_exact<std::int64_t>();
+  if (!number || *number < row.lowest || *number > row.highest) {
+    return {KeyState::Bad,
+            "a whole number from " + std::to_string(row.lowest) + " to " + std::to_string(row.highest)};
+  }
+  row.set(settings, *number);
+  return {KeyState::Taken, {}};
+}
+
+}  // namespace
+
+TakenKey takeKey(ServerSettings& settings, std::string_view key, const toml::node& value) {
+  if (const auto* const text = rowOf(kTexts, key)) return take(settings, *text, value);
+  if (const auto* const flag = rowOf(kFlags, key)) return take(settings, *flag, value);
+  if (const auto* const number = rowOf(kNumbers, key)) return take(settings, *number, value);
+  return {KeyState::Unknown, {}};
+}
+
+}  // namespace ZebManager

@@ -1,0 +1,19 @@
+#include <iostream>
+
+#include "broker/ManagerError.h"
+#include "cli/Options.h"
+#include "server/Serve.h"
+
+/// What `zebcim serve` becomes. It has the same command line.
+int main(int argc, char** argv) {
+  int exitStatus = 0;
+  const auto options = ZebManager::parseOptions(argc, argv, std::cout, std::cerr, exitStatus);
+  if (!options) return exitStatus;
+  try {
+    if (options->command != "serve") throw ZebManager::ManagerError("this program can only serve");
+    return ZebManager::serve(*options, std::cout, std::cerr);
+  } catch (const std::exception& error) {
+    std::cerr << "zebcim: " << ZebManager::oneLine(error.what()) << "\n";
+    return 1;
+  }
+}

@@ -1,0 +1,209 @@
+// What doctor says when all is well, and when something is not.
+#include <unistd.h>
+
+#include <chrono>
+#include <ctime>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <thread>
+
+#include "RealCommand.h"
+
+namespace ZebManager {
+namespace {
+
+using Json = nlohmann::json;
+using testing::HasSubstr;
+
+class DoctorCommand : public RealCommand {
+ protected:
+  Outcome doctor(const std::vector<std::string>& extra = {}) const {
+    return zebcim({"doctor", "--source", snapshotFile("teams")}, extra);
+  }
+
+  /// What a plug-in in this process would have reported.
+  static Json report() {
+    std::string name;
+    std::getline(std::ifstream("/proc/self/comm"), name);
+    return {{"pid", getpid()},
+            {"process", name},
+            {"started", std::time(nullptr) - 1000},
+            {"source", nullptr},
+            {"autostart", true},
+            {"pass",
+             {{"at", std::time(nullptr)}, {"outcome", "done"}, {"failure", nullptr}, {"seconds", 0.0015}}},
+            {"passes", 34},
+            {"failures", 0},
+            {"linkMessages", 5},
+            {"indications", true},
+            {"unread", nullptr},
+            {"stores", Json::array({{{"name", "A"}, {"file", "/a.db"}, {"failure", nullptr}}})},
+            {"records", {{"file", "/r.toml"}, {"failure", nullptr}}}};
+  }
+  void post(const std::string& text) const {
+    std::filesystem::create_directories(folder / "run");
+    std::ofstream(folder / "run/health.json") << text;
+  }
+  void expectTrouble(const Outcome& outcome, const std::string& line) const {
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.out, HasSubstr(line));
+  }
+};
+
+TEST_F(DoctorCommand, FindsNothingWrongWhereNothingIs) {
+  const Outcome outcome = doctor();
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_THAT(outcome.out, HasSubstr("plug-in    ok      loads and starts\n"));
+  EXPECT_THAT(outcome.out, HasSubstr("reading    ok      the recording " + snapshotFile("teams") + "\n"));
+  EXPECT_THAT(outcome.out,
+              HasSubstr("store      ok      " + (folder / "store/ZEBEthernetPort.db").string() + "\n"));
+  EXPECT_THAT(outcome.out,
+              HasSubstr("store      ok      " + (folder / "store/ZEB_EthEventSettings.db").string()));
+  EXPECT_THAT(outcome.out, HasSubstr("records    ok      /"));
+  EXPECT_THAT(outcome.out, HasSubstr("running    -       no object manager has reported in "));
+}
+
+TEST_F(DoctorCommand, LeavesNoTraceInTheRunDirectory) {
+  EXPECT_EQ(doctor().status, 0);
+  EXPECT_FALSE(std::filesystem::exists(folder / "run"));
+}
+
+TEST_F(DoctorCommand, TellsOfThePlugInThatRuns) {
+  post(report().dump());
+  const Outcome outcome = doctor();
+  EXPECT_EQ(outcome.status, 0) << outcome.out;
+  EXPECT_THAT(outcome.out, HasSubstr(", process " + std::to_string(getpid()) + "\n"));
+  EXPECT_THAT(outcome.out, HasSubstr(" s ago, done, took 1.5 ms; 34 passes, 0 failed\n"));
+  EXPECT_THAT(outcome.out, HasSubstr("next pass  ok      in "));
+  EXPECT_THAT(outcome.out, HasSubstr("messages   ok      5 seen\n"));
+  EXPECT_THAT(outcome.out, HasSubstr("alerts     -       somebody listens\n"));
+}
+
+TEST_F(DoctorCommand, JsonHasFindingsAndTheReport) {
+  post(report().dump());
+  const Outcome outcome = zebcim({"doctor", "--json", "--source", snapshotFile("teams")});
+  EXPECT_EQ(outcome.status, 0);
+  const Json document = Json::parse(outcome.out);
+  EXPECT_EQ(document["healthy"], true);
+  EXPECT_EQ(document["report"]["linkMessages"], 5);
+  EXPECT_LT(document["reportAge"], 60);
+  EXPECT_EQ(document["findings"][1],
+            (Json{{"what", "plug-in"}, {"state", "ok"}, {"text", "loads and starts"}}));
+}
+
+TEST_F(DoctorCommand, ABadRecordsFileIsTrouble) {
+  const std::string records = (folder / "records.toml").string();
+  std::ofstream(records) << "[ZEB_EthernetIndication\n";
+  expectTrouble(doctor({"ZEB_RECORDS=" + records}), "records    FAILED  " + records);
+}
+
+TEST_F(DoctorCommand, ARecordThatCannotBeUsedIsTrouble) {
+  const std::string records = (folder / "records.toml").string();
+  std::ofstream(records) << "[ZEB_EthernetIndication.1]\nsummary = \"no more than that\"\n";
+  expectTrouble(doctor({"ZEB_RECORDS=" + records}), "records    FAILED  " + records);
+}
+
+TEST_F(DoctorCommand, StoresThatCannotBeOpenedAreTrouble) {
+  const Outcome outcome = doctor({"ZEB_STORE_DIR=/dev/null/store"});
+  expectTrouble(outcome, "store      FAILED  /dev/null/store/ZEBEthernetPort.db: ");
+  expectTrouble(outcome, "store      FAILED  /dev/null/store/ZEB_EthEventSettings.db: ");
+}
+
+TEST_F(DoctorCommand, APlugInThatDoesNotLoadIsTrouble) {
+  const Outcome outcome =
+      run(ZEB_CIM, {"doctor", "--plugin", "/dev/null", "--schema", ZEB_SCHEMA_FILE}, environment());
+  expectTrouble(outcome, "plug-in    FAILED  cannot load the plug-in '/dev/null': ");
+}
+
+TEST_F(DoctorCommand, ASchemaThatIsNotThereIsTrouble) {
+  const Outcome outcome = run(ZEB_CIM, {"doctor", "--schema", "/missing.mof"}, environment());
+  expectTrouble(outcome, "schema     FAILED  ");
+}
+
+TEST_F(DoctorCommand, ARecordingThatCannotBeReadIsTrouble) {
+  expectTrouble(zebcim({"doctor", "--source", "/missing.json"}),
+                "plug-in    FAILED  cannot read the snapshot");
+}
+
+TEST_F(DoctorCommand, AProcessThatLeftItsReportBehindIsTrouble) {
+  Json left = report();
+  left["pid"] = 999'999'999;
+  post(left.dump());
+  expectTrouble(doctor(), "process 999999999: it is gone and has not ended in good order\n");
+}
+
+TEST_F(DoctorCommand, AnotherProcessOfThatNumberIsNotTheOne) {
+  Json left = report();
+  left["process"] = "another";
+  post(left.dump());
+  expectTrouble(doctor(), "it is gone and has not ended in good order\n");
+}
+
+TEST_F(DoctorCommand, AReportThatIsNoneIsTrouble) {
+  post("{\"pid\": ");
+  expectTrouble(doctor(), "health.json' is no health report: ");
+}
+
+TEST_F(DoctorCommand, APassThatFailedIsTrouble) {
+  Json failed = report();
+  failed["pass"]["outcome"] = "failed";
+  failed["pass"]["failure"] = "no memory";
+  failed["failures"] = 1;
+  post(failed.dump());
+  expectTrouble(doctor(), "failed, took 1.5 ms; 34 passes, 1 failed: no memory\n");
+}
+
+TEST_F(DoctorCommand, APassThatIsLongOverdueIsTrouble) {
+  Json late = report();
+  late["pass"]["at"] = std::time(nullptr) - 500;
+  post(late.dump());
+  expectTrouble(doctor(), "the timer has stopped, or a pass hangs\n");
+}
+
+TEST_F(DoctorCommand, WhatTheRunningOneCannotReadOrOpenIsTrouble) {
+  Json blind = report();
+  blind["unread"] = "netlink: permission denied";
+  blind["stores"][0]["failure"] = "disk full";
+  blind["records"]["failure"] = "/r.toml:3: no summary";
+  post(blind.dump());
+  const Outcome outcome = doctor();
+  expectTrouble(outcome, "reading    FAILED  it could not be read: netlink: permission denied\n");
+  expectTrouble(outcome, "store      FAILED  /a.db: disk full\n");
+  expectTrouble(outcome, "records    FAILED  /r.toml:3: no summary\n");
+}
+
+// The plug-in posts its report after the pass that the first change of the recording asks for, and takes it
+// away when it ends.
+TEST_F(DoctorCommand, ARunningPlugInReportsUntilItEnds) {
+  Json timeline = Json::parse(std::ifstream(snapshotFile("failover_timeline")));
+  for (Json& step : timeline["steps"]) step["at"] = step["at"].get<double>() * 2;
+  const std::string recording = (folder / "timeline.json").string();
+  std::ofstream(recording) << timeline;
+  Outcome watched;
+  std::thread watch([&] {
+    watched = zebcim({"watch", "--source", recording, "--for", "20", "--count", "6"});
+  });
+  std::string seen;
+  for (int i = 0; i < 600 && seen.empty(); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    std::ifstream in(folder / "run/health.json");
+    std::getline(in, seen, '\0');
+  }
+  watch.join();
+  EXPECT_EQ(watched.status, 0);
+  const Json report = Json::parse(seen);
+  EXPECT_EQ(report["process"], "zebcim");
+  EXPECT_EQ(report["indications"], true);
+  EXPECT_EQ(report["source"], recording);
+  EXPECT_FALSE(std::filesystem::exists(folder / "run/health.json"));
+}
+
+TEST_F(DoctorCommand, WrongUsageShowsTheUsage) {
+  const Outcome outcome = zebcim({"doctor", "eth0"});
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("Usage: "));
+}
+
+}  // namespace
+}  // namespace ZebManager
