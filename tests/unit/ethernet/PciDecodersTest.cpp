@@ -17,15 +17,6 @@ void append(std::vector<std::byte>& to, std::string_view text) {
   for (const char c : text) to.push_back(static_cast<std::byte>(c));
 }
 
-TEST(PciAddress, Parses) {
-  EXPECT_EQ(parsePciAddress("0000:03:00.1"), (PciAddress{0, 3, 0, 1}));
-  EXPECT_EQ(parsePciAddress("10000:ff:1f.7"), (PciAddress{0x10000, 0xFF, 0x1F, 7}));
-  for (const char* text :
-       {"", "03:00.1", "0000:03:00", "0000:03:00.", "0000:03:0g.1", "virtio2", "0000:03:00.12", ":::."}) {
-    EXPECT_FALSE(parsePciAddress(text)) << text;
-  }
-}
-
 std::vector<std::byte> configuration(std::initializer_list<std::pair<int, int>> bytesAt) {
   std::vector<std::byte> space(256);
   for (const auto& [at, value] : bytesAt) space[static_cast<std::size_t>(at)] = static_cast<std::byte>(value);

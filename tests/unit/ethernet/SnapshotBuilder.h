@@ -4,7 +4,6 @@
 
 #include <string>
 
-#include "kernel/PciDecoders.h"
 #include "snapshot/HostSnapshot.h"
 
 namespace ZEB::ethernet::test {

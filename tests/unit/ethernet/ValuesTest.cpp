@@ -3,6 +3,7 @@
 #include "snapshot/HardwareAddress.h"
 #include "snapshot/IpAddress.h"
 #include "snapshot/LinkModes.h"
+#include "snapshot/PciAddress.h"
 
 namespace ZEB::ethernet::test {
 namespace {
@@ -47,6 +48,15 @@ TEST(HardwareAddress, TextForm) {
   for (const char* text :
        {"", "00:1a:2b:3c:4d", "00:1a:2b:3c:4d:5e:6f", "00-1a-2b-3c-4d-5e", "g0:1a:2b:3c:4d:5e"}) {
     EXPECT_FALSE(parseHardwareAddress(text)) << text;
+  }
+}
+
+TEST(PciAddress, Parses) {
+  EXPECT_EQ(parsePciAddress("0000:03:00.1"), (PciAddress{0, 3, 0, 1}));
+  EXPECT_EQ(parsePciAddress("10000:ff:1f.7"), (PciAddress{0x10000, 0xFF, 0x1F, 7}));
+  for (const char* text :
+       {"", "03:00.1", "0000:03:00", "0000:03:00.", "0000:03:0g.1", "virtio2", "0000:03:00.12", ":::."}) {
+    EXPECT_FALSE(parsePciAddress(text)) << text;
   }
 }
 

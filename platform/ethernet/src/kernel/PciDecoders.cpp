@@ -3,7 +3,6 @@
 #include <linux/pci_regs.h>
 
 #include <algorithm>
-#include <charconv>
 
 namespace ZEB::ethernet {
 namespace {
@@ -14,12 +13,6 @@ std::uint8_t byteAt(Bytes bytes, std::size_t position) {
 
 std::uint16_t wordAt(Bytes bytes, std::size_t position) {
   return static_cast<std::uint16_t>(byteAt(bytes, position) | byteAt(bytes, position + 1) << 8);
-}
-
-template <class T>
-bool parseHex(std::string_view text, T& value) {
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), value, 16);
-  return result.ec == std::errc() && result.ptr == text.data() + text.size();
 }
 
 /// Without the padding that cards put around; nothing when that is all there is, or when it is no text.
@@ -78,18 +71,6 @@ std::optional<FirmwareSlot> decodeSlot(Bytes structure) {
 }
 
 }  // namespace
-
-std::optional<PciAddress> parsePciAddress(std::string_view text) {
-  PciAddress address;
-  const auto bus = text.find(':');
-  if (bus == text.npos || text.size() != bus + 8 || text[bus + 3] != ':' || text[bus + 6] != '.')
-    return std::nullopt;
-  const bool good = parseHex(text.substr(0, bus), address.domain) &&
-                    parseHex(text.substr(bus + 1, 2), address.bus) &&
-                    parseHex(text.substr(bus + 4, 2), address.device) &&
-                    parseHex(text.substr(bus + 7, 1), address.function);
-  return good ? std::optional(address) : std::nullopt;
-}
 
 std::optional<SlotKind> slotKindOf(Bytes configuration) {
   constexpr std::size_t kWhole = 256;

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "netlink/Attributes.h"
@@ -12,9 +11,6 @@
 /// From bytes that firmware and cards provide to facts. Such bytes are often wrong; what does not hold
 /// together is left out.
 namespace ZEB::ethernet {
-
-/// "0000:03:00.1".
-std::optional<PciAddress> parsePciAddress(std::string_view text);
 
 /// What kind of slot a function's configuration space says that it is made for. A space that was only read in
 /// part, as without privileges, says nothing.

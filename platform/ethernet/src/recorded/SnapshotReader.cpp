@@ -4,7 +4,6 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
-#include "kernel/PciDecoders.h"
 #include "recorded/Describe.h"
 #include "recorded/Format.h"
 #include "recorded/Names.h"

@@ -1,6 +1,5 @@
 #include "recorded/SnapshotWriter.h"
 
-#include <cstdio>
 #include <nlohmann/json.hpp>
 
 #include "recorded/Describe.h"
@@ -50,7 +49,7 @@ class Writer {
   static Json write(HardwareAddress& value) { return toText(value); }
   static Json write(IpAddress& value) { return toText(value); }
   static Json write(SlotKind& value) { return static_cast<int>(value); }
-  static Json write(PciAddress& value);
+  static Json write(PciAddress& value) { return toText(value); }
   static Json write(LinkModes& value);
   template <class T>
   static Json write(std::vector<T>& values) {
@@ -69,13 +68,6 @@ class Writer {
 
   Json& _object;
 };
-
-Json Writer::write(PciAddress& value) {
-  char text[24];
-  std::snprintf(text, sizeof text, "%04x:%02x:%02x.%x", value.domain, value.bus, value.device,
-                value.function);
-  return text;
-}
 
 Json Writer::write(LinkModes& value) {
   Json names = Json::array();

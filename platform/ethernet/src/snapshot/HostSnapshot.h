@@ -11,6 +11,7 @@
 #include "snapshot/HardwareAddress.h"
 #include "snapshot/IpAddress.h"
 #include "snapshot/LinkModes.h"
+#include "snapshot/PciAddress.h"
 
 /// What a source reads of a host: raw facts, in the kernel's own numbers and units. Everything that may be
 /// unknown is optional. Nothing here is derived from anything else.
@@ -53,14 +54,6 @@ struct EthtoolFacts {
   std::optional<bool> eeeSupported, eeeEnabled;
   MacStatistics mac;
   friend bool operator==(const EthtoolFacts&, const EthtoolFacts&) = default;
-};
-
-/// A PCI function's place.
-struct PciAddress {
-  std::uint32_t domain = 0;
-  std::uint8_t bus = 0, device = 0, function = 0;
-  // NOLINTNEXTLINE(modernize-use-nullptr): the check takes the comparison for one with a pointer
-  friend auto operator<=>(const PciAddress&, const PciAddress&) = default;
 };
 
 enum class SlotKind : std::uint8_t { Pci = 3, PciX = 4, PciExpress = 5 };
