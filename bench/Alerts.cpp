@@ -7,7 +7,7 @@
 #include "Manager.h"
 #include "Times.h"
 #include "broker/SelectQuery.h"
-#include "broker/Values.h"
+#include "values/Values.h"
 
 namespace ZebBench {
 

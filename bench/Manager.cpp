@@ -1,8 +1,8 @@
 #include "Manager.h"
 
 #include "Times.h"
-#include "broker/CallMemory.h"
-#include "broker/Values.h"
+#include "values/CallMemory.h"
+#include "values/Values.h"
 
 namespace ZebBench {
 

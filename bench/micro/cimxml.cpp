@@ -1,10 +1,10 @@
 #include <benchmark/benchmark.h>
 
 #include "broker/Broker.h"
-#include "broker/CallMemory.h"
-#include "broker/Values.h"
 #include "cimxml/Message.h"
 #include "cimxml/ValueWriter.h"
+#include "values/CallMemory.h"
+#include "values/Values.h"
 
 // What a CIM-XML client's request costs beside what the plug-in does: reading it and writing the answer.
 

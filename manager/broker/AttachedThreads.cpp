@@ -1,7 +1,7 @@
 #include "broker/AttachedThreads.h"
 
-#include "broker/CallMemory.h"
-#include "broker/Values.h"
+#include "values/CallMemory.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <mutex>
 
-#include "broker/Objects.h"
+#include "values/Objects.h"
 
 namespace ZebManager {
 

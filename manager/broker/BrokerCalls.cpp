@@ -1,8 +1,8 @@
 // Calls up from the provider: attachment of threads, indications, and CIM operations, which go back to the
 // provider itself. An operation reached this way has memory of its own; its answer is copied to the caller's.
 #include "broker/Broker.h"
-#include "broker/CallMemory.h"
-#include "broker/Values.h"
+#include "values/CallMemory.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

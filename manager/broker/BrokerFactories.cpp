@@ -5,11 +5,11 @@
 #include <chrono>
 
 #include "broker/Broker.h"
-#include "broker/CallMemory.h"
-#include "broker/DateTimeText.h"
-#include "broker/ObjectPathText.h"
 #include "broker/SelectQuery.h"
-#include "broker/Values.h"
+#include "values/CallMemory.h"
+#include "values/DateTimeText.h"
+#include "values/ObjectPathText.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -3,8 +3,8 @@
 #include <cstdlib>
 
 #include "broker/Broker.h"
-#include "broker/CallMemory.h"
-#include "broker/Values.h"
+#include "values/CallMemory.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -1,6 +1,6 @@
 #include "broker/IndicationQueue.h"
 
-#include "broker/Values.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

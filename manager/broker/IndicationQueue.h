@@ -9,7 +9,7 @@
 #include <mutex>
 #include <string>
 
-#include "broker/Objects.h"
+#include "values/Objects.h"
 
 namespace ZebManager {
 

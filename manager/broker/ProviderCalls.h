@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "broker/ManagerError.h"
-#include "broker/Objects.h"
+#include "values/ManagerError.h"
+#include "values/Objects.h"
 
 namespace ZebManager {
 

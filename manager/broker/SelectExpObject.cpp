@@ -1,9 +1,9 @@
 // Indication filters. Instances are held against their conditions here; the conditions themselves stay
 // inside.
-#include "broker/CallMemory.h"
 #include "broker/SelectQuery.h"
-#include "broker/Values.h"
 #include "query/Condition.h"
+#include "values/CallMemory.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

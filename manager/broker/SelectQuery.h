@@ -3,9 +3,20 @@
 
 #include <string_view>
 
-#include "broker/Objects.h"
+#include "values/Objects.h"
 
 namespace ZebManager {
+
+struct Query;
+
+struct SelectExpBody {
+  std::string_view text;
+  const Query* query = nullptr;  ///< the text, read
+  const ClassRepository* repository = nullptr;
+};
+
+extern const CMPISelectExpFT kSelectExpFT;
+using SelectExp = Handle<CMPISelectExp, SelectExpBody, &kSelectExpFT>;
 
 /// Null when the query cannot be read.
 SelectExp* makeSelectExp(Arena& arena, const ClassRepository& repository, std::string_view query);

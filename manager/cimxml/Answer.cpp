@@ -1,10 +1,10 @@
 #include "cimxml/Answer.h"
 
-#include "broker/CallMemory.h"
 #include "cimxml/Document.h"
 #include "cimxml/MethodCall.h"
 #include "cimxml/Operations.h"
 #include "cimxml/XmlText.h"
+#include "values/CallMemory.h"
 
 namespace ZebManager {
 namespace {

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "broker/Namespace.h"
 #include "cimxml/Message.h"
-#include "cimxml/Namespace.h"
 
 namespace ZebManager {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "broker/Objects.h"
+#include "values/Objects.h"
 
 namespace ZebManager {
 

@@ -1,7 +1,7 @@
-#include "broker/Values.h"
 #include "cimxml/Document.h"
 #include "cimxml/Operations.h"
 #include "cimxml/ValueWriter.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -1,8 +1,8 @@
 #include "cimxml/MethodCall.h"
 
-#include "broker/Values.h"
 #include "cimxml/Document.h"
 #include "cimxml/ValueWriter.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

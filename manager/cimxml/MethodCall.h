@@ -4,7 +4,7 @@
 #include <pugixml.hpp>
 #include <string>
 
-#include "cimxml/Namespace.h"
+#include "broker/Namespace.h"
 #include "cimxml/ValueReader.h"
 
 namespace ZebManager {

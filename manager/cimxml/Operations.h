@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "cimxml/Namespace.h"
+#include "broker/Namespace.h"
 #include "cimxml/Parameters.h"
 #include "cimxml/ValueReader.h"
 

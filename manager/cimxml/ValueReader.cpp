@@ -1,8 +1,8 @@
 #include "cimxml/ValueReader.h"
 
-#include "broker/ObjectPathText.h"
-#include "broker/Values.h"
 #include "cimxml/Document.h"
+#include "values/ObjectPathText.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

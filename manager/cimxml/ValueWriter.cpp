@@ -4,10 +4,10 @@
 #include <charconv>
 #include <cmath>
 
-#include "broker/DateTimeText.h"
 #include "broker/HostName.h"
-#include "broker/Values.h"
 #include "cimxml/XmlText.h"
+#include "values/DateTimeText.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

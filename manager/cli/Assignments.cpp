@@ -1,7 +1,7 @@
 #include "cli/Assignments.h"
 
-#include "broker/ObjectPathText.h"
-#include "broker/Values.h"
+#include "values/ObjectPathText.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -4,9 +4,6 @@
 #include <array>
 #include <ostream>
 
-#include "broker/CallMemory.h"
-#include "broker/ObjectPathText.h"
-#include "broker/Values.h"
 #include "cli/Assignments.h"
 #include "cli/Doctor.h"
 #include "cli/JsonOutput.h"
@@ -16,6 +13,9 @@
 #include "cli/TextOutput.h"
 #include "cli/TreeModel.h"
 #include "cli/Watch.h"
+#include "values/CallMemory.h"
+#include "values/ObjectPathText.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

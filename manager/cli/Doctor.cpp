@@ -7,11 +7,11 @@
 #include <filesystem>
 #include <ostream>
 
-#include "broker/CallMemory.h"
-#include "broker/Values.h"
 #include "cli/DoctorFindings.h"
 #include "cli/DoctorReport.h"
 #include "cli/PropertyView.h"
+#include "values/CallMemory.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -9,7 +9,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "broker/ManagerError.h"
+#include "values/ManagerError.h"
 
 namespace ZebManager {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "broker/DateTimeText.h"
-#include "broker/ObjectPathText.h"
-#include "broker/Values.h"
+#include "values/DateTimeText.h"
+#include "values/ObjectPathText.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "broker/Objects.h"
+#include "values/Objects.h"
 
 namespace ZebManager {
 

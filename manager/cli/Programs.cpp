@@ -7,7 +7,7 @@
 #include <cstring>
 #include <filesystem>
 
-#include "broker/ManagerError.h"
+#include "values/ManagerError.h"
 
 namespace ZebManager {
 namespace {

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "broker/Objects.h"
+#include "values/Objects.h"
 
 namespace ZebManager {
 

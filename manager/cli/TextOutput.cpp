@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "broker/DateTimeText.h"
-#include "broker/ObjectPathText.h"
-#include "broker/Values.h"
 #include "cli/Printable.h"
+#include "values/DateTimeText.h"
+#include "values/ObjectPathText.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

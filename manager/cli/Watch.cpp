@@ -4,13 +4,13 @@
 #include <ostream>
 
 #include "broker/SelectQuery.h"
-#include "broker/Values.h"
 #include "cli/JsonOutput.h"
 #include "cli/PropertyView.h"
 #include "cli/StopSignals.h"
 #include "cli/WatchLine.h"
 #include "cli/WatchNames.h"
 #include "query/Condition.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -4,7 +4,7 @@
 #include <chrono>
 #include <string>
 
-#include "broker/Objects.h"
+#include "values/Objects.h"
 
 namespace ZebManager {
 

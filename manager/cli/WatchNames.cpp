@@ -1,6 +1,6 @@
 #include "cli/WatchNames.h"
 
-#include "broker/ManagerError.h"
+#include "values/ManagerError.h"
 
 namespace ZebManager {
 

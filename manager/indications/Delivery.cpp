@@ -10,12 +10,12 @@
 #include <utility>
 
 #include "indications/DeliveryQueue.h"
-#include "indications/Listener.h"
+#include "indications/WbemListener.h"
 
 namespace ZebManager {
 namespace {
 
-using Clock = Listener::Clock;
+using Clock = WbemListener::Clock;
 
 constexpr std::chrono::milliseconds kLongestPoll = std::chrono::minutes(1);
 /// After an error of the queue's file, which no listener can help.
@@ -65,7 +65,7 @@ class Delivery::Exporter {
   struct Destination {
     explicit Destination(CURLM* multi, const DeliverySettings& settings, const std::string& url)
         : listener(multi, settings, url) {}
-    Listener listener;
+    WbemListener listener;
     bool empty = false;     // nothing waits for it, as far as is known
     std::int64_t last = 0;  // indication that was sent last
     unsigned refusals = 0;  // of that one
@@ -178,7 +178,7 @@ void Delivery::Exporter::work() {
   const auto now = Clock::now();
   if (now < _resume) return;
   for (auto& [handler, destination] : _destinations) {
-    const Listener& listener = destination.listener;
+    const WbemListener& listener = destination.listener;
     if (!destination.empty && !listener.sending() && listener.due() <= now) startNext(handler, destination);
   }
   int running = 0;
@@ -214,10 +214,10 @@ void Delivery::Exporter::finishDone() {
 }
 
 void Delivery::Exporter::conclude(const std::string& handler, Destination& destination, CURLcode code) {
-  using Kind = Listener::Outcome::Kind;
-  Listener& listener = destination.listener;
+  using Kind = WbemListener::Outcome::Kind;
+  WbemListener& listener = destination.listener;
   const std::int64_t id = listener.sent();
-  const Listener::Outcome outcome = listener.finish(code);
+  const WbemListener::Outcome outcome = listener.finish(code);
   if (outcome.kind == Kind::Acknowledged) {
     const unsigned failures = listener.recover();
     if (failures > 0) _log("listener " + listener.url() + " answers again");

@@ -4,8 +4,8 @@
 #include <sstream>
 #include <vector>
 
-#include "broker/ManagerError.h"
 #include "schema/Caseless.h"
+#include "values/ManagerError.h"
 
 namespace ZebManager {
 namespace {

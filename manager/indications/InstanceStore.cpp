@@ -4,9 +4,9 @@
 #include <utility>
 #include <vector>
 
-#include "broker/DateTimeText.h"
-#include "broker/ObjectPathText.h"
-#include "broker/Values.h"
+#include "values/DateTimeText.h"
+#include "values/ObjectPathText.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "broker/Values.h"
 #include "indications/InteropTable.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

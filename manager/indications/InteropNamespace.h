@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "cimxml/Namespace.h"
+#include "broker/Namespace.h"
 #include "indications/Subscription.h"
 #include "isolation/IndicationFilter.h"
 

@@ -4,10 +4,10 @@
 #include <array>
 #include <chrono>
 
-#include "broker/ObjectPathText.h"
-#include "broker/Values.h"
 #include "indications/Destination.h"
 #include "query/Condition.h"
+#include "values/ObjectPathText.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -4,7 +4,7 @@
 #include <set>
 
 #include "broker/HostName.h"
-#include "broker/Values.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -9,8 +9,8 @@
 #include <string>
 #include <string_view>
 
-#include "broker/ManagerError.h"
 #include "indications/Subscription.h"
+#include "values/ManagerError.h"
 
 namespace ZebManager {
 

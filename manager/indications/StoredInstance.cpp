@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "broker/ObjectPathText.h"
-#include "broker/Values.h"
+#include "values/ObjectPathText.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

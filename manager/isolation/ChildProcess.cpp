@@ -11,7 +11,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "broker/ManagerError.h"
+#include "values/ManagerError.h"
 
 extern char** environ;
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "broker/Objects.h"
 #include "isolation/IndicationFilter.h"
 #include "query/Condition.h"
+#include "values/Objects.h"
 
 namespace ZebManager {
 

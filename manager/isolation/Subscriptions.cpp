@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iostream>
 
-#include "broker/SelectQuery.h"
 #include "query/Condition.h"
 
 namespace ZebManager {

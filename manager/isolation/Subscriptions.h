@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "broker/Broker.h"
+#include "broker/SelectQuery.h"
 #include "isolation/IndicationFilter.h"
 
 namespace ZebManager {

@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "broker/ManagerError.h"
+#include "values/ManagerError.h"
 
 namespace ZebManager {
 namespace {

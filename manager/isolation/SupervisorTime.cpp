@@ -1,8 +1,8 @@
 // What the supervisor does because time has passed.
 #include <algorithm>
 
-#include "broker/ManagerError.h"
 #include "isolation/SupervisorLoop.h"
+#include "values/ManagerError.h"
 
 namespace ZebManager {
 namespace {

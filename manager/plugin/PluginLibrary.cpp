@@ -2,8 +2,8 @@
 
 #include <dlfcn.h>
 
-#include "broker/CallMemory.h"
-#include "broker/Values.h"
+#include "values/CallMemory.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -1,8 +1,8 @@
 #include "plugin/PluginNamespace.h"
 
-#include "broker/CallMemory.h"
 #include "broker/HostName.h"
-#include "broker/Values.h"
+#include "values/CallMemory.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -1,7 +1,7 @@
 // The namespace that the plug-in serves.
 #pragma once
 
-#include "cimxml/Namespace.h"
+#include "broker/Namespace.h"
 
 namespace ZebManager {
 

@@ -3,11 +3,11 @@
 
 #include <compare>
 
-#include "broker/DateTimeText.h"
-#include "broker/ObjectPathText.h"
-#include "broker/Values.h"
 #include "query/ConditionNodes.h"
 #include "query/LikePattern.h"
+#include "values/DateTimeText.h"
+#include "values/ObjectPathText.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

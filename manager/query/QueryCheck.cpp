@@ -1,9 +1,9 @@
 // Holds queries against a schema.
 #include <algorithm>
 
-#include "broker/DateTimeText.h"
 #include "query/Condition.h"
 #include "query/ConditionNodes.h"
+#include "values/DateTimeText.h"
 
 namespace ZebManager {
 namespace {

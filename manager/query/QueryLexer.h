@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "broker/Arena.h"
+#include "values/Arena.h"
 
 namespace ZebManager {
 

@@ -16,8 +16,8 @@
 #include <sstream>
 
 #include "broker/HostName.h"
-#include "broker/ManagerError.h"
 #include "isolation/Descriptor.h"
+#include "values/ManagerError.h"
 
 namespace ZebManager {
 namespace {

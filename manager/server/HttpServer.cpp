@@ -6,7 +6,7 @@
 #include <charconv>
 #include <memory>
 
-#include "broker/ManagerError.h"
+#include "values/ManagerError.h"
 
 namespace ZebManager {
 namespace {

@@ -8,7 +8,7 @@
 
 #include "server/Certificate.h"
 #include "server/ConnectionWatch.h"
-#include "server/Listener.h"
+#include "server/ListeningSocket.h"
 #include "server/Router.h"
 
 struct MHD_Daemon;

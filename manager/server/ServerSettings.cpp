@@ -3,8 +3,8 @@
 #include <array>
 #include <filesystem>
 
-#include "broker/ManagerError.h"
 #include "server/SettingKeys.h"
+#include "values/ManagerError.h"
 
 namespace ZebManager {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "server/Listener.h"
+#include "server/ListeningSocket.h"
 
 namespace ZebManager {
 namespace {

@@ -1,8 +1,8 @@
 #include <iostream>
 
-#include "broker/ManagerError.h"
 #include "cli/Options.h"
 #include "server/Serve.h"
+#include "values/ManagerError.h"
 
 /// What `zebcim serve` becomes. It has the same command line.
 int main(int argc, char** argv) {

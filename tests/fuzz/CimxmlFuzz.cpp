@@ -4,8 +4,8 @@
 #include <pugixml.hpp>
 #include <string>
 
-#include "broker/Values.h"
 #include "cimxml/Answer.h"
+#include "values/Values.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "broker/ObjectPathText.h"
+#include "values/ObjectPathText.h"
 
 namespace {
 

@@ -6,11 +6,11 @@
 #include <fstream>
 #include <thread>
 
-#include "broker/CallMemory.h"
-#include "broker/ObjectPathText.h"
 #include "broker/SelectQuery.h"
-#include "broker/Values.h"
 #include "plugin/PluginLibrary.h"
+#include "values/CallMemory.h"
+#include "values/ObjectPathText.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -6,10 +6,10 @@
 #include <filesystem>
 #include <map>
 
-#include "broker/CallMemory.h"
-#include "broker/ObjectPathText.h"
-#include "broker/Values.h"
 #include "plugin/PluginLibrary.h"
+#include "values/CallMemory.h"
+#include "values/ObjectPathText.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

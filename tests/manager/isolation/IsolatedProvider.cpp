@@ -17,9 +17,9 @@
 #include <sstream>
 #include <thread>
 
-#include "broker/Values.h"
 #include "isolation/ProviderProcess.h"
 #include "plugin/PluginLibrary.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

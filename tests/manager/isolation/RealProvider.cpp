@@ -5,10 +5,10 @@
 
 #include <sstream>
 
-#include "broker/CallMemory.h"
-#include "broker/Values.h"
 #include "isolation/ProviderProcess.h"
 #include "plugin/PluginLibrary.h"
+#include "values/CallMemory.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

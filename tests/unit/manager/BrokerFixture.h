@@ -6,8 +6,8 @@
 #include <string>
 
 #include "broker/Broker.h"
-#include "broker/CallMemory.h"
-#include "broker/Values.h"
+#include "values/CallMemory.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 

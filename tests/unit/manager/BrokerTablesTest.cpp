@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "BrokerFixture.h"
+#include "broker/SelectQuery.h"
 
 namespace ZebManager {
 namespace {

@@ -2,11 +2,11 @@
 
 #include <pugixml.hpp>
 
-#include "broker/CallMemory.h"
-#include "broker/Values.h"
 #include "cimxml/Answer.h"
 #include "cimxml/Export.h"
 #include "cimxml/XmlText.h"
+#include "values/CallMemory.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

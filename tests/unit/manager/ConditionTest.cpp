@@ -1,12 +1,12 @@
 // Conditions of queries: each operator on each type, how operators bind, what is refused.
 #include <gmock/gmock.h>
 
-#include "broker/CallMemory.h"
-#include "broker/DateTimeText.h"
 #include "broker/SelectQuery.h"
-#include "broker/Values.h"
 #include "query/Condition.h"
 #include "query/LikePattern.h"
+#include "values/CallMemory.h"
+#include "values/DateTimeText.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

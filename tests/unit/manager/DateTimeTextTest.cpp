@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "broker/DateTimeText.h"
+#include "values/DateTimeText.h"
 
 namespace ZebManager {
 namespace {

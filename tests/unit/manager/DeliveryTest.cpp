@@ -6,11 +6,11 @@
 #include <regex>
 
 #include "TestDirectory.h"
-#include "broker/ManagerError.h"
 #include "indications/Delivery.h"
 #include "indications/Destination.h"
 #include "indications/ExportText.h"
 #include "support/TestListener.h"
+#include "values/ManagerError.h"
 
 namespace ZebManager {
 namespace {

@@ -4,12 +4,12 @@
 #include <fstream>
 
 #include "TestDirectory.h"
-#include "broker/CallMemory.h"
-#include "broker/DateTimeText.h"
-#include "broker/ObjectPathText.h"
-#include "broker/Values.h"
 #include "indications/InteropNamespace.h"
 #include "indications/Sqlite.h"
+#include "values/CallMemory.h"
+#include "values/DateTimeText.h"
+#include "values/ObjectPathText.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -2,7 +2,7 @@
 #include <random>
 
 #include "BrokerFixture.h"
-#include "broker/ObjectPathText.h"
+#include "values/ObjectPathText.h"
 
 namespace ZebManager {
 namespace {

@@ -5,8 +5,8 @@
 #include <sstream>
 
 #include "TestDirectory.h"
-#include "broker/ManagerError.h"
 #include "server/ServerSettings.h"
+#include "values/ManagerError.h"
 
 namespace ZebManager {
 namespace {

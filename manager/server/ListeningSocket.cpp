@@ -1,4 +1,4 @@
-#include "server/Listener.h"
+#include "server/ListeningSocket.h"
 
 #include <netdb.h>
 #include <sys/socket.h>
@@ -9,7 +9,7 @@
 #include <cstring>
 #include <memory>
 
-#include "broker/ManagerError.h"
+#include "values/ManagerError.h"
 
 namespace ZebManager {
 namespace {

@@ -1,6 +1,6 @@
-#include "broker/CallMemory.h"
-#include "broker/DateTimeText.h"
-#include "broker/Values.h"
+#include "values/CallMemory.h"
+#include "values/DateTimeText.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

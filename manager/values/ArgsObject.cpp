@@ -1,5 +1,5 @@
 // Arguments and contexts: both are lists of named values.
-#include "broker/Values.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

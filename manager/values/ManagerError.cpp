@@ -1,4 +1,4 @@
-#include "broker/ManagerError.h"
+#include "values/ManagerError.h"
 
 #include <array>
 

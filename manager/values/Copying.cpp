@@ -2,7 +2,7 @@
 // until it does.
 #include <algorithm>
 
-#include "broker/Values.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -10,10 +10,10 @@
 #include <string_view>
 #include <type_traits>
 
-#include "broker/Arena.h"
-#include "broker/RefusalLog.h"
 #include "cmpi/cmpi.h"
 #include "schema/ClassRepository.h"
+#include "values/Arena.h"
+#include "values/RefusalLog.h"
 
 namespace ZebManager {
 
@@ -87,35 +87,17 @@ struct ListBody {
   void append(const CMPIData& data);
 };
 
-struct Query;
-
-struct SelectExpBody {
-  std::string_view text;
-  const Query* query = nullptr;  ///< the text, read
-  const ClassRepository* repository = nullptr;
-};
-
-template <class FaceType, class BodyType>
+template <class FaceType, class BodyType, auto* Table>
 struct Handle : FaceType {
   using Face = FaceType;
   using Body = BodyType;
+  static constexpr auto* kTable = Table;
 
   Arena* arena;
   bool owned;  ///< made by `clone`: the arena goes with the handle
 
   Body& body() const { return *const_cast<Body*>(static_cast<const Body*>(this->hdl)); }
 };
-
-using String = Handle<CMPIString, StringBody>;
-using DateTime = Handle<CMPIDateTime, DateTimeBody>;
-using Array = Handle<CMPIArray, ArrayBody>;
-using ObjectPath = Handle<CMPIObjectPath, PathBody>;
-using Instance = Handle<CMPIInstance, InstanceBody>;
-using Args = Handle<CMPIArgs, ValuesBody>;
-using Context = Handle<CMPIContext, ValuesBody>;
-using Result = Handle<CMPIResult, ListBody>;
-using Enumeration = Handle<CMPIEnumeration, ListBody>;
-using SelectExp = Handle<CMPISelectExp, SelectExpBody>;
 
 extern const CMPIStringFT kStringFT;
 extern const CMPIDateTimeFT kDateTimeFT;
@@ -126,43 +108,21 @@ extern const CMPIArgsFT kArgsFT;
 extern const CMPIContextFT kContextFT;
 extern const CMPIResultFT kResultFT;
 extern const CMPIEnumerationFT kEnumerationFT;
-extern const CMPISelectExpFT kSelectExpFT;
 
-constexpr const CMPIStringFT* tableOf(const CMPIString*) {
-  return &kStringFT;
-}
-constexpr const CMPIDateTimeFT* tableOf(const CMPIDateTime*) {
-  return &kDateTimeFT;
-}
-constexpr const CMPIArrayFT* tableOf(const CMPIArray*) {
-  return &kArrayFT;
-}
-constexpr const CMPIObjectPathFT* tableOf(const CMPIObjectPath*) {
-  return &kObjectPathFT;
-}
-constexpr const CMPIInstanceFT* tableOf(const CMPIInstance*) {
-  return &kInstanceFT;
-}
-constexpr const CMPIArgsFT* tableOf(const CMPIArgs*) {
-  return &kArgsFT;
-}
-constexpr const CMPIContextFT* tableOf(const CMPIContext*) {
-  return &kContextFT;
-}
-constexpr const CMPIResultFT* tableOf(const CMPIResult*) {
-  return &kResultFT;
-}
-constexpr const CMPIEnumerationFT* tableOf(const CMPIEnumeration*) {
-  return &kEnumerationFT;
-}
-constexpr const CMPISelectExpFT* tableOf(const CMPISelectExp*) {
-  return &kSelectExpFT;
-}
+using String = Handle<CMPIString, StringBody, &kStringFT>;
+using DateTime = Handle<CMPIDateTime, DateTimeBody, &kDateTimeFT>;
+using Array = Handle<CMPIArray, ArrayBody, &kArrayFT>;
+using ObjectPath = Handle<CMPIObjectPath, PathBody, &kObjectPathFT>;
+using Instance = Handle<CMPIInstance, InstanceBody, &kInstanceFT>;
+using Args = Handle<CMPIArgs, ValuesBody, &kArgsFT>;
+using Context = Handle<CMPIContext, ValuesBody, &kContextFT>;
+using Result = Handle<CMPIResult, ListBody, &kResultFT>;
+using Enumeration = Handle<CMPIEnumeration, ListBody, &kEnumerationFT>;
 
 /// The handle behind a CMPI pointer; null for a null pointer and for an object that is not this broker's.
 template <class H>
 H* as(const typename H::Face* object) {
-  if (!object || object->ft != tableOf(object)) return nullptr;
+  if (!object || object->ft != H::kTable) return nullptr;
   return const_cast<H*>(static_cast<const H*>(object));
 }
 
@@ -171,7 +131,7 @@ template <class H>
 H* makeHandle(Arena& arena, typename H::Body* body, bool owned = false) {
   H* const handle = arena.make<H>();
   handle->hdl = body;
-  handle->ft = tableOf(static_cast<const typename H::Face*>(nullptr));
+  handle->ft = H::kTable;
   handle->arena = &arena;
   handle->owned = owned;
   return handle;

@@ -1,11 +1,11 @@
-#include "broker/ObjectPathText.h"
+#include "values/ObjectPathText.h"
 
 #include <array>
 #include <charconv>
 #include <cstdlib>
 
-#include "broker/DateTimeText.h"
-#include "broker/Values.h"
+#include "values/DateTimeText.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -1,6 +1,6 @@
-#include "broker/CallMemory.h"
-#include "broker/ObjectPathText.h"
-#include "broker/Values.h"
+#include "values/CallMemory.h"
+#include "values/ObjectPathText.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -1,4 +1,4 @@
-#include "broker/DateTimeText.h"
+#include "values/DateTimeText.h"
 
 #include <array>
 #include <charconv>

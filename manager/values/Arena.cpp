@@ -1,4 +1,4 @@
-#include "broker/Arena.h"
+#include "values/Arena.h"
 
 #include <algorithm>
 

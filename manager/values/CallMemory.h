@@ -1,7 +1,7 @@
 // The arena that takes what the broker makes on the current thread.
 #pragma once
 
-#include "broker/Arena.h"
+#include "values/Arena.h"
 
 namespace ZebManager {
 

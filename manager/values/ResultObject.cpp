@@ -1,6 +1,6 @@
 // Where a provider puts its answers, and how an answer to an up-call is walked.
-#include "broker/CallMemory.h"
-#include "broker/Values.h"
+#include "values/CallMemory.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -15,14 +15,14 @@ namespace ZebManager {
 struct DeliverySettings;
 
 /// For use by one thread. Its transfers run in the multi handle, which has to outlive it.
-class Listener {
+class WbemListener {
  public:
   using Clock = std::chrono::steady_clock;
 
-  Listener(CURLM* multi, const DeliverySettings& settings, std::string url);
-  Listener(const Listener&) = delete;
-  Listener& operator=(const Listener&) = delete;
-  ~Listener();
+  WbemListener(CURLM* multi, const DeliverySettings& settings, std::string url);
+  WbemListener(const WbemListener&) = delete;
+  WbemListener& operator=(const WbemListener&) = delete;
+  ~WbemListener();
 
   const std::string& url() const { return _url; }
   /// Takes effect with the next export, which is not put off any longer.

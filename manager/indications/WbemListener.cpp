@@ -1,4 +1,4 @@
-#include "indications/Listener.h"
+#include "indications/WbemListener.h"
 
 #include <algorithm>
 #include <utility>
@@ -25,7 +25,7 @@ curl_slist* exportHeaders() {
 
 }  // namespace
 
-Listener::Listener(CURLM* multi, const DeliverySettings& settings, std::string url)
+WbemListener::WbemListener(CURLM* multi, const DeliverySettings& settings, std::string url)
     : _multi(multi),
       _settings(settings),
       _url(std::move(url)),
@@ -35,11 +35,11 @@ Listener::Listener(CURLM* multi, const DeliverySettings& settings, std::string u
   prepare();
 }
 
-Listener::~Listener() {
+WbemListener::~WbemListener() {
   if (_sending) curl_multi_remove_handle(_multi, _easy.get());
 }
 
-void Listener::prepare() {
+void WbemListener::prepare() {
   CURL* const easy = _easy.get();
   curl_easy_setopt(easy, CURLOPT_PRIVATE, this);
   curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
@@ -62,21 +62,21 @@ void Listener::prepare() {
   }
 }
 
-void Listener::setUrl(const std::string& url) {
+void WbemListener::setUrl(const std::string& url) {
   if (url == _url) return;
   _url = url;
   _failures = 0;
   _due = Clock::time_point::min();
 }
 
-std::size_t Listener::takeAnswer(char* bytes, std::size_t size, std::size_t count, void* listener) {
-  std::string& answer = static_cast<Listener*>(listener)->_answer;
+std::size_t WbemListener::takeAnswer(char* bytes, std::size_t size, std::size_t count, void* listener) {
+  std::string& answer = static_cast<WbemListener*>(listener)->_answer;
   if (answer.size() + size * count > kLongestAnswer) return 0;  // ends the transfer
   answer.append(bytes, size * count);
   return size * count;
 }
 
-bool Listener::send(const QueuedIndication& indication) {
+bool WbemListener::send(const QueuedIndication& indication) {
   const auto element = withSequence(indication.element, indication.context, indication.number);
   if (!element) return false;
   _request = exportMessage(std::to_string(indication.id), *element);
@@ -93,13 +93,13 @@ bool Listener::send(const QueuedIndication& indication) {
   return true;
 }
 
-Listener::Outcome Listener::finish(CURLcode code) {
+WbemListener::Outcome WbemListener::finish(CURLcode code) {
   curl_multi_remove_handle(_multi, _easy.get());
   _sending.reset();
   return judge(code);
 }
 
-Listener::Outcome Listener::judge(CURLcode code) const {
+WbemListener::Outcome WbemListener::judge(CURLcode code) const {
   using Kind = Outcome::Kind;
   if (code == CURLE_WRITE_ERROR) return {Kind::Failed, "its answer is too long"};
   if (code != CURLE_OK) return {Kind::Failed, oneLine(_error[0] ? _error : curl_easy_strerror(code))};
@@ -111,14 +111,14 @@ Listener::Outcome Listener::judge(CURLcode code) const {
   return {answer.kind == ExportAnswer::Kind::Refused ? Kind::Refused : Kind::Failed, answer.reason};
 }
 
-bool Listener::postpone() {
+bool WbemListener::postpone() {
   auto pause = _settings.firstPause;
   for (unsigned i = 0; i < _failures && pause < _settings.longestPause; ++i) pause *= 2;
   _due = Clock::now() + std::min(pause, _settings.longestPause);
   return _failures++ == 0;
 }
 
-unsigned Listener::recover() {
+unsigned WbemListener::recover() {
   _due = Clock::time_point::min();
   return std::exchange(_failures, 0U);
 }

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "broker/ManagerError.h"
-#include "broker/Objects.h"
+#include "values/ManagerError.h"
+#include "values/Objects.h"
 
 namespace ZebManager {
 

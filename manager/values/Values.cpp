@@ -1,9 +1,9 @@
-#include "broker/Values.h"
+#include "values/Values.h"
 
 #include <algorithm>
 
-#include "broker/CallMemory.h"
 #include "schema/Utf8.h"
+#include "values/CallMemory.h"
 
 namespace ZebManager {
 namespace {

@@ -1,4 +1,4 @@
-#include "broker/Values.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {

@@ -1,4 +1,4 @@
-#include "broker/CallMemory.h"
+#include "values/CallMemory.h"
 
 namespace ZebManager {
 namespace {
