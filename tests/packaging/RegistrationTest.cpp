@@ -79,7 +79,7 @@ std::vector<Stanza> readInstances(const std::string& text) {
 TEST(Registration, HasAStanzaForEveryClassThatIsServed) {
   const auto stanzas = readStanzas(TemporaryDirectory::read(REGISTRATION "/ZEBEthernet.reg"));
   const auto expected = expectedTypes({"instance", "association", "indication", "method", " "});
-  EXPECT_EQ(stanzas.size(), 35U);
+  EXPECT_EQ(stanzas.size(), expected.size());
   for (const auto& [name, type] : expected) {
     ASSERT_TRUE(stanzas.contains(name)) << name;
     EXPECT_EQ(stanzas.at(name), (Stanza{{"provider", "ZEBEthernetPort"},

@@ -112,7 +112,7 @@ class CostTest : public ProviderTest {
 
   static std::size_t countInstances(Plugin& plugin) {
     std::size_t count = 0;
-    for (const auto& classes : {kObjectClasses, kAssociationClasses}) {
+    for (const auto& classes : {objectClasses(), associationClasses()}) {
       for (const std::string& className : classes) count += plugin.names(className).size();
     }
     return count;

@@ -137,7 +137,7 @@ class InventoryTest : public ProviderTest, public testing::WithParamInterface<Go
   /// Every object that is served, and the computer system, each path once.
   std::map<std::string, CmpiObjectPath> pathsByName(Plugin& plugin) {
     std::map<std::string, CmpiObjectPath> paths{{"System", ZEBUtil::getComputerSystemPath()}};
-    for (const std::string& className : kObjectClasses) {
+    for (const std::string& className : objectClasses()) {
       for (const auto& path : plugin.names(className)) paths.emplace(shortName(path), path);
     }
     return paths;
@@ -194,7 +194,7 @@ TEST_P(InventoryTest, ReferencesAreTheAssociationsOfBothEnds) {
 
 TEST_P(InventoryTest, EveryEndNamesAnInstanceOrTheComputerSystem) {
   Plugin plugin(broker);
-  for (const std::string& className : kAssociationClasses) {
+  for (const std::string& className : associationClasses()) {
     for (const auto& association : plugin.instances(className)) {
       for (int end : {0, 1}) {
         const auto& path = association.properties().at(static_cast<std::size_t>(end)).value.asReference();
@@ -207,7 +207,7 @@ TEST_P(InventoryTest, EveryEndNamesAnInstanceOrTheComputerSystem) {
 
 TEST_P(InventoryTest, EveryNameLeadsToItsInstance) {
   Plugin plugin(broker);
-  for (const auto& classes : {kObjectClasses, kAssociationClasses}) {
+  for (const auto& classes : {objectClasses(), associationClasses()}) {
     for (const std::string& className : classes) {
       for (const auto& path : plugin.names(className)) {
         const auto found = plugin.get(path);

@@ -5,49 +5,39 @@
 #include <sstream>
 
 #include "provider/EntryPoints.h"
+#include "schema/ClassRepository.h"
 
 namespace ZEB::test {
 
 using CmpiCpp::CmpiInstance;
 using CmpiCpp::CmpiObjectPath;
 
-const std::vector<std::string> kObjectClasses{
-    "ZEB_EthernetTeam",
-    "ZEB_EthernetPortController",
-    "ZEB_EthernetPortControllerFirmwareIdentity",
-    "ZEB_EthernetPortControllerSoftwareIdentity",
-    "ZEB_EthernetControllerLocation",
-    "ZEB_EthernetPortControllerPhysicalPackage",
-    "ZEB_EthernetPort",
-    "ZEB_EthernetLANEndpoint",
-    "ZEB_IPProtocolEndpoint",
-    "ZEB_EthernetRemoteServiceAccessPoint",
-    "ZEB_EthernetStatistics",
-    "ZEB_EthEventSettings",
-    "ZEB_EthernetCollection",
-};
+namespace {
 
-const std::vector<std::string> kAssociationClasses{
-    "ZEB_HostedEthernetTeam",
-    "ZEB_EthernetTeamToLANEndpoint",
-    "ZEB_EthernetTeamMember",
-    "ZEB_EthernetElementFirmwareIdentity",
-    "ZEB_EthernetElementSoftwareIdentity",
-    "ZEB_EthernetControllerPhysicalPackageEthernetControllerLocation",
-    "ZEB_EthernetControllerPhysicalPackageEthernetController",
-    "ZEB_EthernetPortControllerEthernetPort",
-    "ZEB_EthernetDevice",
-    "ZEB_EthernetPortStatisticalData",
-    "ZEB_EthernetLANEndpointStatisticalData",
-    "ZEB_EthernetLANHostedAccessPoint",
-    "ZEB_EthernetPortToLANEndpoint",
-    "ZEB_EthIPHostedAccessPoint",
-    "ZEB_IPBindsToEthernetLANEndpoint",
-    "ZEB_EthernetRemoteAccessAvailableToIPEndpoint",
-    "ZEB_EthernetRemoteServiceHostedAccessPoint",
-    "ZEB_EthernetGroupHostedCollection",
-    "ZEB_EthernetMemberOfCollection",
-};
+/// What the schema declares of the plug-in's own, but for the system, which is the object manager's, and the
+/// worker.
+std::vector<std::string> servedClasses(bool associations) {
+  static const auto schema = ZebManager::ClassRepository::fromFile(ZEB_SCHEMA_FILE);
+  std::vector<std::string> names;
+  for (const auto& def : schema.classes()) {
+    const bool elsewhere = def->name == "ZEB_ComputerSystem" || schema.isA(def->name, "ZEB_AutoStart");
+    const bool served = def->name.starts_with("ZEB_") && !def->abstract && !def->indication && !elsewhere;
+    if (served && def->association == associations) names.push_back(def->name);
+  }
+  return names;
+}
+
+}  // namespace
+
+const std::vector<std::string>& objectClasses() {
+  static const auto names = servedClasses(false);
+  return names;
+}
+
+const std::vector<std::string>& associationClasses() {
+  static const auto names = servedClasses(true);
+  return names;
+}
 
 Plugin::Plugin(FakeBroker& broker) : _broker(broker) {
   FakeBroker::Call call(broker);
@@ -154,7 +144,7 @@ Inventory inventoryOf(const std::string& text) {
 
 Inventory objectsOf(Plugin& plugin) {
   Inventory inventory;
-  for (const std::string& className : kObjectClasses) {
+  for (const std::string& className : objectClasses()) {
     for (const auto& path : plugin.names(className)) inventory[className].push_back(shortName(path));
   }
   return inventory;
@@ -162,7 +152,7 @@ Inventory objectsOf(Plugin& plugin) {
 
 Inventory associationsOf(Plugin& plugin) {
   Inventory inventory;
-  for (const std::string& className : kAssociationClasses) {
+  for (const std::string& className : associationClasses()) {
     for (const auto& instance : plugin.instances(className)) {
       inventory[className].push_back(shortEnds(instance));
     }

@@ -58,8 +58,9 @@ using Inventory = std::map<std::string, std::vector<std::string>>;
 /// The inventory that a text describes: a line for each class, "Class: a, b, c".
 Inventory inventoryOf(const std::string& text);
 
-extern const std::vector<std::string> kObjectClasses;
-extern const std::vector<std::string> kAssociationClasses;
+/// The classes of the schema of which the plug-in may have managed instances.
+const std::vector<std::string>& objectClasses();
+const std::vector<std::string>& associationClasses();
 
 /// What the plug-in serves of the classes above, without those of which it has nothing.
 Inventory objectsOf(Plugin& plugin);
