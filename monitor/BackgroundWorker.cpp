@@ -3,17 +3,17 @@
 #include <ctime>
 #include <stdexcept>
 
-#include "classes/port/ZEB_EthernetPort.h"
-#include "classes/team/ZEB_EthernetTeam.h"
+#include "classes/port/StatusWatcher.h"
 #include "common/AutoMutex.h"
 #include "common/ZEBUtil.h"
+#include "ethernet/EthernetMRA.h"
+#include "ethernet/EthernetTeamMRA.h"
 #include "ethernet/RefreshScope.h"
-#include "monitor/Events.h"
-#include "monitor/IndicationSender.h"
 #include "monitor/ZEB_EthEventSettings.h"
 #include "monitor/ZEB_EthernetCollection.h"
-#include "monitor/ZEB_EthernetIndication.h"
-#include "provider/Names.h"
+#include "monitor/alerts/Events.h"
+#include "monitor/alerts/IndicationSender.h"
+#include "monitor/alerts/ZEB_EthernetIndication.h"
 
 namespace ZEB {
 namespace {
@@ -29,30 +29,29 @@ std::string textAt(const char* text) {
 
 }  // namespace
 
-ZEBEthernetPortProvider::BackgroundWorker::BackgroundWorker(ZEBEthernetPortProvider& provider,
-                                                            const CmpiCpp::CmpiContext& context)
-    : _provider(provider), _context(context), _logger(provider._logger) {}
+BackgroundWorker::BackgroundWorker(Monitored monitored, const CmpiCpp::CmpiContext& context)
+    : _monitored(std::move(monitored)), _context(context), _logger(_monitored.logger) {}
 
-std::uint32_t ZEBEthernetPortProvider::BackgroundWorker::pass() {
-  const std::lock_guard lock(_provider._linkWatch->mutex);
-  _provider._health.passBegins();
+std::uint32_t BackgroundWorker::pass() {
+  const std::lock_guard lock(_monitored.linkWatch.mutex);
+  _monitored.health.passBegins();
   try {
     const std::uint32_t result = work();
-    _provider._health.passEnded(_skipped, surroundings());
+    _monitored.health.passEnded(_skipped, surroundings());
     return result;
   } catch (const std::exception& failure) {
-    _provider._health.passFailed(failure.what(), surroundings());
+    _monitored.health.passFailed(failure.what(), surroundings());
     throw;
   }
 }
 
-Health::Surroundings ZEBEthernetPortProvider::BackgroundWorker::surroundings() const {
-  return {.linkMessages = _provider._linkWatch->messages,
-          .indications = _provider._readyToSendIndications,
-          .unread = _provider._ethMRA ? _provider._ethMRA->failureText() : ""};
+Health::Surroundings BackgroundWorker::surroundings() const {
+  return {.linkMessages = _monitored.linkWatch.messages,
+          .indications = _monitored.indications.readyToSendIndications,
+          .unread = ethMRA() ? ethMRA()->failureText() : ""};
 }
 
-std::uint32_t ZEBEthernetPortProvider::BackgroundWorker::work() {
+std::uint32_t BackgroundWorker::work() {
   const RefreshScope scope;
   _logger.info("::_backgroundWorker");
   reportCollectionState();
@@ -61,13 +60,13 @@ std::uint32_t ZEBEthernetPortProvider::BackgroundWorker::work() {
   if (_skipped) return 0;
 
   const bool ethernetEvent = refresh();
-  const bool ready = _provider._readyToSendIndications;
+  const bool ready = _monitored.indications.readyToSendIndications;
   _logger.info("readyToSendIndications %d,  ethernetEvent %d", ready, ethernetEvent);
   const int result = ethernetEvent ? processIndications() : 0;
   if (ready) {
     _logger.info("::_readyToSendIndications");
-    _provider._indicationsStarted = true;
-    if (_provider._heartbeat) sendHeartbeat();
+    _monitored.indications.started = true;
+    if (_monitored.indications.heartbeat) sendHeartbeat();
   }
   postStatus();
   _netlinkEvent = false;
@@ -76,9 +75,17 @@ std::uint32_t ZEBEthernetPortProvider::BackgroundWorker::work() {
   return result != 0 ? kEventsFailed : 0;
 }
 
+EthernetMRA* BackgroundWorker::ethMRA() const {
+  return _monitored.linkWatch.ethMRA;
+}
+
+EthernetTeamMRA* BackgroundWorker::ethTeamMRA() const {
+  return _monitored.linkWatch.ethTeamMRA;
+}
+
 template <class Visit>
-void ZEBEthernetPortProvider::BackgroundWorker::forEachCollection(Visit&& visit) {
-  CmpiManagedInstanceCollection& instances = _provider._collection;
+void BackgroundWorker::forEachCollection(Visit&& visit) {
+  CmpiManagedInstanceCollection& instances = _monitored.instances;
   for (const std::uint32_t i : instances.ofClass(ZEB_EthernetCollection::kClassName)) {
     visit(static_cast<ZEB_EthernetCollection&>(instances.getManagedInstance(i)));
   }
@@ -87,10 +94,10 @@ void ZEBEthernetPortProvider::BackgroundWorker::forEachCollection(Visit&& visit)
 // The part number and the comment come from where there is no text, so this ends the pass before anything is
 // sent. It has always been so, and a client that relies on the next pass posting the status would notice a
 // change.
-void ZEBEthernetPortProvider::BackgroundWorker::reportCollectionState() {
+void BackgroundWorker::reportCollectionState() {
   forEachCollection([this](ZEB_EthernetCollection& collection) {
-    if (!_provider._readyToSendIndications || !collection.testAndClearStateChanged()) return;
-    IndicationSender sender(_logger, std::string(kNameSpace.view()));
+    if (!_monitored.indications.readyToSendIndications || !collection.testAndClearStateChanged()) return;
+    IndicationSender sender(_logger, _monitored.nameSpace);
     const std::string element = collection.makeObjectPath().str();
     const std::string partNumber = textAt(nullptr);
     const std::string comment = textAt(nullptr);
@@ -100,16 +107,16 @@ void ZEBEthernetPortProvider::BackgroundWorker::reportCollectionState() {
 }
 
 // Likewise.
-void ZEBEthernetPortProvider::BackgroundWorker::sendHeartbeat() {
-  IndicationSender sender(_logger, std::string(kNameSpace.view()));
+void BackgroundWorker::sendHeartbeat() {
+  IndicationSender sender(_logger, _monitored.nameSpace);
   const std::string partNumber = textAt(nullptr);
   const std::string comment = textAt(nullptr);
   sender.send(kHeartbeat, "", "heartbeat baby", kProviderSubCategory, BMC_physloc_NULL, partNumber, comment,
               _context);
 }
 
-bool ZEBEthernetPortProvider::BackgroundWorker::pollIsDue() {
-  ZEB_EthEventSettings* settings = _provider._eventSettings;
+bool BackgroundWorker::pollIsDue() {
+  ZEB_EthEventSettings* settings = _monitored.settings;
   // Without settings there is nothing to poll by, and every pass polls. A link message goes by the same
   // words.
   if (!settings || settings->pollingDisabled() || _netlinkEvent) {
@@ -130,36 +137,35 @@ bool ZEBEthernetPortProvider::BackgroundWorker::pollIsDue() {
   return true;
 }
 
-bool ZEBEthernetPortProvider::BackgroundWorker::refresh() {
-  if (!_provider._ethMRA || !_provider._ethTeamMRA) return false;
+bool BackgroundWorker::refresh() {
+  if (!ethMRA() || !ethTeamMRA()) return false;
   std::vector<std::string> added;
   std::vector<std::string> removed;
-  const bool adaptersChanged = _provider._ethMRA->forceReload();
-  const bool teamsChanged = _provider._ethTeamMRA->forceReload(added, removed);
+  const bool adaptersChanged = ethMRA()->forceReload();
+  const bool teamsChanged = ethTeamMRA()->forceReload(added, removed);
   if (adaptersChanged || teamsChanged) {
     rebuild(added, removed);
   } else if (!_netlinkEvent) {
-    _provider._ethMRA->updateAll();
-    _provider._ethTeamMRA->updateAll();
+    ethMRA()->updateAll();
+    ethTeamMRA()->updateAll();
   }
-  return _provider._ethMRA->ethEventDetected() || _provider._ethTeamMRA->ethTeamEventDetected();
+  return ethMRA()->ethEventDetected() || ethTeamMRA()->ethTeamEventDetected();
 }
 
 // What hangs on ports and teams is built anew once their events have been told: before, the instances that
 // remember how they were would be gone. Nothing else may be announced until the next poll.
-bool ZEBEthernetPortProvider::BackgroundWorker::rebuildIsDue() const {
-  return _provider._ethMRA && _provider._ethTeamMRA &&
-         (_provider._ethMRA->reloadHeldBack() || _provider._ethTeamMRA->reloadHeldBack());
+bool BackgroundWorker::rebuildIsDue() const {
+  return ethMRA() && ethTeamMRA() && (ethMRA()->reloadHeldBack() || ethTeamMRA()->reloadHeldBack());
 }
 
 // Teams that went are reported while their instances are still there, teams that came when theirs are.
-void ZEBEthernetPortProvider::BackgroundWorker::rebuild(const std::vector<std::string>& added,
-                                                        const std::vector<std::string>& removed) {
+void BackgroundWorker::rebuild(const std::vector<std::string>& added,
+                               const std::vector<std::string>& removed) {
   const auto isOn = [this](EventSetting setting) {
-    const ZEB_EthEventSettings* settings = _provider._eventSettings;
+    const ZEB_EthEventSettings* settings = _monitored.settings;
     return settings && settings->isOn(setting);
   };
-  const AutoMutex lock(_provider._collectionMutex);
+  const AutoMutex lock(_monitored.mutex);
   if (isOn(EventSetting::InterfaceUnAvailable)) {
     reportPresence(removed, kInterfaceNoLongerAvailable,
                    "Failed to deliver NetworkInterfaceNoLongerAvailable indication for %s");
@@ -172,53 +178,64 @@ void ZEBEthernetPortProvider::BackgroundWorker::rebuild(const std::vector<std::s
 }
 
 // What fails half way is built again by the next pass.
-void ZEBEthernetPortProvider::BackgroundWorker::replaceInstances() {
-  _provider._eventSettings = nullptr;
-  _provider._collection.clear();
+void BackgroundWorker::replaceInstances() {
+  _monitored.settings = nullptr;
+  _monitored.instances.clear();
   try {
-    _provider.makeDataSources();
-    _provider._cmpiManagedInstanceFactory();
+    _monitored.rebuild();
   } catch (...) {
-    _provider._ethMRA->buildFailed();
-    _provider._ethTeamMRA->buildFailed();
+    ethMRA()->buildFailed();
+    ethTeamMRA()->buildFailed();
     throw;
   }
 }
 
-void ZEBEthernetPortProvider::BackgroundWorker::reportPresence(const std::vector<std::string>& names,
-                                                               int eventId, const char* failure) {
+void BackgroundWorker::reportPresence(const std::vector<std::string>& names, int eventId,
+                                      const char* failure) {
+  if (names.empty()) return;
+  const TeamsByName teams = teamsByName();
   for (const std::string& name : names) {
-    if (sendTeamPresenceIndication(name, eventId) != 0) _logger.error(failure, name);
+    if (sendTeamPresenceIndication(teams, name, eventId) != 0) _logger.error(failure, name);
   }
 }
 
-int ZEBEthernetPortProvider::BackgroundWorker::sendTeamPresenceIndication(const std::string& name,
-                                                                          int eventId) {
+BackgroundWorker::TeamsByName BackgroundWorker::teamsByName() {
+  TeamsByName teams;
+  for (const std::uint32_t i : _monitored.instances.watchers()) {
+    CmpiManagedInstance& instance = _monitored.instances.getManagedInstance(i);
+    const auto* watcher = dynamic_cast<StatusWatcher*>(&instance);
+    if (watcher && watcher->kind() == CollectionMember::Kind::Team)
+      teams.try_emplace(watcher->announcedName(), &instance);
+  }
+  return teams;
+}
+
+int BackgroundWorker::sendTeamPresenceIndication(const TeamsByName& teams, const std::string& name,
+                                                 int eventId) {
   constexpr int kNoSuchTeam = 4;
-  CmpiManagedInstanceCollection& instances = _provider._collection;
-  for (const std::uint32_t i : instances.ofClass(ZEB_EthernetTeam::kClassName)) {
-    auto& team = static_cast<ZEB_EthernetTeam&>(instances.getManagedInstance(i));
-    if (team.teamName() != name) continue;
-    ZEB_EthernetIndication sender(_logger, std::string(kNameSpace.view()));
-    std::string message;
-    if (eventId == kInterfaceAvailable) message = "New Ethernet Team " + name + " is detected";
-    if (eventId == kInterfaceNoLongerAvailable)
-      message = "The Ethernet Team " + name + " is no longer available";
-    sender.send(eventId, team.makeObjectPath().str(), message, kTeamSubCategory, BMC_physloc_NULL, "", "",
-                _context);
-    return 0;
-  }
-  return kNoSuchTeam;
+  const auto team = teams.find(name);
+  if (team == teams.end()) return kNoSuchTeam;
+  ZEB_EthernetIndication sender(_logger, _monitored.nameSpace);
+  std::string message;
+  if (eventId == kInterfaceAvailable) message = "New Ethernet Team " + name + " is detected";
+  if (eventId == kInterfaceNoLongerAvailable)
+    message = "The Ethernet Team " + name + " is no longer available";
+  sender.send(eventId, team->second->makeObjectPath().str(), message, kTeamSubCategory, BMC_physloc_NULL, "",
+              "", _context);
+  return 0;
 }
 
-int ZEBEthernetPortProvider::BackgroundWorker::processIndications() {
+int BackgroundWorker::processIndications() {
   _logger.info("_processIndications");
-  CmpiManagedInstanceCollection& instances = _provider._collection;
+  CmpiManagedInstanceCollection& instances = _monitored.instances;
   // Ports and teams, in the order of all instances.
   for (const std::uint32_t i : instances.watchers()) {
     CmpiManagedInstance& instance = instances.getManagedInstance(i);
-    processPort(instance);
-    processTeam(instance);
+    auto* watcher = dynamic_cast<StatusWatcher*>(&instance);
+    if (!watcher) continue;
+    const bool visible =
+        watcher->look({_monitored.indications.readyToSendIndications, _monitored.settings, _context});
+    if (instance.visible() != visible) instance.setVisible(visible);
   }
   forEachCollection([&](ZEB_EthernetCollection& collection) {
     collection.reset();
@@ -227,27 +244,7 @@ int ZEBEthernetPortProvider::BackgroundWorker::processIndications() {
   return 0;
 }
 
-void ZEBEthernetPortProvider::BackgroundWorker::processPort(CmpiManagedInstance& instance) {
-  auto* port = dynamic_cast<ZEB_EthernetPort*>(&instance);
-  if (!port) return;
-  const ZEB_EthEventSettings* settings = _provider._eventSettings;
-  const bool monitorPorts = !settings || settings->isOn(EventSetting::MonitorPorts);
-  bool visible = false;
-  port->manageDynamic(visible, _provider._readyToSendIndications, monitorPorts, _context);
-  if (port->visible() != visible) port->setVisible(visible);
-}
-
-void ZEBEthernetPortProvider::BackgroundWorker::processTeam(CmpiManagedInstance& instance) {
-  auto* team = dynamic_cast<ZEB_EthernetTeam*>(&instance);
-  const ZEB_EthEventSettings* settings = _provider._eventSettings;
-  // A build that was cut short has teams and no settings; the next pass builds again.
-  if (!team || !settings) return;
-  bool visible = false;
-  team->manageDynamic(visible, _provider._readyToSendIndications, _context, *settings);
-  if (team->visible() != visible) team->setVisible(visible);
-}
-
-void ZEBEthernetPortProvider::BackgroundWorker::postStatus() {
+void BackgroundWorker::postStatus() {
   forEachCollection([this](ZEB_EthernetCollection& collection) {
     ZEBUtil::postStatus(_logger, _context, collection.makeInstance());
   });

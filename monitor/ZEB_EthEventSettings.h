@@ -7,29 +7,13 @@
 
 #include "classes/port/ManagedObject.h"
 #include "common/DataStore.h"
+#include "monitor/alerts/EventSettings.h"
 
 namespace ZEB {
 
-/// The settings by their index, which is their order everywhere.
-enum class EventSetting : std::size_t {
-  PollInterval,  ///< seconds; 0 is no polling
-  FloodThreshold,
-  MaxFloodLevel,
-  ActiveAdapterCountChanged,
-  MemberRoleChanged,
-  MemberStatusChanged,
-  MemberJoinedTeam,
-  MemberLeftTeam,
-  InterfaceAvailable,
-  InterfaceUnAvailable,
-  MonitorPorts,
-  MonitorLANEndpoints,
-  MonitorRedundancySets,
-};
-
 /// The one instance of configurable settings, kept in a data store of its own. Readers need no lock: a value
 /// is the one before or after a change.
-class ZEB_EthEventSettings : public ManagedObject {
+class ZEB_EthEventSettings : public ManagedObject, public EventSettings {
  public:
   static constexpr CmpiCpp::NameLiteral kClassName = "ZEB_EthEventSettings";
 
@@ -40,7 +24,7 @@ class ZEB_EthEventSettings : public ManagedObject {
   CmpiCpp::CmpiInstance makeInstance() override;
 
   std::uint32_t number(EventSetting setting) const { return value(setting); }
-  bool isOn(EventSetting setting) const { return value(setting) != 0; }
+  bool isOn(EventSetting setting) const override { return value(setting) != 0; }
   bool pollingDisabled() const { return _pollingDisabled; }
 
   /// Seconds since the epoch; 0 until the build sets it.

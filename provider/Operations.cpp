@@ -95,7 +95,7 @@ void ZEBEthernetPortProvider::invokeMethod(CmpiMethodResult& result, const CmpiC
   constexpr std::uint32_t kUnknownMethod = 1;
   std::uint32_t answer = kUnknownMethod;
   // A pass takes the collection mutex by itself, where it has to.
-  if (method == CmpiName(kPerformWork)) answer = BackgroundWorker(*this, context).pass();
+  if (method == CmpiName(kPerformWork)) answer = BackgroundWorker(monitored(), context).pass();
   result.returnData(answer);
 }
 

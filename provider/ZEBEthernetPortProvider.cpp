@@ -22,7 +22,7 @@ ZEBEthernetPortProvider::ZEBEthernetPortProvider(const CmpiCpp::CmpiBroker& brok
   ZEBUtil::setBroker(broker);
   ZEBUtil::forgetHostName();
   for (const std::string& warning : Configuration::current()->warnings) _logger.warn("%s", warning);
-  _heartbeat = ZEBUtil::HeartBeatIndicationsEnabled();
+  _indications.heartbeat = ZEBUtil::HeartBeatIndicationsEnabled();
 
   _logger.info("calling makeDataStore...");
   _dataStore = makeDataStore(std::string(kProviderName.view()));
@@ -86,6 +86,21 @@ void ZEBEthernetPortProvider::makeDataSources() {
   _linkWatch->ethTeamMRA = _ethTeamMRA.get();
 }
 
+Monitored ZEBEthernetPortProvider::monitored() {
+  return {.logger = _logger,
+          .nameSpace = std::string(kNameSpace.view()),
+          .linkWatch = *_linkWatch,
+          .health = _health,
+          .indications = _indications,
+          .mutex = _collectionMutex,
+          .instances = _collection,
+          .settings = _eventSettings,
+          .rebuild = [this] {
+            makeDataSources();
+            _cmpiManagedInstanceFactory();
+          }};
+}
+
 CmpiCpp::CmpiBroker ZEBEthernetPortProvider::getBroker() const {
   return ZEBUtil::getBroker();
 }
@@ -95,11 +110,11 @@ void ZEBEthernetPortProvider::cleanup(const CmpiCpp::CmpiContext& /*context*/, b
 }
 
 void ZEBEthernetPortProvider::enableIndications(const CmpiCpp::CmpiContext& /*context*/) {
-  _readyToSendIndications = true;
+  _indications.readyToSendIndications = true;
 }
 
 void ZEBEthernetPortProvider::disableIndications(const CmpiCpp::CmpiContext& /*context*/) {
-  _readyToSendIndications = false;
+  _indications.readyToSendIndications = false;
 }
 
 }  // namespace ZEB

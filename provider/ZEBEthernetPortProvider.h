@@ -15,14 +15,11 @@
 #include "common/Logger.h"
 #include "ethernet/EthernetMRA.h"
 #include "ethernet/EthernetTeamMRA.h"
-#include "monitor/Health.h"
-#include "monitor/LinkWatch.h"
+#include "monitor/BackgroundWorker.h"
 #include "monitor/NetlinkThread.h"
 #include "monitor/RecordingWatch.h"
 
 namespace ZEB {
-
-class ZEB_EthEventSettings;
 
 /// The one provider object. Serves every CIM operation from its collection of managed instances, under the
 /// collection mutex; may be called on any number of threads.
@@ -71,13 +68,13 @@ class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
 
  private:
   class InstanceBuild;
-  class BackgroundWorker;
 
   void StartNetlinkThread();
   void checkRecording() const;
   void watchRecording();
   /// Puts new data sources in place of the ones there are, if any. The caller holds the link watch's mutex.
   void makeDataSources();
+  Monitored monitored();
   /// Fills the collection from the data sources: adds, and never takes away.
   void _cmpiManagedInstanceFactory();
   void returnAutostart(CmpiCpp::CmpiInstanceResult& result);
@@ -87,9 +84,7 @@ class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
   CmpiManagedInstanceCollection _collection;
   /// Belongs to the collection: null until a build has made them, and again when the collection is cleared.
   std::atomic<ZEB_EthEventSettings*> _eventSettings{nullptr};
-  std::atomic<bool> _readyToSendIndications{false};
-  bool _indicationsStarted = false;  ///< a pass has found indications enabled
-  bool _heartbeat = false;
+  IndicationState _indications;
   std::unique_ptr<EthernetMRA> _ethMRA;
   std::unique_ptr<EthernetTeamMRA> _ethTeamMRA;
   pthread_mutex_t _collectionMutex;

@@ -15,7 +15,7 @@ AssociationFrame::AssociationFrame(const Logger& logger, const std::string& name
     : CmpiManagedInstanceAssociation(firstEnd, secondEnd),
       _class(associationClass),
       _nameSpace(nameSpace),
-      _logger(classLogger(logger, associationClass.name)) {
+      _logger(classLogger(logger, associationClass.name.view())) {
   _logger.info("cxtor()");
 }
 

@@ -5,15 +5,9 @@
 
 namespace ZEB {
 
-Logger classLogger(Logger logger, CmpiCpp::NameLiteral className) {
-  logger.appendLogSource(":");
-  logger.appendLogSource(className.view());
-  return logger;
-}
-
 ManagedObject::ManagedObject(const Logger& logger, const std::string& nameSpace,
                              CmpiCpp::NameLiteral className, Keys keys)
-    : _logger(classLogger(logger, className)),
+    : _logger(classLogger(logger, className.view())),
       _path(nameSpace, className, ZEBUtil::getHostName(), std::move(keys)) {
   _logger.info("cxtor()");
 }

@@ -40,9 +40,6 @@ class ManagedObject : public CmpiManagedInstance {
   const CmpiCpp::CmpiObjectPath _path;
 };
 
-/// A provider's logger with the class's log source behind its own.
-Logger classLogger(Logger logger, CmpiCpp::NameLiteral className);
-
 /// "JXV:" + class name + ":" + number: what an instance is identified by within its class.
 std::string instanceName(CmpiCpp::NameLiteral className, std::uint32_t number);
 

@@ -1,7 +1,7 @@
 #include "classes/port/PortDescription.h"
 #include "classes/port/ZEB_EthernetPort.h"
-#include "monitor/Events.h"
-#include "monitor/IndicationSender.h"
+#include "monitor/alerts/Events.h"
+#include "monitor/alerts/IndicationSender.h"
 
 // Which change of a port's status is worth which alert, and the sending of it.
 
@@ -34,6 +34,13 @@ const StatusAlert* alertFor(operationalStatus before, operationalStatus now) {
 }
 
 }  // namespace
+
+bool ZEB_EthernetPort::look(const Watch& watch) {
+  bool shown = false;
+  const bool monitorPorts = !watch.settings || watch.settings->isOn(EventSetting::MonitorPorts);
+  manageDynamic(shown, watch.indicationsEnabled, monitorPorts, watch.context);
+  return shown;
+}
 
 void ZEB_EthernetPort::manageDynamic(bool& visible, int indicationsEnabled, int monitorPorts,
                                      const CmpiCpp::CmpiContext& context) {

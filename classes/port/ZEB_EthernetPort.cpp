@@ -99,7 +99,7 @@ ZEB_EthernetPort::ZEB_EthernetPort(const Logger& logger, const std::string& name
                                    const EthernetPort& port)
     : ManagedObject(logger, nameSpace, kClassName,
                     systemScopedKeys(kClassName, "DeviceID", instanceName(kClassName, number))),
-      CollectionMember(Kind::Port, ManagedObject::makeObjectPath().str()),
+      StatusWatcher(Kind::Port, ManagedObject::makeObjectPath().str()),
       _controllerNumber(controllerNumber),
       _location(location),
       _partNumber(partNumber),

@@ -4,9 +4,8 @@
 #include <mutex>
 #include <string>
 
-#include "classes/port/CollectionMember.h"
 #include "classes/port/ManagedObject.h"
-#include "cmpicpp/CmpiContext.h"
+#include "classes/port/StatusWatcher.h"
 #include "common/OperationalStatus.h"
 #include "common/Physloc.h"
 #include "ethernet/EthernetPort.h"
@@ -16,7 +15,7 @@ namespace ZEB {
 class ZEB_EthernetIndication;
 
 /// One physical Ethernet port of an adapter.
-class ZEB_EthernetPort : public ManagedObject, public CollectionMember {
+class ZEB_EthernetPort : public ManagedObject, public StatusWatcher {
  public:
   static constexpr CmpiCpp::NameLiteral kClassName = "ZEB_EthernetPort";
 
@@ -32,6 +31,7 @@ class ZEB_EthernetPort : public ManagedObject, public CollectionMember {
   void manageDynamic(bool& visible, int indicationsEnabled, int monitorPorts,
                      const CmpiCpp::CmpiContext& context);
 
+  bool look(const Watch& watch) override;
   operationalStatus lastStatus() override;
 
  private:

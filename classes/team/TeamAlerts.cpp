@@ -3,9 +3,8 @@
 #include "classes/team/TeamChanges.h"
 #include "classes/team/ZEB_EthernetTeam.h"
 #include "common/Physloc.h"
-#include "monitor/Events.h"
-#include "monitor/IndicationSender.h"
-#include "monitor/ZEB_EthEventSettings.h"
+#include "monitor/alerts/Events.h"
+#include "monitor/alerts/IndicationSender.h"
 
 // A team's look at itself, and the sending of the alerts that it calls for.
 
@@ -15,7 +14,7 @@ namespace {
 /// Teams have no part number.
 constexpr const char* kPartNumber = "N/A";
 
-TeamAlertGates gatesOf(const ZEB_EthEventSettings& settings) {
+TeamAlertGates gatesOf(const EventSettings& settings) {
   return {
       .memberJoined = settings.isOn(EventSetting::MemberJoinedTeam),
       .memberLeft = settings.isOn(EventSetting::MemberLeftTeam),
@@ -28,9 +27,16 @@ TeamAlertGates gatesOf(const ZEB_EthEventSettings& settings) {
 
 }  // namespace
 
+bool ZEB_EthernetTeam::look(const Watch& watch) {
+  // A build that was cut short has teams and no settings; the next pass builds again.
+  if (!watch.settings) return visible();
+  bool shown = false;
+  manageDynamic(shown, watch.indicationsEnabled, watch.context, *watch.settings);
+  return shown;
+}
+
 void ZEB_EthernetTeam::manageDynamic(bool& visible, bool indicationsEnabled,
-                                     const CmpiCpp::CmpiContext& context,
-                                     const ZEB_EthEventSettings& settings) {
+                                     const CmpiCpp::CmpiContext& context, const EventSettings& settings) {
   logger().info("ZEB_EthernetTeam::manageDynamic()");
   logger().info("indicationsEnabled: %d", indicationsEnabled);
   visible = true;
@@ -46,7 +52,7 @@ void ZEB_EthernetTeam::manageDynamic(bool& visible, bool indicationsEnabled,
 }
 
 void ZEB_EthernetTeam::sendAlerts(const State& before, const State& now, const CmpiCpp::CmpiContext& context,
-                                  const ZEB_EthEventSettings& settings) {
+                                  const EventSettings& settings) {
   std::vector<TeamAlert> alerts;
   std::string teamMessage;
   if (now.status != before.status && watchesStatus()) {

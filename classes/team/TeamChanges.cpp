@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "ethernet/EthernetTeamDataObject.h"
-#include "monitor/Events.h"
+#include "monitor/alerts/Events.h"
 
 namespace ZEB {
 namespace {

@@ -97,7 +97,7 @@ const PropertyRows<ZEB_EthernetTeam::Reading> ZEB_EthernetTeam::kProperties{
 ZEB_EthernetTeam::ZEB_EthernetTeam(const Logger& parent, const std::string& nameSpace,
                                    const std::uint32_t& index, const EthernetTeamDataObject& team)
     : ManagedObject(parent, nameSpace, kClassName, {{"InstanceID", instanceName(kClassName, index)}}),
-      CollectionMember(Kind::Team, ManagedObject::makeObjectPath().str()),
+      StatusWatcher(Kind::Team, ManagedObject::makeObjectPath().str()),
       _index(index),
       _team(team),
       _lastState{operationalStatus::Unknown, team.getSlaves()} {

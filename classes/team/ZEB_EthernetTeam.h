@@ -5,18 +5,15 @@
 #include <string>
 #include <vector>
 
-#include "classes/port/CollectionMember.h"
 #include "classes/port/ManagedObject.h"
-#include "cmpicpp/CmpiContext.h"
+#include "classes/port/StatusWatcher.h"
 #include "common/OperationalStatus.h"
 #include "ethernet/EthernetTeamDataObject.h"
 
 namespace ZEB {
 
-class ZEB_EthEventSettings;
-
 /// One team of ports: a bonding interface.
-class ZEB_EthernetTeam : public ManagedObject, public CollectionMember {
+class ZEB_EthernetTeam : public ManagedObject, public StatusWatcher {
  public:
   static constexpr CmpiCpp::NameLiteral kClassName = "ZEB_EthernetTeam";
 
@@ -28,13 +25,15 @@ class ZEB_EthernetTeam : public ManagedObject, public CollectionMember {
   /// The OS device name when the team was built; empty when it could not be read.
   const std::string& teamName() const { return _teamName; }
 
+  bool look(const Watch& watch) override;
   operationalStatus lastStatus() override;
+  std::string announcedName() const override { return _teamName; }
 
   /// Reads the team anew and, while indications are enabled, sends an alert for each change of its status and
   /// its members since the last time that the settings let through. What was read is remembered in any case,
   /// but for a status that could not be read. `visible` is always set. On the worker's thread.
   void manageDynamic(bool& visible, bool indicationsEnabled, const CmpiCpp::CmpiContext& context,
-                     const ZEB_EthEventSettings& settings);
+                     const EventSettings& settings);
 
  private:
   /// What a team remembers from one look to the next.
@@ -49,7 +48,7 @@ class ZEB_EthernetTeam : public ManagedObject, public CollectionMember {
 
   State lastState();
   void sendAlerts(const State& before, const State& now, const CmpiCpp::CmpiContext& context,
-                  const ZEB_EthEventSettings& settings);
+                  const EventSettings& settings);
 
   const std::uint32_t _index;
   EthernetTeamDataObject _team;

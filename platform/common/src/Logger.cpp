@@ -98,6 +98,12 @@ Logger::Logger(std::string_view name, std::shared_ptr<LogSink> sink, LogLevel le
   _source->name = name;
 }
 
+Logger classLogger(Logger logger, std::string_view className) {
+  logger.appendLogSource(":");
+  logger.appendLogSource(className);
+  return logger;
+}
+
 void Logger::appendLogSource(std::string_view source) {
   const std::lock_guard lock(_source->mutex);
   const auto known = _source->longer.find(source);

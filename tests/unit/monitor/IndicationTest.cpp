@@ -7,7 +7,7 @@
 #include "common/IndicationDB.h"
 #include "common/QVAlertIndication.h"
 #include "common/ZEBUtil.h"
-#include "monitor/ZEB_EthernetIndication.h"
+#include "monitor/alerts/ZEB_EthernetIndication.h"
 #include "support/Environment.h"
 #include "support/FakeBroker.h"
 #include "support/ProcessLog.h"

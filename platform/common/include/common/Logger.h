@@ -98,6 +98,9 @@ class Logger {
   std::shared_ptr<Source> _source;
 };
 
+/// A provider's logger with a class's log source behind its own.
+Logger classLogger(Logger logger, std::string_view className);
+
 /// Replaces the sink and level of the loggers that have no sink of their own; a null sink brings back what
 /// the configuration asks for.
 void setProcessLogSink(std::shared_ptr<LogSink> sink, LogLevel level);

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "monitor/ZEB_EthernetIndication.h"
+#include "monitor/alerts/ZEB_EthernetIndication.h"
 
 namespace ZEB {
 

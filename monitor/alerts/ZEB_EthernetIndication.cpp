@@ -1,14 +1,13 @@
-#include "monitor/ZEB_EthernetIndication.h"
+#include "monitor/alerts/ZEB_EthernetIndication.h"
 
 #include <array>
 
-#include "classes/port/ManagedObject.h"
 #include "cmpicpp/CmpiMBService.h"
 #include "cmpicpp/CmpiStatus.h"
 #include "common/ClassNames.h"
 #include "common/QVAlertIndication.h"
 #include "common/ZEBUtil.h"
-#include "monitor/Events.h"
+#include "monitor/alerts/Events.h"
 
 namespace ZEB {
 namespace {
@@ -35,7 +34,7 @@ Logger openingLogger(Logger logger) {
 
 ZEB_EthernetIndication::ZEB_EthernetIndication(const Logger& logger, const std::string& nameSpace)
     : _nameSpace(nameSpace),
-      _logger(openingLogger(classLogger(logger, kClassName))),
+      _logger(openingLogger(classLogger(logger, kClassName.view()))),
       _records(_logger, std::string(kClassName.view())) {}
 
 ZEB_EthernetIndication::~ZEB_EthernetIndication() {
