@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "GuestTest.h"
+#include "GuestFixture.h"
 
 namespace ZEB::guest {
 namespace {

@@ -2,7 +2,7 @@
 // say.
 #include <gmock/gmock.h>
 
-#include "GuestTest.h"
+#include "GuestFixture.h"
 #include "ServedModel.h"
 
 namespace ZEB::guest {
@@ -18,7 +18,7 @@ const json kDegraded = json::array({3});
 const json kError = json::array({6});
 const json kDormant = json::array({15});
 
-using ServedCableTest = GuestTest;
+using ServedCableTest = GuestFixture;
 
 TEST_F(ServedCableTest, DownPulledAndPutBack) {
   const std::vector<std::string> cards = {"slot3b", "slot4", "slot7", "e1000", "rtl8139"};
@@ -53,7 +53,7 @@ TEST_F(ServedCableTest, NoSpeedWithoutCarrier) {
   EXPECT_EQ(model.endpoint("lom1")["OperationalStatus"], kError);
 }
 
-using ServedPlugTest = GuestTest;
+using ServedPlugTest = GuestFixture;
 
 TEST_F(ServedPlugTest, ACardComesAndGoes) {
   const std::size_t ports = ServedModel(guest()).all("ZEB_EthernetPort").size();
@@ -95,7 +95,7 @@ const BondRow kBonds[] = {
     {"bond6", "balance-alb", 1, "balance-alb", 3, {2, 3}, 2'000'000'000, {1, 1}},
 };
 
-class ServedBondTest : public GuestTest, public testing::WithParamInterface<BondRow> {
+class ServedBondTest : public GuestFixture, public testing::WithParamInterface<BondRow> {
  protected:
   /// A bond of both ports of slot 3, up, its partner being a bond too when the mode wants one.
   void makeBond() {
@@ -198,7 +198,7 @@ TEST_P(ServedBondTest, IsATeamThatLosesAMemberAndGetsItBack) {
 INSTANTIATE_TEST_SUITE_P(Modes, ServedBondTest, testing::ValuesIn(kBonds),
                          [](const auto& row) { return row.param.name; });
 
-using ServedVlanTest = GuestTest;
+using ServedVlanTest = GuestFixture;
 
 TEST_F(ServedVlanTest, OnPortAndBond) {
   guest().must(R"(set -e
@@ -242,7 +242,7 @@ TEST_F(ServedVlanTest, FollowsItsPort) {
   EXPECT_EQ(ServedModel(guest()).endpoint("lom1.10")["OperationalStatus"], kError);
 }
 
-using ServedAddressTest = GuestTest;
+using ServedAddressTest = GuestFixture;
 
 /// The addresses of one family that endpoints of an interface have.
 std::vector<std::string> addresses(ServedModel& model, const std::string& interface,

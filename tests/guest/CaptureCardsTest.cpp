@@ -7,7 +7,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "CaptureTest.h"
+#include "CaptureFixture.h"
 #include "CardFacts.h"
 
 namespace ZEB::guest {
@@ -63,7 +63,7 @@ const std::map<std::string, std::map<std::string, std::string>> kErrorCounters =
 };
 
 /// All cards are set up once, and captured once, for all tests.
-class CaptureCardsTest : public CaptureTest, public testing::WithParamInterface<CardFacts> {
+class CaptureCardsTest : public CaptureFixture, public testing::WithParamInterface<CardFacts> {
  public:
   static void SetUpTestSuite() {
     guest().reset();
@@ -180,7 +180,7 @@ TEST_P(CaptureCardsTest, ErrorsAreCountedWhereTheDriverCounts) {
 INSTANTIATE_TEST_SUITE_P(Cards, CaptureCardsTest, testing::ValuesIn(cardFacts().begin(), cardFacts().end()),
                          [](const auto& row) { return row.param.name; });
 
-using CaptureTrafficTest = CaptureTest;
+using CaptureTrafficTest = CaptureFixture;
 
 /// Counters go on while they are compared: what is captured lies between two readings of the kernel's.
 TEST_F(CaptureTrafficTest, IsCounted) {
@@ -206,7 +206,7 @@ TEST_F(CaptureTrafficTest, IsCounted) {
   }
 }
 
-using CapturePlacesTest = CaptureTest;
+using CapturePlacesTest = CaptureFixture;
 
 TEST_F(CapturePlacesTest, TwoPortsOfOneCardInASlot) {
   const json all = capture();

@@ -3,7 +3,7 @@
 #include <iostream>
 #include <iterator>
 
-#include "GuestTest.h"
+#include "GuestFixture.h"
 
 int main(int count, char** arguments) {
   const bool systemd = count == 3 && arguments[2] == std::string("systemd");

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "CardFacts.h"
-#include "GuestTest.h"
+#include "GuestFixture.h"
 #include "ServedModel.h"
 
 namespace ZEB::guest {
@@ -41,7 +41,7 @@ const CardKind& kindOf(const std::string& driver) {
 }
 
 /// All cards are set up once, and the model is read once, for all tests.
-class ServedCardsTest : public GuestTest, public testing::WithParamInterface<CardFacts> {
+class ServedCardsTest : public GuestFixture, public testing::WithParamInterface<CardFacts> {
  public:
   static void SetUpTestSuite() {
     guest().reset();
@@ -145,7 +145,7 @@ TEST_P(ServedCardsTest, FirmwareIsThatOfEthtool) {
 INSTANTIATE_TEST_SUITE_P(Cards, ServedCardsTest, testing::ValuesIn(cardFacts().begin(), cardFacts().end()),
                          [](const auto& row) { return row.param.name; });
 
-using ServedTrafficTest = GuestTest;
+using ServedTrafficTest = GuestFixture;
 
 /// Counters go on while they are compared: what is served lies between two readings of the kernel's.
 TEST_F(ServedTrafficTest, IsCounted) {
@@ -175,7 +175,7 @@ TEST_F(ServedTrafficTest, IsCounted) {
 }
 
 /// Where cards sit; what is up or down does not matter, and the model is read once.
-class ServedPlacesTest : public GuestTest {
+class ServedPlacesTest : public GuestFixture {
  public:
   static void SetUpTestSuite() {
     guest().reset();

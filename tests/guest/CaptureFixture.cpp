@@ -1,4 +1,4 @@
-#include "CaptureTest.h"
+#include "CaptureFixture.h"
 
 #include <nlohmann/json.hpp>
 
@@ -6,11 +6,11 @@
 
 namespace ZEB::guest {
 
-nlohmann::json CaptureTest::capture() {
+nlohmann::json CaptureFixture::capture() {
   return jsonOf(ZEB_CAPTURE " -");
 }
 
-nlohmann::json CaptureTest::linkOf(const nlohmann::json& snapshot, const std::string& name) {
+nlohmann::json CaptureFixture::linkOf(const nlohmann::json& snapshot, const std::string& name) {
   for (const nlohmann::json& link : snapshot.at("links")) {
     if (link.at("name") == name) return link;
   }

@@ -1,4 +1,4 @@
-#include "PackagesTest.h"
+#include "PackagesFixture.h"
 
 #include <algorithm>
 #include <sstream>
@@ -35,7 +35,7 @@ usermod --groups zebcim writer
 
 }  // namespace
 
-void PackagesTest::SetUpTestSuite() {
+void PackagesFixture::SetUpTestSuite() {
   static const bool prepared = [] {
     guest().must(std::string(kPrepare) + std::string(kFiles) + " >/tmp/files-before", 120s);
     return guest().await("systemctl is-system-running", 60s);
@@ -43,12 +43,12 @@ void PackagesTest::SetUpTestSuite() {
   ASSERT_TRUE(prepared) << line("systemctl is-system-running") << guest().run("systemctl --failed").output;
 }
 
-Result PackagesTest::install(const std::string& version, const std::string& package) {
+Result PackagesFixture::install(const std::string& version, const std::string& package) {
   return guest().run("dpkg --install --force-unsafe-io " PACKAGES "/" + version + "/" + package + "_*.deb",
                      kInstall);
 }
 
-void PackagesTest::require(const std::string& version) {
+void PackagesFixture::require(const std::string& version) {
   const std::string wanted = version == "next" ? VERSION "+next" : VERSION;
   if (line("dpkg-query -W -f '${db:Status-Status} ${Version}\n' zebcim") == "installed " + wanted) return;
   const Result result = install(version);
@@ -57,16 +57,16 @@ void PackagesTest::require(const std::string& version) {
   guest().must(kUsers);
 }
 
-std::string PackagesTest::comeAndGone() {
+std::string PackagesFixture::comeAndGone() {
   return guest().run(std::string(kFiles) + " | diff /tmp/files-before - | grep '^[<>]'", 60s).output;
 }
 
-void PackagesTest::awaitAnswer() {
+void PackagesFixture::awaitAnswer() {
   ASSERT_TRUE(guest().await("curl --silent --output /dev/null http://localhost:5988/", 60s)) << log();
 }
 
-std::string PackagesTest::ask(const std::string& operation, const std::string& object,
-                              const std::string& where) {
+std::string PackagesFixture::ask(const std::string& operation, const std::string& object,
+                                 const std::string& where) {
   const size_t space = object.find(' ');
   const std::string values = space == std::string::npos ? "" : object.substr(space);
   return guest()
@@ -76,26 +76,26 @@ std::string PackagesTest::ask(const std::string& operation, const std::string& o
       .output;
 }
 
-std::string PackagesTest::set(const std::string& assignment, const std::string& user) {
+std::string PackagesFixture::set(const std::string& assignment, const std::string& user) {
   return ask("mi", "ZEB_EthEventSettings.InstanceId=\"JXV:0\" " + assignment,
              "https://" + user + "localhost:5989");
 }
 
-std::string PackagesTest::setting(const std::string& property) {
+std::string PackagesFixture::setting(const std::string& property) {
   const std::string said = ask("gp", "ZEB_EthEventSettings.InstanceId=\"JXV:0\" " + property);
   return said.substr(0, said.find('\n'));
 }
 
-std::string PackagesTest::line(const std::string& command) {
+std::string PackagesFixture::line(const std::string& command) {
   const std::string said = guest().run(command).output;
   return said.substr(0, said.find('\n'));
 }
 
-std::string PackagesTest::service(const std::string& property) {
+std::string PackagesFixture::service(const std::string& property) {
   return line("systemctl show --value -p " + property + " zebcim.service");
 }
 
-std::map<std::string, std::string> PackagesTest::status(const std::string& process) {
+std::map<std::string, std::string> PackagesFixture::status(const std::string& process) {
   std::istringstream lines(guest().must("cat /proc/" + process + "/status"));
   std::map<std::string, std::string> found;
   for (std::string name, value; std::getline(lines, name, ':') && std::getline(lines, value);) {
@@ -104,7 +104,7 @@ std::map<std::string, std::string> PackagesTest::status(const std::string& proce
   return found;
 }
 
-std::string PackagesTest::log() {
+std::string PackagesFixture::log() {
   return guest().run("journalctl -u zebcim --no-pager").output;
 }
 

@@ -3,13 +3,13 @@
 #include <map>
 #include <string>
 
-#include "GuestTest.h"
+#include "GuestFixture.h"
 
 namespace ZEB::guest {
 
 /// The Debian packages on a server that systemd runs. A test says what has to be installed and finds it
 /// there, installed by a test before it or now: an installation takes 15 s.
-class PackagesTest : public GuestTest {
+class PackagesFixture : public GuestFixture {
  protected:
   /// For an installation or a removal; ten times as long as it takes on an idle machine.
   static constexpr std::chrono::seconds kInstall{180};

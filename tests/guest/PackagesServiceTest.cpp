@@ -2,7 +2,7 @@
 // confined, and comes back.
 #include <gmock/gmock.h>
 
-#include "PackagesTest.h"
+#include "PackagesFixture.h"
 
 namespace ZEB::guest {
 namespace {
@@ -10,7 +10,7 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 
-class ServiceTest : public PackagesTest {
+class ServiceTest : public PackagesFixture {
  protected:
   void SetUp() override { require("this"); }
 

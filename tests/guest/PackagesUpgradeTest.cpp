@@ -1,14 +1,14 @@
 // What upgrading, removing and purging the packages does to the service, to what was set and to the machine.
 #include <gmock/gmock.h>
 
-#include "PackagesTest.h"
+#include "PackagesFixture.h"
 
 namespace ZEB::guest {
 namespace {
 
 using testing::HasSubstr;
 
-using UpgradeTest = PackagesTest;
+using UpgradeTest = PackagesFixture;
 
 TEST_F(UpgradeTest, KeepsWhatWasSetAndStartsTheNewServer) {
   require("this");

@@ -5,7 +5,7 @@
 #include <map>
 
 #include "AlertWatch.h"
-#include "GuestTest.h"
+#include "GuestFixture.h"
 #include "Scenario.h"
 
 namespace ZEB::guest {
@@ -24,7 +24,7 @@ const std::map<std::string, Place> kPlaces = {
     {"slot4", {8, 7, 1, "PCI Express slot 4"}},
 };
 
-class AlertTest : public GuestTest, public testing::WithParamInterface<Scenario> {
+class AlertTest : public GuestFixture, public testing::WithParamInterface<Scenario> {
  protected:
   void run(const Scenario& scenario) {
     if (!scenario.setUp.empty()) guest().must(scenario.setUp);

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
+#include "GuestFixture.h"
 #include "GuestServer.h"
-#include "GuestTest.h"
 #include "ServedModel.h"
 
 namespace ZEB::guest {
@@ -38,7 +38,7 @@ ip route add default via 192.0.2.254 dev bond1
 ip -6 route add default via 2001:db8:20::fe dev bond1.20
 )";
 
-class TeamWalkTest : public GuestTest, public testing::WithParamInterface<std::string> {
+class TeamWalkTest : public GuestFixture, public testing::WithParamInterface<std::string> {
  protected:
   void makeBond() {
     guest().must("ip link add bond1 type bond miimon 100 mode " + GetParam());

@@ -33,7 +33,7 @@ bool beginWith(FirstProgram first);
 
 /// Fixture of every test that needs the server. Each test finds it reset (see Guest::reset). The tests of a
 /// binary are skipped, with the reason, on a machine that cannot have the guest.
-class GuestTest : public testing::Test {
+class GuestFixture : public testing::Test {
  protected:
   void SetUp() override;
 

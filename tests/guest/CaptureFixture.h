@@ -3,12 +3,12 @@
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 
-#include "GuestTest.h"
+#include "GuestFixture.h"
 
 namespace ZEB::guest {
 
 /// Fixture of tests that look at what zeb-capture reads in the guest.
-class CaptureTest : public GuestTest {
+class CaptureFixture : public GuestFixture {
  protected:
   static nlohmann::json capture();
   /// One interface of a capture; throws when there is none of that name.

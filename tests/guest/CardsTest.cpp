@@ -2,13 +2,13 @@
 #include <gmock/gmock.h>
 
 #include "CardFacts.h"
-#include "GuestTest.h"
+#include "GuestFixture.h"
 
 namespace ZEB::guest {
 namespace {
 
 /// All cards are set up once for all tests.
-class CardsTest : public GuestTest, public testing::WithParamInterface<CardFacts> {
+class CardsTest : public GuestFixture, public testing::WithParamInterface<CardFacts> {
  public:
   static void SetUpTestSuite() {
     guest().reset();
@@ -63,7 +63,7 @@ TEST_P(CardsTest, KeepsThePermanentAddressThatItWasGiven) {
 INSTANTIATE_TEST_SUITE_P(Cards, CardsTest, testing::ValuesIn(cardFacts().begin(), cardFacts().end()),
                          [](const auto& row) { return row.param.name; });
 
-using PlacesTest = GuestTest;
+using PlacesTest = GuestFixture;
 
 TEST_F(PlacesTest, SlotsAreKnownByNumber) {
   EXPECT_EQ(guest().must("ls /sys/bus/pci/slots | sort -n"), "3\n4\n7\n9\n");

@@ -3,7 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "CaptureTest.h"
+#include "CaptureFixture.h"
 
 namespace ZEB::guest {
 namespace {
@@ -12,7 +12,7 @@ using nlohmann::json;
 using testing::Contains;
 using testing::Not;
 
-using CaptureCableTest = CaptureTest;
+using CaptureCableTest = CaptureFixture;
 
 /// Some drivers tell the speed of a link that is down, some do not; the capture follows ethtool.
 TEST_F(CaptureCableTest, PortsThatAreDown) {
@@ -58,7 +58,7 @@ TEST_F(CaptureCableTest, NoSpeedWithoutCarrier) {
   EXPECT_EQ(facts.at("linkDetected"), false);
 }
 
-using CapturePlugTest = CaptureTest;
+using CapturePlugTest = CaptureFixture;
 
 TEST_F(CapturePlugTest, ACardComesAndGoes) {
   const std::size_t links = capture().at("links").size();
@@ -80,7 +80,7 @@ void PrintTo(const BondMode& mode, std::ostream* stream) {
   *stream << mode.name;
 }
 
-class CaptureBondTest : public CaptureTest, public testing::WithParamInterface<BondMode> {
+class CaptureBondTest : public CaptureFixture, public testing::WithParamInterface<BondMode> {
  protected:
   static void makeBond() {
     guest().must("set -e\nip link add bond0 type bond mode " + GetParam().name + R"( miimon 100
@@ -126,7 +126,7 @@ INSTANTIATE_TEST_SUITE_P(Modes, CaptureBondTest,
                                          BondMode{"balance-alb", 6}),
                          [](const auto& row) { return "Mode" + std::to_string(row.param.number); });
 
-using CaptureVlanTest = CaptureTest;
+using CaptureVlanTest = CaptureFixture;
 
 TEST_F(CaptureVlanTest, OnPortBondAndVlan) {
   guest().must(R"(set -e
@@ -160,7 +160,7 @@ TEST_F(CaptureVlanTest, FollowsItsPort) {
   EXPECT_EQ(linkOf(capture(), "lom1.10").at("operState"), "LOWERLAYERDOWN");
 }
 
-using CaptureAddressTest = CaptureTest;
+using CaptureAddressTest = CaptureFixture;
 
 /// Every address as index, address and prefix length, in the order of the interfaces.
 std::vector<std::string> kernelAddresses(const json& links, const std::string& family) {
@@ -218,7 +218,7 @@ TEST_F(CaptureAddressTest, DefaultRoutesOfBothFamilies) {
                   json{{"index", e1000}, {"gateway", "2001:db8:1::1"}, {"metric", 200}, {"table", 254}}));
 }
 
-using CaptureManyTest = CaptureTest;
+using CaptureManyTest = CaptureFixture;
 
 TEST_F(CaptureManyTest, AThousandInterfaces) {
   guest().must("for n in $(seq 1000); do echo link add dummy$n group 1000 type dummy; done | ip -batch -");

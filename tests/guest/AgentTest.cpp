@@ -1,16 +1,15 @@
 // Facts of the bed itself.
-#include "Guest.h"
-
 #include <gmock/gmock.h>
 
-#include "GuestTest.h"
+#include "Guest.h"
+#include "GuestFixture.h"
 
 namespace ZEB::guest {
 namespace {
 
 using testing::HasSubstr;
 
-using AgentTest = GuestTest;
+using AgentTest = GuestFixture;
 
 TEST_F(AgentTest, ReportsStatusAndBothOutputs) {
   const Result result = guest().run("echo said; echo complained >&2; exit 3");

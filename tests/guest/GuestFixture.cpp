@@ -1,4 +1,4 @@
-#include "GuestTest.h"
+#include "GuestFixture.h"
 
 #include <fstream>
 #include <iterator>
@@ -64,40 +64,40 @@ bool beginWith(FirstProgram first) {
   return true;
 }
 
-void GuestTest::SetUp() {
+void GuestFixture::SetUp() {
   guest().reset();
 }
 
-Guest& GuestTest::guest() {
+Guest& GuestFixture::guest() {
   if (!sharedGuest) throw GuestError("the guest was not started");
   return *sharedGuest;
 }
 
-nlohmann::json GuestTest::jsonOf(std::string_view script) {
+nlohmann::json GuestFixture::jsonOf(std::string_view script) {
   return nlohmann::json::parse(guest().must(script));
 }
 
-std::string GuestTest::fileLine(const std::string& path) {
+std::string GuestFixture::fileLine(const std::string& path) {
   std::string line = guest().run("head -n 1 " + path).output;
   if (!line.empty() && line.back() == '\n') line.pop_back();
   return line;
 }
 
-bool GuestTest::awaitCarrier(const std::string& link, bool carrier) {
+bool GuestFixture::awaitCarrier(const std::string& link, bool carrier) {
   const std::string folder = "/sys/class/net/" + link;
   const std::string state = carrier ? "up|unknown" : "down|lowerlayerdown";
   return guest().await("[ $(cat " + folder + "/carrier) = " + (carrier ? "1" : "0") + " ] && grep -qxE '" +
                        state + "' " + folder + "/operstate");
 }
 
-nlohmann::json GuestTest::statistics() {
+nlohmann::json GuestFixture::statistics() {
   nlohmann::json found;
   for (const nlohmann::json& link : jsonOf("ip -j -s link show"))
     found[link.at("ifname")] = link.at("stats64");
   return found;
 }
 
-void GuestTest::makeTraffic(const std::string& link) {
+void GuestFixture::makeTraffic(const std::string& link) {
   // To a neighbour that nobody is; the driver counts what it sends all the same.
   guest().must(
       "set -e\nip address add 198.18.0.1/24 dev " + link +
@@ -106,7 +106,7 @@ void GuestTest::makeTraffic(const std::string& link) {
       link);
 }
 
-void GuestTest::bringUp(const std::vector<std::string>& links) {
+void GuestFixture::bringUp(const std::vector<std::string>& links) {
   std::string all, up;
   for (const std::string& link : links) {
     all += " " + link;

@@ -4,9 +4,9 @@
 #include <filesystem>
 #include <optional>
 
+#include "GuestFixture.h"
 #include "GuestListener.h"
 #include "GuestServer.h"
-#include "GuestTest.h"
 #include "support/CableAlert.h"
 #include "support/Console.h"
 
@@ -20,12 +20,12 @@ constexpr int kPresentPort = 8081, kAwayPort = 8082;
 
 /// One listener that always answers, by which the test knows that something has been noticed, and one that is
 /// away now and then.
-class SubscriptionTest : public GuestTest {
+class SubscriptionTest : public GuestFixture {
  protected:
   void SetUp() override {
     if (!std::filesystem::exists("/usr/bin/wbemcli"))
       GTEST_SKIP() << "the package sblim-wbemcli is not installed";
-    GuestTest::SetUp();
+    GuestFixture::SetUp();
     bringUp({"slot3b"});
     server.emplace(guest());
     present.emplace(guest(), "present", kPresentPort);

@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "GuestTest.h"
+#include "GuestFixture.h"
 
 namespace ZEB::guest {
 namespace {
@@ -13,7 +13,7 @@ namespace {
 using testing::HasSubstr;
 using testing::UnorderedElementsAre;
 
-using CableTest = GuestTest;
+using CableTest = GuestFixture;
 
 TEST_F(CableTest, APortThatIsDownTellsNothing) {
   for (const char* fact : {"speed", "duplex", "carrier"}) {
@@ -49,7 +49,7 @@ TEST_F(CableTest, ResetPutsItBack) {
   bringUp({"slot3a"});
 }
 
-using PlugTest = GuestTest;
+using PlugTest = GuestFixture;
 
 TEST_F(PlugTest, ACardComesAndGoes) {
   guest().plug({.name = "late", .model = kE1000e, .slot = kFreeSlot});
@@ -68,7 +68,7 @@ TEST_F(PlugTest, AnotherDriverInTheSameSlot) {
   EXPECT_THAT(guest().must("ethtool -i other"), HasSubstr("driver: virtio_net\n"));
 }
 
-using BondTest = GuestTest;
+using BondTest = GuestFixture;
 
 /// Names of the members that bonding itself lists.
 std::vector<std::string> members(Guest& guest, const std::string& bond) {
@@ -136,7 +136,7 @@ TEST_F(BondTest, VlansAreOnPortAndBond) {
   EXPECT_TRUE(guest().await("grep -qx lowerlayerdown /sys/class/net/lom1.10/operstate"));
 }
 
-using AddressTest = GuestTest;
+using AddressTest = GuestFixture;
 
 TEST_F(AddressTest, BothFamiliesReachThePartner) {
   bringUp({"lom1"});
@@ -157,7 +157,7 @@ TEST_F(AddressTest, BothFamiliesReachThePartner) {
   EXPECT_EQ(routes6.at(0).at("metric"), 200);
 }
 
-using ManyTest = GuestTest;
+using ManyTest = GuestFixture;
 
 TEST_F(ManyTest, AThousandInterfaces) {
   guest().must("for n in $(seq 1000); do echo link add dummy$n group 1000 type dummy; done | ip -batch -");
@@ -168,7 +168,7 @@ TEST_F(ManyTest, AreGoneAfterwards) {
   EXPECT_EQ(guest().run("ls /sys/class/net | grep -c '^dummy'").output, "0\n");
 }
 
-using SharedFilesTest = GuestTest;
+using SharedFilesTest = GuestFixture;
 
 TEST_F(SharedFilesTest, TheHostIsThereAndSafe) {
   // This very program, where the host has it.
