@@ -1,0 +1,117 @@
+// The namespace root/interop: what survives a restart, a damaged file and many threads.
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+#include "InteropFixture.h"
+#include "indications/Sqlite.h"
+
+namespace ZebManager {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+TEST_F(Interop, EverythingSurvivesARestart) {
+  makeOneOfEach();
+  Instance* const filter =
+      instance("CIM_IndicationFilter", with(filterProperties("arrays"), "ElementName", "it's \"so\""));
+  Array* const spaces = makeArray(arena, 2, CMPI_string);
+  spaces->body().elements[0] = dataOf(makeString(arena, "root/jxv"));
+  spaces->body().elements[1] = dataOf(makeString(arena, ""));
+  const CMPIData data = dataOf(spaces);
+  filter->ft->setProperty(filter, "SourceNamespaces", &data.value, data.type);
+  const CMPIData none = dataOf(makeArray(arena, 0, CMPI_string));
+  filter->ft->setProperty(filter, "TemplateVariable", &none.value, none.type);
+  ASSERT_EQ(space->createInstance(*makePath(arena, "", "CIM_IndicationFilter"), *filter).code, CMPI_RC_OK);
+  const auto before = space->subscriptions();
+  const auto started = value(space->getInstance(*subscriptionPath(), nullptr), "SubscriptionStartTime");
+  start();
+  EXPECT_EQ(space->subscriptions(), before);
+  EXPECT_EQ(value(space->getInstance(*subscriptionPath(), nullptr), "SubscriptionStartTime"), started);
+  const Reply read = get(filterPath("arrays"));
+  EXPECT_EQ(value(read, "ElementName"), R"("it's \"so\"")");
+  EXPECT_EQ(value(read, "IndividualSubscriptionSupported"), "TRUE");
+  const InstanceBody& body = as<Instance>(read.items()[0].value.inst)->body();
+  const ArrayBody& kept = as<Array>(body.properties.find("SourceNamespaces")->data.value.array)->body();
+  ASSERT_EQ(kept.count, 2U);
+  EXPECT_EQ(textOf(kept.elements[0].value.string), "root/jxv");
+  EXPECT_EQ(textOf(kept.elements[1].value.string), "");
+  EXPECT_EQ(as<Array>(body.properties.find("TemplateVariable")->data.value.array)->body().count, 0U);
+  ASSERT_EQ(space->deleteInstance(*subscriptionPath()).code, CMPI_RC_OK);
+  start();
+  EXPECT_THAT(space->subscriptions(), IsEmpty());
+  EXPECT_EQ(get(handlerPath("h")).code, CMPI_RC_OK);
+  EXPECT_THAT(lines, IsEmpty());
+}
+
+TEST_F(Interop, ADamagedFileIsPutAside) {
+  makeOneOfEach();
+  space.reset();
+  std::ofstream(directory.path() + "/interop.db") << "this is no database, and it is long enough to tell";
+  start();
+  EXPECT_THAT(lines, ElementsAre(HasSubstr("is damaged")));
+  EXPECT_TRUE(std::filesystem::exists(directory.path() + "/interop.db.damaged-1"));
+  EXPECT_THAT(space->subscriptions(), IsEmpty());
+  makeOneOfEach();
+  start();
+  EXPECT_THAT(space->subscriptions(), SizeIs(1));
+}
+
+TEST_F(Interop, WhatNoLongerFitsIsLeftOut) {
+  makeOneOfEach();
+  space.reset();
+  {
+    SqliteFile file(directory.path(), "interop.db", std::array{""}, [](const std::string&) {});
+    file.execute("UPDATE value SET property = 'Gone' WHERE property = 'Query'");
+  }
+  start();
+  EXPECT_THAT(lines, ElementsAre(HasSubstr("no property 'Gone' any more")));
+  EXPECT_THAT(space->subscriptions(), IsEmpty()) << "its filter is not there";
+  EXPECT_EQ(get(handlerPath("h")).code, CMPI_RC_OK);
+}
+
+TEST_F(Interop, AFileOfALaterVersionIsNotTouched) {
+  space.reset();
+  {
+    SqliteFile file(directory.path(), "interop.db", std::array{""}, [](const std::string&) {});
+    file.execute("PRAGMA user_version = 99");
+  }
+  EXPECT_THROW(start(), ManagerError);
+  EXPECT_FALSE(std::filesystem::exists(directory.path() + "/interop.db.damaged-1"));
+}
+
+TEST_F(Interop, AFileThatCannotBeWrittenRefusesAndChangesNothing) {
+  makeOneOfEach();
+  SqliteFile other(directory.path(), "interop.db", std::array{""}, [](const std::string&) {});
+  other.execute("DROP TABLE value");
+  EXPECT_EQ(codeOfCreate("CIM_IndicationFilter", filterProperties("g")), CMPI_RC_ERR_FAILED);
+  EXPECT_EQ(get(filterPath("g")).code, CMPI_RC_ERR_NOT_FOUND);
+  EXPECT_EQ(space->deleteInstance(*subscriptionPath()).code, CMPI_RC_ERR_FAILED);
+  EXPECT_THAT(space->subscriptions(), SizeIs(1));
+}
+
+TEST_F(Interop, ManyThreadsMayAsk) {
+  makeOneOfEach();
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 3; ++t) {
+    threads.emplace_back([&] {
+      for (int i = 0; i < 50; ++i) {
+        EXPECT_THAT(space->enumerateInstances("CIM_IndicationFilter", nullptr).items(),
+                    SizeIs(testing::Ge(1U)));
+        EXPECT_THAT(space->subscriptions(), SizeIs(1));
+      }
+    });
+  }
+  for (int i = 0; i < 20; ++i) {
+    ASSERT_EQ(codeOfCreate("CIM_IndicationFilter", filterProperties("g")), CMPI_RC_OK);
+    ASSERT_EQ(space->deleteInstance(*path(filterPath("g"))).code, CMPI_RC_OK);
+  }
+  for (std::thread& thread : threads) thread.join();
+}
+
+}  // namespace
+}  // namespace ZebManager
