@@ -73,6 +73,28 @@ TEST(VitalProductData, EveryTruncationIsHarmless) {
   }
 }
 
+TEST(VitalProductData, IsOnlyUsedWhenItsChecksumHolds) {
+  auto data = bytes({0x82, 3, 0});
+  append(data, "NIC");
+  append(data, std::string_view("\x90\x0A\0", 3));
+  append(data, std::string_view("SN\x02"
+                                "X1"
+                                "RV\x02",
+                                8));
+  // The bytes so far add up to 0x3CF, with this one to 0x400.
+  data.push_back(std::byte{0x31});
+  data.push_back(std::byte{0});
+  data.push_back(std::byte{0x78});
+  EXPECT_EQ(decodeVitalProductData(data).serialNumber, "X1");
+  EXPECT_EQ(decodeVitalProductData(data).productName, "NIC");
+  for (const std::size_t at : {std::size_t{4}, std::size_t{12}, std::size_t{17}}) {
+    auto damaged = data;
+    damaged[at] ^= std::byte{1};
+    EXPECT_FALSE(decodeVitalProductData(damaged).serialNumber) << at;
+    EXPECT_FALSE(decodeVitalProductData(damaged).productName) << at;
+  }
+}
+
 TEST(VitalProductData, WhatIsNoTextIsLeftOut) {
   EXPECT_FALSE(decodeVitalProductData(bytes({0x82, 2, 0, 0xFF, 0xFF, 0x78})).productName);
   EXPECT_FALSE(decodeVitalProductData(bytes({0x82, 2, 0, ' ', ' ', 0x78})).productName);

@@ -3,6 +3,7 @@
 #include <linux/pci_regs.h>
 
 #include <algorithm>
+#include <numeric>
 
 namespace ZEB::ethernet {
 namespace {
@@ -31,17 +32,26 @@ constexpr std::uint8_t kTagName = 0x82;
 constexpr std::uint8_t kTagReadOnly = 0x90;
 constexpr std::uint8_t kTagEnd = 0x78;
 
-void decodeKeywords(Bytes area, VitalProductData& data) {
+std::uint8_t sum(Bytes bytes) {
+  return std::accumulate(bytes.begin(), bytes.end(), std::uint8_t{0}, [](std::uint8_t all, std::byte one) {
+    return static_cast<std::uint8_t>(all + std::to_integer<std::uint8_t>(one));
+  });
+}
+
+/// False when the checksum among them does not hold. `whole` is the data from its beginning.
+bool decodeKeywords(Bytes whole, Bytes area, VitalProductData& data) {
   constexpr std::size_t kHeader = 3;
   while (area.size() >= kHeader) {
     const std::string_view keyword(reinterpret_cast<const char*>(area.data()), 2);
     const std::size_t size = byteAt(area, 2);
-    if (size > area.size() - kHeader) return;
+    if (size > area.size() - kHeader) break;
     const Bytes value = area.subspan(kHeader, size);
     if (keyword == "PN") data.partNumber = printableText(value);
     if (keyword == "SN") data.serialNumber = printableText(value);
+    if (keyword == "RV" && size != 0 && sum(Bytes(whole.data(), value.data() + 1)) != 0) return false;
     area = area.subspan(kHeader + size);
   }
+  return true;
 }
 
 // SMBIOS structures: a formatted part that says its own length, then texts up to two zero bytes.
@@ -89,6 +99,7 @@ std::optional<SlotKind> slotKindOf(Bytes configuration) {
 }
 
 VitalProductData decodeVitalProductData(Bytes bytes) {
+  const Bytes whole = bytes;
   VitalProductData data;
   while (!bytes.empty() && byteAt(bytes, 0) != kTagEnd) {
     const std::uint8_t tag = byteAt(bytes, 0);
@@ -99,7 +110,7 @@ VitalProductData decodeVitalProductData(Bytes bytes) {
     if (size > bytes.size() - header) return data;
     const Bytes area = bytes.subspan(header, size);
     if (tag == kTagName) data.productName = printableText(area);
-    if (tag == kTagReadOnly) decodeKeywords(area, data);
+    if (tag == kTagReadOnly && !decodeKeywords(whole, area, data)) return {};
     bytes = bytes.subspan(header + size);
   }
   return data;

@@ -20,6 +20,7 @@ struct VitalProductData {
   std::optional<std::string> productName, partNumber, serialNumber;
 };
 
+/// Nothing when the checksum does not hold; data without one is taken as it is.
 VitalProductData decodeVitalProductData(Bytes bytes);
 
 /// A slot in the system's own table (SMBIOS type 9) that knows what sits in it.
