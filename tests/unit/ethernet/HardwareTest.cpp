@@ -25,9 +25,10 @@ class HardwareTest : public testing::Test {
   }
   ~HardwareTest() override { fs::remove_all(root); }
 
-  void file(const fs::path& path, const std::string& text) {
+  void file(const fs::path& path, const std::string& text) { binary(path, text + "\n"); }
+  void binary(const fs::path& path, std::string_view bytes) {
     fs::create_directories(path.parent_path());
-    std::ofstream(path) << text << "\n";
+    std::ofstream(path, std::ios::binary) << bytes;
   }
 
   /// A device below `parent`, as a link on its bus.
@@ -103,6 +104,52 @@ TEST_F(HardwareTest, OnBoardWithALabel) {
   EXPECT_EQ(facts->onboardLabel, "Onboard LAN 1");
   EXPECT_EQ(facts->onboardIndex, 1);
   EXPECT_FALSE(facts->slot);
+}
+
+TEST_F(HardwareTest, OnBoardAsAcpiCountsIt) {
+  const fs::path card = pci(root / "sys/devices/pci0000:00", "0000:00:19.0", "0x8086", "0x10d3");
+  file(card / "acpi_index", "3");
+  EXPECT_EQ(read("pci", "0000:00:19.0")->onboardIndex, 3);
+  file(card / "index", "1");
+  EXPECT_EQ(read("pci", "0000:00:19.0")->onboardIndex, 1) << "what is printed on the board comes first";
+}
+
+TEST_F(HardwareTest, VitalProductData) {
+  const fs::path card = pci(root / "sys/devices/pci0000:00", "0000:05:00.0", "0x8086", "0x10d3");
+  // All bytes up to the last of the keyword RV add up to a multiple of 256.
+  std::string data(
+      "\x82\x03\x00"
+      "NIC"
+      "\x90\x0E\x00"
+      "PN\x03"
+      "A-1"
+      "SN\x01"
+      "7"
+      "RV\x01",
+      22);
+  unsigned sum = 0;
+  for (const char c : data) sum += static_cast<unsigned char>(c);
+  binary(card / "vpd", data + static_cast<char>(-sum & 0xFF) + "\x78");
+  const auto facts = read("pci", "0000:05:00.0");
+  EXPECT_EQ(facts->productName, "NIC");
+  EXPECT_EQ(facts->partNumber, "A-1");
+  EXPECT_EQ(facts->serialNumber, "7");
+}
+
+TEST_F(HardwareTest, FilesThatCannotBeLookedAtAreNotThere) {
+  const fs::path card = pci(root / "sys/devices/pci0000:00", "0000:05:00.0", "0x8086", "0x10d3");
+  fs::create_directories(card / "net/eth0");
+  const auto loop = [](const fs::path& path) { fs::create_symlink(path.filename(), path); };
+  for (const char* name : {"net/eth0/phy80211", "max_link_speed", "label", "vpd", "physfn", "config"})
+    loop(card / name);
+  file(root / "sys/bus/pci/slots/3/address", "0000:05:00");
+  const auto facts = read("pci", "0000:05:00.0");
+  EXPECT_FALSE(facts->wireless || facts->slotKind || facts->onboardLabel || facts->productName);
+  EXPECT_EQ(facts->slot, 3);
+
+  const fs::path usb = device(root / "sys/devices/pci0000:00", "usb", "1-1");
+  loop(usb / "idVendor");
+  EXPECT_FALSE(read("usb", "1-1")->vendorId);
 }
 
 TEST_F(HardwareTest, VirtioOnPci) {

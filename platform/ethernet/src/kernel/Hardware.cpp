@@ -5,51 +5,15 @@ extern "C" {
 }
 
 #include <algorithm>
-#include <charconv>
-#include <fstream>
-#include <system_error>
 #include <vector>
 
 #include "kernel/PciDecoders.h"
+#include "kernel/SysFiles.h"
 
 namespace ZEB::ethernet {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr std::size_t kLargestFile = std::size_t{64} * 1024;
-
-std::vector<std::byte> contents(const fs::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  std::vector<std::byte> bytes(kLargestFile);
-  in.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-  bytes.resize(in.bad() ? 0 : static_cast<std::size_t>(in.gcount()));
-  return bytes;
-}
-
-std::optional<std::string> line(const fs::path& file) {
-  std::ifstream in(file);
-  std::string text;
-  if (!std::getline(in, text) || text.empty()) return std::nullopt;
-  return text;
-}
-
-/// A number as sysfs writes them: decimal, or hexadecimal with or without "0x".
-template <class T>
-std::optional<T> number(const fs::path& file, int base) {
-  const auto text = line(file);
-  if (!text) return std::nullopt;
-  const std::string_view digits = std::string_view(*text).substr(text->starts_with("0x") ? 2 : 0);
-  T value{};
-  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value, base);
-  return result.ec == std::errc() ? std::optional(value) : std::nullopt;
-}
-
-fs::path resolved(const fs::path& link) {
-  std::error_code error;
-  const fs::path path = fs::canonical(link, error);
-  return error ? fs::path() : path;
-}
 
 std::string subsystemOf(const fs::path& device) {
   return resolved(device / "subsystem").filename();
@@ -64,26 +28,20 @@ fs::path ancestor(fs::path device, const std::string& subsystem) {
 }
 
 std::optional<std::uint16_t> virtualFunctionNumber(const fs::path& physical, const fs::path& function) {
-  std::error_code error;
-  for (const auto& entry : fs::directory_iterator(physical, error)) {
-    const std::string name = entry.path().filename();
-    std::uint16_t value = 0;
-    if (!name.starts_with("virtfn") || resolved(entry.path()) != function) continue;
-    if (std::from_chars(name.data() + 6, name.data() + name.size(), value).ec == std::errc()) return value;
-  }
-  return std::nullopt;
+  return findEntry(physical, [&](const fs::path& entry) -> std::optional<std::uint16_t> {
+    constexpr std::string_view kPrefix = "virtfn";
+    const std::string name = entry.filename();
+    if (!name.starts_with(kPrefix) || resolved(entry) != function) return std::nullopt;
+    return leadingNumber<std::uint16_t>(std::string_view(name).substr(kPrefix.size()));
+  });
 }
 
 /// The kernel's slot table: the slot whose address, "0000:03:00", is the device's.
 std::optional<std::uint16_t> kernelSlot(const fs::path& slots, const std::string& device) {
-  std::error_code error;
-  for (const auto& slot : fs::directory_iterator(slots, error)) {
-    if (line(slot.path() / "address") != device) continue;
-    const std::string name = slot.path().filename();
-    std::uint16_t value = 0;
-    if (std::from_chars(name.data(), name.data() + name.size(), value).ec == std::errc()) return value;
-  }
-  return std::nullopt;
+  return findEntry(slots, [&](const fs::path& slot) -> std::optional<std::uint16_t> {
+    if (line(slot / "address") != device) return std::nullopt;
+    return leadingNumber<std::uint16_t>(slot.filename().native());
+  });
 }
 
 void ignoreMessage(char*, ...) {}
@@ -116,7 +74,7 @@ std::shared_ptr<const HardwareFacts> HardwareReader::read(const LinkFacts& link)
   if (device.empty()) return facts;
   const fs::path own = device / "net" / link.name;
   facts->devicePort = number<std::uint16_t>(own / "dev_port", 10);
-  facts->wireless = fs::exists(own / "phy80211");
+  facts->wireless = isThere(own / "phy80211");
   if (const fs::path usb = ancestor(device, "usb"); !usb.empty()) {
     readUsb(usb, *facts);
   } else if (const fs::path function = ancestor(device, "pci"); !function.empty()) {
@@ -163,14 +121,14 @@ void HardwareReader::readSlot(const fs::path& function, HardwareFacts& facts) {
     if (!facts.slot) continue;
     facts.slotKind = slotKindOf(contents(function / "config"));
     if (!facts.slotKind && inFirmware != slots.end()) facts.slotKind = inFirmware->kind;
-    if (!facts.slotKind && fs::exists(function / "max_link_speed")) facts.slotKind = SlotKind::PciExpress;
+    if (!facts.slotKind && isThere(function / "max_link_speed")) facts.slotKind = SlotKind::PciExpress;
     return;
   }
 }
 
 void HardwareReader::readUsb(const fs::path& device, HardwareFacts& facts) const {
   // The driver sits on an interface of the device; ids and texts are the device's.
-  const fs::path whole = fs::exists(device / "idVendor") ? device : device.parent_path();
+  const fs::path whole = isThere(device / "idVendor") ? device : device.parent_path();
   facts.vendorId = number<std::uint16_t>(whole / "idVendor", 16);
   facts.deviceId = number<std::uint16_t>(whole / "idProduct", 16);
   facts.vendorName = line(whole / "manufacturer");
