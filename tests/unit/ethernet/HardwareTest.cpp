@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <linux/pci_regs.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -29,6 +30,15 @@ class HardwareTest : public testing::Test {
   void binary(const fs::path& path, std::string_view bytes) {
     fs::create_directories(path.parent_path());
     std::ofstream(path, std::ios::binary) << bytes;
+  }
+
+  /// A function's configuration space, with that capability as its only one.
+  void configuration(const fs::path& function, int capability) {
+    std::string space(256, '\0');
+    space[PCI_STATUS] = PCI_STATUS_CAP_LIST;
+    space[PCI_CAPABILITY_LIST] = 0x40;
+    space[0x40] = static_cast<char>(capability);
+    binary(function / "config", space);
   }
 
   /// A device below `parent`, as a link on its bus.
@@ -84,6 +94,19 @@ TEST_F(HardwareTest, SlotOfABridgeAboveTheCard) {
   pci(bridge, "0000:02:04.1", "0x8086", "0x10d3");
   file(root / "sys/bus/pci/slots/7-1/address", "0000:01:00");
   EXPECT_EQ(read("pci", "0000:02:04.1")->slot, 7);
+}
+
+TEST_F(HardwareTest, SlotKindIsThatOfTheDeviceInTheSlot) {
+  const fs::path port = pci(root / "sys/devices/pci0000:00", "0000:00:10.0", "0x8086", "0x3420");
+  const fs::path bridge = pci(port, "0000:01:00.0", "0x10b5", "0x8114");
+  const fs::path card = pci(bridge, "0000:02:04.0", "0x8086", "0x1010");
+  configuration(bridge, PCI_CAP_ID_EXP);
+  configuration(card, PCI_CAP_ID_PCIX);
+  file(root / "sys/bus/pci/slots/3/address", "0000:01:00");
+  EXPECT_EQ(read("pci", "0000:02:04.0")->slotKind, SlotKind::PciExpress);
+  file(root / "sys/bus/pci/slots/4/address", "0000:02:04");
+  EXPECT_EQ(read("pci", "0000:02:04.0")->slot, 4);
+  EXPECT_EQ(read("pci", "0000:02:04.0")->slotKind, SlotKind::PciX);
 }
 
 TEST_F(HardwareTest, SlotOfTheFirmwareWhereTheKernelHasNone) {

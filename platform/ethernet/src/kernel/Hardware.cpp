@@ -119,9 +119,10 @@ void HardwareReader::readSlot(const fs::path& function, HardwareFacts& facts) {
     facts.slot = kernelSlot(_root / "sys/bus/pci/slots", name.substr(0, name.find('.')));
     if (!facts.slot && inFirmware != slots.end()) facts.slot = inFirmware->number;
     if (!facts.slot) continue;
-    facts.slotKind = slotKindOf(contents(function / "config"));
+    // A card may be a bridge with functions of another kind behind it.
+    facts.slotKind = slotKindOf(contents(device / "config"));
     if (!facts.slotKind && inFirmware != slots.end()) facts.slotKind = inFirmware->kind;
-    if (!facts.slotKind && isThere(function / "max_link_speed")) facts.slotKind = SlotKind::PciExpress;
+    if (!facts.slotKind && isThere(device / "max_link_speed")) facts.slotKind = SlotKind::PciExpress;
     return;
   }
 }
