@@ -49,6 +49,11 @@ physloc_t makeEmbeddedPhysloc(std::uint16_t instance, std::string_view label) {
   return location;
 }
 
+physloc_t withPart(physloc_t location, std::uint32_t part) {
+  for (std::size_t i = 3; i <= 6; ++i, part >>= 8) location.bytes[i] = static_cast<std::uint8_t>(part & 0xFF);
+  return location;
+}
+
 char* BMC_physloc_to_str(const physloc_t& location, char* text, std::size_t size) {
   if (size == 0) return text;
   text[0] = '\0';

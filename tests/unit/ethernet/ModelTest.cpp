@@ -3,6 +3,7 @@
 #include "SnapshotBuilder.h"
 #include "model/Cards.h"
 #include "model/Kinds.h"
+#include "model/Location.h"
 #include "model/Model.h"
 
 namespace ZEB::ethernet::test {
@@ -183,6 +184,46 @@ TEST(Model, AdapterStatusFromItsPorts) {
   EXPECT_EQ(status({6, 15}), operationalStatus::Error);
   EXPECT_EQ(status({15, 15}), operationalStatus::Dormant);
   EXPECT_FALSE(status({0}));
+}
+
+/// What the adapters' places are told apart by.
+std::vector<std::string> positions(const std::vector<LinkFacts>& links) {
+  std::vector<std::string> texts;
+  const auto built = model(links);
+  for (const AdapterEntry& adapter : built->adapters) {
+    char text[32];
+    texts.push_back(
+        BMC_physloc_to_str(locationOf(*adapter.facts).value_or(BMC_physloc_NULL), text, sizeof text));
+  }
+  return texts;
+}
+
+template <class Edit>
+LinkFacts withHardware(LinkFacts link, Edit edit) {
+  HardwareFacts hardware = *link.hardware;
+  edit(hardware);
+  link.hardware = std::make_shared<HardwareFacts>(hardware);
+  return link;
+}
+
+TEST(Model, NoTwoAdaptersShareALocation) {
+  const auto inSlot = [](std::uint32_t index, const char* function, std::uint16_t slot) {
+    return withHardware(pciPort(index, "eth" + std::to_string(index), function),
+                        [&](HardwareFacts& hardware) {
+                          hardware.slot = slot;
+                          hardware.slotKind = SlotKind::PciExpress;
+                        });
+  };
+  EXPECT_THAT(
+      positions({inSlot(2, "0000:01:00.0", 0), inSlot(3, "0000:02:00.0", 0), inSlot(4, "0000:02:00.1", 0),
+                 inSlot(5, "0000:03:00.0", 3), inSlot(6, "0000:04:00.0", 0)}),
+      ElementsAre("05", "05000001", "0503", "05000002"));
+  const auto onBoard = [](std::uint32_t index, const char* function, const char* label) {
+    return withHardware(pciPort(index, label, function),
+                        [&](HardwareFacts& hardware) { hardware.onboardLabel = label; });
+  };
+  EXPECT_THAT(positions({onBoard(2, "0000:00:19.0", "LAN A"), onBoard(3, "0000:00:1a.0", "LAN B")}),
+              ElementsAre("08", "08000001"));
 }
 
 TEST(Model, OneOfSeveralLinksWithANumberStands) {

@@ -3,9 +3,12 @@
 #include <filesystem>
 #include <fstream>
 
+#include "FakeSource.h"
+#include "SnapshotBuilder.h"
 #include "ethernet/EthernetMRA.h"
 #include "ethernet/EthernetTeamMRA.h"
 #include "ethernet/Sources.h"
+#include "records/Inventory.h"
 
 namespace ZEB::test {
 namespace {
@@ -262,6 +265,26 @@ TEST(AdapterRecord, OnTheBoard) {
   EXPECT_EQ(text, "0801");
   EXPECT_EQ(adapters[1].getPhysLoc(location), 0);
   EXPECT_EQ(location, makeEmbeddedPhysloc(2));
+}
+
+TEST(AdapterRecord, TwoInOnePlaceAreToldApart) {
+  ethernet::test::FakeSource::Host host;
+  for (const char* function : {"0000:01:00.0", "0000:02:00.0"}) {
+    auto& link = host.snapshot.links.emplace_back(
+        ethernet::test::pciPort(function[6] == '1' ? 2 : 3, function, function));
+    ethernet::HardwareFacts hardware = *link.hardware;
+    hardware.slot = 0;
+    link.hardware = std::make_shared<ethernet::HardwareFacts>(hardware);
+  }
+  EthernetMRA source(
+      std::make_shared<ethernet::Inventory>(std::make_unique<ethernet::test::FakeSource>(host), false));
+  EthernetAdapterDataObject first, second;
+  ASSERT_EQ(source.getFirstData(false, first), 0);
+  ASSERT_EQ(source.getNextData(false, second), 0);
+  std::string position, other;
+  EXPECT_EQ(first.getPhysLocStr(position), 0);
+  EXPECT_EQ(second.getPhysLocStr(other), 0);
+  EXPECT_NE(position, other);
 }
 
 TEST(AdapterRecord, TwoCards) {

@@ -17,7 +17,8 @@ enum class PhyslocType : std::uint8_t {
 };
 
 /// Where a device sits in the chassis: the type in the low four bits of byte 0, the slot or instance number
-/// in bytes 1 (low) and 2 (high), the rest zero; and beside them what is printed at the place.
+/// in bytes 1 (low) and 2 (high), in bytes 3 (low) to 6 what tells several devices in one place apart, the
+/// rest zero; and beside them what is printed at the place.
 struct physloc_t {
   std::array<std::uint8_t, 8> bytes{};
   std::array<char, 40> label{};  ///< terminated; empty when the place has none
@@ -36,6 +37,9 @@ physloc_t makeSlotPhysloc(PhyslocType type, std::uint16_t slot);
 /// A device on the system board, with the firmware's instance number, counted from 1, and its label, of which
 /// as much is kept as there is room for.
 physloc_t makeEmbeddedPhysloc(std::uint16_t instance, std::string_view label = {});
+
+/// The same place for one of several devices in it, told apart by a number; 0 is the place itself.
+physloc_t withPart(physloc_t location, std::uint32_t part);
 
 /// Writes the location's encoded form, its bytes in hexadecimal without trailing zero bytes, to `text`
 /// (`size` bytes, always terminated); an empty text for `BMC_physloc_NULL`. The label is no part of it.

@@ -40,6 +40,7 @@ struct AdapterFacts {
   std::shared_ptr<const DriverFacts> driver;      ///< of the first port
   std::uint32_t portCount = 0;
   std::optional<operationalStatus> status;
+  std::uint32_t locationPart = 0;  ///< adapters before it in the same place: slots may share a number
 };
 
 }  // namespace ZEB::ethernet

@@ -1,16 +1,21 @@
 #include "model/Model.h"
 
 #include <algorithm>
+#include <map>
 
 #include "model/Assembler.h"
 #include "model/Cards.h"
 #include "model/Kinds.h"
 #include "model/LinkStatus.h"
+#include "model/Location.h"
 
 namespace ZEB::ethernet {
 namespace {
 
 using Vlans = std::unordered_map<std::uint32_t, std::vector<std::shared_ptr<const VlanFacts>>>;
+
+/// How many adapters are in a place so far.
+using Places = std::map<decltype(physloc_t::bytes), std::uint32_t>;
 
 struct PlacedPort {
   PortPlace place;
@@ -53,7 +58,8 @@ std::optional<operationalStatus> adapterStatus(const std::vector<PortEntry>& por
   return ok == active ? operationalStatus::OK : operationalStatus::Degraded;
 }
 
-AdapterEntry makeAdapter(const Assembler& assembler, std::span<const PlacedPort> placed, const Vlans& vlans) {
+AdapterEntry makeAdapter(const Assembler& assembler, std::span<const PlacedPort> placed, const Vlans& vlans,
+                         Places& taken) {
   AdapterEntry adapter;
   for (std::size_t i = 0; i < placed.size(); ++i) {
     const auto facts = assembler.port(*placed[i].link);
@@ -63,16 +69,20 @@ AdapterEntry makeAdapter(const Assembler& assembler, std::span<const PlacedPort>
   }
   const LinkFacts& first = *placed.front().link;
   adapter.key = placed.front().place.cardName();
-  adapter.facts = std::make_shared<AdapterFacts>(AdapterFacts{
-      first.hardware, first.driver, static_cast<std::uint32_t>(placed.size()), adapterStatus(adapter.ports)});
+  AdapterFacts facts{first.hardware, first.driver, static_cast<std::uint32_t>(placed.size()),
+                     adapterStatus(adapter.ports)};
+  if (const auto location = locationOf(facts)) facts.locationPart = taken[location->bytes]++;
+  adapter.facts = std::make_shared<AdapterFacts>(std::move(facts));
   return adapter;
 }
 
 void addAdapters(const Assembler& assembler, bool includeVirtual, const Vlans& vlans, Model& model) {
   const std::vector<PlacedPort> ports = portsInOrder(assembler, includeVirtual);
+  Places taken;
   for (std::size_t begin = 0, end = 0; begin < ports.size(); begin = end) {
     while (end < ports.size() && ports[end].place.sameCard(ports[begin].place)) ++end;
-    model.adapters.push_back(makeAdapter(assembler, std::span(ports).subspan(begin, end - begin), vlans));
+    model.adapters.push_back(
+        makeAdapter(assembler, std::span(ports).subspan(begin, end - begin), vlans, taken));
     for (const PortEntry& port : model.adapters.back().ports)
       model.ports.emplace(port.facts->link.index, port.facts);
   }

@@ -1,6 +1,6 @@
 #include "ethernet/EthernetAdapterDataObject.h"
 
-#include "model/Facts.h"
+#include "model/Location.h"
 #include "records/Answer.h"
 
 namespace ZEB {
@@ -28,18 +28,6 @@ std::optional<Value> hardwareFact(const FactsHandle<AdapterFacts>& handle,
 int idAnswer(const std::optional<std::uint16_t>& id, std::uint32_t& out) {
   out = id.value_or(0);
   return id ? kKnown : kNotKnown;
-}
-
-PhyslocType slotType(const HardwareFacts& hardware) {
-  if (hardware.slotKind == SlotKind::PciX) return PhyslocType::PciXSlot;
-  return hardware.slotKind == SlotKind::PciExpress ? PhyslocType::PciExpressSlot : PhyslocType::PciSlot;
-}
-
-/// A slot that the firmware numbers counts before what it says of on-board devices.
-std::optional<physloc_t> locationOf(const HardwareFacts& hardware) {
-  if (hardware.slot) return makeSlotPhysloc(slotType(hardware), *hardware.slot);
-  if (!hardware.onboardIndex && !hardware.onboardLabel) return std::nullopt;
-  return makeEmbeddedPhysloc(hardware.onboardIndex.value_or(0), hardware.onboardLabel.value_or(""));
 }
 
 }  // namespace
@@ -91,7 +79,7 @@ int EthernetAdapterDataObject::getAdapterStatus(operationalStatus& status) const
 }
 
 int EthernetAdapterDataObject::getPhysLoc(physloc_t& location) const {
-  return answer(fact(_facts.facts(), [](const auto& f) { return fact(f.hardware, locationOf); }), location);
+  return answer(fact(_facts.facts(), locationOf), location);
 }
 
 int EthernetAdapterDataObject::getPhysLocStr(std::string& text) const {
