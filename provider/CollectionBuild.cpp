@@ -1,71 +1,63 @@
-#include <ctime>
+#include "provider/CollectionBuild.h"
+
 #include <optional>
 
 #include "classes/port/ZEB_EthernetPort.h"
 #include "classes/team/ZEB_EthernetTeam.h"
 #include "classes/team/ZEB_EthernetTeamMember.h"
 #include "cmpicpp/CmpiStatus.h"
-#include "monitor/ZEB_EthEventSettings.h"
 #include "monitor/ZEB_EthernetCollection.h"
 #include "monitor/ZEB_EthernetGroupHostedCollection.h"
 #include "monitor/ZEB_EthernetMemberOfCollection.h"
-#include "provider/InstanceBuild.h"
-
-// The last part of a build: the settings, the collection of all ports, and who is a member of what.
 
 namespace ZEB {
 
-void ZEBEthernetPortProvider::InstanceBuild::buildCollection() {
-  auto& settings = create<ZEB_EthEventSettings>();
-  _provider._eventSettings = &settings;
-  auto& collection = create<ZEB_EthernetCollection>();
-  create<ZEB_EthernetGroupHostedCollection>(collection, _system);
-  buildMemberships(collection);
-
-  collection.updateStatusFilter(_provider._collection, _provider._dataStore.get());
-  collection.updateMembers(_provider._collection, false);
-  settings.setLastPollTime(std::time(nullptr));
+void CollectionBuild::run(CmpiManagedInstanceCollection& instances, const std::vector<TeamRecord>& teams,
+                          const std::vector<PortEntry>& ports) {
+  auto& collection = _maker.create<ZEB_EthernetCollection>();
+  _maker.create<ZEB_EthernetGroupHostedCollection>(collection, _maker.system());
+  buildMemberships(collection, teams, ports);
+  collection.updateStatusFilter(instances, _store);
+  collection.updateMembers(instances, false);
 }
 
-void ZEBEthernetPortProvider::InstanceBuild::buildMemberships(ZEB_EthernetCollection& collection) {
+void CollectionBuild::buildMemberships(ZEB_EthernetCollection& collection,
+                                       const std::vector<TeamRecord>& teams,
+                                       const std::vector<PortEntry>& ports) {
   // The keys of thousands of new ports are one transaction.
   std::optional<DataStore::Batch> batch;
-  if (_provider._dataStore) batch.emplace(*_provider._dataStore);
-  for (const TeamRecord& team : _teams) {
-    create<ZEB_EthernetMemberOfCollection>(*team.team, collection).setVisible(team.valid);
+  if (_store) batch.emplace(*_store);
+  for (const TeamRecord& team : teams) {
+    _maker.create<ZEB_EthernetMemberOfCollection>(*team.team, collection).setVisible(team.valid);
   }
-  for (const PortEntry& entry : _ports) {
-    if (entry.teamIndex != PortEntry::kNoTeam) {
-      buildTeamMember(entry);
-      continue;
-    }
-    create<ZEB_EthernetMemberOfCollection>(*entry.port, collection).setVisible(entry.visible);
-    if (batch && _filterIsKept) keepFilter(*entry.port);
-  }
+  for (const PortEntry& entry : ports) buildMembership(collection, entry);
   try {
     if (batch && _filterIsKept) batch->commit();
   } catch (const CmpiCpp::CmpiStatus& status) {
-    _provider._logger.error("the status filters cannot be kept: %s", status.what());
+    _maker.logger().error("the status filters cannot be kept: %s", status.what());
   }
 }
 
-void ZEBEthernetPortProvider::InstanceBuild::buildTeamMember(const PortEntry& entry) {
-  const TeamRecord& team = _teams[static_cast<std::size_t>(entry.teamIndex)];
-  create<ZEB_EthernetTeamMember>(team.team->makeObjectPath(), entry.port->makeObjectPath(), team.data,
-                                 entry.record);
+void CollectionBuild::buildMembership(ZEB_EthernetCollection& collection, const PortEntry& entry) {
+  if (entry.team) {
+    _maker.create<ZEB_EthernetTeamMember>(entry.team->team->makeObjectPath(), entry.port->makeObjectPath(),
+                                          entry.team->data, entry.record);
+    return;
+  }
+  _maker.create<ZEB_EthernetMemberOfCollection>(*entry.port, collection).setVisible(entry.visible);
+  if (_store && _filterIsKept) keepFilter(*entry.port);
 }
 
-void ZEBEthernetPortProvider::InstanceBuild::keepFilter(ZEB_EthernetPort& port) {
-  DataStore& store = *_provider._dataStore;
+void CollectionBuild::keepFilter(ZEB_EthernetPort& port) {
   const std::string& key = port.filterKey();
   try {
-    if (store.exists(key)) return;
-    _provider._logger.info("store key for %s...", key);
-    store.setBool(key, true);
+    if (_store->exists(key)) return;
+    _maker.logger().info("store key for %s...", key);
+    _store->setBool(key, true);
   } catch (const CmpiCpp::CmpiStatus& status) {
     // Said once for the whole build, which goes on without.
     _filterIsKept = false;
-    _provider._logger.error("the status filters cannot be kept: %s", status.what());
+    _maker.logger().error("the status filters cannot be kept: %s", status.what());
   }
 }
 
