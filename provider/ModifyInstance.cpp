@@ -1,10 +1,10 @@
+#include "provider/ModifyInstance.h"
+
 #include "cmpicpp/CmpiStatus.h"
-#include "common/AutoMutex.h"
 #include "common/ZEBUtil.h"
 #include "monitor/ZEB_EthEventSettings.h"
 #include "monitor/ZEB_EthernetCollection.h"
 #include "monitor/ZEB_EthernetMemberOfCollection.h"
-#include "provider/ZEBEthernetPortProvider.h"
 
 namespace ZEB {
 
@@ -15,13 +15,6 @@ using CmpiCpp::CmpiPropertyList;
 using CmpiCpp::CmpiStatus;
 
 namespace {
-
-/// What a change works on, under the provider's lock.
-struct Provided {
-  const Logger& logger;
-  CmpiManagedInstanceCollection& instances;
-  DataStore* store;
-};
 
 /// Null, like an invisible one, for an instance that is not there.
 CmpiManagedInstance* findVisible(const Provided& provided, const CmpiObjectPath& path) {
@@ -78,13 +71,8 @@ void follow(const Route& route, const Provided& provided, CmpiObjectPath path, c
 
 }  // namespace
 
-// Changes of a class that has nothing to change are accepted and ignored.
-void ZEBEthernetPortProvider::modifyInstance(const CmpiCpp::CmpiContext& /*context*/,
-                                             const CmpiObjectPath& path, const CmpiInstance& instance,
-                                             CmpiPropertyList properties) {
-  _logger.info("modifyInstance()");
-  const AutoMutex lock(_collectionMutex);
-  const Provided provided{_logger, _collection, _dataStore.get()};
+void modifyInstance(const Provided& provided, const CmpiObjectPath& path, const CmpiInstance& instance,
+                    CmpiPropertyList properties) {
   try {
     for (const Route& route : kRoutes) {
       if (instance.className() == CmpiName(route.className)) {
@@ -92,7 +80,7 @@ void ZEBEthernetPortProvider::modifyInstance(const CmpiCpp::CmpiContext& /*conte
       }
     }
   } catch (const CmpiStatus& status) {
-    _logger.error("::modifyInstance() exception: %s", status.what());
+    provided.logger.error("::modifyInstance() exception: %s", status.what());
     throw;
   }
 }

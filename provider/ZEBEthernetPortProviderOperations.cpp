@@ -3,6 +3,7 @@
 #include "common/ClassNames.h"
 #include "ethernet/RefreshScope.h"
 #include "monitor/BackgroundWorker.h"
+#include "provider/ModifyInstance.h"
 #include "provider/Names.h"
 #include "provider/ZEBEthernetPortProvider.h"
 #include "provider/ZEB_AutoStartEthernetPort.h"
@@ -51,6 +52,13 @@ void ZEBEthernetPortProvider::getInstance(CmpiInstanceResult& result, const Cmpi
   const AutoMutex lock(_collectionMutex);
   const RefreshScope refresh;
   if (!_collection.getInstance(result, context, path, properties)) throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND);
+}
+
+void ZEBEthernetPortProvider::modifyInstance(const CmpiContext& /*context*/, const CmpiObjectPath& path,
+                                             const CmpiInstance& instance, CmpiPropertyList properties) {
+  _logger.info("modifyInstance()");
+  const AutoMutex lock(_collectionMutex);
+  ZEB::modifyInstance({_logger, _collection, _dataStore.get()}, path, instance, properties);
 }
 
 void ZEBEthernetPortProvider::associators(CmpiInstanceResult& result, const CmpiContext& context,
