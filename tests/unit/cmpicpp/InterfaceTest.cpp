@@ -1,117 +1,12 @@
-#include <gmock/gmock.h>
+#include "InterfaceFixture.h"
 
-#include <future>
-
-#include "cmpicpp/CmpiAssociationProvider.h"
-#include "cmpicpp/CmpiIndicationProvider.h"
-#include "cmpicpp/CmpiInstanceProvider.h"
-#include "cmpicpp/CmpiMethodProvider.h"
-#include "cmpicpp/CmpiStatus.h"
-#include "cmpicpp/ManagementInterfaces.h"
-#include "support/FakeBroker.h"
-
-// The C interfaces: what reaches the provider, what comes back, and what happens at the edges of its life.
+// The C interfaces: what reaches the provider, and what comes back.
 
 namespace CmpiCpp {
 namespace {
 
-using std::chrono::milliseconds;
 using testing::ElementsAre;
 using ZEB::test::FakeBroker;
-
-/// Offers nothing of its own.
-class BareProvider : public CmpiInstanceProvider,
-                     public CmpiAssociationProvider,
-                     public CmpiMethodProvider,
-                     public CmpiIndicationProvider {
- public:
-  explicit BareProvider(const CmpiBroker& broker) : _broker(broker) {}
-  CmpiBroker getBroker() const override { return _broker; }
-
- private:
-  CmpiBroker _broker;
-};
-
-/// Notes its calls and does what the test wants in them.
-class Provider : public BareProvider {
- public:
-  using BareProvider::BareProvider;
-
-  void enumInstanceNames(CmpiObjectPathResult& result, const CmpiContext&,
-                         const CmpiObjectPath& path) override {
-    if (during) during();
-    result.returnObjectPath(path);
-    result.returnObjectPath(CmpiObjectPath("n", "Second"));
-  }
-  void getInstance(CmpiInstanceResult& result, const CmpiContext&, const CmpiObjectPath& path,
-                   CmpiPropertyList properties) override {
-    CmpiInstance instance(path);
-    instance.addProperty("A", std::uint16_t{1});
-    instance.addProperty("B", "b");
-    instance.keepOnly(properties);
-    result.returnInstance(instance);
-  }
-  void modifyInstance(const CmpiContext&, const CmpiObjectPath& path, const CmpiInstance& instance,
-                      CmpiPropertyList properties) override {
-    modified =
-        path.str() + " " + instance.getProperty("A").asString() + " " + (properties ? *properties : "-");
-  }
-  void associators(CmpiInstanceResult&, const CmpiContext&, const CmpiObjectPath&,
-                   const CmpiName& associationClass, const CmpiName& resultClass, const CmpiName& role,
-                   const CmpiName& resultRole, CmpiPropertyList) override {
-    filters = {associationClass.str(), resultClass.str(), role.str(), resultRole.str()};
-  }
-  void invokeMethod(CmpiMethodResult& result, const CmpiContext&, const CmpiObjectPath&,
-                    const CmpiName& method, const CmpiArgs& in, CmpiArgs& out) override {
-    out.setArg("Echo", in.findArg("In") ? *in.findArg("In") : CmpiData("none"));
-    if (!method.empty()) result.returnData(std::uint32_t{7});
-  }
-  void enableIndications(const CmpiContext&) override { ++enabled; }
-  void disableIndications(const CmpiContext&) override { --enabled; }
-  void mustPoll(const CmpiContext&, const char*, const CmpiObjectPath& path) override {
-    polled = path.empty();
-  }
-  bool activateFilter(const CmpiContext&, const char* eventType, const CmpiObjectPath& path,
-                      bool first) override {
-    activated = std::string(eventType) + " " + path.str() + (first ? " first" : "");
-    return first;
-  }
-
-  std::function<void()> during;
-  std::string modified, activated;
-  std::vector<std::string> filters;
-  int enabled = 0;
-  bool polled = false;
-};
-
-class InterfaceTest : public testing::Test {
- protected:
-  InterfaceTest() { open(provider); }
-  ~InterfaceTest() override { interfaces.close(milliseconds(0)); }
-
-  void open(CmpiProvider& to) {
-    to.setInterfaces(&interfaces);
-    interfaces.open(&to, broker.handle());
-  }
-
-  CMPIStatus enumerateNames(FakeBroker::Call& call) {
-    return interfaces.instanceMI()->ft->enumerateInstanceNames(interfaces.instanceMI(), &call.context(),
-                                                               &call.result(), call.path({"n", "First"}));
-  }
-
-  FakeBroker broker;
-  int released = 0;
-  bool mayRelease = true;
-  ManagementInterfaces interfaces{[this](const CmpiContext&, bool) {
-    released += mayRelease ? 1 : 0;
-    return mayRelease;
-  }};
-  Provider provider{broker.handle()};
-};
-
-std::string message(const CMPIStatus& status) {
-  return status.msg ? static_cast<const ZEB::test::FakeString*>(status.msg)->text : "";
-}
 
 TEST_F(InterfaceTest, allFourLeadToOneProvider) {
   EXPECT_EQ(provider.getInstanceMI(), interfaces.instanceMI());
@@ -283,69 +178,6 @@ TEST_F(InterfaceTest, mustPollTouchesNoneOfItsArguments) {
   auto* const nonsense = reinterpret_cast<const CMPIObjectPath*>(std::uintptr_t{0x10});
   EXPECT_EQ(mi->ft->mustPoll(mi, &call.context(), nullptr, nullptr, nullptr, nonsense).rc, CMPI_RC_OK);
   EXPECT_TRUE(provider.polled);
-}
-
-TEST_F(InterfaceTest, aCallThatComesAfterClosingFails) {
-  ASSERT_TRUE(interfaces.close(milliseconds(0)));
-  FakeBroker::Call call(broker);
-  EXPECT_EQ(enumerateNames(call).rc, CMPI_RC_ERR_FAILED);
-  EXPECT_EQ(interfaces.cleanup(CmpiContext(), true), CMPI_RC_ERR_FAILED);
-  EXPECT_EQ(released, 0);
-}
-
-TEST_F(InterfaceTest, closingWaitsForTheCallThatIsUnderWay) {
-  std::promise<void> inside, goOn;
-  provider.during = [&] {
-    inside.set_value();
-    goOn.get_future().wait();
-  };
-  std::thread caller([&] {
-    FakeBroker::Call call(broker);
-    EXPECT_EQ(enumerateNames(call).rc, CMPI_RC_OK);
-  });
-  inside.get_future().wait();
-  EXPECT_FALSE(interfaces.close(milliseconds(20))) << "the call has not left";
-  EXPECT_EQ(interfaces.cleanup(CmpiContext(), true), CMPI_RC_OK) << "and everything is as it was";
-  auto closed = std::async(std::launch::async, [&] { return interfaces.close(std::chrono::seconds(10)); });
-  EXPECT_EQ(closed.wait_for(milliseconds(20)), std::future_status::timeout);
-  goOn.set_value();
-  caller.join();
-  EXPECT_TRUE(closed.get());
-}
-
-TEST_F(InterfaceTest, eachCleanUpDropsOneReference) {
-  FakeBroker::Call call(broker);
-  EXPECT_EQ(interfaces.instanceMI()->ft->cleanup(interfaces.instanceMI(), &call.context(), 0).rc, CMPI_RC_OK);
-  EXPECT_EQ(interfaces.indicationMI()->ft->cleanup(interfaces.indicationMI(), &call.context(), 1).rc,
-            CMPI_RC_OK);
-  EXPECT_EQ(released, 2);
-}
-
-TEST_F(InterfaceTest, whileIndicationsAreEnabledItAsksToStay) {
-  FakeBroker::Call call(broker);
-  auto* mi = interfaces.indicationMI();
-  mi->ft->enableIndications(mi, &call.context());
-  EXPECT_EQ(provider.enabled, 1);
-  EXPECT_EQ(mi->ft->cleanup(mi, &call.context(), 0).rc, CMPI_RC_DO_NOT_UNLOAD);
-  EXPECT_EQ(released, 0);
-  EXPECT_EQ(mi->ft->cleanup(mi, &call.context(), 1).rc, CMPI_RC_OK) << "but not when the end has come";
-  EXPECT_EQ(released, 1);
-  mi->ft->disableIndications(mi, &call.context());
-  EXPECT_EQ(provider.enabled, 0);
-  EXPECT_EQ(mi->ft->cleanup(mi, &call.context(), 0).rc, CMPI_RC_OK);
-}
-
-TEST_F(InterfaceTest, aBusyProviderAsksToStay) {
-  mayRelease = false;
-  EXPECT_EQ(interfaces.cleanup(CmpiContext(), false), CMPI_RC_DO_NOT_UNLOAD);
-}
-
-TEST_F(InterfaceTest, referencesAreCounted) {
-  EXPECT_EQ(provider.refcount(), 0);
-  EXPECT_EQ(provider.incRefcount(), 1);
-  EXPECT_EQ(provider.incRefcount(), 2);
-  EXPECT_EQ(provider.decRefcount(), 1);
-  EXPECT_EQ(provider.baseVersion(), 2);
 }
 
 }  // namespace
