@@ -2,18 +2,12 @@
 
 #include <ctime>
 
+#include "classes/port/Associations.h"
 #include "classes/port/Known.h"
-#include "classes/port/ZEB_EthernetControllerPhysicalPackageEthernetController.h"
-#include "classes/port/ZEB_EthernetControllerPhysicalPackageEthernetControllerLocation.h"
-#include "classes/port/ZEB_EthernetDevice.h"
 #include "classes/port/ZEB_EthernetPort.h"
-#include "classes/port/ZEB_EthernetPortControllerEthernetPort.h"
-#include "classes/port/ZEB_EthernetPortStatisticalData.h"
-#include "classes/port/ZEB_EthernetPortToLANEndpoint.h"
 #include "classes/port/ZEB_EthernetStatistics.h"
+#include "classes/team/Associations.h"
 #include "classes/team/ZEB_EthernetControllerLocation.h"
-#include "classes/team/ZEB_EthernetElementFirmwareIdentity.h"
-#include "classes/team/ZEB_EthernetElementSoftwareIdentity.h"
 #include "classes/team/ZEB_EthernetPortController.h"
 #include "classes/team/ZEB_EthernetPortControllerFirmwareIdentity.h"
 #include "classes/team/ZEB_EthernetPortControllerPhysicalPackage.h"

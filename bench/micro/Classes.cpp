@@ -1,8 +1,8 @@
 #include <benchmark/benchmark.h>
 
 #include "Records.h"
+#include "classes/port/Associations.h"
 #include "classes/port/ZEB_EthernetPort.h"
-#include "classes/port/ZEB_EthernetPortToLANEndpoint.h"
 #include "classes/port/ZEB_EthernetStatistics.h"
 #include "cmpicpp/CmpiData.h"
 

@@ -44,4 +44,13 @@ class AssociationFrame : public CmpiManagedInstanceAssociation {
   Logger _logger;
 };
 
+/// A plain association: the frame, and a table `kClass` that `Class` has in a source of its own.
+template <class Class>
+class PlainAssociation : public AssociationFrame {
+ public:
+  PlainAssociation(const Logger& logger, const std::string& nameSpace,
+                   const CmpiCpp::CmpiObjectPath& firstEnd, const CmpiCpp::CmpiObjectPath& secondEnd)
+      : AssociationFrame(logger, nameSpace, Class::kClass, firstEnd, secondEnd) {}
+};
+
 }  // namespace ZEB

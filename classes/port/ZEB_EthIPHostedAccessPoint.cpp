@@ -1,18 +1,10 @@
-#include "classes/port/ZEB_EthIPHostedAccessPoint.h"
+#include "classes/port/Associations.h"
 
 namespace ZEB {
-namespace {
 
-const AssociationClass kClass{
+const AssociationClass ZEB_EthIPHostedAccessPoint::kClass{
     .name = "ZEB_EthIPHostedAccessPoint",
     .roles = {"Antecedent", "Dependent"},
 };
-
-}  // namespace
-
-ZEB_EthIPHostedAccessPoint::ZEB_EthIPHostedAccessPoint(const Logger& logger, const std::string& nameSpace,
-                                                       const CmpiCpp::CmpiObjectPath& system,
-                                                       const CmpiCpp::CmpiObjectPath& ipEndpoint)
-    : AssociationFrame(logger, nameSpace, kClass, system, ipEndpoint) {}
 
 }  // namespace ZEB

@@ -1,20 +1,10 @@
-#include "classes/port/ZEB_EthernetControllerPhysicalPackageEthernetController.h"
+#include "classes/port/Associations.h"
 
 namespace ZEB {
-namespace {
 
-const AssociationClass kClass{
+const AssociationClass ZEB_EthernetControllerPhysicalPackageEthernetController::kClass{
     .name = "ZEB_EthernetControllerPhysicalPackageEthernetController",
     .roles = {"Antecedent", "Dependent"},
 };
-
-}  // namespace
-
-ZEB_EthernetControllerPhysicalPackageEthernetController::
-    ZEB_EthernetControllerPhysicalPackageEthernetController(const Logger& logger,
-                                                            const std::string& nameSpace,
-                                                            const CmpiCpp::CmpiObjectPath& package,
-                                                            const CmpiCpp::CmpiObjectPath& controller)
-    : AssociationFrame(logger, nameSpace, kClass, package, controller) {}
 
 }  // namespace ZEB

@@ -1,20 +1,10 @@
-#include "classes/port/ZEB_EthernetControllerPhysicalPackageEthernetControllerLocation.h"
+#include "classes/port/Associations.h"
 
 namespace ZEB {
-namespace {
 
-const AssociationClass kClass{
+const AssociationClass ZEB_EthernetControllerPhysicalPackageEthernetControllerLocation::kClass{
     .name = "ZEB_EthernetControllerPhysicalPackageEthernetControllerLocation",
     .roles = {"Element", "PhysicalLocation"},
 };
-
-}  // namespace
-
-ZEB_EthernetControllerPhysicalPackageEthernetControllerLocation::
-    ZEB_EthernetControllerPhysicalPackageEthernetControllerLocation(const Logger& logger,
-                                                                    const std::string& nameSpace,
-                                                                    const CmpiCpp::CmpiObjectPath& package,
-                                                                    const CmpiCpp::CmpiObjectPath& location)
-    : AssociationFrame(logger, nameSpace, kClass, package, location) {}
 
 }  // namespace ZEB

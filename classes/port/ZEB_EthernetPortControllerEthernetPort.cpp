@@ -1,18 +1,10 @@
-#include "classes/port/ZEB_EthernetPortControllerEthernetPort.h"
+#include "classes/port/Associations.h"
 
 namespace ZEB {
-namespace {
 
-const AssociationClass kClass{
+const AssociationClass ZEB_EthernetPortControllerEthernetPort::kClass{
     .name = "ZEB_EthernetPortControllerEthernetPort",
     .roles = {"Antecedent", "Dependent"},
 };
-
-}  // namespace
-
-ZEB_EthernetPortControllerEthernetPort::ZEB_EthernetPortControllerEthernetPort(
-    const Logger& logger, const std::string& nameSpace, const CmpiCpp::CmpiObjectPath& controller,
-    const CmpiCpp::CmpiObjectPath& port)
-    : AssociationFrame(logger, nameSpace, kClass, controller, port) {}
 
 }  // namespace ZEB

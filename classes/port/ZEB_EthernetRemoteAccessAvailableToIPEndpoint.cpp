@@ -1,19 +1,11 @@
-#include "classes/port/ZEB_EthernetRemoteAccessAvailableToIPEndpoint.h"
+#include "classes/port/Associations.h"
 
 namespace ZEB {
-namespace {
 
-const AssociationClass kClass{
+const AssociationClass ZEB_EthernetRemoteAccessAvailableToIPEndpoint::kClass{
     .name = "ZEB_EthernetRemoteAccessAvailableToIPEndpoint",
     .roles = {"Antecedent", "Dependent"},
     .extras = {{"IsDefault", true}, {"OrderOfAccess", std::uint16_t{0}}},
 };
-
-}  // namespace
-
-ZEB_EthernetRemoteAccessAvailableToIPEndpoint::ZEB_EthernetRemoteAccessAvailableToIPEndpoint(
-    const Logger& logger, const std::string& nameSpace, const CmpiCpp::CmpiObjectPath& gateway,
-    const CmpiCpp::CmpiObjectPath& ipEndpoint)
-    : AssociationFrame(logger, nameSpace, kClass, gateway, ipEndpoint) {}
 
 }  // namespace ZEB

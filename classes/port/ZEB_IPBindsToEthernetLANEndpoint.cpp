@@ -1,20 +1,11 @@
-#include "classes/port/ZEB_IPBindsToEthernetLANEndpoint.h"
+#include "classes/port/Associations.h"
 
 namespace ZEB {
-namespace {
 
-const AssociationClass kClass{
+const AssociationClass ZEB_IPBindsToEthernetLANEndpoint::kClass{
     .name = "ZEB_IPBindsToEthernetLANEndpoint",
     .roles = {"Antecedent", "Dependent"},
     .extras = {{"FrameType", std::uint16_t{1}}},
 };
-
-}  // namespace
-
-ZEB_IPBindsToEthernetLANEndpoint::ZEB_IPBindsToEthernetLANEndpoint(const Logger& logger,
-                                                                   const std::string& nameSpace,
-                                                                   const CmpiCpp::CmpiObjectPath& lanEndpoint,
-                                                                   const CmpiCpp::CmpiObjectPath& ipEndpoint)
-    : AssociationFrame(logger, nameSpace, kClass, lanEndpoint, ipEndpoint) {}
 
 }  // namespace ZEB

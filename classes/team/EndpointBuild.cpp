@@ -1,13 +1,9 @@
 #include "classes/team/EndpointBuild.h"
 
+#include "classes/port/Associations.h"
 #include "classes/port/Known.h"
-#include "classes/port/ZEB_EthIPHostedAccessPoint.h"
 #include "classes/port/ZEB_EthernetLANEndpoint.h"
-#include "classes/port/ZEB_EthernetLANHostedAccessPoint.h"
-#include "classes/port/ZEB_EthernetRemoteAccessAvailableToIPEndpoint.h"
 #include "classes/port/ZEB_EthernetRemoteServiceAccessPoint.h"
-#include "classes/port/ZEB_EthernetRemoteServiceHostedAccessPoint.h"
-#include "classes/port/ZEB_IPBindsToEthernetLANEndpoint.h"
 #include "classes/port/ZEB_IPProtocolEndpoint.h"
 
 namespace ZEB {

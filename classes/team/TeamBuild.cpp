@@ -1,10 +1,9 @@
 #include "classes/team/TeamBuild.h"
 
+#include "classes/port/Associations.h"
 #include "classes/port/Known.h"
-#include "classes/port/ZEB_EthernetPortToLANEndpoint.h"
+#include "classes/team/Associations.h"
 #include "classes/team/ZEB_EthernetTeam.h"
-#include "classes/team/ZEB_EthernetTeamToLANEndpoint.h"
-#include "classes/team/ZEB_HostedEthernetTeam.h"
 
 namespace ZEB {
 

@@ -1,19 +1,10 @@
-#include "classes/team/ZEB_EthernetTeamToLANEndpoint.h"
+#include "classes/team/Associations.h"
 
 namespace ZEB {
-namespace {
 
-const AssociationClass kClass{
+const AssociationClass ZEB_EthernetTeamToLANEndpoint::kClass{
     .name = "ZEB_EthernetTeamToLANEndpoint",
     .roles = {"Antecedent", "Dependent"},
 };
-
-}  // namespace
-
-ZEB_EthernetTeamToLANEndpoint::ZEB_EthernetTeamToLANEndpoint(const Logger& logger,
-                                                             const std::string& nameSpace,
-                                                             const CmpiCpp::CmpiObjectPath& team,
-                                                             const CmpiCpp::CmpiObjectPath& lanEndpoint)
-    : AssociationFrame(logger, nameSpace, kClass, team, lanEndpoint) {}
 
 }  // namespace ZEB

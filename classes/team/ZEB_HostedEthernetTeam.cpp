@@ -1,19 +1,11 @@
-#include "classes/team/ZEB_HostedEthernetTeam.h"
+#include "classes/team/Associations.h"
 
 namespace ZEB {
-namespace {
 
-const AssociationClass kClass{
+const AssociationClass ZEB_HostedEthernetTeam::kClass{
     .name = "ZEB_HostedEthernetTeam",
     .roles = {"OwningElement", "OwnedElement"},
     .keyOrder = AssociationClass::KeyOrder::SecondRoleFirst,
 };
-
-}  // namespace
-
-ZEB_HostedEthernetTeam::ZEB_HostedEthernetTeam(const Logger& logger, const std::string& nameSpace,
-                                               const CmpiCpp::CmpiObjectPath& system,
-                                               const CmpiCpp::CmpiObjectPath& team)
-    : AssociationFrame(logger, nameSpace, kClass, system, team) {}
 
 }  // namespace ZEB

@@ -1,20 +1,6 @@
 #include "ClassTest.h"
-#include "classes/port/ZEB_EthIPHostedAccessPoint.h"
-#include "classes/port/ZEB_EthernetControllerPhysicalPackageEthernetController.h"
-#include "classes/port/ZEB_EthernetControllerPhysicalPackageEthernetControllerLocation.h"
-#include "classes/port/ZEB_EthernetDevice.h"
-#include "classes/port/ZEB_EthernetLANEndpointStatisticalData.h"
-#include "classes/port/ZEB_EthernetLANHostedAccessPoint.h"
-#include "classes/port/ZEB_EthernetPortControllerEthernetPort.h"
-#include "classes/port/ZEB_EthernetPortStatisticalData.h"
-#include "classes/port/ZEB_EthernetPortToLANEndpoint.h"
-#include "classes/port/ZEB_EthernetRemoteAccessAvailableToIPEndpoint.h"
-#include "classes/port/ZEB_EthernetRemoteServiceHostedAccessPoint.h"
-#include "classes/port/ZEB_IPBindsToEthernetLANEndpoint.h"
-#include "classes/team/ZEB_EthernetElementFirmwareIdentity.h"
-#include "classes/team/ZEB_EthernetElementSoftwareIdentity.h"
-#include "classes/team/ZEB_EthernetTeamToLANEndpoint.h"
-#include "classes/team/ZEB_HostedEthernetTeam.h"
+#include "classes/port/Associations.h"
+#include "classes/team/Associations.h"
 
 namespace ZEB::test {
 namespace {
