@@ -23,6 +23,7 @@
 #include <vector>
 
 #include "common/SignalsBlocked.h"
+#include "posix/FileDescriptor.h"
 
 namespace ZEB {
 
@@ -62,21 +63,6 @@ void logToSyslog(const std::string& text) {
   std::perror(prefix);
   std::exit(1);
 }
-
-/// A descriptor that lives as long as the thread's loop.
-class Descriptor {
- public:
-  explicit Descriptor(int descriptor) : _descriptor(descriptor) {}
-  ~Descriptor() {
-    if (_descriptor >= 0) close(_descriptor);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int get() const { return _descriptor; }
-
- private:
-  int _descriptor;
-};
 
 int openLinkSocket() {
   const int socketFd = socket(AF_NETLINK, SOCK_DGRAM | SOCK_CLOEXEC, NETLINK_ROUTE);
@@ -191,9 +177,9 @@ void* NetlinkThread::run(void* argument) {
     pipeFd[0] = pipeFd[1] = -1;
     state.enter(State::Phase::Running);
   } else {
-    const Descriptor readEnd(pipeFd[0]), writeEnd(pipeFd[1]);
+    const FileDescriptor readEnd(pipeFd[0]), writeEnd(pipeFd[1]);
     state.enter(State::Phase::Running);
-    const Descriptor link(openLinkSocket());
+    const FileDescriptor link(openLinkSocket());
     listen(link.get(), readEnd.get(), state.handler);
     // The stopper may not have come back from its write yet.
     const std::lock_guard lock(state.mutex);

@@ -77,8 +77,8 @@ ChildProcess::ChildProcess(const std::string& program, const std::vector<std::st
                            int childSocket) {
   std::array<int, 2> ends{};
   if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) throw startError(program, errno);
-  _socket = Descriptor(ends[0]);
-  const Descriptor theirs(ends[1]);
+  _socket = ZEB::FileDescriptor(ends[0]);
+  const ZEB::FileDescriptor theirs(ends[1]);
   fcntl(ends[0], F_SETFL, O_NONBLOCK);
   std::vector<std::string> words = arguments;
   words.insert(words.begin(), kShownName);
@@ -86,7 +86,7 @@ ChildProcess::ChildProcess(const std::string& program, const std::vector<std::st
                                 SpawnAttributes().get(), argumentsOf(words).data(), environ);
   if (error != 0) throw startError(program, error);
   // The C library's own declaration has no C linkage in some versions.
-  _ending = Descriptor(static_cast<int>(syscall(SYS_pidfd_open, _id, 0)));
+  _ending = ZEB::FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, _id, 0)));
   if (!_ending) {
     const int reason = errno;
     kill();

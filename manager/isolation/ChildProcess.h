@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "isolation/Descriptor.h"
+#include "posix/FileDescriptor.h"
 
 namespace ZebManager {
 
@@ -22,9 +22,9 @@ class ChildProcess {
   ~ChildProcess();
 
   /// Our end; does not block.
-  int socket() const { return _socket.number(); }
+  int socket() const { return _socket.get(); }
   /// Readable once the process has ended.
-  int ending() const { return _ending.number(); }
+  int ending() const { return _ending.get(); }
   pid_t id() const { return _id; }
 
   void kill();
@@ -35,8 +35,8 @@ class ChildProcess {
 
  private:
   pid_t _id = -1;
-  Descriptor _socket;
-  Descriptor _ending;
+  ZEB::FileDescriptor _socket;
+  ZEB::FileDescriptor _ending;
 };
 
 }  // namespace ZebManager

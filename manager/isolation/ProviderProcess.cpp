@@ -6,9 +6,9 @@
 #include <unistd.h>
 
 #include "isolation/CallWorkers.h"
-#include "isolation/Descriptor.h"
 #include "isolation/IndicationPump.h"
 #include "isolation/Subscriptions.h"
+#include "posix/FileDescriptor.h"
 
 namespace ZebManager {
 namespace {
@@ -77,7 +77,7 @@ void serve(int socket, HostedProvider& provider, FrameSender& sender) {
 }  // namespace
 
 int runProviderProcess(int socket, const std::function<std::unique_ptr<HostedProvider>()>& load) {
-  const Descriptor owned(socket);
+  const ZEB::FileDescriptor owned(socket);
   followParent(socket);
   FrameSender sender(socket);
   try {

@@ -23,8 +23,8 @@ std::string packFilters(const std::vector<IndicationFilter>& filters) {
   return packTexts(texts);
 }
 
-Descriptor makeWakeUp() {
-  Descriptor descriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+ZEB::FileDescriptor makeWakeUp() {
+  ZEB::FileDescriptor descriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
   if (!descriptor) throw ManagerError(std::string("cannot supervise the provider: ") + std::strerror(errno));
   return descriptor;
 }
@@ -67,7 +67,7 @@ void ProviderSupervisor::Loop::setFilters(const std::vector<IndicationFilter>& f
 }
 
 void ProviderSupervisor::Loop::wake() {
-  eventfd_write(_wakeUp.number(), 1);
+  eventfd_write(_wakeUp.get(), 1);
 }
 
 void ProviderSupervisor::Loop::run() {
@@ -126,14 +126,14 @@ void ProviderSupervisor::Loop::dispatch() {
 }
 
 void ProviderSupervisor::Loop::waitForEvents() {
-  std::vector<pollfd> watched = {{_wakeUp.number(), POLLIN, 0}};
+  std::vector<pollfd> watched = {{_wakeUp.get(), POLLIN, 0}};
   for (const auto& link : _links) {
     watched.push_back({link->socket(), link->awaited(), 0});
     watched.push_back({link->ending(), POLLIN, 0});
   }
   if (poll(watched.data(), watched.size(), static_cast<int>(patienceOfLoop().count())) <= 0) return;
   eventfd_t count = 0;
-  eventfd_read(_wakeUp.number(), &count);
+  eventfd_read(_wakeUp.get(), &count);
   for (std::size_t i = 0; i < _links.size(); ++i) {
     ProviderLink& link = *_links[i];
     const bool ended = watched[2 + 2 * i].revents != 0;

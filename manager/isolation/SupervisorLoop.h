@@ -59,7 +59,7 @@ class ProviderSupervisor::Loop {
   void log(const std::string& line) const;
 
   const SupervisorOptions _options;
-  const Descriptor _wakeUp;
+  const ZEB::FileDescriptor _wakeUp;
   std::mutex _mutex;  // guards the four below
   std::vector<std::shared_ptr<Call>> _arrived;
   std::optional<std::string> _arrivedFilters;

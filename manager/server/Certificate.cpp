@@ -16,7 +16,7 @@
 #include <sstream>
 
 #include "broker/HostName.h"
-#include "isolation/Descriptor.h"
+#include "posix/FileDescriptor.h"
 #include "values/ManagerError.h"
 
 namespace ZebManager {
@@ -98,9 +98,9 @@ std::string contentOf(const std::string& file) {
 
 void store(const std::string& file, const std::string& content) {
   const std::string fresh = file + ".new";
-  const Descriptor out(open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
+  const ZEB::FileDescriptor out(open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
   const auto size = static_cast<ssize_t>(content.size());
-  if (!out || write(out.number(), content.data(), content.size()) != size || fsync(out.number()) != 0 ||
+  if (!out || write(out.get(), content.data(), content.size()) != size || fsync(out.get()) != 0 ||
       rename(fresh.c_str(), file.c_str()) != 0) {
     throw ManagerError("cannot write " + file + ": " + std::strerror(errno));
   }

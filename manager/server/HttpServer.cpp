@@ -191,7 +191,7 @@ HttpServer::HttpServer(ListeningSocket listener, Router& router, HttpBounds& bou
                          MHD_USE_ITC | (_certificate ? static_cast<unsigned>(MHD_USE_TLS) : 0U);
   const ServerSettings& settings = bounds.settings;
   // The library closes the socket, whatever becomes of the daemon, so it gets one of its own.
-  const int socket = dup(listener.socket.number());
+  const int socket = dup(listener.socket.get());
   _daemon = MHD_start_daemon(
       flags, 0, nullptr, nullptr, onAccess, this, MHD_OPTION_LISTEN_SOCKET, socket,
       MHD_OPTION_CONNECTION_LIMIT, settings.connections, MHD_OPTION_PER_IP_CONNECTION_LIMIT,

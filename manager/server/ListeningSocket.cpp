@@ -62,14 +62,14 @@ bool isListeningAddress(const std::string& where) {
 
 ListeningSocket listenAt(const std::string& where) {
   const Addresses addresses = resolve(where);
-  Descriptor socket(::socket(addresses->ai_family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  ZEB::FileDescriptor socket(::socket(addresses->ai_family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
   const int on = 1;
-  setsockopt(socket.number(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-  if (!socket || bind(socket.number(), addresses->ai_addr, addresses->ai_addrlen) != 0 ||
-      listen(socket.number(), SOMAXCONN) != 0) {
+  setsockopt(socket.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+  if (!socket || bind(socket.get(), addresses->ai_addr, addresses->ai_addrlen) != 0 ||
+      listen(socket.get(), SOMAXCONN) != 0) {
     throw ManagerError("cannot listen at " + where + ": " + std::strerror(errno));
   }
-  std::string address = addressOf(socket.number());
+  std::string address = addressOf(socket.get());
   return {std::move(socket), std::move(address)};
 }
 

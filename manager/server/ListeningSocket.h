@@ -3,12 +3,12 @@
 
 #include <string>
 
-#include "isolation/Descriptor.h"
+#include "posix/FileDescriptor.h"
 
 namespace ZebManager {
 
 struct ListeningSocket {
-  Descriptor socket;
+  ZEB::FileDescriptor socket;
   std::string address;  ///< with the port that was bound
 };
 

@@ -31,7 +31,7 @@ namespace {
 }  // namespace
 
 ChildProcess::ChildProcess(const std::vector<std::string>& arguments, const std::filesystem::path& log) {
-  const Descriptor output(::open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
+  const FileDescriptor output(::open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
   if (!output) throw GuestError::fromErrno(log.string());
   std::vector<char*> pointers;
   for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
@@ -42,7 +42,7 @@ ChildProcess::ChildProcess(const std::vector<std::string>& arguments, const std:
   if (child < 0) throw GuestError::fromErrno("fork");
   if (child == 0) becomeProgram(pointers.data(), output.get(), parent);
   // Nobody else reaps this child, so the number still means it.
-  handle_ = Descriptor(::pidfd_open(child, 0));
+  handle_ = FileDescriptor(::pidfd_open(child, 0));
   if (!handle_) {
     const GuestError error = GuestError::fromErrno("pidfd_open");
     ::kill(child, SIGKILL);

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Descriptor.h"
+#include "posix/FileDescriptor.h"
 
 namespace ZEB::guest {
 
@@ -25,7 +25,7 @@ class ChildProcess {
   bool running() { return !wait(std::chrono::milliseconds(0)); }
 
  private:
-  Descriptor handle_;
+  FileDescriptor handle_;
   std::optional<int> status_;
 };
 

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "Deadline.h"
-#include "Descriptor.h"
+#include "posix/FileDescriptor.h"
 
 namespace ZEB::guest {
 
@@ -24,7 +24,7 @@ class Connection {
   void receive(const Deadline& deadline);
   void awaitReady(short events, const Deadline& deadline) const;
 
-  Descriptor socket_;
+  FileDescriptor socket_;
   std::string received_;
 };
 

@@ -18,9 +18,9 @@ using namespace std::chrono_literals;
 /// As long as other guests may keep this one waiting.
 constexpr auto kQueue = 900s;
 
-Descriptor takeTurn() {
+FileDescriptor takeTurn() {
   const auto path = std::filesystem::temp_directory_path() / "one-guest-at-a-time.lock";
-  Descriptor lock(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666));
+  FileDescriptor lock(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666));
   if (!lock) throw GuestError::fromErrno(path.string());
   const Deadline deadline(kQueue);
   while (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {

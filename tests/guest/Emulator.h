@@ -5,10 +5,10 @@
 
 #include "ChildProcess.h"
 #include "Deadline.h"
-#include "Descriptor.h"
 #include "FirstProgram.h"
 #include "Hardware.h"
 #include "TemporaryFolder.h"
+#include "posix/FileDescriptor.h"
 
 namespace ZEB::guest {
 
@@ -30,7 +30,7 @@ class Emulator {
   void awaitEnd(std::chrono::milliseconds limit) { process_.wait(limit); }
 
  private:
-  Descriptor turn_;
+  FileDescriptor turn_;
   TemporaryFolder folder_;
   std::filesystem::path results_;
   ChildProcess process_;

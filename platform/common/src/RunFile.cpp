@@ -10,8 +10,8 @@
 #include <string_view>
 #include <system_error>
 
-#include "FileDescriptor.h"
 #include "common/Configuration.h"
+#include "posix/FileDescriptor.h"
 
 namespace ZEB {
 namespace {

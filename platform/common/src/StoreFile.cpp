@@ -10,7 +10,7 @@
 #include <system_error>
 #include <thread>
 
-#include "FileDescriptor.h"
+#include "posix/FileDescriptor.h"
 
 namespace ZEB {
 namespace {

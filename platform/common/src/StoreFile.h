@@ -4,9 +4,9 @@
 #include <memory>
 #include <string>
 
-#include "FileDescriptor.h"
 #include "Sqlite.h"
 #include "common/Logger.h"
+#include "posix/FileDescriptor.h"
 
 namespace ZEB {
 

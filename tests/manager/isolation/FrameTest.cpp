@@ -8,8 +8,8 @@
 #include <cstring>
 #include <thread>
 
-#include "isolation/Descriptor.h"
 #include "isolation/Frame.h"
+#include "posix/FileDescriptor.h"
 
 namespace ZebManager {
 namespace {
@@ -23,12 +23,12 @@ class Frames : public testing::Test {
     std::array<int, 2> ends{};
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0)
       throw std::runtime_error("socketpair");
-    near = Descriptor(ends[0]);
-    far = Descriptor(ends[1]);
+    near = ZEB::FileDescriptor(ends[0]);
+    far = ZEB::FileDescriptor(ends[1]);
   }
 
   void put(std::string_view bytes) {
-    ASSERT_EQ(send(near.number(), bytes.data(), bytes.size(), 0), static_cast<ssize_t>(bytes.size()));
+    ASSERT_EQ(send(near.get(), bytes.data(), bytes.size(), 0), static_cast<ssize_t>(bytes.size()));
   }
   /// The bytes of a frame, by the layout of the header: kind, length, number.
   static std::string bytesOf(std::uint32_t kind, std::uint32_t length, std::uint64_t number,
@@ -40,8 +40,8 @@ class Frames : public testing::Test {
     return bytes + body;
   }
 
-  Descriptor near;
-  Descriptor far;
+  ZEB::FileDescriptor near;
+  ZEB::FileDescriptor far;
   FrameReader reader{1000};
 };
 
@@ -49,7 +49,7 @@ TEST_F(Frames, ArriveWhateverTheCut) {
   const std::string bytes = bytesOf(2, 3, 7, "abc") + bytesOf(5, 0, 8, "") + bytesOf(7, 2, 0, "xy");
   for (const char byte : bytes) {
     put({&byte, 1});
-    ASSERT_EQ(reader.receive(far.number()), Transfer::Done);
+    ASSERT_EQ(reader.receive(far.get()), Transfer::Done);
   }
   const auto first = reader.next();
   ASSERT_TRUE(first);
@@ -69,7 +69,7 @@ TEST_F(Frames, ArriveWhateverTheCut) {
 
 TEST_F(Frames, ManyArriveAtOnce) {
   put(bytesOf(2, 1, 1, "a") + bytesOf(2, 1, 2, "b") + bytesOf(2, 1, 3, "c").substr(0, 10));
-  ASSERT_EQ(reader.receive(far.number()), Transfer::Done);
+  ASSERT_EQ(reader.receive(far.get()), Transfer::Done);
   EXPECT_EQ(reader.next()->body, "a");
   EXPECT_EQ(reader.next()->body, "b");
   EXPECT_FALSE(reader.next());
@@ -77,44 +77,44 @@ TEST_F(Frames, ManyArriveAtOnce) {
 
 TEST_F(Frames, OneThatWasCutOffNeverArrives) {
   put(bytesOf(2, 5, 1, "abc"));
-  near = Descriptor();
-  EXPECT_EQ(reader.receive(far.number()), Transfer::Done);
-  EXPECT_EQ(reader.receive(far.number()), Transfer::Ended);
+  near = ZEB::FileDescriptor();
+  EXPECT_EQ(reader.receive(far.get()), Transfer::Done);
+  EXPECT_EQ(reader.receive(far.get()), Transfer::Ended);
   EXPECT_FALSE(reader.next());
 }
 
 TEST_F(Frames, OneThatIsTooLongIsRefusedByItsHeader) {
   put(bytesOf(2, 1001, 1, ""));
-  EXPECT_THROW(reader.receive(far.number()), FrameError);
+  EXPECT_THROW(reader.receive(far.get()), FrameError);
 }
 
 TEST_F(Frames, OneOfAnUnknownKindIsRefused) {
   put(bytesOf(0, 0, 1, ""));
-  EXPECT_THROW(reader.receive(far.number()), FrameError);
+  EXPECT_THROW(reader.receive(far.get()), FrameError);
   FrameReader other;
   put(bytesOf(9, 0, 1, ""));
-  EXPECT_THROW(other.receive(far.number()), FrameError);
+  EXPECT_THROW(other.receive(far.get()), FrameError);
 }
 
 TEST_F(Frames, NothingToReadIsNoEnd) {
-  fcntl(far.number(), F_SETFL, O_NONBLOCK);
-  EXPECT_EQ(reader.receive(far.number()), Transfer::WouldBlock);
+  fcntl(far.get(), F_SETFL, O_NONBLOCK);
+  EXPECT_EQ(reader.receive(far.get()), Transfer::WouldBlock);
 }
 
 TEST_F(Frames, AFullSocketTakesTheRestLater) {
-  fcntl(near.number(), F_SETFL, O_NONBLOCK);
+  fcntl(near.get(), F_SETFL, O_NONBLOCK);
   FrameWriter writer;
   const std::string big(3'000'000, 'b');
   writer.add({Frame::Kind::Answer, 1, big});
   writer.add({Frame::Kind::Answer, 2, "small"});
-  ASSERT_EQ(writer.send(near.number()), Transfer::WouldBlock);
+  ASSERT_EQ(writer.send(near.get()), Transfer::WouldBlock);
   EXPECT_FALSE(writer.empty());
   FrameReader large;
   std::vector<Frame> got;
   while (got.size() < 2) {
-    ASSERT_EQ(large.receive(far.number()), Transfer::Done);
+    ASSERT_EQ(large.receive(far.get()), Transfer::Done);
     while (auto frame = large.next()) got.push_back(std::move(*frame));
-    ASSERT_NE(writer.send(near.number()), Transfer::Ended);
+    ASSERT_NE(writer.send(near.get()), Transfer::Ended);
   }
   EXPECT_TRUE(writer.empty());
   EXPECT_EQ(got[0].body, big);
@@ -122,11 +122,11 @@ TEST_F(Frames, AFullSocketTakesTheRestLater) {
 }
 
 TEST_F(Frames, AnEndThatIsGoneIsNoSignal) {
-  far = Descriptor();
+  far = ZEB::FileDescriptor();
   FrameWriter writer;
   writer.add({Frame::Kind::Ready, 0, "x"});
-  EXPECT_EQ(writer.send(near.number()), Transfer::Ended);
-  FrameSender sender(near.number());
+  EXPECT_EQ(writer.send(near.get()), Transfer::Ended);
+  FrameSender sender(near.get());
   EXPECT_FALSE(sender.send({Frame::Kind::Ready, 0, "x"}));
 }
 
@@ -140,14 +140,14 @@ TEST_F(Frames, SignalsInterruptNothing) {
   sigaction(SIGUSR1, &action, &before);
   const std::string body(20'000'000, 's');
   std::thread writer([&] {
-    FrameSender sender(near.number());
+    FrameSender sender(near.get());
     EXPECT_TRUE(sender.send({Frame::Kind::Answer, 1, body}));
     EXPECT_TRUE(sender.send({Frame::Kind::Answer, 2, "end"}));
   });
   std::vector<Frame> got;
   std::thread reading([&] {
     FrameReader large;
-    while (got.size() < 2 && large.receive(far.number()) == Transfer::Done) {
+    while (got.size() < 2 && large.receive(far.get()) == Transfer::Done) {
       std::this_thread::sleep_for(std::chrono::microseconds(50));
       while (auto frame = large.next()) got.push_back(std::move(*frame));
     }

@@ -14,7 +14,7 @@
 #include <sstream>
 #include <thread>
 
-#include "isolation/Descriptor.h"
+#include "posix/FileDescriptor.h"
 
 extern char** environ;
 
@@ -56,7 +56,7 @@ class ServedProvider : public testing::Test {
   void start() {
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
-    const Descriptor reading(ends[0]);
+    const ZEB::FileDescriptor reading(ends[0]);
     std::vector<std::string> words = {"zebcim",   "serve",         "--http",   "127.0.0.1:0",  "--https",
                                       "none",     "--state",       folder,     "--source",     ZEB_SNAPSHOT,
                                       "--plugin", ZEB_REAL_PLUGIN, "--schema", ZEB_SCHEMA_FILE};
@@ -71,7 +71,7 @@ class ServedProvider : public testing::Test {
     posix_spawn_file_actions_destroy(&actions);
     close(ends[1]);
     std::string line;
-    for (char byte = 0; read(reading.number(), &byte, 1) == 1 && byte != '\n';) line += byte;
+    for (char byte = 0; read(reading.get(), &byte, 1) == 1 && byte != '\n';) line += byte;
     const std::size_t colon = line.rfind(':');
     if (colon != std::string::npos) port = static_cast<in_port_t>(std::stoi(line.substr(colon + 1)));
   }
@@ -85,14 +85,14 @@ class ServedProvider : public testing::Test {
 
   /// What the server says to a request for the names of all ports; empty when it says nothing for a while.
   std::string ask() const {
-    const Descriptor connection(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const ZEB::FileDescriptor connection(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
     const timeval patience{20, 0};
-    setsockopt(connection.number(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof(patience));
+    setsockopt(connection.get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof(patience));
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (connect(connection.number(), reinterpret_cast<sockaddr*>(&address), sizeof(address)) != 0) return "";
+    if (connect(connection.get(), reinterpret_cast<sockaddr*>(&address), sizeof(address)) != 0) return "";
     const std::string body = kRequest;
     const std::string request =
         "POST /cimom HTTP/1.1\r\nHost: localhost\r\nContent-Type: application/xml; charset=\"utf-8\"\r\n"
@@ -101,10 +101,10 @@ class ServedProvider : public testing::Test {
         "\r\nCIMOperation: MethodCall\r\nCIMMethod: EnumerateInstanceNames\r\nCIMObject: root/jxv\r\n"
         "Connection: close\r\n\r\n" +
         body;
-    send(connection.number(), request.data(), request.size(), MSG_NOSIGNAL);
+    send(connection.get(), request.data(), request.size(), MSG_NOSIGNAL);
     std::string answer;
     std::array<char, 4096> buffer{};
-    for (ssize_t got = 0; (got = recv(connection.number(), buffer.data(), buffer.size(), 0)) > 0;) {
+    for (ssize_t got = 0; (got = recv(connection.get(), buffer.data(), buffer.size(), 0)) > 0;) {
       answer.append(buffer.data(), static_cast<std::size_t>(got));
     }
     return answer;

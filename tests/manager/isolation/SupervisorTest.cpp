@@ -9,8 +9,8 @@
 
 #include "Process.h"
 #include "Supervised.h"
-#include "isolation/Descriptor.h"
 #include "isolation/Frame.h"
+#include "posix/FileDescriptor.h"
 
 #ifdef __SANITIZE_THREAD__
 #define ZEB_MEMORY_IS_ITS_OWN 0
@@ -123,7 +123,7 @@ TEST_F(Supervisor, WhatTheProviderThrowsIsAnErrorOfItsCallAlone) {
 
 TEST_F(Supervisor, TheProviderInheritsNoDescriptor) {
   std::ofstream(file("secret")) << "x";
-  const Descriptor inheritable(open(file("secret").c_str(), O_RDONLY));
+  const ZEB::FileDescriptor inheritable(open(file("secret").c_str(), O_RDONLY));
   start();
   EXPECT_THAT(read("files").body, Not(HasSubstr("secret")));
 }

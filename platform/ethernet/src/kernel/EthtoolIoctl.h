@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "netlink/Descriptor.h"
+#include "posix/FileDescriptor.h"
 #include "snapshot/HostSnapshot.h"
 
 namespace ZEB::ethernet {
@@ -40,7 +40,7 @@ class EthtoolIoctl {
  private:
   bool ask(const std::string& interface, void* command) const;
 
-  Descriptor _socket;
+  FileDescriptor _socket;
 };
 
 }  // namespace ZEB::ethernet

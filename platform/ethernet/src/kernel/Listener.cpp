@@ -22,13 +22,13 @@ constexpr std::size_t kDatagram = std::size_t{64} * 1024;
 // announced.
 constexpr std::uint16_t kEthtoolHeader = ETHTOOL_A_LINKMODES_HEADER;
 
-Descriptor openSocket(int protocol, std::uint32_t groups) {
-  Descriptor socket(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, protocol));
+FileDescriptor openSocket(int protocol, std::uint32_t groups) {
+  FileDescriptor socket(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, protocol));
   sockaddr_nl own{};
   own.nl_family = AF_NETLINK;
   own.nl_groups = groups;
   if (!socket || ::bind(socket.get(), reinterpret_cast<const sockaddr*>(&own), sizeof own) != 0)
-    return Descriptor();
+    return FileDescriptor();
   if (setsockopt(socket.get(), SOL_SOCKET, SO_RCVBUFFORCE, &kReceiveBuffer, sizeof kReceiveBuffer) != 0) {
     (void)setsockopt(socket.get(), SOL_SOCKET, SO_RCVBUF, &kReceiveBuffer, sizeof kReceiveBuffer);
   }
@@ -116,7 +116,7 @@ Listener::Listener(std::optional<std::uint32_t> ethtoolGroup)
   _ethtool = openSocket(NETLINK_GENERIC, 0);
   if (_ethtool && setsockopt(_ethtool.get(), SOL_NETLINK, NETLINK_ADD_MEMBERSHIP, &*ethtoolGroup,
                              sizeof *ethtoolGroup) != 0) {
-    _ethtool = Descriptor();
+    _ethtool = FileDescriptor();
   }
 }
 
@@ -126,7 +126,7 @@ Announcements Listener::drain() {
   return announced;
 }
 
-Announcements Listener::drain(const Descriptor& socket, Announcements (*read)(Bytes)) {
+Announcements Listener::drain(const FileDescriptor& socket, Announcements (*read)(Bytes)) {
   Announcements announced;
   if (!socket) {
     announced.everything = true;

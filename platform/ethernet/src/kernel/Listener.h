@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "netlink/Attributes.h"
-#include "netlink/Descriptor.h"
+#include "posix/FileDescriptor.h"
 
 namespace ZEB::ethernet {
 
@@ -37,9 +37,9 @@ class Listener {
   Announcements drain();
 
  private:
-  Announcements drain(const Descriptor& socket, Announcements (*read)(Bytes));
+  Announcements drain(const FileDescriptor& socket, Announcements (*read)(Bytes));
 
-  Descriptor _routing, _ethtool;
+  FileDescriptor _routing, _ethtool;
   bool _listensToEthtool;
   std::vector<std::byte> _buffer;
 };

@@ -23,7 +23,7 @@ void setOption(int socket, int level, int option, const void* value, socklen_t s
 }  // namespace
 
 Outcome<std::unique_ptr<Wire>> KernelWire::open(int protocol) {
-  Descriptor socket(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, protocol));
+  FileDescriptor socket(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, protocol));
   if (!socket) return Failure{errno, std::string("netlink socket: ") + std::strerror(errno)};
   const int on = 1;
   setOption(socket.get(), SOL_SOCKET, SO_RCVTIMEO, &kPatience, sizeof kPatience);

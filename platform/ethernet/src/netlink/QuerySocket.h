@@ -4,9 +4,9 @@
 #include <memory>
 #include <vector>
 
-#include "netlink/Descriptor.h"
 #include "netlink/ReplyReader.h"
 #include "netlink/Request.h"
+#include "posix/FileDescriptor.h"
 #include "snapshot/Outcome.h"
 
 namespace ZEB::ethernet {
@@ -29,8 +29,8 @@ class KernelWire : public Wire {
   std::ptrdiff_t receive(std::span<std::byte> buffer) override;
 
  private:
-  explicit KernelWire(Descriptor socket) : _socket(std::move(socket)) {}
-  Descriptor _socket;
+  explicit KernelWire(FileDescriptor socket) : _socket(std::move(socket)) {}
+  FileDescriptor _socket;
 };
 
 /// Asks and follows the answer to its end. An interrupted dump and one whose datagrams were lost are asked
