@@ -1,5 +1,5 @@
 #include "classes/team/Associations.h"
-#include "classes/team/SoftwareStatus.h"
+#include "classes/team/Software.h"
 
 namespace ZEB {
 

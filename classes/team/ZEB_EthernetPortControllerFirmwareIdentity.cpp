@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "classes/port/PropertyTable.h"
-#include "classes/team/SoftwareFamily.h"
+#include "classes/team/Software.h"
 
 namespace ZEB {
 namespace {

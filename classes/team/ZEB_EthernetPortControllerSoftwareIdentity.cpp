@@ -1,7 +1,7 @@
 #include "classes/team/ZEB_EthernetPortControllerSoftwareIdentity.h"
 
 #include "classes/port/PropertyTable.h"
-#include "classes/team/SoftwareFamily.h"
+#include "classes/team/Software.h"
 
 namespace ZEB {
 namespace {
