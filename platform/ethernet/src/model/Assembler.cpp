@@ -9,9 +9,10 @@
 namespace ZEB::ethernet {
 namespace {
 
+/// Most sources deliver in order, and links are heavy to move.
 template <class T>
 void sortByIndex(std::vector<T>& all) {
-  std::ranges::stable_sort(all, {}, &T::index);
+  if (!std::ranges::is_sorted(all, {}, &T::index)) std::ranges::stable_sort(all, {}, &T::index);
 }
 
 template <class T>
@@ -40,12 +41,20 @@ const LinkFacts* Assembler::find(std::uint32_t index) const {
   return found.empty() ? nullptr : &found.front();
 }
 
-const LinkFacts* Assembler::carrierOf(const LinkFacts& vlan) const {
+const LinkFacts* Assembler::carrierOf(const LinkFacts& vlan) {
+  std::vector<std::uint32_t> passed;
   const LinkFacts* lower = &vlan;
-  for (std::size_t depth = 0; lower && isVlan(*lower); ++depth) {
-    if (depth > links().size() || !lower->lowerIndex) return nullptr;
-    lower = find(*lower->lowerIndex);
+  while (lower && isVlan(*lower)) {
+    // None until it is found: a stack that bites its tail comes back to one that has none.
+    const auto [known, first] = _carriers.try_emplace(lower->index, nullptr);
+    if (!first) {
+      lower = known->second;
+      break;
+    }
+    passed.push_back(lower->index);
+    lower = lower->lowerIndex ? find(*lower->lowerIndex) : nullptr;
   }
+  for (const std::uint32_t index : passed) _carriers[index] = lower;
   return lower;
 }
 

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <unordered_map>
 #include <vector>
 
 #include "model/Facts.h"
@@ -21,7 +22,7 @@ class Assembler {
 
   /// The first interface under a VLAN that is none itself; null when the stack ends nowhere or bites its
   /// tail.
-  const LinkFacts* carrierOf(const LinkFacts& vlan) const;
+  const LinkFacts* carrierOf(const LinkFacts& vlan);
 
   std::shared_ptr<PortFacts> port(const LinkFacts& link) const { return interface<PortFacts>(link); }
   std::shared_ptr<VlanFacts> vlan(const LinkFacts& link) const { return interface<VlanFacts>(link); }
@@ -40,6 +41,7 @@ class Assembler {
 
   HostSnapshot _snapshot;
   std::vector<Membership> _memberships;
+  std::unordered_map<std::uint32_t, const LinkFacts*> _carriers;  ///< of the VLANs that were asked for
 };
 
 }  // namespace ZEB::ethernet

@@ -22,7 +22,7 @@ struct PlacedPort {
   const LinkFacts* link;
 };
 
-Vlans vlansByCarrier(const Assembler& assembler, Model& model) {
+Vlans vlansByCarrier(Assembler& assembler, Model& model) {
   Vlans vlans;
   for (const LinkFacts& link : assembler.links()) {
     const LinkFacts* carrier = isVlan(link) ? assembler.carrierOf(link) : nullptr;
@@ -100,7 +100,7 @@ void addTeams(const Assembler& assembler, const Vlans& vlans, Model& model) {
 }  // namespace
 
 std::shared_ptr<const Model> buildModel(HostSnapshot snapshot, bool includeVirtual) {
-  const Assembler assembler(std::move(snapshot));
+  Assembler assembler(std::move(snapshot));
   auto model = std::make_shared<Model>();
   const Vlans vlans = vlansByCarrier(assembler, *model);
   addAdapters(assembler, includeVirtual, vlans, *model);
