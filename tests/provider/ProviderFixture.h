@@ -11,6 +11,7 @@
 #include "common/Logger.h"
 #include "support/FakeBroker.h"
 #include "support/RecordingLogSink.h"
+#include "support/SchemaDefaults.h"
 
 namespace ZEB::test {
 
@@ -35,8 +36,9 @@ class TemporaryFolder {
   std::filesystem::path _path;
 };
 
-/// The environment of a plug-in under test: a recorded snapshot, stores and status file in a folder of its
-/// own, no timer, and a sink that keeps every log line of the process.
+/// The environment of a plug-in under test: an object manager with the habits of the profile that the tests
+/// run in, a recorded snapshot, stores and status file in a folder of its own, no timer, and a sink that
+/// keeps every log line of the process.
 class ProviderTest : public testing::Test {
  protected:
   ProviderTest() {
@@ -45,6 +47,7 @@ class ProviderTest : public testing::Test {
     setenv("ZEB_RUN_DIR", (folder / "run").c_str(), 1);
     setenv("ZEB_AUTOSTART", "0", 1);
     serve("one_port.json");
+    declareSchemaDefaults(broker);
     setProcessLogSink(log, LogLevel::Info);
   }
   ~ProviderTest() override { setProcessLogSink(nullptr, LogLevel::Warn); }

@@ -1,5 +1,7 @@
 #include "FakeBroker.h"
 
+#include <cstddef>
+
 #include "FakeEncapsulation.h"
 
 namespace ZEB::test {
@@ -65,7 +67,7 @@ struct FakeTables {
   static CMPIStatus deliverIndication(const CMPIBroker* broker, const CMPIContext* context,
                                       const char* nameSpace, const CMPIInstance* indication) {
     FakeBroker& self = of(broker);
-    const CmpiCpp::CmpiInstance value = static_cast<const FakeInstance*>(indication)->value;
+    const CmpiCpp::CmpiInstance value = static_cast<const FakeInstance*>(indication)->asSent();
     CMPIrc answer;
     std::string message;
     {
@@ -113,18 +115,28 @@ struct FakeTables {
   }
 };
 
-FakeBroker::FakeBroker() : _superclasses(nameBefore) {
-  broker = {this, &bft, &eft, nullptr, &mft};
+FakeBroker::FakeBroker(const Habits& habits)
+    : _habits(habits),
+      _services(habits.tablesEndEarly ? offsetof(CMPIBrokerFT, enumerateInstancesFiltered)
+                                      : sizeof(CMPIBrokerFT)),
+      _factories(habits.tablesEndEarly ? offsetof(CMPIBrokerEncFT, newPropertyList)
+                                       : sizeof(CMPIBrokerEncFT)),
+      bft(_services.get()),
+      eft(_factories.get()),
+      _superclasses(nameBefore),
+      _defaults(nameBefore) {
+  broker = {this, &bft, &eft, nullptr, habits.hasMemoryTable ? &mft : nullptr};
   bft.brokerCapabilities = CMPI_MB_Indications;
-  bft.brokerVersion = CMPIVersion200;
+  bft.brokerVersion = habits.brokerVersion;
   bft.brokerName = "fake";
   bft.prepareAttachThread = FakeTables::prepareAttachThread;
   bft.attachThread = FakeTables::attachThread;
   bft.detachThread = FakeTables::detachThread;
   bft.deliverIndication = FakeTables::deliverIndication;
+  eft.ftVersion = habits.tableVersion;
   fillFactories(eft);
   eft.classPathIsA = FakeTables::classPathIsA;
-  mft.ftVersion = CMPIVersion200;
+  mft.ftVersion = habits.tableVersion;
   mft.mark = FakeTables::mark;
   mft.release = FakeTables::release;
 }
@@ -168,6 +180,7 @@ void FakeBroker::violation(std::string text) {
 FakeBroker::Call::Call(FakeBroker& theBroker) : _broker(theBroker) {
   _broker.pushArena();
   _context = _broker.make<FakeContext>();
+  if (_broker._habits.hasNullTexts) _context->nullTexts = {CMPIPrincipal, "CMPIRole"};
   _result = _broker.make<FakeResult>();
 }
 
@@ -183,6 +196,50 @@ FakeInstance* FakeBroker::Call::instance(CmpiCpp::CmpiInstance value) {
 }
 FakeArgs* FakeBroker::Call::args(CmpiCpp::CmpiArgs value) {
   return _broker.make<FakeArgs>(std::move(value));
+}
+
+CMPIStatus FakeBroker::Call::modify(CMPIInstanceMI* mi, const CmpiCpp::CmpiObjectPath& path,
+                                    CmpiCpp::CmpiInstance instance,
+                                    std::optional<std::vector<std::string>> names) {
+  const Habits& habits = _broker._habits;
+  if (!names && habits.completesChanges) {
+    for (const auto& each : _broker.defaultsOf(path.className())) {
+      if (!instance.findProperty(each.name.view())) instance.addProperty(each.name, each.value);
+    }
+  }
+  if (!names && habits.listsChanges) {
+    names.emplace();
+    for (const auto& each : instance.properties()) names->push_back(each.name.str());
+  }
+  std::vector<const char*> list;
+  if (names) {
+    for (const std::string& name : *names) list.push_back(name.c_str());
+    list.push_back(nullptr);
+  }
+  return mi->ft->modifyInstance(mi, &context(), &result(), this->path(path),
+                                this->instance(std::move(instance)), names ? list.data() : nullptr);
+}
+
+void FakeBroker::declareDefaults(const CmpiCpp::CmpiName& className,
+                                 std::vector<CmpiCpp::CmpiInstance::Property> defaults) {
+  const std::lock_guard lock(_mutex);
+  _defaults[className] = std::move(defaults);
+}
+
+std::vector<CmpiCpp::CmpiInstance::Property> FakeBroker::defaultsOf(
+    const CmpiCpp::CmpiName& className) const {
+  const std::lock_guard lock(_mutex);
+  const auto found = _defaults.find(className);
+  return found == _defaults.end() ? std::vector<CmpiCpp::CmpiInstance::Property>() : found->second;
+}
+
+std::vector<CmpiCpp::CmpiInstance::Property> FakeBroker::prefilled(
+    const CmpiCpp::CmpiObjectPath& path) const {
+  std::vector<CmpiCpp::CmpiInstance::Property> all;
+  if (!_habits.prefillsInstances) return all;
+  for (const auto& key : path.keys()) all.push_back({key.name, key.value});
+  for (auto& each : defaultsOf(path.className())) all.push_back(std::move(each));
+  return all;
 }
 
 void FakeBroker::declareClass(const std::string& className, const std::string& superclass) {
@@ -209,6 +266,15 @@ void FakeBroker::answerDeliveries(CMPIrc rc, std::string message) {
 FakeBroker::Counts FakeBroker::counts() const {
   const std::lock_guard lock(_mutex);
   return _counts;
+}
+
+std::size_t FakeBroker::liveObjects() const {
+  const std::lock_guard lock(_mutex);
+  std::size_t count = 0;
+  for (const auto& [thread, arenas] : _arenas) {
+    for (const Arena& arena : arenas) count += arena.size();
+  }
+  return count;
 }
 
 std::vector<std::string> FakeBroker::violations() const {

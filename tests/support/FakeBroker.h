@@ -5,11 +5,14 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "FakeObjects.h"
+#include "GuardedTable.h"
+#include "Habits.h"
 #include "cmpicpp/CmpiBroker.h"
 
 namespace ZEB::test {
@@ -19,7 +22,7 @@ namespace ZEB::test {
 /// may be changed, slots set to null too, before the provider runs.
 class FakeBroker {
  public:
-  FakeBroker();
+  explicit FakeBroker(const Habits& habits = habitsOfEnvironment());
   ~FakeBroker();
   FakeBroker(const FakeBroker&) = delete;
   FakeBroker& operator=(const FakeBroker&) = delete;
@@ -30,9 +33,17 @@ class FakeBroker {
     return CmpiCpp::CmpiBroker(&broker, factoryContext);
   }
 
+  const Habits& habits() const { return _habits; }
+
+ private:
+  const Habits _habits;
+  GuardedTable<CMPIBrokerFT> _services;
+  GuardedTable<CMPIBrokerEncFT> _factories;
+
+ public:
   CMPIBroker broker{};
-  CMPIBrokerFT bft{};
-  CMPIBrokerEncFT eft{};
+  CMPIBrokerFT& bft;
+  CMPIBrokerEncFT& eft;
   CMPIBrokerMemFT mft{};
 
   /// One call of the object manager into a provider, on the thread that makes it.
@@ -49,12 +60,19 @@ class FakeBroker {
     FakeInstance* instance(CmpiCpp::CmpiInstance value);
     FakeArgs* args(CmpiCpp::CmpiArgs value = {});
 
+    /// A client's change as this object manager passes it on. `names` is the client's property list.
+    CMPIStatus modify(CMPIInstanceMI* mi, const CmpiCpp::CmpiObjectPath& path, CmpiCpp::CmpiInstance instance,
+                      std::optional<std::vector<std::string>> names);
+
    private:
     FakeBroker& _broker;
     FakeContext* _context;
     FakeResult* _result;
   };
 
+  /// Values that instances of a class begin with where the object manager knows such.
+  void declareDefaults(const CmpiCpp::CmpiName& className,
+                       std::vector<CmpiCpp::CmpiInstance::Property> defaults);
   /// `className` descends from `superclass`.
   void declareClass(const std::string& className, const std::string& superclass);
   /// Number of questions for ancestry.
@@ -76,10 +94,16 @@ class FakeBroker {
     int prepared = 0, attached = 0, detached = 0, marks = 0, releases = 0;
   };
   Counts counts() const;
+  /// Objects of calls, attachments and marks that have not ended.
+  std::size_t liveObjects() const;
   /// Objects that `clone` made and nobody released.
   int liveClones() const { return _liveClones; }
   /// What a provider must not do, such as making objects on a thread that is neither attached nor in a call.
   std::vector<std::string> violations() const;
+  void violation(std::string text);
+
+  /// What a new instance of that path begins with.
+  std::vector<CmpiCpp::CmpiInstance::Property> prefilled(const CmpiCpp::CmpiObjectPath& path) const;
 
   template <class Object, class... Arguments>
   Object* make(Arguments&&... arguments) {
@@ -97,14 +121,17 @@ class FakeBroker {
   void keep(std::unique_ptr<FakeObject> object);
   void pushArena();
   void popArena();
-  void violation(std::string text);
+  std::vector<CmpiCpp::CmpiInstance::Property> defaultsOf(const CmpiCpp::CmpiName& className) const;
 
   mutable std::mutex _mutex;
   mutable std::condition_variable _delivered;
   std::map<std::thread::id, std::vector<Arena>> _arenas;
   Arena _strays;
-  std::map<CmpiCpp::CmpiName, CmpiCpp::CmpiName, bool (*)(const CmpiCpp::CmpiName&, const CmpiCpp::CmpiName&)>
-      _superclasses;
+  template <class Value>
+  using ByName =
+      std::map<CmpiCpp::CmpiName, Value, bool (*)(const CmpiCpp::CmpiName&, const CmpiCpp::CmpiName&)>;
+  ByName<CmpiCpp::CmpiName> _superclasses;
+  ByName<std::vector<CmpiCpp::CmpiInstance::Property>> _defaults;
   std::atomic<int> _ancestryQuestions{0};
   std::atomic<int> _liveClones{0};
   std::vector<Delivery> _deliveries;

@@ -55,7 +55,7 @@ CMPIStatus returnData(const CMPIResult* result, const CMPIValue* value, const CM
 }
 
 CMPIStatus returnInstance(const CMPIResult* result, const CMPIInstance* instance) {
-  return keepIn(result, &FakeResult::instances, as<FakeInstance>(instance).value);
+  return keepIn(result, &FakeResult::instances, as<FakeInstance>(instance).asSent());
 }
 
 CMPIStatus returnObjectPath(const CMPIResult* result, const CMPIObjectPath* path) {

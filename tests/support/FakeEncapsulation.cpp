@@ -5,19 +5,21 @@
 namespace ZEB::test {
 namespace {
 
-FakeBroker& of(const CMPIBroker* broker) {
+FakeBroker& brokerOf(const CMPIBroker* broker) {
   return *static_cast<FakeBroker*>(const_cast<void*>(broker->hdl));
 }
 
 template <class Object, class... Arguments>
 Object* make(const CMPIBroker* broker, CMPIStatus* status, Arguments&&... arguments) {
   if (status) *status = {CMPI_RC_OK, nullptr};
-  return of(broker).make<Object>(std::forward<Arguments>(arguments)...);
+  return brokerOf(broker).make<Object>(std::forward<Arguments>(arguments)...);
 }
 
 CMPIInstance* newInstance(const CMPIBroker* broker, const CMPIObjectPath* path, CMPIStatus* status) {
-  return make<FakeInstance>(broker, status,
-                            CmpiCpp::CmpiInstance(static_cast<const FakeObjectPath*>(path)->value));
+  const CmpiCpp::CmpiObjectPath& of = static_cast<const FakeObjectPath*>(path)->value;
+  auto* made = make<FakeInstance>(broker, status, CmpiCpp::CmpiInstance(of));
+  made->prefilled = brokerOf(broker).prefilled(of);
+  return made;
 }
 
 CMPIObjectPath* newObjectPath(const CMPIBroker* broker, const char* nameSpace, const char* className,
@@ -57,7 +59,6 @@ CMPIDateTime* newDateTimeFromChars(const CMPIBroker* broker, const char* text, C
 }  // namespace
 
 void fillFactories(CMPIBrokerEncFT& table) {
-  table.ftVersion = CMPIVersion200;
   table.newInstance = newInstance;
   table.newObjectPath = newObjectPath;
   table.newArgs = newArgs;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,7 +35,16 @@ struct FakeObjectPath : CMPIObjectPath, FakeObject {
 
 struct FakeInstance : CMPIInstance, FakeObject {
   FakeInstance(FakeBroker& broker, CmpiCpp::CmpiInstance theValue);
+  /// What was set, in the order of setting.
   CmpiCpp::CmpiInstance value;
+  /// What the object manager began with and nobody has set since.
+  std::vector<CmpiCpp::CmpiInstance::Property> prefilled;
+  /// Names that the object manager was told to keep to.
+  std::optional<std::vector<CmpiCpp::CmpiName>> filter;
+
+  bool isWanted(const CmpiCpp::CmpiName& name) const;
+  /// What a client gets. That a property has no value it is not told.
+  CmpiCpp::CmpiInstance asSent() const;
 };
 
 struct FakeArray : CMPIArray, FakeObject {

@@ -19,7 +19,7 @@ CMPIStatus associators(CMPIAssociationMI* mi, const CMPIContext* context, const 
                              optionalName(resultClass), optionalName(role), optionalName(resultRole),
                              properties);
       },
-      [&](const CMPIBroker* broker) { deliver(broker, result, found.instances()); });
+      [&](const CMPIBroker* broker) { deliver(broker, result, found.instances(), properties); });
 }
 
 CMPIStatus associatorNames(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
@@ -46,7 +46,7 @@ CMPIStatus references(CMPIAssociationMI* mi, const CMPIContext* context, const C
         provider.references(found, CmpiContext(context), fromBroker(path), optionalName(resultClass),
                             optionalName(role), properties);
       },
-      [&](const CMPIBroker* broker) { deliver(broker, result, found.instances()); });
+      [&](const CMPIBroker* broker) { deliver(broker, result, found.instances(), properties); });
 }
 
 CMPIStatus referenceNames(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,

@@ -27,7 +27,7 @@ CMPIStatus enumerateInstances(CMPIInstanceMI* mi, const CMPIContext* context, co
       [&](CmpiInstanceProvider& provider) {
         provider.enumInstances(found, CmpiContext(context), fromBroker(classPath), properties);
       },
-      [&](const CMPIBroker* broker) { deliver(broker, result, found.instances()); });
+      [&](const CMPIBroker* broker) { deliver(broker, result, found.instances(), properties); });
 }
 
 CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
@@ -38,7 +38,7 @@ CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMP
       [&](CmpiInstanceProvider& provider) {
         provider.getInstance(found, CmpiContext(context), fromBroker(path), properties);
       },
-      [&](const CMPIBroker* broker) { deliver(broker, result, found.instances()); });
+      [&](const CMPIBroker* broker) { deliver(broker, result, found.instances(), properties); });
 }
 
 CMPIStatus createInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
@@ -74,7 +74,7 @@ CMPIStatus execQuery(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIR
       [&](CmpiInstanceProvider& provider) {
         provider.execQuery(found, CmpiContext(context), fromBroker(path), query, language);
       },
-      [&](const CMPIBroker* broker) { deliver(broker, result, found.instances()); });
+      [&](const CMPIBroker* broker) { deliver(broker, result, found.instances(), nullptr); });
 }
 
 CMPIStatus enumerateInstancesFiltered(CMPIInstanceMI* mi, const CMPIContext* /*context*/,

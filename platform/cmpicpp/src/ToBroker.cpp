@@ -6,13 +6,6 @@ namespace {
 
 constexpr CMPIStatus kOk{CMPI_RC_OK, nullptr};
 
-template <class Object>
-Object* checked(Object* object, const CMPIStatus& status, const char* what) {
-  if (object && status.rc == CMPI_RC_OK) return object;
-  throw CmpiStatus(status.rc == CMPI_RC_OK ? CMPI_RC_ERR_FAILED : status.rc,
-                   std::string("the object manager cannot make ") + what);
-}
-
 CMPIArray* toBroker(const CMPIBroker* broker, const CmpiArray& array) {
   CMPIStatus status = kOk;
   CMPIArray* made =
@@ -116,19 +109,7 @@ CMPIObjectPath* toBroker(const CMPIBroker* broker, const CmpiObjectPath& path) {
 }
 
 CMPIInstance* toBroker(const CMPIBroker* broker, const CmpiInstance& instance) {
-  const CMPIObjectPath* path = toBroker(broker, instance.path());
-  CMPIStatus status = kOk;
-  CMPIInstance* made = broker->eft->newInstance(broker, path, &status);
-  checked(made, status, ("an instance of class " + instance.className().str()).c_str());
-  for (const CmpiInstance::Property& property : instance.properties()) {
-    if (property.value.isNull()) {
-      made->ft->setProperty(made, property.name.c_str(), nullptr, property.value.type());
-    } else {
-      const CMPIValue value = toBroker(broker, property.value);
-      made->ft->setProperty(made, property.name.c_str(), &value, property.value.type());
-    }
-  }
-  return made;
+  return InstanceMaker(broker).make(instance);
 }
 
 }  // namespace CmpiCpp

@@ -7,13 +7,6 @@ void throwIfFailed(const CMPIStatus& status) {
   if (status.rc != CMPI_RC_OK) throw CmpiStatus(status.rc, fromBroker(status.msg));
 }
 
-template <class Value, class Return>
-void deliverAll(const CMPIBroker* broker, const CMPIResult* result, const std::vector<Value>& values,
-                Return CMPIResultFT::*give) {
-  for (const Value& value : values) throwIfFailed((result->ft->*give)(result, toBroker(broker, value)));
-  throwIfFailed(result->ft->returnDone(result));
-}
-
 }  // namespace
 
 CMPIStatus makeStatus(const CmpiBroker& broker, CMPIrc rc, const std::string& message) {
@@ -26,11 +19,19 @@ CMPIStatus makeStatus(const CmpiBroker& broker, CMPIrc rc, const std::string& me
 }
 
 void deliver(const CMPIBroker* broker, const CMPIResult* result, const std::vector<CmpiObjectPath>& paths) {
-  deliverAll(broker, result, paths, &CMPIResultFT::returnObjectPath);
+  for (const CmpiObjectPath& path : paths) {
+    throwIfFailed(result->ft->returnObjectPath(result, toBroker(broker, path)));
+  }
+  throwIfFailed(result->ft->returnDone(result));
 }
 
-void deliver(const CMPIBroker* broker, const CMPIResult* result, const std::vector<CmpiInstance>& instances) {
-  deliverAll(broker, result, instances, &CMPIResultFT::returnInstance);
+void deliver(const CMPIBroker* broker, const CMPIResult* result, const std::vector<CmpiInstance>& instances,
+             CmpiPropertyList properties) {
+  InstanceMaker maker(broker, properties);
+  for (const CmpiInstance& instance : instances) {
+    throwIfFailed(result->ft->returnInstance(result, maker.make(instance)));
+  }
+  throwIfFailed(result->ft->returnDone(result));
 }
 
 }  // namespace CmpiCpp

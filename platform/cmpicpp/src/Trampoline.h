@@ -56,7 +56,8 @@ CMPIStatus cleanupInterface(Interface* interface, const CMPIContext* context, CM
 
 /// Hands plain results over and tells the object manager that they are all.
 void deliver(const CMPIBroker* broker, const CMPIResult* result, const std::vector<CmpiObjectPath>& paths);
-void deliver(const CMPIBroker* broker, const CMPIResult* result, const std::vector<CmpiInstance>& instances);
+void deliver(const CMPIBroker* broker, const CMPIResult* result, const std::vector<CmpiInstance>& instances,
+             CmpiPropertyList properties);
 
 /// A name that an object manager may leave out with a null pointer.
 inline CmpiName optionalName(const char* name) {

@@ -86,7 +86,9 @@ class Provider : public BareProvider {
 
 class InterfaceTest : public testing::Test {
  protected:
-  InterfaceTest() { open(provider); }
+  explicit InterfaceTest(const ZEB::test::Habits& habits = ZEB::test::kEmbeddedHabits) : broker(habits) {
+    open(provider);
+  }
   ~InterfaceTest() override { interfaces.close(std::chrono::milliseconds(0)); }
 
   void open(CmpiProvider& to) {
@@ -97,6 +99,13 @@ class InterfaceTest : public testing::Test {
   CMPIStatus enumerateNames(ZEB::test::FakeBroker::Call& call) {
     return interfaces.instanceMI()->ft->enumerateInstanceNames(interfaces.instanceMI(), &call.context(),
                                                                &call.result(), call.path({"n", "First"}));
+  }
+
+  CmpiInstance get(const CmpiObjectPath& path, const char** list) {
+    ZEB::test::FakeBroker::Call call(broker);
+    auto* mi = interfaces.instanceMI();
+    EXPECT_EQ(mi->ft->getInstance(mi, &call.context(), &call.result(), call.path(path), list).rc, CMPI_RC_OK);
+    return call.result().instances.at(0);
   }
 
   ZEB::test::FakeBroker broker;
