@@ -50,7 +50,10 @@ class ProviderTest : public testing::Test {
     declareSchemaDefaults(broker);
     setProcessLogSink(log, LogLevel::Info);
   }
-  ~ProviderTest() override { setProcessLogSink(nullptr, LogLevel::Warn); }
+  ~ProviderTest() override {
+    setProcessLogSink(nullptr, LogLevel::Warn);
+    for (const std::string& violation : broker.violations()) ADD_FAILURE() << violation;
+  }
 
   /// The recorded snapshot of that name in tests/data/snapshots, or with that path.
   static void serve(const std::string& snapshot) {
