@@ -1,7 +1,9 @@
 #include "common/AutostartDecorator.h"
 
 #include <random>
+#include <utility>
 
+#include "cmpicpp/AttachedThread.h"
 #include "common/ClassNames.h"
 #include "common/Configuration.h"
 #include "common/ZEBUtil.h"
@@ -46,16 +48,18 @@ void AutostartDecorator::startTimer(const CmpiBroker& broker) {
   const WorkerTimer::Timing timing{.firstAfter = randomPart(secondsOf(instance, "WorkerPollIntervalStagger")),
                                    .interval = secondsOf(instance, "WorkerPollInterval")};
   _timer.emplace(timing, [this, broker, prepared](const WorkerTimer::NextRun& next) {
-    const CmpiCpp::ThreadAttachment attachment(broker, prepared);
-    if (!attachment.attached()) logger().error("cannot attach the worker's thread");
-    while (attachment.attached() && next()) performWork(broker, CmpiContext(prepared));
+    CmpiCpp::AttachedThread thread(broker, prepared);
+    bool refused = false;
+    while (next()) {
+      if (ZEBUtil::stopRequested()) continue;
+      const bool done = thread.run([this](const CmpiContext& context) { performWork(context); });
+      if (!done && !std::exchange(refused, true)) logger().error("cannot attach the worker's thread");
+    }
   });
   ZEBUtil::setWorkerWaker([this] { _timer->wake(); });
 }
 
-void AutostartDecorator::performWork(const CmpiBroker& broker, const CmpiContext& context) {
-  if (ZEBUtil::stopRequested()) return;
-  const CmpiCpp::BrokerMemoryMark mark(broker);
+void AutostartDecorator::performWork(const CmpiContext& context) {
   try {
     CmpiCpp::CmpiMethodResult result;
     CmpiCpp::CmpiArgs out;

@@ -1,8 +1,9 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <thread>
 
 #include "BrokerValues.h"
+#include "cmpicpp/AttachedThread.h"
 #include "cmpicpp/CmpiMBService.h"
 #include "cmpicpp/CmpiStatus.h"
 #include "support/FakeBroker.h"
@@ -39,67 +40,100 @@ TEST(BrokerTest, withoutTheSlotNothingElseDescends) {
   EXPECT_FALSE(CmpiBroker().classPathIsA({"n", "C"}, "D"));
 }
 
-TEST(BrokerTest, aThreadAttachesItselfForItsLife) {
-  FakeBroker broker;
-  CMPIContext* prepared = nullptr;
-  {
-    FakeBroker::Call factory(broker);
-    prepared = broker.handle(&factory.context()).prepareAttachThread();
-  }
+CMPIContext* prepare(FakeBroker& broker) {
+  FakeBroker::Call factory(broker);
+  return broker.handle(&factory.context()).prepareAttachThread();
+}
+
+/// Works three times on a thread of its own, each time with an object of the object manager.
+void workThrice(FakeBroker& broker, std::vector<std::size_t>& liveAfterwards) {
+  CMPIContext* prepared = prepare(broker);
   std::thread([&] {
-    const ThreadAttachment attachment(broker.handle(), prepared);
-    EXPECT_TRUE(attachment.attached());
-    EXPECT_EQ(broker.counts().attached, 1);
-    toBroker(broker.get(), std::string("made while attached"));
-    EXPECT_EQ(broker.counts().detached, 0);
+    AttachedThread thread(broker.handle(), prepared);
+    for (int i = 0; i < 3; ++i) {
+      EXPECT_TRUE(thread.run([&](const CmpiContext& context) {
+        EXPECT_NE(context.get(), nullptr);
+        toBroker(broker.get(), std::string("made while attached"));
+      }));
+      liveAfterwards.push_back(broker.liveObjects());
+    }
   }).join();
-  EXPECT_EQ(broker.counts().detached, 1);
+}
+
+TEST(BrokerTest, withAMemoryTableAThreadIsAttachedOnceAndEveryPieceOfWorkIsMarked) {
+  FakeBroker broker(ZEB::test::kEmbeddedHabits);
+  std::vector<std::size_t> live;
+  workThrice(broker, live);
+  EXPECT_THAT(live, testing::Each(0U));
+  const auto counts = broker.counts();
+  EXPECT_EQ(counts.prepared, 1);
+  EXPECT_EQ(counts.attached, 1);
+  EXPECT_EQ(counts.detached, 1);
+  EXPECT_EQ(counts.marks, 3);
+  EXPECT_EQ(counts.releases, 3);
   EXPECT_TRUE(broker.violations().empty());
 }
 
-TEST(BrokerTest, aRefusedAttachmentIsNotDetached) {
-  FakeBroker broker;
+TEST(BrokerTest, withoutOneEveryPieceOfWorkHasAnAttachmentOfItsOwn) {
+  FakeBroker broker(ZEB::test::kAgentHabits);
+  std::vector<std::size_t> live;
+  workThrice(broker, live);
+  EXPECT_THAT(live, testing::Each(0U));
+  const auto counts = broker.counts();
+  EXPECT_EQ(counts.prepared, 4);
+  EXPECT_EQ(counts.attached, 4) << "the last one gives the last context back";
+  EXPECT_EQ(counts.detached, 4);
+  EXPECT_EQ(counts.marks, 0);
+  EXPECT_TRUE(broker.violations().empty());
+}
+
+TEST(BrokerTest, aMemoryTableThatReleasesNothingIsNone) {
+  FakeBroker broker(ZEB::test::kEmbeddedHabits);
+  broker.mft.release = nullptr;
+  std::vector<std::size_t> live;
+  workThrice(broker, live);
+  EXPECT_EQ(broker.counts().marks, 0);
+  EXPECT_EQ(broker.counts().attached, 4);
+}
+
+TEST(BrokerTest, withoutAnotherContextTheThreadStaysAttached) {
+  FakeBroker broker(ZEB::test::kAgentHabits);
+  CMPIContext* prepared = prepare(broker);
+  broker.bft.prepareAttachThread = [](const CMPIBroker*, const CMPIContext*) -> CMPIContext* {
+    return nullptr;
+  };
+  int worked = 0;
+  std::thread([&] {
+    AttachedThread thread(broker.handle(), prepared);
+    for (int i = 0; i < 2; ++i) thread.run([&](const CmpiContext&) { ++worked; });
+  }).join();
+  EXPECT_EQ(worked, 2);
+  EXPECT_EQ(broker.counts().attached, 1);
+  EXPECT_EQ(broker.counts().detached, 1);
+}
+
+TEST(BrokerTest, aRefusedAttachmentRunsNothingIsNotDetachedAndIsTriedAgain) {
+  FakeBroker broker(ZEB::test::kEmbeddedHabits);
+  const auto attachThread = broker.bft.attachThread;
   broker.bft.attachThread = [](const CMPIBroker*, const CMPIContext*) {
     return CMPIStatus{CMPI_RC_ERR_FAILED, nullptr};
   };
-  FakeBroker::Call factory(broker);
-  {
-    const ThreadAttachment attachment(broker.handle(),
-                                      broker.handle(&factory.context()).prepareAttachThread());
-    EXPECT_FALSE(attachment.attached());
-  }
+  AttachedThread thread(broker.handle(), prepare(broker));
+  int worked = 0;
+  EXPECT_FALSE(thread.run([&](const CmpiContext&) { ++worked; }));
+  EXPECT_EQ(worked, 0);
   EXPECT_EQ(broker.counts().detached, 0);
+  broker.bft.attachThread = attachThread;
+  EXPECT_TRUE(thread.run([&](const CmpiContext&) { ++worked; }));
+  EXPECT_EQ(worked, 1);
 }
 
 TEST(BrokerTest, anObjectManagerWithoutThreadsPreparesNothing) {
   FakeBroker broker;
   broker.bft.prepareAttachThread = nullptr;
-  FakeBroker::Call factory(broker);
-  EXPECT_EQ(broker.handle(&factory.context()).prepareAttachThread(), nullptr);
+  EXPECT_EQ(prepare(broker), nullptr);
   EXPECT_EQ(broker.handle().prepareAttachThread(), nullptr);
-  EXPECT_FALSE(ThreadAttachment(broker.handle(), nullptr).attached());
-}
-
-TEST(BrokerTest, aMarkFreesWhatWasMadeSince) {
-  FakeBroker broker;
-  const FakeBroker::Call call(broker);
-  {
-    const BrokerMemoryMark mark(broker.handle());
-    toBroker(broker.get(), std::string("temporary"));
-    EXPECT_EQ(broker.counts().releases, 0);
-  }
-  EXPECT_EQ(broker.counts().marks, 1);
-  EXPECT_EQ(broker.counts().releases, 1);
-}
-
-TEST(BrokerTest, withoutAMemoryTableNothingIsMarked) {
-  FakeBroker broker;
-  broker.broker.mft = nullptr;
-  { const BrokerMemoryMark mark(broker.handle()); }
-  broker.broker.mft = &broker.mft;
-  broker.mft.release = nullptr;
-  { const BrokerMemoryMark mark(broker.handle()); }
-  EXPECT_EQ(broker.counts().marks, 0);
+  EXPECT_FALSE(AttachedThread(broker.handle(), nullptr).run([](const CmpiContext&) { FAIL(); }));
 }
 
 CMPIrc deliver(FakeBroker& broker) {

@@ -38,7 +38,7 @@ class Autostart : public CmpiManagedInstance {
 
 class AutostartTest : public testing::Test {
  protected:
-  AutostartTest() {
+  explicit AutostartTest(const test::Habits& habits = test::kEmbeddedHabits) : broker(habits) {
     seen->during = [this](const std::string& call) {
       const std::lock_guard lock(mutex);
       passes += call == "invokeMethod PerformWork" ? 1 : 0;
@@ -94,6 +94,32 @@ TEST_F(AutostartTest, isAttachedWithAContextOfTheFactoryAndMarksEachPass) {
   EXPECT_EQ(counts.detached, 1);
   EXPECT_EQ(counts.marks, 1);
   EXPECT_EQ(counts.releases, 1);
+  EXPECT_TRUE(broker.violations().empty());
+}
+
+/// An object manager that frees what a thread made when the thread detaches, and never before.
+class AgentAutostartTest : public AutostartTest {
+ protected:
+  AgentAutostartTest() : AutostartTest(test::kAgentHabits) {}
+};
+
+TEST_F(AgentAutostartTest, isAttachedForEachPassAndLeavesNothingBehind) {
+  work = [this] { broker.make<test::FakeString>("as an alert would"); };
+  {
+    const auto decorator = make(3600, 0);
+    for (int pass = 1; pass <= 5; ++pass) {
+      ASSERT_TRUE(waitForPasses(pass));
+      ZEBUtil::wakeWorker();
+    }
+    ASSERT_TRUE(waitForPasses(6));
+    // Nobody can say when a pass has ended but the next one.
+    EXPECT_LE(broker.liveObjects(), 1U);
+  }
+  EXPECT_EQ(broker.liveObjects(), 0U);
+  const auto counts = broker.counts();
+  EXPECT_GE(counts.attached, 6);
+  EXPECT_EQ(counts.attached, counts.prepared);
+  EXPECT_EQ(counts.attached, counts.detached);
   EXPECT_TRUE(broker.violations().empty());
 }
 

@@ -24,7 +24,7 @@ class AutostartDecorator : public ProviderDecorator {
  private:
   void startTimer(const CmpiCpp::CmpiBroker& broker);
   /// One call of the worker method. What it throws is logged: the next pass works again.
-  void performWork(const CmpiCpp::CmpiBroker& broker, const CmpiCpp::CmpiContext& context);
+  void performWork(const CmpiCpp::CmpiContext& context);
 
   std::unique_ptr<CmpiManagedInstance> _autostart;
   std::optional<WorkerTimer> _timer;
