@@ -54,6 +54,7 @@ Health::Surroundings BackgroundWorker::surroundings() const {
 std::uint32_t BackgroundWorker::work() {
   const RefreshScope scope;
   _logger.info("::_backgroundWorker");
+  _monitored.followStores();
   reportCollectionState();
   _logger.info("::value of _netlinkEvent at start= %d ", _netlinkEvent.load());
   _skipped = !pollIsDue();

@@ -37,6 +37,7 @@ struct Monitored {
   pthread_mutex_t& mutex;  ///< of `instances`
   CmpiManagedInstanceCollection& instances;
   std::atomic<ZEB_EthEventSettings*>& settings;  ///< one of the instances; null while there is none
+  std::function<void()> followStores;            ///< takes over what other processes have kept since
   std::function<void()> rebuild;                 ///< makes data sources and instances anew
 };
 

@@ -27,7 +27,7 @@ struct Kind {
   const char* mismatch;
   std::uint32_t (*read)(const CmpiData&);
   CmpiData (*make)(std::uint32_t);
-  void (*load)(DataStore&, const std::string& key, std::atomic<std::uint32_t>& value);
+  std::uint32_t (*stored)(std::uint32_t number);
   void (*keep)(DataStore&, const std::string& key, std::uint32_t value);
 };
 
@@ -36,9 +36,7 @@ constexpr Kind kNumber = {
     "data type is not uint32.  throw CmpiStatus error!",
     [](const CmpiData& data) { return static_cast<std::uint32_t>(data.asUnsigned()); },
     [](std::uint32_t value) { return CmpiData(value); },
-    [](DataStore& store, const std::string& key, std::atomic<std::uint32_t>& value) {
-      value = store.getUInt32(key);
-    },
+    [](std::uint32_t number) { return number; },
     [](DataStore& store, const std::string& key, std::uint32_t value) { store.setUInt32(key, value); },
 };
 
@@ -47,9 +45,7 @@ constexpr Kind kFlag = {
     "data type is not boolean.  throw CmpiStatus error!",
     [](const CmpiData& data) { return data.asBoolean() ? 1u : 0u; },
     [](std::uint32_t value) { return CmpiData(value != 0); },
-    [](DataStore& store, const std::string& key, std::atomic<std::uint32_t>& value) {
-      value = store.getBool(key) ? 1 : 0;
-    },
+    [](std::uint32_t number) { return number != 0 ? 1u : 0u; },
     [](DataStore& store, const std::string& key, std::uint32_t value) { store.setBool(key, value != 0); },
 };
 
@@ -87,6 +83,12 @@ std::optional<std::size_t> indexOf(const char* name) {
   return static_cast<std::size_t>(found - kSettings.begin());
 }
 
+DataStore::Values defaults() {
+  DataStore::Values values;
+  for (const Setting& setting : kSettings) values.emplace(setting.name.view(), setting.initial);
+  return values;
+}
+
 using P = Properties<ZEB_EthEventSettings>;
 const PropertyRows<ZEB_EthEventSettings> kTexts{
     P::key("InstanceId"),
@@ -102,41 +104,40 @@ ZEB_EthEventSettings::ZEB_EthEventSettings(const Logger& theLogger, const std::s
   logger().info("calling makeDataStore...");
   _store = makeDataStore(std::string(kClassName.view()));
   if (!_store) logger().error("unable to open datastore %s", kClassName.view());
-  initialize();
+  for (std::size_t index = 0; index < kCount; ++index) {
+    logger().info("initialize evSetting %s...", kSettings[index].name.view());
+    _values[index] = kSettings[index].initial;
+  }
+  if (_store) _store->addDefaults(defaults());
+  follow();
   _pollingDisabled = number(EventSetting::PollInterval) == 0;
 }
 
-void ZEB_EthEventSettings::initialize() {
-  // All defaults of a first start are one transaction.
-  std::optional<DataStore::Batch> batch;
-  if (_store) batch.emplace(*_store);
-  bool works = _store != nullptr;
-  const auto guarded = [&](auto&& use) {
-    try {
-      if (works) use();
-    } catch (const CmpiStatus& status) {
-      // Once is enough: each further try could wait for a lock again.
-      works = false;
-      logger().error("the settings cannot be kept: %s", status.what());
-    }
-  };
+void ZEB_EthEventSettings::follow() {
+  const std::lock_guard lock(_changing);
+  takeOver();
+}
+
+void ZEB_EthEventSettings::takeOver() {
+  if (!_store) return;
+  auto kept = _store->values();
+  if (kept == _followed) return;
   for (std::size_t index = 0; index < kCount; ++index) {
-    const Setting& setting = kSettings[index];
-    const std::string key(setting.name.view());
-    logger().info("initialize evSetting %s...", key);
-    _values[index] = setting.initial;
-    guarded([&] {
-      if (_store->exists(key)) {
-        setting.kind.load(*_store, key, _values[index]);
-      } else {
-        setting.kind.keep(*_store, key, setting.initial);
-      }
-    });
+    const auto found = kept->find(std::string(kSettings[index].name.view()));
+    if (found != kept->end()) change(index, kSettings[index].kind.stored(found->second));
   }
-  guarded([&] { batch->commit(); });
+  _followed = std::move(kept);
+}
+
+void ZEB_EthEventSettings::change(std::size_t index, std::uint32_t value) {
+  if (value == _values[index]) return;
+  _values[index] = value;
+  // Any other number switches polling on again, even while the interval is 0.
+  if (kSettings[index].kind.type == CMPI_uint32) _pollingDisabled = index == kPollInterval && value == 0;
 }
 
 CmpiInstance ZEB_EthEventSettings::makeInstance() {
+  follow();
   CmpiInstance instance = CmpiCpp::makeCmpiInstance(ZEBUtil::getBroker(), makeObjectPath());
   kTexts.fill(instance, *this);
   for (std::size_t index = 0; index < kCount; ++index) {
@@ -148,6 +149,8 @@ CmpiInstance ZEB_EthEventSettings::makeInstance() {
 void ZEB_EthEventSettings::modify(const CmpiInstance& instance, CmpiPropertyList names) {
   logger().info("::modifyInstance() start");
   const Selection selection = select(names);
+  const std::lock_guard lock(_changing);
+  takeOver();
   for (std::size_t index = 0; index < kCount; ++index) {
     if (selection[index]) modifyOne(index, instance.getProperty(kSettings[index].name.view()));
   }
@@ -188,9 +191,7 @@ void ZEB_EthEventSettings::modifyOne(std::size_t index, const CmpiData& data) {
   logger().info("Change in %s property detected...", setting.name.view());
   // Kept first: when that fails, the client is told that nothing was.
   if (_store) setting.kind.keep(*_store, std::string(setting.name.view()), wanted);
-  _values[index] = wanted;
-  // Any other number switches polling on again, even while the interval is 0.
-  if (setting.kind.type == CMPI_uint32) _pollingDisabled = index == kPollInterval && wanted == 0;
+  change(index, wanted);
 }
 
 }  // namespace ZEB

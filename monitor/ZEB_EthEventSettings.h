@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 
 #include "classes/port/ManagedObject.h"
 #include "common/DataStore.h"
@@ -18,10 +19,14 @@ class ZEB_EthEventSettings : public ManagedObject, public EventSettings {
   static constexpr CmpiCpp::NameLiteral kClassName = "ZEB_EthEventSettings";
 
   /// Takes the values from the store; what is not there starts with its default and is written there. Without
-  /// a store that works the defaults hold.
+  /// a store the defaults hold, and changes are not kept.
   ZEB_EthEventSettings(const Logger& logger, const std::string& nameSpace);
 
+  /// With the values that the store has now.
   CmpiCpp::CmpiInstance makeInstance() override;
+
+  /// Takes over what other processes have changed in the store since, as if a client had changed it here.
+  void follow();
 
   std::uint32_t number(EventSetting setting) const { return value(setting); }
   bool isOn(EventSetting setting) const override { return value(setting) != 0; }
@@ -46,7 +51,8 @@ class ZEB_EthEventSettings : public ManagedObject, public EventSettings {
   using Selection = std::array<bool, kCount>;
 
   std::uint32_t value(EventSetting setting) const { return _values[static_cast<std::size_t>(setting)]; }
-  void initialize();
+  void takeOver();
+  void change(std::size_t index, std::uint32_t value);
   Selection select(CmpiCpp::CmpiPropertyList names) const;
   void modifyOne(std::size_t index, const CmpiCpp::CmpiData& data);
 
@@ -54,6 +60,8 @@ class ZEB_EthEventSettings : public ManagedObject, public EventSettings {
   std::atomic<std::int64_t> _lastPollTime{0};
   std::atomic<bool> _pollingDisabled{false};
   std::unique_ptr<DataStore> _store;  ///< null when it could not be opened
+  std::mutex _changing;               ///< from the look at the store to the change that follows from it
+  std::shared_ptr<const DataStore::Values> _followed;  ///< what the values were last taken from
 };
 
 }  // namespace ZEB

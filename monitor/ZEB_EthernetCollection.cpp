@@ -6,7 +6,6 @@
 #include "classes/port/CollectionMember.h"
 #include "classes/port/PropertyTable.h"
 #include "cmpicpp/CmpiFactories.h"
-#include "cmpicpp/CmpiStatus.h"
 
 namespace ZEB {
 
@@ -42,6 +41,25 @@ const PropertyRows<const GroupStatus> kProperties{
         [](const GroupStatus& group) { return std::vector<std::string>{group.text}; }, always),
     P::string("Description", constant("This is a collection of all Ethernet Ports.")),
 };
+
+template <class Visit>
+void forEachPort(CmpiManagedInstanceCollection& instances, Visit&& visit) {
+  for (const std::uint32_t i : instances.watchers()) {
+    CmpiManagedInstance& instance = instances.getManagedInstance(i);
+    auto* member = dynamic_cast<CollectionMember*>(&instance);
+    if (member && member->kind() == CollectionMember::Kind::Port) visit(instance, *member);
+  }
+}
+
+/// Whether that is another filter than the port had; one that the store does not know stays.
+bool restoreFilter(CollectionMember& port, const DataStore::Values& kept) {
+  const auto found = kept.find(port.filterKey());
+  if (found == kept.end()) return false;
+  const bool included = found->second != 0;
+  if (included == port.included()) return false;
+  port.setIncluded(included);
+  return true;
+}
 
 }  // namespace
 
@@ -136,21 +154,27 @@ void ZEB_EthernetCollection::updateStatusFilter(CmpiManagedInstanceCollection& i
   }
   if (!_firstPass) return;
   logger().info("firstState is True");
-  try {
-    const DataStore::Batch batch(*store);
-    for (const std::uint32_t i : instances.watchers()) restoreFilter(instances.getManagedInstance(i), *store);
-  } catch (const CmpiCpp::CmpiStatus& status) {
-    logger().error("the status filter cannot be restored: %s", status.what());
-  }
+  const std::lock_guard lock(_following);
+  _followed = store->values();
+  forEachPort(instances, [&](CmpiManagedInstance& instance, CollectionMember& port) {
+    logger().info("updateStatusFilter: ethPort found in collection...");
+    if (instance.visible()) restoreFilter(port, *_followed);
+  });
 }
 
-void ZEB_EthernetCollection::restoreFilter(CmpiManagedInstance& instance, DataStore& store) const {
-  auto* member = dynamic_cast<CollectionMember*>(&instance);
-  if (!member || member->kind() != CollectionMember::Kind::Port) return;
-  logger().info("updateStatusFilter: ethPort found in collection...");
-  if (!instance.visible()) return;
-  const auto kept = store.findBool(member->filterKey());
-  if (kept) member->setIncluded(*kept);
+// A client of this process may change a filter meanwhile: what it has kept is seen by a further look.
+void ZEB_EthernetCollection::follow(CmpiManagedInstanceCollection& instances, DataStore& store) {
+  const std::lock_guard lock(_following);
+  bool changed = false;
+  for (auto kept = store.values(); kept != _followed; kept = store.values()) {
+    _followed = kept;
+    forEachPort(instances, [&](CmpiManagedInstance&, CollectionMember& port) {
+      if (restoreFilter(port, *kept)) changed = true;
+    });
+  }
+  if (!changed) return;
+  reset();
+  updateMembers(instances, false);
 }
 
 }  // namespace ZEB

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <memory>
 #include <mutex>
 
 #include "classes/port/ManagedObject.h"
@@ -39,15 +40,20 @@ class ZEB_EthernetCollection : public ManagedObject {
   /// The store may be null.
   void updateStatusFilter(CmpiManagedInstanceCollection& instances, DataStore* store);
 
+  /// Sets the filter of every port that the store knows as it is there now, and the group's status with it.
+  /// Costs a look at the store while that has not changed.
+  void follow(CmpiManagedInstanceCollection& instances, DataStore& store);
+
  private:
   void updateMember(CmpiManagedInstance& instance);
   operationalStatus updateWorstEthernetPort(operationalStatus current, operationalStatus update) const;
   operationalStatus groupStatus();
-  void restoreFilter(CmpiManagedInstance& instance, DataStore& store) const;
 
   std::atomic<bool> _firstPass{true};
   std::atomic<bool> _stateChanged{false};
-  std::mutex _memory;  ///< two passes may meet: a worker's and a client's
+  std::mutex _following;                               ///< one at a time takes filters from the store
+  std::shared_ptr<const DataStore::Values> _followed;  ///< what they were last taken from
+  std::mutex _memory;                                  ///< two passes may meet: a worker's and a client's
   operationalStatus _groupStatus = operationalStatus::OK;
 };
 

@@ -58,7 +58,11 @@ void ZEB_EthernetMemberOfCollection::keep(DataStore* store, bool included) const
   }
   const std::string key = firstEnd().str();
   // A key that the build did not make is not made here: such a change holds until the provider is reloaded.
-  if (store->exists(key)) store->setBool(key, included);
+  if (store->exists(key)) {
+    store->setBool(key, included);
+  } else {
+    logger().warn("datastore has no key %s, modify not persistent", key);
+  }
 }
 
 }  // namespace ZEB

@@ -1,11 +1,8 @@
 #include "provider/CollectionBuild.h"
 
-#include <optional>
-
 #include "classes/port/ZEB_EthernetPort.h"
 #include "classes/team/ZEB_EthernetTeam.h"
 #include "classes/team/ZEB_EthernetTeamMember.h"
-#include "cmpicpp/CmpiStatus.h"
 #include "monitor/ZEB_EthernetCollection.h"
 #include "monitor/ZEB_EthernetGroupHostedCollection.h"
 #include "monitor/ZEB_EthernetMemberOfCollection.h"
@@ -24,18 +21,19 @@ void CollectionBuild::run(CmpiManagedInstanceCollection& instances, const std::v
 void CollectionBuild::buildMemberships(ZEB_EthernetCollection& collection,
                                        const std::vector<TeamRecord>& teams,
                                        const std::vector<PortEntry>& ports) {
-  // The keys of thousands of new ports are one transaction.
-  std::optional<DataStore::Batch> batch;
-  if (_store) batch.emplace(*_store);
   for (const TeamRecord& team : teams) {
     _maker.create<ZEB_EthernetMemberOfCollection>(*team.team, collection).setVisible(team.valid);
   }
-  for (const PortEntry& entry : ports) buildMembership(collection, entry);
-  try {
-    if (batch && _filterIsKept) batch->commit();
-  } catch (const CmpiCpp::CmpiStatus& status) {
-    _maker.logger().error("the status filters cannot be kept: %s", status.what());
+  // The keys of thousands of new ports are one transaction.
+  DataStore::Values missing;
+  const auto kept = _store ? _store->values() : nullptr;
+  for (const PortEntry& entry : ports) {
+    buildMembership(collection, entry);
+    if (!kept || entry.team || kept->contains(entry.port->filterKey())) continue;
+    _maker.logger().info("store key for %s...", entry.port->filterKey());
+    missing.emplace(entry.port->filterKey(), true);
   }
+  if (_store) _store->addDefaults(missing);
 }
 
 void CollectionBuild::buildMembership(ZEB_EthernetCollection& collection, const PortEntry& entry) {
@@ -45,20 +43,6 @@ void CollectionBuild::buildMembership(ZEB_EthernetCollection& collection, const 
     return;
   }
   _maker.create<ZEB_EthernetMemberOfCollection>(*entry.port, collection).setVisible(entry.visible);
-  if (_store && _filterIsKept) keepFilter(*entry.port);
-}
-
-void CollectionBuild::keepFilter(ZEB_EthernetPort& port) {
-  const std::string& key = port.filterKey();
-  try {
-    if (_store->exists(key)) return;
-    _maker.logger().info("store key for %s...", key);
-    _store->setBool(key, true);
-  } catch (const CmpiCpp::CmpiStatus& status) {
-    // Said once for the whole build, which goes on without.
-    _filterIsKept = false;
-    _maker.logger().error("the status filters cannot be kept: %s", status.what());
-  }
 }
 
 }  // namespace ZEB

@@ -30,15 +30,13 @@ class CollectionBuild {
            const std::vector<PortEntry>& ports);
 
  private:
+  /// Makes the ports known to the store, too, so that their filters can be kept. What is there stays.
   void buildMemberships(ZEB_EthernetCollection& collection, const std::vector<TeamRecord>& teams,
                         const std::vector<PortEntry>& ports);
   void buildMembership(ZEB_EthernetCollection& collection, const PortEntry& entry);
-  /// Makes the port known to the store, so that its filter can be kept. What is there stays.
-  void keepFilter(ZEB_EthernetPort& port);
 
   const InstanceMaker& _maker;
   DataStore* const _store;
-  bool _filterIsKept = true;  ///< false once the store has failed
 };
 
 }  // namespace ZEB

@@ -4,6 +4,8 @@
 #include "common/Configuration.h"
 #include "common/Physloc.h"
 #include "common/ZEBUtil.h"
+#include "monitor/ZEB_EthEventSettings.h"
+#include "monitor/ZEB_EthernetCollection.h"
 #include "provider/Names.h"
 
 namespace ZEB {
@@ -95,10 +97,23 @@ Monitored ZEBEthernetPortProvider::monitored() {
           .mutex = _collectionMutex,
           .instances = _collection,
           .settings = _eventSettings,
-          .rebuild = [this] {
-            makeDataSources();
-            _cmpiManagedInstanceFactory();
-          }};
+          .followStores =
+              [this] {
+                if (ZEB_EthEventSettings* settings = _eventSettings) settings->follow();
+                followFilters();
+              },
+          .rebuild =
+              [this] {
+                makeDataSources();
+                _cmpiManagedInstanceFactory();
+              }};
+}
+
+void ZEBEthernetPortProvider::followFilters() {
+  if (!_dataStore) return;
+  for (const std::uint32_t i : _collection.ofClass(ZEB_EthernetCollection::kClassName)) {
+    static_cast<ZEB_EthernetCollection&>(_collection.getManagedInstance(i)).follow(_collection, *_dataStore);
+  }
 }
 
 CmpiCpp::CmpiBroker ZEBEthernetPortProvider::getBroker() const {

@@ -75,6 +75,9 @@ class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
   /// Puts new data sources in place of the ones there are, if any. The caller holds the link watch's mutex.
   void makeDataSources();
   Monitored monitored();
+  /// Takes over the status filters that other processes have kept since. The instances must not be replaced
+  /// meanwhile.
+  void followFilters();
   /// Fills the collection from the data sources: adds, and never takes away.
   void _cmpiManagedInstanceFactory();
   void returnAutostart(CmpiCpp::CmpiInstanceResult& result);

@@ -9,7 +9,8 @@
 #include "provider/ZEB_AutoStartEthernetPort.h"
 
 // The CIM operations: each logs its name, takes the collection mutex and is answered by the collection.
-// Within one operation the refreshes of many records share one answer of the kernel.
+// Within one operation the refreshes of many records share one answer of the kernel, and the status filters
+// are those that the store has when it begins.
 
 namespace ZEB {
 
@@ -33,6 +34,7 @@ void ZEBEthernetPortProvider::enumInstances(CmpiInstanceResult& result, const Cm
   _logger.info("enumInstances()");
   const AutoMutex lock(_collectionMutex);
   const RefreshScope refresh;
+  followFilters();
   if (classPath.className() == CmpiName(kAutoStartClass)) {
     returnAutostart(result);
   } else {
@@ -51,6 +53,7 @@ void ZEBEthernetPortProvider::getInstance(CmpiInstanceResult& result, const Cmpi
   _logger.info("getInstance()");
   const AutoMutex lock(_collectionMutex);
   const RefreshScope refresh;
+  followFilters();
   if (!_collection.getInstance(result, context, path, properties)) throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND);
 }
 
@@ -58,6 +61,7 @@ void ZEBEthernetPortProvider::modifyInstance(const CmpiContext& /*context*/, con
                                              const CmpiInstance& instance, CmpiPropertyList properties) {
   _logger.info("modifyInstance()");
   const AutoMutex lock(_collectionMutex);
+  followFilters();
   ZEB::modifyInstance({_logger, _collection, _dataStore.get()}, path, instance, properties);
 }
 
@@ -68,6 +72,7 @@ void ZEBEthernetPortProvider::associators(CmpiInstanceResult& result, const Cmpi
   _logger.info("associators()");
   const AutoMutex lock(_collectionMutex);
   const RefreshScope refresh;
+  followFilters();
   _collection.associators(result, context, path, associationClass, resultClass, role, resultRole, properties);
 }
 
@@ -86,6 +91,7 @@ void ZEBEthernetPortProvider::references(CmpiInstanceResult& result, const CmpiC
   _logger.info("references()");
   const AutoMutex lock(_collectionMutex);
   const RefreshScope refresh;
+  followFilters();
   _collection.references(result, context, path, resultClass, role, properties);
 }
 

@@ -20,28 +20,19 @@ void note(const DataStoreState& state) {
 
 }  // namespace
 
-DataStore::Batch::~Batch() {
-  try {
-    commit();
-  } catch (const std::exception&) {
-    // Who wants to know commits before.
-  }
-}
-
-void DataStore::Batch::commit() {
-  if (!_store) return;
-  DataStore& store = *_store;
-  _store = nullptr;
-  store.endBatch();
+std::uint32_t DataStore::getUInt32(const std::string& key) {
+  const auto kept = values();
+  const auto found = kept->find(key);
+  return found == kept->end() ? 0 : found->second;
 }
 
 std::unique_ptr<DataStore> makeDataStore(const std::string& name) {
   const std::string file = Configuration::current()->storeDirectory + name + ".db";
   const Logger logger("DataStore");
   try {
-    auto store = std::make_unique<SqliteStore>(file, kStorePatience, logger);
-    note({name, file, ""});
-    return store;
+    return std::make_unique<SqliteStore>(file, kStorePatience, logger, [=](const std::string& failure) {
+      note({name, file, failure});
+    });
   } catch (const std::exception& error) {
     note({name, file, error.what()});
     logger.error("store %s cannot be opened: %s", file, error.what());

@@ -2,17 +2,24 @@
 
 #include <sqlite3.h>
 
+#include <array>
+#include <system_error>
 #include <thread>
 
 namespace ZEB {
 
+// The statements are right, so what makes no sense is the file's account of its tables.
 bool SqliteError::damaged() const {
   const int primary = _code & 0xFF;
-  return primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB;
+  return primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB || primary == SQLITE_ERROR;
 }
 
 bool SqliteError::moved() const {
   return _code == SQLITE_READONLY_DBMOVED;
+}
+
+bool SqliteError::busy() const {
+  return (_code & 0xFF) == SQLITE_BUSY;
 }
 
 void SqliteDatabase::Close::operator()(sqlite3* database) const {
@@ -37,6 +44,9 @@ SqliteDatabase::SqliteDatabase(const std::string& file, std::chrono::millisecond
   _database.reset(opened);
   if (!opened) throw SqliteError(SQLITE_NOMEM, "out of memory");
   sqlite3_extended_result_codes(opened, 1);
+  if (code == SQLITE_CANTOPEN) {
+    throw std::system_error(sqlite3_system_errno(opened), std::generic_category(), sqlite3_errmsg(opened));
+  }
   if (code != SQLITE_OK) fail();
   sqlite3_busy_handler(opened, waitForLock, &_patience);
 }
@@ -47,12 +57,39 @@ void SqliteDatabase::execute(const char* sql) {
   if (sqlite3_exec(_database.get(), sql, nullptr, nullptr, nullptr) != SQLITE_OK) fail();
 }
 
-bool SqliteDatabase::inTransaction() const {
-  return sqlite3_get_autocommit(_database.get()) == 0;
+void SqliteDatabase::rollBack() noexcept {
+  // What keeps it from being taken back now does not keep the next reader from doing so.
+  if (sqlite3_get_autocommit(_database.get()) == 0) {
+    sqlite3_exec(_database.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+  }
+}
+
+std::int64_t SqliteDatabase::number(const char* sql) {
+  SqliteStatement query(*this, sql);
+  query.step();
+  return query.number(0);
+}
+
+std::string SqliteDatabase::text(const char* sql) {
+  SqliteStatement query(*this, sql);
+  query.step();
+  return query.text(0);
 }
 
 bool SqliteDatabase::readOnly() const {
   return sqlite3_db_readonly(_database.get(), "main") == 1;
+}
+
+// Through SQLite's own descriptor: closing another one of the file would let go of what SQLite has locked.
+std::uint32_t SqliteDatabase::changes() const {
+  constexpr sqlite3_int64 kPlace = 24;
+  std::array<unsigned char, 4> bytes{};
+  sqlite3_file* file = nullptr;
+  sqlite3_file_control(_database.get(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
+  if (file && file->pMethods) file->pMethods->xRead(file, bytes.data(), bytes.size(), kPlace);
+  std::uint32_t count = 0;
+  for (const unsigned char byte : bytes) count = count << 8 | byte;
+  return count;
 }
 
 void SqliteDatabase::fail() const {

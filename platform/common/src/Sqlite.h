@@ -17,10 +17,12 @@ class SqliteError : public std::runtime_error {
  public:
   SqliteError(int code, const std::string& text) : std::runtime_error(text), _code(code) {}
 
-  /// The file is not a database or not a sound one.
+  /// The file is not a database, not a sound one, or does not have in it what the statement speaks of.
   bool damaged() const;
   /// The file was renamed or deleted under the connection; nothing was written.
   bool moved() const;
+  /// Somebody else has it locked.
+  bool busy() const;
 
  private:
   int _code;
@@ -30,14 +32,23 @@ class SqliteError : public std::runtime_error {
 /// processes may have the file open: whoever finds it locked tries again for as long as `patience`.
 class SqliteDatabase {
  public:
+  /// Throws `std::system_error` when the file cannot be opened at all.
   SqliteDatabase(const std::string& file, std::chrono::milliseconds patience);
   ~SqliteDatabase();
   SqliteDatabase(const SqliteDatabase&) = delete;
   SqliteDatabase& operator=(const SqliteDatabase&) = delete;
 
+  void setPatience(std::chrono::milliseconds patience) { _patience.limit = patience; }
   void execute(const char* sql);
-  bool inTransaction() const;
+  /// Ends the transaction that is under way, if any.
+  void rollBack() noexcept;
+  /// The first column of the first row.
+  std::int64_t number(const char* sql);
+  std::string text(const char* sql);
   bool readOnly() const;
+  /// The file's own count of the transactions that have changed it. Read without a lock: it waits for nobody,
+  /// and does not count what a journal beside the file keeps.
+  std::uint32_t changes() const;
   [[noreturn]] void fail() const;
 
  private:
@@ -53,6 +64,21 @@ class SqliteDatabase {
 
   Patience _patience;
   std::unique_ptr<sqlite3, Close> _database;
+};
+
+/// A transaction of a database that outlives it: taken back at the end unless it was committed.
+class SqliteTransaction {
+ public:
+  SqliteTransaction(SqliteDatabase& database, const char* begin) : _database(database) {
+    database.execute(begin);
+  }
+  ~SqliteTransaction() { _database.rollBack(); }
+  SqliteTransaction(const SqliteTransaction&) = delete;
+  SqliteTransaction& operator=(const SqliteTransaction&) = delete;
+  void commit() { _database.execute("COMMIT"); }
+
+ private:
+  SqliteDatabase& _database;
 };
 
 /// A prepared statement of a database that outlives it.

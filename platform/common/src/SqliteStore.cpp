@@ -7,144 +7,154 @@
 namespace ZEB {
 
 using CmpiCpp::CmpiStatus;
+using std::chrono::milliseconds;
 
-SqliteStore::Connection::Connection(std::unique_ptr<SqliteDatabase> theDatabase)
-    : database(std::move(theDatabase)),
-      select(*database, "SELECT number FROM value WHERE key = ?1"),
-      insert(*database,
-             "INSERT INTO value (key, number) VALUES (?1, ?2)"
-             " ON CONFLICT (key) DO UPDATE SET number = excluded.number") {}
+namespace {
 
-SqliteStore::SqliteStore(std::string file, std::chrono::milliseconds patience, const Logger& logger)
-    : _file(std::move(file)), _patience(patience), _logger(logger) {
-  connect();
-  if (_connection->database->readOnly()) _logger.warn("store %s can be read only: no change is kept", _file);
+/// Another number when others have changed the file; the connection's own changes do not count.
+std::int64_t versionOf(SqliteDatabase& database) {
+  return database.number("PRAGMA data_version");
 }
 
-void SqliteStore::connect() {
-  _writing = false;
-  _connection.reset();
-  _connection = std::make_unique<Connection>(openStoreFile(_file, _patience, _logger));
-}
+}  // namespace
 
-bool SqliteStore::exists(const std::string& key) {
-  return find(key).has_value();
-}
-std::uint32_t SqliteStore::getUInt32(const std::string& key) {
-  return find(key).value_or(0);
-}
-bool SqliteStore::getBool(const std::string& key) {
-  return getUInt32(key) != 0;
-}
-std::optional<bool> SqliteStore::findBool(const std::string& key) {
-  const auto number = find(key);
-  return number ? std::optional(*number != 0) : std::nullopt;
-}
-void SqliteStore::setUInt32(const std::string& key, std::uint32_t value) {
-  write(key, value);
-}
-void SqliteStore::setBool(const std::string& key, bool value) {
-  write(key, value ? 1 : 0);
-}
-
-std::optional<std::uint32_t> SqliteStore::find(const std::string& key) {
-  const std::lock_guard lock(_mutex);
-  if (!_connection) throw CmpiStatus(CMPI_RC_ERR_FAILED, "the store " + _file + " is not open");
-  SqliteStatement& select = _connection->select;
+SqliteStore::SqliteStore(std::string file, milliseconds patience, const Logger& logger, Report report)
+    : _file(std::move(file)), _patience(patience), _logger(logger), _report(std::move(report)) {
   try {
-    if (_batches > 0 && !_connection->database->inTransaction()) _connection->database->execute("BEGIN");
-    select.bind(1, key);
-    std::optional<std::uint32_t> number;
-    if (select.step()) number = static_cast<std::uint32_t>(select.number(0));
-    select.reset();
-    return number;
-  } catch (const SqliteError& error) {
-    select.reset();
-    throw CmpiStatus(CMPI_RC_ERR_FAILED, "the store " + _file + " cannot be read: " + error.what());
+    open(_patience);
+    tryWriting();
+    sayUnwritable();
+  } catch (const NoStore&) {
+    throw;
+  } catch (const std::exception& error) {
+    cannotRead(error);
   }
 }
 
-void SqliteStore::write(const std::string& key, std::uint32_t number) {
+std::shared_ptr<const DataStore::Values> SqliteStore::values() {
+  const std::lock_guard lock(_mutex);
+  // Having waited in vain once is enough: a request must not wait again and again.
+  follow(_unreadable.empty() ? _patience : milliseconds(0));
+  return _content.values;
+}
+
+void SqliteStore::addDefaults(const Values& defaults) {
+  const std::lock_guard lock(_mutex);
+  follow(_unreadable.empty() ? _patience : milliseconds(0));
+  Values missing;
+  for (const auto& value : defaults) {
+    if (!_content.values->contains(value.first)) missing.insert(value);
+  }
+  if (missing.empty() || !_unreadable.empty()) return;
+  try {
+    keep(missing, Existing::Keep);
+  } catch (const std::exception& error) {
+    noteUnwritable(error.what());
+    sayUnwritable();
+  }
+}
+
+void SqliteStore::set(const std::string& key, std::uint32_t value) {
   const std::lock_guard lock(_mutex);
   try {
-    if (!_batchFailure.empty()) throw std::runtime_error(_batchFailure);
-    if (!_connection) connect();
-    const bool alone = !_writing;
-    try {
-      insert(key, number);
-    } catch (const SqliteError& error) {
-      // The file was damaged while it was open, or another process has put it aside for that.
-      if (!alone || !(error.moved() || error.damaged())) throw;
-      connect();
-      insert(key, number);
-    }
+    follow(_patience);
+    keep({{key, value}}, Existing::Replace);
   } catch (const std::exception& error) {
-    rollback();
-    if (_batches > 0) _batchFailure = error.what();
+    noteUnwritable(error.what());
     throw CmpiStatus(CMPI_RC_ERR_FAILED, "the store " + _file + " cannot keep a value: " + error.what());
   }
 }
 
-void SqliteStore::insert(const std::string& key, std::uint32_t number) {
-  beginWriting();
-  SqliteStatement& statement = _connection->insert;
+void SqliteStore::follow(milliseconds patience) {
   try {
-    statement.bind(1, key);
-    statement.bind(2, std::int64_t{number});
-    statement.step();
-  } catch (const SqliteError&) {
-    statement.reset();
-    throw;
+    if (!_database || !_content.mark.holds(FileMark::of(_file, *_database))) open(patience);
+    if (!_unwritable.empty()) tryWriting();
+  } catch (const std::exception& error) {
+    cannotRead(error);
   }
-  statement.reset();
-  if (_batches > 0) return;
-  _connection->database->execute("COMMIT");
-  _writing = false;
 }
 
-// A batch reads in a transaction that keeps nobody from reading, and takes one for writing with its first
-// write: most batches find that there is nothing to write. The first is ended for it, because two processes
-// that both held one and wanted to write would wait for each other.
-void SqliteStore::beginWriting() {
-  if (_writing) return;
-  SqliteDatabase& database = *_connection->database;
-  if (database.inTransaction()) database.execute("COMMIT");
-  const FileDescriptor turn = waitForTurn(_file, _patience);
-  database.execute("BEGIN IMMEDIATE");
-  _writing = true;
+void SqliteStore::open(milliseconds patience) {
+  _database.reset();
+  OpenStore opened = openStoreFile(_file, patience, _content, _logger);
+  _database = std::move(opened.database);
+  _database->setPatience(_patience);
+  _content = std::move(opened.content);
+  if (!_unreadable.empty()) _logger.info("store %s can be used again", _file);
+  _unreadable.clear();
+  _report(_unwritable);
 }
 
-void SqliteStore::rollback() {
-  _writing = false;
-  if (!_connection || !_connection->database->inTransaction()) return;
+void SqliteStore::keep(const Values& values, Existing existing) {
+  if (!_database) throw std::runtime_error(_unreadable);
   try {
-    _connection->database->execute("ROLLBACK");
+    write(values, existing);
+  } catch (const SqliteError& error) {
+    // It is damaged where nothing was looked for, or another process has just put it aside for that.
+    if (!error.damaged() && !error.moved()) throw;
+    open(_patience);
+    write(values, existing);
+  }
+  if (!_unwritable.empty()) noteUnwritable("");
+}
+
+void SqliteStore::write(const Values& values, Existing existing) {
+  FileDescriptor turn = waitForTurn(_file, _patience);
+  SqliteTransaction transaction(*_database, "BEGIN IMMEDIATE");
+  turn = FileDescriptor();
+  const bool current = _content.mark.sameTransactions(FileMark::of(_file, *_database));
+  const std::int64_t version = versionOf(*_database);
+  writeValues(*_database, values, existing);
+  transaction.commit();
+  remember(values, existing);
+  if (current) markUnlessChanged(version);
+}
+
+void SqliteStore::remember(const Values& values, Existing existing) {
+  auto all = std::make_shared<Values>(*_content.values);
+  for (const auto& [key, number] : values) {
+    if (existing == Existing::Replace) (*all)[key] = number;
+    all->try_emplace(key, number);
+  }
+  _content.values = std::move(all);
+}
+
+// With the mark that it had before, the file is read whole by the next look.
+void SqliteStore::markUnlessChanged(std::int64_t version) {
+  try {
+    const SqliteTransaction look(*_database, "BEGIN");
+    if (versionOf(*_database) == version) _content.mark = FileMark::of(_file, *_database);
   } catch (const SqliteError&) {
-    _connection.reset();  // closing rolls back, and the next write opens anew
+    // Somebody else is writing already.
   }
 }
 
-void SqliteStore::beginBatch() {
-  _mutex.lock();
-  ++_batches;
+// Whether a change could be kept. Who writes now is no reason why not.
+void SqliteStore::tryWriting() {
+  try {
+    tryToWrite(_file);
+    noteUnwritable("");
+  } catch (const SqliteError& error) {
+    if (!error.busy()) noteUnwritable(error.what());
+  }
 }
 
-void SqliteStore::endBatch() {
-  const std::unique_lock lock(_mutex, std::adopt_lock);
-  if (--_batches > 0) return;
-  _writing = false;
-  std::string failure = std::exchange(_batchFailure, {});
-  if (failure.empty() && _connection && _connection->database->inTransaction()) {
-    try {
-      _connection->database->execute("COMMIT");
-    } catch (const SqliteError& error) {
-      failure = error.what();
-      rollback();
-    }
-  }
-  if (!failure.empty()) {
-    throw CmpiStatus(CMPI_RC_ERR_FAILED, "the store " + _file + " cannot keep a batch: " + failure);
-  }
+void SqliteStore::cannotRead(const std::exception& error) {
+  if (_unreadable.empty()) _logger.error("store %s cannot be opened: %s", _file, error.what());
+  _unreadable = error.what();
+  _report(_unreadable);
+}
+
+void SqliteStore::noteUnwritable(const std::string& failure) {
+  _unwritable = failure;
+  if (failure.empty()) _saidUnwritable = false;
+  _report(_unreadable.empty() ? _unwritable : _unreadable);
+}
+
+// For what nobody has asked for: a client that is refused a change hears of it by that.
+void SqliteStore::sayUnwritable() {
+  if (_unwritable.empty() || std::exchange(_saidUnwritable, true)) return;
+  _logger.error("store %s keeps no change: %s", _file, _unwritable);
 }
 
 }  // namespace ZEB

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <functional>
 #include <mutex>
-#include <optional>
 
 #include "StoreFile.h"
 #include "common/DataStore.h"
@@ -11,46 +11,44 @@ namespace ZEB {
 /// A data store in a SQLite file.
 class SqliteStore : public DataStore {
  public:
-  /// Throws what `openStoreFile` throws.
-  SqliteStore(std::string file, std::chrono::milliseconds patience, const Logger& logger);
+  /// Told what is wrong with the store whenever that changes; nothing is wrong when the text is empty.
+  using Report = std::function<void(const std::string& failure)>;
 
-  bool exists(const std::string& key) override;
-  std::uint32_t getUInt32(const std::string& key) override;
-  bool getBool(const std::string& key) override;
-  std::optional<bool> findBool(const std::string& key) override;
-  void setUInt32(const std::string& key, std::uint32_t value) override;
-  void setBool(const std::string& key, bool value) override;
+  /// Throws `NoStore`.
+  SqliteStore(
+      std::string file, std::chrono::milliseconds patience, const Logger& logger,
+      Report report = [](const std::string&) {});
+
+  std::shared_ptr<const Values> values() override;
+  void addDefaults(const Values& defaults) override;
 
  protected:
-  void beginBatch() override;
-  void endBatch() override;
+  void set(const std::string& key, std::uint32_t value) override;
 
  private:
-  struct Connection {
-    explicit Connection(std::unique_ptr<SqliteDatabase> theDatabase);
-    std::unique_ptr<SqliteDatabase> database;
-    SqliteStatement select;
-    SqliteStatement insert;
-  };
-
-  std::optional<std::uint32_t> find(const std::string& key);
-  void write(const std::string& key, std::uint32_t number);
-  void insert(const std::string& key, std::uint32_t number);
-  void beginWriting();
-  void connect();
-  void rollback();
+  /// Brings what is known up to date with the file; the file may stay what it is when that fails.
+  void follow(std::chrono::milliseconds patience);
+  void open(std::chrono::milliseconds patience);
+  void keep(const Values& values, Existing existing);
+  void write(const Values& values, Existing existing);
+  void remember(const Values& values, Existing existing);
+  void markUnlessChanged(std::int64_t version);
+  void tryWriting();
+  void cannotRead(const std::exception& error);
+  void noteUnwritable(const std::string& failure);
+  void sayUnwritable();
 
   const std::string _file;
   const std::chrono::milliseconds _patience;
   const Logger _logger;
+  const Report _report;
 
-  // Held by a batch for its lifetime, so that nobody else's write gets into its transaction.
-  std::recursive_mutex _mutex;
-  std::unique_ptr<Connection> _connection;
-  int _batches = 0;
-  bool _writing = false;  // a transaction for writing is under way
-  // What made the current batch worthless; later writes of it fail at once, without waiting for a lock again.
-  std::string _batchFailure;
+  std::mutex _mutex;
+  std::unique_ptr<SqliteDatabase> _database;  ///< null while the file cannot be used
+  StoreContent _content;                      ///< what is known of the file, which a fresh one begins with
+  std::string _unreadable;                    ///< why the file could last not be used; empty when it could
+  std::string _unwritable;                    ///< why the last change was not kept; empty when it was
+  bool _saidUnwritable = false;
 };
 
 }  // namespace ZEB

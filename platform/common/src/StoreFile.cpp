@@ -1,152 +1,108 @@
 #include "StoreFile.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
+#include <unistd.h>
 
-#include <array>
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
-#include <thread>
 
-#include "posix/FileDescriptor.h"
+#include "StoreDirectory.h"
 
 namespace ZEB {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::int64_t kApplication = 0x5A454253;  // "ZEBS", where SQLite keeps whose file it is
+constexpr const char* kCompanions[] = {"-journal", "-wal", "-shm"};
 
-/// What brings a file from one format version to the next; the first makes an empty file version 1.
-constexpr std::array kUpgrades = {
-    "CREATE TABLE value (key TEXT PRIMARY KEY NOT NULL,"
-    " number INTEGER NOT NULL CHECK (number BETWEEN 0 AND 4294967295)) STRICT, WITHOUT ROWID;",
-};
-constexpr std::int64_t kFormat = kUpgrades.size();
-
-/// A file that is sound for SQLite and yet no store.
-class ForeignFile : public std::runtime_error {
-  using runtime_error::runtime_error;
-};
-
-[[noreturn]] void throwErrno(const std::string& what) {
-  throw std::system_error(errno, std::generic_category(), what);
+/// Trouble that goes by, or that somebody can end while the object manager runs.
+bool passes(const std::system_error& error) {
+  constexpr int kPassing[] = {ENOSPC, EDQUOT, EMFILE, ENFILE, ENOMEM, EIO, EWOULDBLOCK};
+  return std::ranges::find(kPassing, error.code().value()) != std::end(kPassing);
 }
 
-void syncDirectory(const fs::path& directory) {
-  const FileDescriptor opened(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (opened) fsync(opened.get());
-}
-
-/// Makes the directory and what is lacking above it. Each is on disk with its entry before the next.
-void makeDirectory(const fs::path& directory) {
-  if (mkdir(directory.c_str(), S_IRWXU) != 0) {
-    if (errno == EEXIST) return;
-    if (errno != ENOENT || !directory.has_relative_path()) throwErrno(directory);
-    makeDirectory(directory.parent_path());
-    if (mkdir(directory.c_str(), S_IRWXU) != 0 && errno != EEXIST) throwErrno(directory);
-  }
-  syncDirectory(directory.parent_path());
-}
-
-/// Holds the directory for one process at a time, so that two that find the same file damaged do not put
-/// aside each other's fresh one.
-FileDescriptor lockDirectory(const fs::path& directory, std::chrono::milliseconds patience) {
-  FileDescriptor held(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!held) throwErrno(directory);
-  const auto end = std::chrono::steady_clock::now() + patience;
-  while (flock(held.get(), LOCK_EX | LOCK_NB) != 0) {
-    if (errno != EWOULDBLOCK && errno != EINTR) throwErrno(directory);
-    if (std::chrono::steady_clock::now() >= end) throwErrno(directory.string() + " is locked");
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  return held;
-}
-
-std::int64_t queryNumber(SqliteDatabase& database, const char* sql) {
-  SqliteStatement query(database, sql);
-  query.step();
-  return query.number(0);
-}
-
-void checkSound(SqliteDatabase& database) {
-  SqliteStatement check(database, "PRAGMA quick_check(1)");
-  check.step();
-  if (check.text(0) != "ok") throw ForeignFile(check.text(0));
-}
-
-std::int64_t checkedFormat(SqliteDatabase& database) {
-  const std::int64_t format = queryNumber(database, "PRAGMA user_version");
-  const std::int64_t application = queryNumber(database, "PRAGMA application_id");
-  const bool fresh = format == 0 && queryNumber(database, "SELECT count(*) FROM sqlite_schema") == 0;
-  if (!fresh && application != kApplication) throw ForeignFile("the file of another program");
-  if (format > kFormat) {
-    throw std::runtime_error("its format " + std::to_string(format) + " is newer than " +
-                             std::to_string(kFormat) + ", which is the newest that is known here");
-  }
-  return format;
-}
-
-void upgrade(SqliteDatabase& database) {
-  database.execute("BEGIN IMMEDIATE");
+template <class Open>
+auto orNoStore(Open&& open) {
   try {
-    for (auto format = checkedFormat(database); format < kFormat; ++format) {
-      database.execute(kUpgrades[static_cast<std::size_t>(format)]);
-    }
-    database.execute(("PRAGMA application_id = " + std::to_string(kApplication)).c_str());
-    database.execute(("PRAGMA user_version = " + std::to_string(kFormat)).c_str());
-    database.execute("COMMIT");
-  } catch (const SqliteError&) {
-    if (database.inTransaction()) database.execute("ROLLBACK");
-    throw;
+    return open();
+  } catch (const std::system_error& error) {
+    if (passes(error)) throw;
+    throw NoStore(error.what());
   }
 }
 
-std::unique_ptr<SqliteDatabase> openChecked(const std::string& file, std::chrono::milliseconds patience) {
-  auto database = std::make_unique<SqliteDatabase>(file, patience);
+OpenStore openChecked(const std::string& file, std::chrono::milliseconds patience,
+                      const StoreContent& known) {
+  auto database = orNoStore([&] { return std::make_unique<SqliteDatabase>(file, patience); });
   // With "extra", the end of the journal is on disk too when a write returns: no power cut takes it back.
-  database->execute("PRAGMA journal_mode = DELETE; PRAGMA synchronous = EXTRA;");
-  const std::int64_t format = checkedFormat(*database);
-  checkSound(*database);
-  if (format < kFormat) upgrade(*database);
-  return database;
+  database->execute("PRAGMA synchronous = EXTRA");
+  if (database->text("PRAGMA journal_mode = DELETE") != "delete") {
+    throw std::runtime_error("another program works on it and keeps another kind of journal");
+  }
+  auto content = readStore(*database, file, known);
+  if (!content) {
+    upgradeStore(*database, *known.values);
+    content = readStore(*database, file, known);
+  }
+  if (database->readOnly() && access(file.c_str(), W_OK) == 0) {
+    throw DamagedStore("its header forbids changes");
+  }
+  return {std::move(database), std::move(content).value()};
 }
 
-/// A journal goes with its file: it would be played into the fresh one.
-void putAside(const std::string& file, const char* reason, const Logger& logger) {
+/// What SQLite keeps beside a file goes with it: it would be played into the fresh one.
+void putAside(const std::string& file, const char* reason, const StoreContent& known, const Logger& logger) {
   int number = 1;
   std::string aside;
   do {
     aside = file + ".damaged-" + std::to_string(number++);
   } while (fs::exists(aside));
   fs::rename(file, aside);
-  if (fs::exists(file + "-journal")) fs::rename(file + "-journal", aside + "-journal");
-  syncDirectory(fs::path(file).parent_path());
-  logger.error("store %s is damaged (%s): it is kept as %s, and a fresh one begins", file, reason, aside);
+  for (const char* companion : kCompanions) {
+    if (fs::exists(file + companion)) fs::rename(file + companion, aside + companion);
+  }
+  syncStoreDirectory(fs::path(file).parent_path());
+  logger.error("store %s is damaged (%s): it is kept as %s, and a fresh one begins%s", file, reason, aside,
+               known.values->empty() ? "" : " with the values that are known");
+}
+
+OpenStore openOrReplace(const std::string& file, std::chrono::milliseconds patience,
+                        const StoreContent& known, const Logger& logger) {
+  try {
+    return openChecked(file, patience, known);
+  } catch (const SqliteError& error) {
+    if (!error.damaged()) throw;
+    putAside(file, error.what(), known, logger);
+  } catch (const DamagedStore& error) {
+    putAside(file, error.what(), known, logger);
+  }
+  return openChecked(file, patience, known);
 }
 
 }  // namespace
 
 FileDescriptor waitForTurn(const std::string& file, std::chrono::milliseconds patience) {
-  return lockDirectory(fs::path(file).parent_path(), patience);
+  return lockStoreDirectory(fs::path(file).parent_path(), patience);
 }
 
-std::unique_ptr<SqliteDatabase> openStoreFile(const std::string& file, std::chrono::milliseconds patience,
-                                              const Logger& logger) {
-  const fs::path directory = fs::path(file).parent_path();
-  makeDirectory(directory);
-  const FileDescriptor lock = lockDirectory(directory, patience);
-  try {
-    return openChecked(file, patience);
-  } catch (const SqliteError& error) {
-    if (!error.damaged()) throw;
-    putAside(file, error.what(), logger);
-  } catch (const ForeignFile& error) {
-    putAside(file, error.what(), logger);
+// The directory is held, so that two processes that find the same file damaged do not put aside each other's
+// fresh one.
+OpenStore openStoreFile(const std::string& file, std::chrono::milliseconds patience,
+                        const StoreContent& known, const Logger& logger) {
+  const FileDescriptor turn = orNoStore([&] {
+    makeStoreDirectory(fs::path(file).parent_path());
+    return waitForTurn(file, patience);
+  });
+  std::error_code missing;
+  const bool empty = fs::file_size(file, missing) == 0;
+  const bool gone = missing && known.mark.isOfAFile();
+  auto opened = openOrReplace(file, patience, known, logger);
+  if (empty || gone) {
+    logger.error("store %s was %s: a fresh one begins%s", file, empty ? "empty" : "gone",
+                 known.values->empty() ? "" : " with the values that are known");
   }
-  return openChecked(file, patience);
+  return opened;
 }
 
 }  // namespace ZEB

@@ -4,7 +4,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <atomic>
+#include <algorithm>
 #include <filesystem>
 #include <thread>
 
@@ -12,6 +12,7 @@
 #include "common/DataStore.h"
 #include "support/ChildProcess.h"
 #include "support/Environment.h"
+#include "support/FilesInMemory.h"
 #include "support/ProcessLog.h"
 #include "support/TemporaryDirectory.h"
 
@@ -58,6 +59,12 @@ class StoreTest : public testing::Test {
         .wait();
   }
 
+  static void fillSomePages() {
+    DataStore::Values values{{"kept", 1}};
+    for (std::uint32_t i = 0; i < 2000; ++i) values.emplace("a key of some length " + std::to_string(i), i);
+    open()->addDefaults(values);
+  }
+
   void overwrite(std::size_t from, std::size_t count) const {
     std::fstream out(file(), std::ios::in | std::ios::out | std::ios::binary);
     out.seekp(static_cast<std::streamoff>(from));
@@ -76,6 +83,7 @@ class StoreTest : public testing::Test {
     EXPECT_EQ(open()->getUInt32("kept"), 3u);
   }
 
+  FilesInMemory inMemory;
   TemporaryDirectory directory;
   Environment storeDirectory{"ZEB_STORE_DIR", directory.file("stores")};
   ProcessLog log;
@@ -149,88 +157,78 @@ TEST_F(StoreTest, aWriteIsOnDiskWhenItReturns) {
   EXPECT_THAT(synced, testing::IsSupersetOf({file(), file() + "-journal"}));
 }
 
-TEST_F(StoreTest, aBatchIsOneTransaction) {
+TEST_F(StoreTest, defaultsAreOneTransaction) {
   const auto store = open();
-  store->setUInt32("before", 1);
-  {
-    DataStore::Batch batch(*store);
-    for (std::uint32_t i = 0; i < 10000; ++i) store->setUInt32("key " + std::to_string(i), i);
-    EXPECT_EQ(store->getUInt32("key 9999"), 9999u) << "its own writes are seen in it";
-    EXPECT_EQ(sql("SELECT 1 / (SELECT count(*) FROM value WHERE key = 'before')"), 0);
-    EXPECT_NE(sql("BEGIN IMMEDIATE"), 0) << "the one transaction is under way";
-    batch.commit();
-    EXPECT_EQ(sql("BEGIN IMMEDIATE"), 0) << "and over";
-  }
-  EXPECT_EQ(open()->getUInt32("key 9999"), 9999u);
+  DataStore::Values defaults;
+  for (std::uint32_t i = 0; i < 10000; ++i) defaults.emplace("key " + std::to_string(i), i);
+  synced.clear();
+  store->addDefaults(defaults);
+  EXPECT_EQ(std::ranges::count(synced, directory.file("stores")), 2) << "for the journal's coming and going";
+  EXPECT_EQ(*store->values(), defaults);
+  EXPECT_EQ(*open()->values(), defaults);
 }
 
-TEST_F(StoreTest, aBatchCommitsAtTheEndOfItsScope) {
+TEST_F(StoreTest, aDefaultIsWrittenOnlyWhereNoRowIs) {
   const auto store = open();
-  {
-    const DataStore::Batch batch(*store);
-    store->setUInt32("a", 1);
-  }
-  EXPECT_EQ(open()->getUInt32("a"), 1u);
+  store->setBool("there", false);
+  store->addDefaults({{"there", 1}, {"missing", 1}});
+  EXPECT_FALSE(store->getBool("there"));
+  EXPECT_TRUE(store->getBool("missing"));
+  EXPECT_FALSE(open()->getBool("there"));
 }
 
-TEST_F(StoreTest, aBatchThatOnlyReadsKeepsNobodyFromReading) {
+TEST_F(StoreTest, defaultsThatAreThereTouchNothing) {
+  const auto store = open();
+  store->addDefaults({{"a", 1}, {"b", 0}});
+  synced.clear();
+  store->addDefaults({{"a", 0}, {"b", 1}});
+  store->addDefaults({});
+  EXPECT_THAT(synced, testing::IsEmpty());
+}
+
+TEST_F(StoreTest, defaultsDoNotOverwriteWhatAnotherProcessHasJustKept) {
+  const auto store = open();
+  ASSERT_EQ(sql("INSERT INTO value VALUES ('a', 0)"), 0);
+  store->addDefaults({{"a", 1}});
+  EXPECT_EQ(store->values()->at("a"), 0u);
+  EXPECT_EQ(open()->values()->at("a"), 0u);
+}
+
+TEST_F(StoreTest, theValuesAreTheSameObjectWhileNothingChanges) {
   const auto store = open();
   store->setUInt32("a", 1);
-  {
-    const DataStore::Batch batch(*store);
-    EXPECT_TRUE(store->exists("a"));
-    EXPECT_EQ(open()->getUInt32("a"), 1u);
-  }
-  EXPECT_EQ(sql("INSERT INTO value VALUES ('b', 2)"), 0);
-  EXPECT_EQ(store->getUInt32("b"), 2u);
+  const auto before = store->values();
+  EXPECT_EQ(store->values(), before);
+  ASSERT_EQ(sql("UPDATE value SET number = 2"), 0);
+  EXPECT_NE(store->values(), before);
+  EXPECT_EQ(before->at("a"), 1u) << "what was handed out stays as it was";
 }
 
-TEST_F(StoreTest, batchesOfTwoProcessesThatReadAndThenWriteDoNotWaitForEachOther) {
-  const auto readAndWrite = [] {
-    const auto store = open();
-    for (std::uint32_t i = 0; i < 50; ++i) {
-      DataStore::Batch batch(*store);
-      const std::uint32_t seen = store->getUInt32("a");
-      store->setUInt32("a", seen + 1);
-      batch.commit();
-    }
-    return 0;
-  };
-  ChildProcess first(readAndWrite);
-  ChildProcess second(readAndWrite);
-  EXPECT_EQ(first.wait(), 0);
-  EXPECT_EQ(second.wait(), 0);
-}
-
-TEST_F(StoreTest, batchesNest) {
+TEST_F(StoreTest, readsSeeWhatAnotherProcessHasWritten) {
   const auto store = open();
-  {
-    const DataStore::Batch outer(*store);
-    {
-      const DataStore::Batch inner(*store);
-      store->setUInt32("a", 1);
-    }
-    EXPECT_NE(sql("BEGIN IMMEDIATE"), 0);
+  for (std::uint32_t i = 1; i <= 50; ++i) {
+    ASSERT_EQ(sql(("INSERT OR REPLACE INTO value VALUES ('a', " + std::to_string(i) + ")").c_str()), 0);
+    ASSERT_EQ(store->getUInt32("a"), i);
   }
-  EXPECT_EQ(open()->getUInt32("a"), 1u);
 }
 
-TEST_F(StoreTest, writesOfOtherThreadsStayOutOfABatch) {
-  const auto store = open();
-  std::atomic<bool> written{false};
-  std::thread other;
-  {
-    const DataStore::Batch batch(*store);
-    store->setUInt32("a", 1);
-    other = std::thread([&] {
-      store->setUInt32("b", 2);
-      written = true;
-    });
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    EXPECT_FALSE(written);
+TEST_F(StoreTest, twoStoresOfOneProcessSeeEachOthersWrites) {
+  const auto one = open();
+  const auto other = open();
+  for (std::uint32_t i = 1; i <= 50; ++i) {
+    one->setUInt32("a", i);
+    ASSERT_EQ(other->getUInt32("a"), i);
+    other->setUInt32("b", i);
+    ASSERT_EQ(one->getUInt32("b"), i);
+    ASSERT_EQ(one->getUInt32("a"), i);
   }
-  other.join();
-  EXPECT_EQ(open()->getUInt32("b"), 2u);
+}
+
+TEST_F(StoreTest, readingKeepsNobodyFromWriting) {
+  const auto store = open();
+  store->setUInt32("a", 1);
+  EXPECT_EQ(store->getUInt32("a"), 1u);
+  EXPECT_EQ(sql("BEGIN EXCLUSIVE"), 0);
 }
 
 TEST_F(StoreTest, isSafeFromSeveralThreads) {
@@ -250,14 +248,14 @@ TEST_F(StoreTest, isSafeFromSeveralThreads) {
 
 // --- files that are not what they should be ---
 
-TEST_F(StoreTest, anEmptyFileIsANewStore) {
+TEST_F(StoreTest, anEmptyFileIsANewStoreAndTheLogSaysSo) {
   fs::create_directories(directory.file("stores"));
   directory.write("stores/S.db", "");
   const auto store = open();
   ASSERT_TRUE(store);
   store->setUInt32("a", 1);
   EXPECT_EQ(open()->getUInt32("a"), 1u);
-  EXPECT_THAT(log.sink->lines(), testing::IsEmpty());
+  EXPECT_THAT(log.sink->texts(), testing::ElementsAre("store " + file() + " was empty: a fresh one begins"));
 }
 
 TEST_F(StoreTest, noiseIsPutAside) {
@@ -269,12 +267,7 @@ TEST_F(StoreTest, noiseIsPutAside) {
 }
 
 TEST_F(StoreTest, aFileCutOffIsPutAside) {
-  {
-    const auto store = open();
-    const DataStore::Batch batch(*store);
-    for (std::uint32_t i = 0; i < 2000; ++i) store->setUInt32("a key of some length " + std::to_string(i), i);
-    store->setUInt32("kept", 1);
-  }
+  fillSomePages();
   fs::resize_file(file(), fs::file_size(file()) / 2);
   expectFreshStore(TemporaryDirectory::read(file()), file() + ".damaged-1");
 }
@@ -286,12 +279,7 @@ TEST_F(StoreTest, aFileCutOffWithinItsHeaderIsPutAside) {
 }
 
 TEST_F(StoreTest, aDamagedPageIsPutAside) {
-  {
-    const auto store = open();
-    const DataStore::Batch batch(*store);
-    for (std::uint32_t i = 0; i < 2000; ++i) store->setUInt32("a key of some length " + std::to_string(i), i);
-    store->setUInt32("kept", 1);
-  }
+  fillSomePages();
   overwrite(4096, 4096);
   expectFreshStore(TemporaryDirectory::read(file()), file() + ".damaged-1");
 }
@@ -329,17 +317,28 @@ TEST_F(StoreTest, aNewerFormatIsRefusedAndLeftAlone) {
   open()->setUInt32("kept", 1);
   ASSERT_EQ(sql("PRAGMA user_version = 2"), 0);
   const std::string before = TemporaryDirectory::read(file());
-  EXPECT_FALSE(open());
+  const auto store = open();
+  ASSERT_TRUE(store);
+  EXPECT_FALSE(store->exists("kept"));
+  EXPECT_THROW(store->setUInt32("kept", 2), CmpiCpp::CmpiStatus);
   EXPECT_TRUE(log.sink->mentions(LogLevel::Error, "its format 2 is newer than 1"));
+  EXPECT_EQ(log.sink->lines().size(), 1u);
   EXPECT_EQ(TemporaryDirectory::read(file()), before);
+}
+
+TEST_F(StoreTest, aNegativeFormatIsDamage) {
+  open()->setUInt32("kept", 1);
+  ASSERT_EQ(sql("PRAGMA user_version = -1"), 0);
+  expectFreshStore(TemporaryDirectory::read(file()), file() + ".damaged-1");
 }
 
 TEST_F(StoreTest, aNewerFormatWithAStructureOfItsOwnIsRefusedToo) {
   open()->setUInt32("kept", 1);
   ASSERT_EQ(sql("ALTER TABLE value RENAME TO setting; PRAGMA user_version = 7"), 0);
-  EXPECT_FALSE(open());
+  const auto store = open();
+  EXPECT_THROW(store->setUInt32("kept", 2), CmpiCpp::CmpiStatus);
   ASSERT_EQ(sql("PRAGMA user_version = 1; ALTER TABLE setting RENAME TO value"), 0);
-  EXPECT_EQ(open()->getUInt32("kept"), 1u);
+  EXPECT_EQ(store->getUInt32("kept"), 1u) << "an older program has brought it back";
 }
 
 TEST_F(StoreTest, aFileOfFormatZeroIsUpgraded) {
@@ -364,21 +363,47 @@ TEST_F(StoreTest, aDirectoryInPlaceOfTheFileIsNoStore) {
   EXPECT_TRUE(fs::is_directory(file()));
 }
 
-TEST_F(StoreTest, aFileThatVanishesIsBegunAnew) {
-  const auto store = open();
-  store->setUInt32("a", 1);
-  fs::remove(file());
-  store->setUInt32("b", 2);
-  EXPECT_EQ(open()->getUInt32("b"), 2u);
+TEST_F(StoreTest, theWriteAheadLogOfADamagedFileGoesWithIt) {
+  fs::create_directories(directory.file("stores"));
+  directory.write("stores/S.db", std::string(3000, 'x'));
+  directory.write("stores/S.db-wal", std::string(3000, 'y'));
+  ASSERT_TRUE(open());
+  EXPECT_FALSE(fs::exists(file() + "-wal"));
 }
 
-TEST_F(StoreTest, damageWhileTheStoreIsOpenIsPutAsideWithTheNextWrite) {
+TEST_F(StoreTest, aFileThatAnotherProgramKeepsAWriteAheadLogOfIsLeftAlone) {
   const auto store = open();
-  store->setUInt32("a", 1);
-  overwrite(0, 4096);
-  store->setUInt32("b", 2);
-  EXPECT_EQ(open()->getUInt32("b"), 2u);
-  EXPECT_TRUE(fs::exists(file() + ".damaged-1"));
+  store->setUInt32("kept", 1);
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  {
+    ChildProcess other([&] {
+      sqlite3* database = nullptr;
+      if (sqlite3_open(file().c_str(), &database) != SQLITE_OK) return 1;
+      const char* const statements = "PRAGMA journal_mode = WAL; UPDATE value SET number = 2";
+      if (sqlite3_exec(database, statements, nullptr, nullptr, nullptr) != SQLITE_OK) return 2;
+      if (write(ends[1], "x", 1) != 1) return 3;
+      pause();
+      return 0;
+    });
+    char ready = 0;
+    ASSERT_EQ(read(ends[0], &ready, 1), 1);
+    EXPECT_THROW(store->setUInt32("kept", 3), CmpiCpp::CmpiStatus);
+    EXPECT_EQ(store->getUInt32("kept"), 1u);
+    EXPECT_TRUE(log.sink->mentions(LogLevel::Error, "cannot be opened: "));
+  }
+  EXPECT_EQ(store->getUInt32("kept"), 2u);
+  store->setUInt32("kept", 3);
+  EXPECT_EQ(open()->getUInt32("kept"), 3u);
+  close(ends[0]);
+  close(ends[1]);
+}
+
+TEST_F(StoreTest, aFileWithAWriteAheadLogIsBroughtBackToAJournal) {
+  open()->setUInt32("kept", 1);
+  ASSERT_EQ(sql("PRAGMA journal_mode = WAL; UPDATE value SET number = 2"), 0);
+  EXPECT_EQ(open()->getUInt32("kept"), 2u);
+  EXPECT_FALSE(fs::exists(file() + "-wal"));
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "cmpicpp/CmpiStatus.h"
 #include "support/ChildProcess.h"
 #include "support/Environment.h"
+#include "support/FilesInMemory.h"
 #include "support/ProcessLog.h"
 #include "support/TemporaryDirectory.h"
 
@@ -27,6 +28,14 @@ class StoreTroubleTest : public testing::Test {
  protected:
   static std::unique_ptr<DataStore> open() { return makeDataStore("S"); }
 
+  /// How often the log speaks of what is in that directory, and not of what goes on again.
+  long linesAbout(const std::string& path) const {
+    return std::ranges::count_if(log.sink->lines(), [&](const RecordingLogSink::Line& line) {
+      return line.level != LogLevel::Info && line.text.find(path) != std::string::npos;
+    });
+  }
+
+  FilesInMemory inMemory;
   TemporaryDirectory directory;
   Environment storeDirectory{"ZEB_STORE_DIR", directory.file("stores")};
   ProcessLog log;
@@ -68,43 +77,75 @@ class Acknowledgements {
   int _ends[2] = {-1, -1};
 };
 
-/// Counts up: a single write, and a batch of two that belong together.
-int countUp(std::uint32_t from, const Acknowledgements& acknowledgements) {
+/// Counts up: a single write, and two that belong together.
+int countUp(const std::string& mine, std::uint32_t from, const Acknowledgements& acknowledgements) {
   const auto store = makeDataStore("S");
   for (std::uint32_t number = from;; ++number) {
-    store->setUInt32("single", number);
-    {
-      DataStore::Batch batch(*store);
-      store->setUInt32("left", number);
-      store->setUInt32("right", number);
-      batch.commit();
-    }
+    const std::string n = std::to_string(number);
+    store->setUInt32(mine, number);
+    store->addDefaults({{mine + " left " + n, number}, {mine + " right " + n, number}});
     acknowledgements.give(number);
   }
 }
 
-TEST_F(StoreTroubleTest, killsAtRandomMomentsLoseNothingAndTearNothing) {
+/// A writer that counts up under keys of its own until it is killed.
+class Counter {
+ public:
+  Counter(std::string name, std::uint32_t from)
+      : _name(std::move(name)),
+        _from(from),
+        _process([this] { return countUp(_name, _from, _acknowledged); }) {
+    _acknowledged.waitForFirst();
+  }
+
+  void kill() {
+    _process.kill();
+    ASSERT_EQ(_process.wait(), -SIGKILL);
+  }
+  /// All that it was told is kept is there, and nothing is torn.
+  void check(const DataStore::Values& kept) {
+    const std::uint32_t acknowledged = std::max(_acknowledged.last(), _from);
+    const std::uint32_t single = kept.at(_name);
+    ASSERT_TRUE(single == acknowledged || single == acknowledged + 1) << single << " " << acknowledged;
+    for (std::uint32_t n = _from; n <= acknowledged + 1; ++n) {
+      const bool left = kept.contains(_name + " left " + std::to_string(n));
+      ASSERT_EQ(left, kept.contains(_name + " right " + std::to_string(n)));
+      ASSERT_TRUE(left || n > acknowledged);
+    }
+    next = single + 1;
+  }
+
+  std::uint32_t next = 0;  ///< the number to go on with
+
+ private:
+  const std::string _name;
+  const std::uint32_t _from;
+  Acknowledgements _acknowledged;
+  ChildProcess _process;
+};
+
+TEST_F(StoreTroubleTest, killsOfTwoWritersAtRandomMomentsLoseNothingAndTearNothing) {
   std::mt19937 random(20260102);
   std::uniform_int_distribution<int> microseconds(0, 20000);
   const int rounds = soakRounds(50, 1000);
-  std::uint32_t next = 1;
+  std::uint32_t first = 1;
+  std::uint32_t second = 1;
   for (int round = 0; round < rounds; ++round) {
-    Acknowledgements acknowledgements;
-    ChildProcess writer([&] { return countUp(next, acknowledgements); });
-    acknowledgements.waitForFirst();
+    Counter one("one", first);
+    Counter other("other", second);
     std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
-    writer.kill();
-    ASSERT_EQ(writer.wait(), -SIGKILL);
-    const std::uint32_t acknowledged = std::max(acknowledgements.last(), next);
+    one.kill();
+    std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random) / 4));
+    other.kill();
 
     const auto store = open();
     ASSERT_TRUE(store);
-    const std::uint32_t single = store->getUInt32("single");
-    const std::uint32_t left = store->getUInt32("left");
-    ASSERT_EQ(left, store->getUInt32("right")) << "round " << round;
-    ASSERT_TRUE(left == acknowledged || left == acknowledged + 1) << left << " " << acknowledged;
-    ASSERT_TRUE(single == left || single == left + 1) << single << " " << left;
-    next = single + 1;
+    const auto kept = store->values();
+    one.check(*kept);
+    other.check(*kept);
+    if (HasFatalFailure()) FAIL() << "round " << round;
+    first = one.next;
+    second = other.next;
   }
   EXPECT_THAT(log.sink->lines(), testing::IsEmpty()) << "nothing was damaged";
 }
@@ -124,6 +165,15 @@ TEST_F(StoreTroubleTest, killsDuringTheFirstOpeningLeaveAStoreThatOpens) {
     ASSERT_EQ(store->getUInt32("a"), 1u);
   }
   EXPECT_FALSE(std::filesystem::exists(directory.file("stores/S.db.damaged-1")));
+}
+
+bool writeFails(DataStore& store, const std::string& key) {
+  try {
+    store.setUInt32(key, 5);
+    return false;
+  } catch (const CmpiStatus& status) {
+    return status.rc() == CMPI_RC_ERR_FAILED;
+  }
 }
 
 TEST_F(StoreTroubleTest, twoProcessesAtOnceLoseNoWrite) {
@@ -190,15 +240,35 @@ class Locker {
   ChildProcess _process;
 };
 
-TEST_F(StoreTroubleTest, aStoreThatIsLockedCannotBeOpenedAndIsLeftAlone) {
+TEST_F(StoreTroubleTest, aStoreThatIsLockedWhenItIsOpenedIsLeftAloneAndReadOnceItIsFree) {
   open()->setUInt32("a", 1);
   const std::string file = directory.file("stores/S.db");
-  {
-    const Locker locker(file);
-    EXPECT_THROW(SqliteStore(file, std::chrono::milliseconds(100), Logger()), std::runtime_error);
-  }
-  EXPECT_EQ(open()->getUInt32("a"), 1u);
-  EXPECT_FALSE(std::filesystem::exists(file + ".damaged-1"));
+  auto locker = std::make_unique<Locker>(file);
+  SqliteStore store(file, std::chrono::milliseconds(100), Logger("DataStore"));
+  const auto began = std::chrono::steady_clock::now();
+  for (int i = 0; i < 20; ++i) EXPECT_FALSE(store.exists("a"));
+  EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(1)) << "it has waited once";
+  store.addDefaults({{"a", 5}});
+  EXPECT_TRUE(writeFails(store, "a"));
+  EXPECT_THAT(log.sink->texts(),
+              testing::ElementsAre("store " + file + " cannot be opened: database is locked"));
+  locker.reset();
+  EXPECT_EQ(store.getUInt32("a"), 1u);
+  store.setUInt32("a", 2);
+  EXPECT_EQ(open()->getUInt32("a"), 2u);
+}
+
+TEST_F(StoreTroubleTest, readsDoNotWaitForALockUnderWhichNothingWasWritten) {
+  const std::string file = directory.file("stores/S.db");
+  SqliteStore store(file, std::chrono::milliseconds(5000), Logger());
+  store.setUInt32("a", 1);
+  EXPECT_EQ(store.getUInt32("a"), 1u);
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  EXPECT_EQ(store.getUInt32("a"), 1u);
+  const Locker locker(file);
+  const auto began = std::chrono::steady_clock::now();
+  EXPECT_EQ(store.getUInt32("a"), 1u);
+  EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(1));
 }
 
 TEST_F(StoreTroubleTest, aWriteWaitsForTheLockOfAnotherProcess) {
@@ -230,15 +300,11 @@ TEST_F(StoreTroubleTest, aWriteThatFindsTheStoreLockedFailsAndTheNextOneWorks) {
   EXPECT_EQ(store.getUInt32("a"), 2u);
 }
 
-TEST_F(StoreTroubleTest, aBatchThatFindsTheStoreLockedWaitsOnce) {
-  const std::string file = directory.file("stores/S.db");
-  SqliteStore store(file, std::chrono::milliseconds(200), Logger());
-  const Locker locker(file);
-  const auto began = std::chrono::steady_clock::now();
-  DataStore::Batch batch(store);
-  for (int i = 0; i < 100; ++i) EXPECT_THROW(store.setUInt32(std::to_string(i), 1), CmpiStatus);
-  EXPECT_THROW(batch.commit(), CmpiStatus);
-  EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(5));
+std::string failureOf(const std::string& name) {
+  for (const DataStoreState& state : dataStoreStates()) {
+    if (state.name == name) return state.failure;
+  }
+  return "not asked for";
 }
 
 /// Runs `body` where `stores` is a file system of 256 KiB. Returns 77 where no such thing can be mounted.
@@ -260,15 +326,6 @@ void fillDisk(const std::string& stores) {
   }
 }
 
-bool writeFails(DataStore& store, const std::string& key) {
-  try {
-    store.setUInt32(key, 5);
-    return false;
-  } catch (const CmpiStatus& status) {
-    return status.rc() == CMPI_RC_ERR_FAILED;
-  }
-}
-
 TEST_F(StoreTroubleTest, aFullDiskFailsTheWriteAndLosesNothing) {
   const std::string stores = directory.file("stores");
   const int result = onSmallDisk(stores, [&] {
@@ -278,31 +335,32 @@ TEST_F(StoreTroubleTest, aFullDiskFailsTheWriteAndLosesNothing) {
     fillDisk(stores);
     if (!writeFails(*store, "lost")) return 2;
     if (store->getUInt32("kept") != 4 || store->exists("lost")) return 3;
-    DataStore::Batch batch(*store);
-    if (!writeFails(*store, "lost") || !writeFails(*store, "lost too")) return 4;
-    try {
-      batch.commit();
-      return 5;
-    } catch (const CmpiStatus&) {
-    }
+    store->addDefaults({{"lost too", 1}, {"kept", 1}});
+    store->addDefaults({{"lost again", 1}});
+    if (linesAbout(stores) != 1 || failureOf("S").empty()) return 4;
     std::filesystem::remove(stores + "/filler");
     store->setUInt32("later", 6);
     const auto again = open();
     if (!again || again->getUInt32("kept") != 4 || again->getUInt32("later") != 6) return 6;
+    if (!failureOf("S").empty()) return 5;
     return again->exists("lost") || again->exists("lost too") ? 7 : 0;
   });
   if (result == 77) GTEST_SKIP() << "no file system can be mounted here";
   EXPECT_EQ(result, 0);
 }
 
-TEST_F(StoreTroubleTest, aFullDiskIsNoStoreAtTheFirstOpening) {
+TEST_F(StoreTroubleTest, aFullDiskAtTheFirstOpeningIsAStoreThatRefusesUntilThereIsRoom) {
   const std::string stores = directory.file("stores");
   const int result = onSmallDisk(stores, [&] {
     fillDisk(stores);
-    if (open()) return 1;
-    if (!log.sink->mentions(LogLevel::Error, "cannot be opened")) return 2;
+    const auto store = open();
+    if (!store || store->exists("a")) return 1;
+    store->addDefaults({{"a", 1}});
+    if (!writeFails(*store, "a")) return 2;
+    if (linesAbout(stores) != 1 || failureOf("S").empty()) return 3;
     std::filesystem::remove(stores + "/filler");
-    return open() ? 0 : 3;
+    store->setUInt32("a", 5);
+    return open()->getUInt32("a") == 5 && failureOf("S").empty() ? 0 : 4;
   });
   if (result == 77) GTEST_SKIP() << "no file system can be mounted here";
   EXPECT_EQ(result, 0);
@@ -317,8 +375,9 @@ TEST_F(StoreTroubleTest, aReadOnlyDiskServesWhatIsKeptAndRefusesWrites) {
     if (!store) return 1;
     if (store->getUInt32("kept") != 4) return 2;
     if (!writeFails(*store, "kept")) return 3;
-    if (!log.sink->mentions(LogLevel::Warn, "can be read only")) return 4;
-    return store->getUInt32("kept") == 4 ? 0 : 5;
+    store->addDefaults({{"missing", 1}});
+    if (linesAbout(stores) != 1 || failureOf("S") != "attempt to write a readonly database") return 4;
+    return store->getUInt32("kept") == 4 && !store->exists("missing") ? 0 : 5;
   });
   if (result == 77) GTEST_SKIP() << "no file system can be mounted here";
   EXPECT_EQ(result, 0);

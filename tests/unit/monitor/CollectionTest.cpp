@@ -260,13 +260,45 @@ TEST_F(StatusFilterTest, isNotRestoredWithoutAStore) {
   EXPECT_TRUE(recorded.sink->has(LogLevel::Warn, "DataStore not open, update not persistent"));
 }
 
-TEST_F(StatusFilterTest, aStoreThatCannotBeReadIsSaidAndLeavesTheFilter) {
+TEST_F(StatusFilterTest, isRestoredThoughTheFileWasDamagedWhileItWasOpen) {
   Member& port = add(Kind::Port, Status::OK);
+  port.setIncluded(false);
+  store->setBool(key(port), false);
+  port.setIncluded(true);
   std::ofstream(directory.file("stores/ZEBEthernetPort.db"), std::ios::in | std::ios::out)
       << std::string(9000, 'n');
   collection.updateStatusFilter(instances, store.get());
-  EXPECT_TRUE(port.included());
-  EXPECT_TRUE(recorded.sink->mentions(LogLevel::Error, "the status filter cannot be restored"));
+  EXPECT_FALSE(port.included());
+}
+
+TEST_F(StatusFilterTest, followsWhatAnotherProcessHasKept) {
+  Member& good = add(Kind::Port, Status::OK);
+  Member& bad = add(Kind::Port, Status::Error);
+  store->addDefaults({{key(good), 1}, {key(bad), 1}});
+  collection.updateStatusFilter(instances, store.get());
+  pass();
+  EXPECT_EQ(groupStatus(), 6u);
+
+  makeDataStore("ZEBEthernetPort")->setBool(key(bad), false);
+  collection.follow(instances, *store);
+  EXPECT_FALSE(bad.included());
+  EXPECT_TRUE(good.included());
+  EXPECT_EQ(groupStatus(), 2u);
+  EXPECT_FALSE(collection.testAndClearStateChanged()) << "only a client of this process reports it";
+
+  recorded.sink->clear();
+  collection.follow(instances, *store);
+  EXPECT_THAT(recorded.sink->texts(), ElementsAre()) << "nothing is new";
+}
+
+TEST_F(StatusFilterTest, followsForNoTeamAndNoPortThatTheStoreLacks) {
+  Member& team = add(Kind::Team, Status::OK);
+  Member& port = add(Kind::Port, Status::OK);
+  store->setBool(key(team), false);
+  port.setIncluded(false);
+  collection.follow(instances, *store);
+  EXPECT_TRUE(team.included());
+  EXPECT_FALSE(port.included());
 }
 
 TEST_F(CollectionTest, isHostedByTheComputerSystem) {

@@ -292,6 +292,44 @@ TEST_F(EventSettingsTest, anUnknownNameFurtherDownDoesNotReturnAndBurnsNothing) 
   close(ends[1]);
 }
 
+// --- stores that another process has, too ---
+
+TEST_F(EventSettingsTest, whatAnotherProcessHasKeptIsServed) {
+  ZEB_EthEventSettings settings = make();
+  const auto other = makeDataStore("ZEB_EthEventSettings");
+  other->setUInt32("PollInterval", 5);
+  other->setBool("MonitorPorts", false);
+  const CmpiInstance instance = settings.makeInstance();
+  EXPECT_EQ(instance.getProperty("PollInterval"), CmpiData(std::uint32_t{5}));
+  EXPECT_EQ(instance.getProperty("MonitorPorts"), CmpiData(false));
+}
+
+TEST_F(EventSettingsTest, whatAnotherProcessHasKeptIsFollowed) {
+  ZEB_EthEventSettings settings = make();
+  makeDataStore("ZEB_EthEventSettings")->setUInt32("PollInterval", 0);
+  EXPECT_EQ(settings.number(EventSetting::PollInterval), 200u);
+  settings.follow();
+  EXPECT_EQ(settings.number(EventSetting::PollInterval), 0u);
+  EXPECT_TRUE(settings.pollingDisabled());
+  makeDataStore("ZEB_EthEventSettings")->setUInt32("MaxFloodLevel", 101);
+  settings.follow();
+  EXPECT_FALSE(settings.pollingDisabled()) << "as after such a change of a client";
+}
+
+TEST_F(EventSettingsTest, aChangeIsComparedWithWhatAnotherProcessHasKept) {
+  ZEB_EthEventSettings settings = make();
+  makeDataStore("ZEB_EthEventSettings")->setUInt32("PollInterval", 5);
+  recorded.sink->clear();
+  ASSERT_EQ(modify(settings, changed({{"PollInterval", std::uint32_t{200}}}), {"PollInterval"}), CMPI_RC_OK);
+  EXPECT_EQ(recorded.sink->count("Change in PollInterval property detected..."), 1u);
+  EXPECT_EQ(make().number(EventSetting::PollInterval), 200u);
+
+  makeDataStore("ZEB_EthEventSettings")->setUInt32("PollInterval", 5);
+  recorded.sink->clear();
+  ASSERT_EQ(modify(settings, changed({{"PollInterval", std::uint32_t{5}}}), {"PollInterval"}), CMPI_RC_OK);
+  EXPECT_THAT(recorded.sink->texts(), ElementsAre("::modifyInstance() start", "property list is NOT NULL"));
+}
+
 // --- stores that do not work ---
 
 TEST_F(EventSettingsTest, withoutAStoreTheDefaultsHoldAndChangesAreNotKept) {
@@ -336,8 +374,10 @@ TEST_F(EventSettingsTest, aFirstStartOnAFullDiskSaysSoOnceAndHasTheDefaults) {
                        ZEB_EthEventSettings settings = make();
                        if (settings.number(EventSetting::MaxFloodLevel) != 100) return 2;
                        int errors = 0;
-                       for (const auto& line : recorded.sink->lines())
-                         errors += line.level == LogLevel::Error ? 1 : 0;
+                       for (const auto& sink : {recorded.sink, processLog.sink}) {
+                         for (const auto& line : sink->lines())
+                           errors += line.level == LogLevel::Error ? 1 : 0;
+                       }
                        return errors == 1 ? 0 : 3;
                      }).wait();
   EXPECT_EQ(result, 0);

@@ -88,8 +88,10 @@ TEST_F(MembershipTest, theCurrentValueIsNoChangeAndNoWrite) {
   EXPECT_THAT(recorded.sink->texts(), ElementsAre("::modifyInstance() start"));
 }
 
-TEST_F(MembershipTest, aKeyThatTheStoreLacksIsNotMade) {
+TEST_F(MembershipTest, aKeyThatTheStoreLacksIsNotMadeAndTheLogSaysSo) {
   membership.modify(wanted(false), store.get(), changed);
+  EXPECT_TRUE(
+      recorded.sink->has(LogLevel::Warn, "datastore has no key " + key() + ", modify not persistent"));
   EXPECT_TRUE(changed);
   EXPECT_FALSE(port.included());
   EXPECT_FALSE(store->exists(key()));

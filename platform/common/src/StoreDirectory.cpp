@@ -1,0 +1,53 @@
+#include "StoreDirectory.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <system_error>
+#include <thread>
+
+namespace ZEB {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void throwErrno(const std::string& what) {
+  throw std::system_error(errno, std::generic_category(), what);
+}
+
+FileDescriptor openDirectory(const fs::path& directory) {
+  return FileDescriptor(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+}
+
+}  // namespace
+
+void makeStoreDirectory(const fs::path& directory) {
+  if (mkdir(directory.c_str(), S_IRWXU) != 0) {
+    if (errno == EEXIST) return;
+    if (errno != ENOENT || !directory.has_relative_path()) throwErrno(directory);
+    makeStoreDirectory(directory.parent_path());
+    if (mkdir(directory.c_str(), S_IRWXU) != 0 && errno != EEXIST) throwErrno(directory);
+  }
+  syncStoreDirectory(directory.parent_path());
+}
+
+FileDescriptor lockStoreDirectory(const fs::path& directory, std::chrono::milliseconds patience) {
+  FileDescriptor held = openDirectory(directory);
+  if (!held) throwErrno(directory);
+  const auto end = std::chrono::steady_clock::now() + patience;
+  while (flock(held.get(), LOCK_EX | LOCK_NB) != 0) {
+    if (errno != EWOULDBLOCK && errno != EINTR) throwErrno(directory);
+    if (std::chrono::steady_clock::now() >= end) throwErrno(directory.string() + " is locked");
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return held;
+}
+
+void syncStoreDirectory(const fs::path& directory) {
+  const FileDescriptor opened = openDirectory(directory);
+  if (opened) fsync(opened.get());
+}
+
+}  // namespace ZEB
