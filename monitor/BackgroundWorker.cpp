@@ -19,6 +19,8 @@ namespace ZEB {
 namespace {
 
 constexpr std::uint32_t kEventsFailed = 4;
+/// Until what could not be read or built is tried again.
+constexpr std::chrono::seconds kAfterFailure{1};
 
 /// The text at `text`. There being none is an error of the kind that the standard library has for it, thrown
 /// here so that it does not depend on how strings are made.
@@ -64,15 +66,15 @@ std::uint32_t BackgroundWorker::work() {
   const bool ready = _monitored.indications.readyToSendIndications;
   _logger.info("readyToSendIndications %d,  ethernetEvent %d", ready, ethernetEvent);
   const int result = ethernetEvent ? processIndications() : 0;
+  settleEvents();
   if (ready) {
     _logger.info("::_readyToSendIndications");
     _monitored.indications.started = true;
     if (_monitored.indications.heartbeat) sendHeartbeat();
   }
   postStatus();
-  _netlinkEvent = false;
+  if (!_unread) _netlinkEvent = false;
   _logger.info("::value of _netlinkEvent at end= %d ", _netlinkEvent.load());
-  if (rebuildIsDue()) LinkWatch::lookAgain();
   return result != 0 ? kEventsFailed : 0;
 }
 
@@ -120,7 +122,7 @@ bool BackgroundWorker::pollIsDue() {
   ZEB_EthEventSettings* settings = _monitored.settings;
   // Without settings there is nothing to poll by, and every pass polls. A link message goes by the same
   // words.
-  if (!settings || settings->pollingDisabled() || _netlinkEvent) {
+  if (!settings || settings->pollingDisabled() || _netlinkEvent || _monitored.linkWatch.lookAgainIsDue()) {
     _logger.info("ZEB_EthEventSettings Polling Disabled.  Continue to do _backgroundWorker...");
     return true;
   }
@@ -144,19 +146,33 @@ bool BackgroundWorker::refresh() {
   std::vector<std::string> removed;
   const bool adaptersChanged = ethMRA()->forceReload();
   const bool teamsChanged = ethTeamMRA()->forceReload(added, removed);
+  _unread = ethMRA()->reloadFailed() || ethTeamMRA()->reloadFailed();
+  arrangeNextLook();
   if (adaptersChanged || teamsChanged) {
     rebuild(added, removed);
   } else if (!_netlinkEvent) {
     ethMRA()->updateAll();
     ethTeamMRA()->updateAll();
   }
-  return ethMRA()->ethEventDetected() || ethTeamMRA()->ethTeamEventDetected();
+  return !_unread && (ethMRA()->ethEventDetected() || ethTeamMRA()->ethTeamEventDetected());
 }
 
-// What hangs on ports and teams is built anew once their events have been told: before, the instances that
-// remember how they were would be gone. Nothing else may be announced until the next poll.
-bool BackgroundWorker::rebuildIsDue() const {
-  return ethMRA() && ethTeamMRA() && (ethMRA()->reloadHeldBack() || ethTeamMRA()->reloadHeldBack());
+void BackgroundWorker::settleEvents() {
+  if (_unread || !ethMRA() || !ethTeamMRA()) return;
+  ethMRA()->eventsProcessed();
+  ethTeamMRA()->eventsProcessed();
+}
+
+void BackgroundWorker::arrangeNextLook() {
+  LinkWatch& watch = _monitored.linkWatch;
+  watch.nextLook.reset();
+  const auto settled = ethMRA()->nextSettled();
+  const auto retry = std::chrono::steady_clock::now() + kAfterFailure;
+  if (_unread) {
+    watch.lookAgainAt(retry);
+  } else if (settled) {
+    watch.lookAgainAt(*settled);
+  }
 }
 
 // Teams that went are reported while their instances are still there, teams that came when theirs are.
@@ -178,13 +194,17 @@ void BackgroundWorker::rebuild(const std::vector<std::string>& added,
   }
 }
 
-// What fails half way is built again by the next pass.
+// What fails half way is built again by the next pass. What instances remember is kept until each that was
+// there before has had the chance to come back.
 void BackgroundWorker::replaceInstances() {
   _monitored.settings = nullptr;
+  _monitored.memories.take(_monitored.instances);
   _monitored.instances.clear();
   try {
     _monitored.rebuild();
+    if (!_unread) _monitored.memories.clear();
   } catch (...) {
+    _monitored.linkWatch.lookAgainAt(std::chrono::steady_clock::now() + kAfterFailure);
     ethMRA()->buildFailed();
     ethTeamMRA()->buildFailed();
     throw;

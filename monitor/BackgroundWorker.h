@@ -11,6 +11,7 @@
 
 #include "cmpicpp/CmpiContext.h"
 #include "common/CmpiManagedInstanceCollection.h"
+#include "common/InstanceMemories.h"
 #include "common/Logger.h"
 #include "monitor/Health.h"
 #include "monitor/LinkWatch.h"
@@ -38,6 +39,7 @@ struct Monitored {
   CmpiManagedInstanceCollection& instances;
   std::atomic<ZEB_EthEventSettings*>& settings;  ///< one of the instances; null while there is none
   std::function<void()> followStores;            ///< takes over what other processes have kept since
+  InstanceMemories& memories;                    ///< of instances that were cleared
   std::function<void()> rebuild;                 ///< makes data sources and instances anew
 };
 
@@ -61,7 +63,10 @@ class BackgroundWorker {
   bool pollIsDue();
   /// Brings data and instances up to date; whether there was an event in what was seen.
   bool refresh();
-  bool rebuildIsDue() const;
+  /// What was looked through for events needs no second look.
+  void settleEvents();
+  /// Comes back when reading failed, and when an interface that waits for its link has had its time.
+  void arrangeNextLook();
   void rebuild(const std::vector<std::string>& added, const std::vector<std::string>& removed);
   void replaceInstances();
   /// Alerts of teams that came or went; the failures are logged in the words of `failure`.
@@ -84,6 +89,7 @@ class BackgroundWorker {
   const CmpiCpp::CmpiContext& _context;
   const Logger& _logger;
   bool _skipped = false;  ///< nothing was due
+  bool _unread = false;   ///< the data sources could not be read
 };
 
 }  // namespace ZEB

@@ -34,6 +34,15 @@ void LinkWatch::lookAgain() {
   ZEBUtil::wakeWorker();
 }
 
+void LinkWatch::lookAgainAt(std::chrono::steady_clock::time_point when) {
+  nextLook = when;
+  ZEBUtil::wakeWorkerAt(when);
+}
+
+bool LinkWatch::lookAgainIsDue() const {
+  return nextLook && *nextLook <= std::chrono::steady_clock::now();
+}
+
 bool LinkWatch::followRecording() {
   const std::lock_guard lock(mutex);
   if (!ethMRA || !ethTeamMRA || !ethMRA->announced()) return true;

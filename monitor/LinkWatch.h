@@ -1,8 +1,10 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <mutex>
+#include <optional>
 
 namespace ZEB {
 
@@ -20,6 +22,8 @@ struct LinkWatch {
   EthernetMRA* ethMRA = nullptr;          ///< null while there is none
   EthernetTeamMRA* ethTeamMRA = nullptr;  ///< null while there is none
   std::uint64_t messages = 0;             ///< how many have been received
+  /// When a pass has to look without having been told of anything; none when none has to.
+  std::optional<std::chrono::steady_clock::time_point> nextLook;
 
   /// Receives one message and refreshes the data sources. Answers what recv(2) answered. On the thread.
   long handleMessage(int socket);
@@ -30,6 +34,9 @@ struct LinkWatch {
 
   /// Has the worker look again soon, as after a message.
   static void lookAgain();
+  /// Has the worker look again at that time. The caller holds the mutex, here and below.
+  void lookAgainAt(std::chrono::steady_clock::time_point when);
+  bool lookAgainIsDue() const;
 };
 
 }  // namespace ZEB

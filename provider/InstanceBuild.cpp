@@ -36,7 +36,7 @@ void ZEBEthernetPortProvider::_cmpiManagedInstanceFactory() {
 
 ZEBEthernetPortProvider::InstanceBuild::InstanceBuild(ZEBEthernetPortProvider& provider)
     : _provider(provider),
-      _maker(provider._logger, std::string(kNameSpace.view()), provider._collection),
+      _maker(provider._logger, std::string(kNameSpace.view()), provider._collection, provider._memories),
       _endpoints(_maker),
       _teams(_maker, _endpoints) {}
 

@@ -38,7 +38,7 @@ ZEBEthernetPortProvider::ZEBEthernetPortProvider(const CmpiCpp::CmpiBroker& brok
   }
   _cmpiManagedInstanceFactory();
   checkRecording();
-  watchRecording();
+  watchSource();
 }
 
 ZEBEthernetPortProvider::~ZEBEthernetPortProvider() {
@@ -50,6 +50,7 @@ ZEBEthernetPortProvider::~ZEBEthernetPortProvider() {
     _linkWatch->ethTeamMRA = nullptr;
   }
   _recordingWatch.reset();
+  _changeWatch.reset();
   _netlinkThread.reset();
   _dataStore.reset();
   _ethMRA.reset();
@@ -71,11 +72,15 @@ void ZEBEthernetPortProvider::checkRecording() const {
   throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_FAILED, trouble);
 }
 
-// A recording is another host: link messages of this one say nothing of it. Who calls the worker by itself
-// looks when it likes.
-void ZEBEthernetPortProvider::watchRecording() {
+// A recording is another host: messages of this one say nothing of it. Who calls the worker by itself looks
+// when it likes.
+void ZEBEthernetPortProvider::watchSource() {
   const auto configuration = Configuration::current();
-  if (configuration->autostart && !configuration->sourceFile.empty()) _recordingWatch.emplace(_linkWatch);
+  if (configuration->sourceFile.empty()) {
+    _changeWatch.emplace(&LinkWatch::lookAgain);
+  } else if (configuration->autostart) {
+    _recordingWatch.emplace(_linkWatch);
+  }
 }
 
 void ZEBEthernetPortProvider::makeDataSources() {
@@ -102,6 +107,7 @@ Monitored ZEBEthernetPortProvider::monitored() {
                 if (ZEB_EthEventSettings* settings = _eventSettings) settings->follow();
                 followFilters();
               },
+          .memories = _memories,
           .rebuild =
               [this] {
                 makeDataSources();

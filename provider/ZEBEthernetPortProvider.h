@@ -12,7 +12,9 @@
 #include "cmpicpp/CmpiMethodProvider.h"
 #include "common/CmpiManagedInstanceCollection.h"
 #include "common/DataStore.h"
+#include "common/InstanceMemories.h"
 #include "common/Logger.h"
+#include "ethernet/ChangeWatch.h"
 #include "ethernet/EthernetMRA.h"
 #include "ethernet/EthernetTeamMRA.h"
 #include "monitor/BackgroundWorker.h"
@@ -71,7 +73,8 @@ class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
 
   void StartNetlinkThread();
   void checkRecording() const;
-  void watchRecording();
+  /// Has the worker follow what no link message tells of.
+  void watchSource();
   /// Puts new data sources in place of the ones there are, if any. The caller holds the link watch's mutex.
   void makeDataSources();
   Monitored monitored();
@@ -85,6 +88,7 @@ class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
   std::unique_ptr<DataStore> _dataStore;  ///< null when it could not be opened
   Logger _logger;
   CmpiManagedInstanceCollection _collection;
+  InstanceMemories _memories;  ///< of instances that a rebuild has cleared
   /// Belongs to the collection: null until a build has made them, and again when the collection is cleared.
   std::atomic<ZEB_EthEventSettings*> _eventSettings{nullptr};
   IndicationState _indications;
@@ -95,7 +99,8 @@ class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
   Health _health;  ///< under the link watch's mutex
   std::optional<NetlinkThread> _netlinkThread;
   std::optional<RecordingWatch>
-      _recordingWatch;  ///< where a recording is served and the worker runs by itself
+      _recordingWatch;                      ///< where a recording is served and the worker runs by itself
+  std::optional<ChangeWatch> _changeWatch;  ///< where the kernel is
 };
 
 }  // namespace ZEB

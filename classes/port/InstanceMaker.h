@@ -3,19 +3,23 @@
 #include <string>
 
 #include "common/CmpiManagedInstanceCollection.h"
+#include "common/InstanceMemories.h"
 #include "common/Logger.h"
 #include "common/ZEBUtil.h"
 
 namespace ZEB {
 
-/// Makes the instances of a build and hands them to the collection, visible. The caller holds the
+/// Makes the instances of a build, tells them what others before them remembered, and hands them to the
+/// collection, visible. The caller holds the
 /// collection's lock, or nobody can call yet.
 class InstanceMaker {
  public:
-  InstanceMaker(const Logger& logger, std::string nameSpace, CmpiManagedInstanceCollection& instances)
+  InstanceMaker(const Logger& logger, std::string nameSpace, CmpiManagedInstanceCollection& instances,
+                const InstanceMemories& memories)
       : _logger(logger),
         _nameSpace(std::move(nameSpace)),
         _instances(instances),
+        _memories(memories),
         _system(ZEBUtil::getComputerSystemPath()) {}
 
   const Logger& logger() const { return _logger; }
@@ -28,6 +32,7 @@ class InstanceMaker {
     auto* instance = new Class(_logger, _nameSpace, arguments...);
     _instances.createInstance(instance);
     instance->setVisible(true);
+    _memories.giveTo(*instance);
     return *instance;
   }
   /// Likewise, for an instance that is only needed as the end of associations.
@@ -40,6 +45,7 @@ class InstanceMaker {
   const Logger& _logger;
   const std::string _nameSpace;
   CmpiManagedInstanceCollection& _instances;
+  const InstanceMemories& _memories;
   const CmpiCpp::CmpiObjectPath _system;
 };
 

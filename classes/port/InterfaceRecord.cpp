@@ -19,8 +19,12 @@ int statusOf(const EthernetVLanDataObject& vlan, operationalStatus& status) {
 
 }  // namespace
 
-int InterfaceRecord::refresh() {
-  return std::visit([](auto& record) { return record.refresh(); }, _record);
+int InterfaceRecord::refresh(RefreshPart part) {
+  return std::visit([part](auto& record) { return record.refresh(part); }, _record);
+}
+
+int InterfaceRecord::getInterfaceNumber(std::uint32_t& number) const {
+  return std::visit([&](const auto& record) { return record.getInterfaceNumber(number); }, _record);
 }
 
 int InterfaceRecord::getOsDeviceName(std::string& name) const {

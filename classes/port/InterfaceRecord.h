@@ -23,9 +23,10 @@ class InterfaceRecord {
   const EthernetPort* port() const { return std::get_if<EthernetPort>(&_record); }
   const EthernetVLanDataObject* vlan() const { return std::get_if<EthernetVLanDataObject>(&_record); }
 
-  int refresh();
+  int refresh(RefreshPart part = RefreshPart::Everything);
 
   int getOsDeviceName(std::string& name) const;
+  int getInterfaceNumber(std::uint32_t& number) const;
   int getPermanentAddress(std::string& address) const;
   int getStatus(operationalStatus& status) const;
   int getAddressOrigin(EthPortAddressOriginEnum& origin) const;

@@ -12,4 +12,12 @@ std::optional<Value> known(const Record& record, int (Record::*getter)(Value&) c
   return value;
 }
 
+/// Refreshes a record and gives a copy, whose getters all answer from one reading, whoever refreshes the
+/// record meanwhile.
+template <class Record, class... Part>
+Record refreshed(Record& record, Part... part) {
+  record.refresh(part...);
+  return record;
+}
+
 }  // namespace ZEB

@@ -6,6 +6,7 @@
 #include "classes/port/Known.h"
 #include "classes/port/PortDescription.h"
 #include "classes/port/PropertyTable.h"
+#include "classes/port/Subject.h"
 
 namespace ZEB {
 
@@ -13,7 +14,7 @@ using CmpiCpp::CmpiInstance;
 
 struct ZEB_EthernetLANEndpoint::Reading {
   ZEB_EthernetLANEndpoint& self;
-  const InterfaceRecord& record;
+  const InterfaceRecord record;
   operationalStatus status = operationalStatus::Unknown;
 };
 
@@ -57,15 +58,15 @@ std::optional<std::string> vlanName(const InterfaceRecord& record) {
 const PropertyRows<ZEB_EthernetLANEndpoint::Reading> ZEB_EthernetLANEndpoint::kProperties{
     P::systemScopedKeys("Name"),
     P::string(
-        "Caption", [](Reading& r) { return r.self.caption(); }, always),
+        "Caption", [](Reading& r) { return r.self.caption(r.record); }, always),
     P::string("ElementName", sameAs("Caption")),
     P::string(
-        "Description", [](Reading& r) { return r.self.description(); }, always),
+        "Description", [](Reading& r) { return r.self.description(r.record); }, always),
     P::string(
         "MACAddress", [](Reading& r) { return macAddress(r.record); }, orElse("")),
     P::uint16(
         "ProtocolIFType", [](Reading& r) { return interfaceType(r.record); }, always),
-    P::step([](Reading& r) { r.status = r.self.reportedStatus(); }),
+    P::step([](Reading& r) { r.status = r.self.reportedStatus(r.record); }),
     P::statusBlock([](Reading& r) { return r.status; }),
     P::uint16(
         "VLANId", [](Reading& r) { return vlanId(r.record); }, orOmit),
@@ -79,27 +80,28 @@ ZEB_EthernetLANEndpoint::ZEB_EthernetLANEndpoint(const Logger& logger, const std
     : ManagedObject(logger, nameSpace, kClassName,
                     systemScopedKeys(kClassName, "Name", instanceName(kClassName, number(endpointNumber)))),
       _number(endpointNumber),
-      _interface(interface) {}
+      _interface(interface),
+      _subject(subjectOf(kClassName, interface)) {}
 
 CmpiInstance ZEB_EthernetLANEndpoint::makeInstance() {
-  return kProperties.makeInstance(makeObjectPath(), {*this, _interface});
+  return kProperties.makeInstance(makeObjectPath(), {*this, refreshed(_interface, RefreshPart::Link)});
 }
 
-std::string ZEB_EthernetLANEndpoint::caption() const {
+std::string ZEB_EthernetLANEndpoint::caption(const InterfaceRecord& record) const {
   const std::string start = "LAN Endpoint(" + std::to_string(number(_number)) + ") for:";
-  if (_interface.port()) return start + portCaption(*_interface.port());
-  return start + known(_interface, &InterfaceRecord::getOsDeviceName).value_or("");
+  if (record.port()) return start + portCaption(*record.port());
+  return start + known(record, &InterfaceRecord::getOsDeviceName).value_or("");
 }
 
-std::string ZEB_EthernetLANEndpoint::description() const {
-  const auto deviceName = known(_interface, &InterfaceRecord::getOsDeviceName).value_or("");
+std::string ZEB_EthernetLANEndpoint::description(const InterfaceRecord& record) const {
+  const auto deviceName = known(record, &InterfaceRecord::getOsDeviceName).value_or("");
   return deviceName.empty() ? "LAN Endpoint " + std::to_string(number(_number)) : deviceName;
 }
 
-operationalStatus ZEB_EthernetLANEndpoint::reportedStatus() {
-  const auto status = known(_interface, &InterfaceRecord::getStatus).value_or(operationalStatus::Unknown);
-  if (std::exchange(_firstReport, false) || status == _lastStatus) return status;
-  return _lastStatus = escalated(status, _lastStatus);
+operationalStatus ZEB_EthernetLANEndpoint::reportedStatus(const InterfaceRecord& record) {
+  const auto status = known(record, &InterfaceRecord::getStatus).value_or(operationalStatus::Unknown);
+  if (std::exchange(_memory.firstReport, false) || status == _memory.lastStatus) return status;
+  return _memory.lastStatus = escalated(status, _memory.lastStatus);
 }
 
 }  // namespace ZEB

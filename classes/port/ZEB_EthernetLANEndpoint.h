@@ -20,22 +20,31 @@ class ZEB_EthernetLANEndpoint : public ManagedObject {
 
   CmpiCpp::CmpiInstance makeInstance() override;
 
+  const std::string& subject() const override { return _subject; }
+  std::any memory() const override { return _memory; }
+  void remember(const std::any& memory) override { _memory = std::any_cast<const Memory&>(memory); }
+
  private:
   struct Reading;
   using P = Properties<Reading>;
   static const PropertyRows<Reading> kProperties;
 
-  std::string caption() const;
-  std::string description() const;
+  std::string caption(const InterfaceRecord& record) const;
+  std::string description(const InterfaceRecord& record) const;
 
   /// The status that a client sees: one that turned degraded since the last report shows as in error, and is
   /// remembered so. The first report shows the status as it is and remembers nothing.
-  operationalStatus reportedStatus();
+  operationalStatus reportedStatus(const InterfaceRecord& record);
 
   const EndpointNumber _number;
-  const InterfaceRecord _interface;
-  bool _firstReport = true;
-  operationalStatus _lastStatus = operationalStatus::Unknown;
+  InterfaceRecord _interface;
+  const std::string _subject;
+
+  struct Memory {
+    bool firstReport = true;
+    operationalStatus lastStatus = operationalStatus::Unknown;
+  };
+  Memory _memory;
 };
 
 }  // namespace ZEB

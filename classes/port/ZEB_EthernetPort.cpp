@@ -8,6 +8,7 @@
 #include "classes/port/Known.h"
 #include "classes/port/PortDescription.h"
 #include "classes/port/PropertyTable.h"
+#include "classes/port/Subject.h"
 #include "cmpicpp/CmpiFactories.h"
 
 namespace ZEB {
@@ -18,7 +19,7 @@ using CmpiCpp::CmpiInstance;
 /// What the rows read: the refreshed record and what the port itself knows.
 struct ZEB_EthernetPort::Reading {
   ZEB_EthernetPort& self;
-  EthernetPort& record;
+  EthernetPort record = {};
   operationalStatus status = operationalStatus::Unknown;
 };
 
@@ -58,7 +59,7 @@ std::vector<std::string> networkAddresses(const EthernetPort& port) {
 
 const PropertyRows<ZEB_EthernetPort::Reading> ZEB_EthernetPort::kProperties{
     P::systemScopedKeys("DeviceID"),
-    P::step([](Reading& r) { r.record.refresh(RefreshPart::Link); }),
+    P::step([](Reading& r) { r.record = refreshed(r.self._port, RefreshPart::Link); }),
     P::string("Caption", &EthernetPort::getPortPciProductStr, orElse("Ethernet Port")),
     P::string("ElementName", sameAs("Caption")),
     P::datetime(
@@ -89,7 +90,7 @@ const PropertyRows<ZEB_EthernetPort::Reading> ZEB_EthernetPort::kProperties{
     P::uint16Array("EnabledCapabilities", &EthernetPort::getEnabledCapabilities, orElse(0)),
     P::stringArray(
         "NetworkAddresses", [](Reading& r) { return networkAddresses(r.record); }, orElse("")),
-    P::step([](Reading& r) { r.status = r.self.reportedStatus(); }),
+    P::step([](Reading& r) { r.status = r.self.reportedStatus(r.record); }),
     P::statusBlock([](Reading& r) { return r.status; }),
 };
 
@@ -103,41 +104,55 @@ ZEB_EthernetPort::ZEB_EthernetPort(const Logger& logger, const std::string& name
       _controllerNumber(controllerNumber),
       _location(location),
       _partNumber(partNumber),
-      _port(port) {
+      _port(port),
+      _subject(subjectOf(kClassName, port)) {
   setWatchesStatus(true);
-  _port.getPortStatus(_lastStatus);
+  _port.getPortStatus(_memory.lastStatus);
 }
 
 CmpiInstance ZEB_EthernetPort::makeInstance() {
-  return kProperties.makeInstance(makeObjectPath(), {*this, _port});
+  return kProperties.makeInstance(makeObjectPath(), {*this});
 }
 
 CmpiDateTime ZEB_EthernetPort::timeOfLastStateChange() {
-  const std::lock_guard lock(_memory);
+  const std::lock_guard lock(_mutex);
   const auto broker = ZEBUtil::getBroker();
-  if (_timeOfLastStateChange == 0) return CmpiCpp::makeCmpiDateTime(broker, std::uint64_t{0}, true);
-  return CmpiCpp::makeCmpiDateTime(broker, _timeOfLastStateChange);
+  if (_memory.timeOfLastStateChange == 0) return CmpiCpp::makeCmpiDateTime(broker, std::uint64_t{0}, true);
+  return CmpiCpp::makeCmpiDateTime(broker, _memory.timeOfLastStateChange);
 }
 
-operationalStatus ZEB_EthernetPort::reportedStatus() {
-  const auto status = known(_port, &EthernetPort::getPortStatus).value_or(operationalStatus::Unknown);
-  const std::lock_guard lock(_memory);
-  if (std::exchange(_firstRefresh, false)) return status;
-  return escalated(status, _lastStatus);
+operationalStatus ZEB_EthernetPort::reportedStatus(const EthernetPort& record) {
+  const auto status = known(record, &EthernetPort::getPortStatus).value_or(operationalStatus::Unknown);
+  const std::lock_guard lock(_mutex);
+  if (std::exchange(_memory.firstRefresh, false)) return status;
+  return escalated(status, _memory.lastStatus);
 }
 
 operationalStatus ZEB_EthernetPort::lastStatus() {
-  const std::lock_guard lock(_memory);
-  return _lastStatus;
+  const std::lock_guard lock(_mutex);
+  return _memory.lastStatus;
 }
 
 void ZEB_EthernetPort::rememberStatus(operationalStatus status) {
-  const std::lock_guard lock(_memory);
-  if (status != _lastStatus) {
-    _lastStatus = status;
-    _timeOfLastStateChange = std::time(nullptr);
+  const std::lock_guard lock(_mutex);
+  if (status != _memory.lastStatus) {
+    _memory.lastStatus = status;
+    _memory.timeOfLastStateChange = std::time(nullptr);
   }
-  _firstRefresh = false;
+  _memory.firstRefresh = false;
+}
+
+std::any ZEB_EthernetPort::memory() const {
+  const std::lock_guard lock(_mutex);
+  Memory memory = _memory;
+  memory.included = included();
+  return memory;
+}
+
+void ZEB_EthernetPort::remember(const std::any& memory) {
+  const std::lock_guard lock(_mutex);
+  _memory = std::any_cast<const Memory&>(memory);
+  setIncluded(_memory.included);
 }
 
 }  // namespace ZEB

@@ -34,6 +34,10 @@ class ZEB_EthernetPort : public ManagedObject, public StatusWatcher {
   bool look(const Watch& watch) override;
   operationalStatus lastStatus() override;
 
+  const std::string& subject() const override { return _subject; }
+  std::any memory() const override;
+  void remember(const std::any& memory) override;
+
  private:
   struct Reading;
   using P = Properties<Reading>;
@@ -43,10 +47,10 @@ class ZEB_EthernetPort : public ManagedObject, public StatusWatcher {
 
   /// The status that a client sees: a port that has just turned degraded shows as in error until the change
   /// is recorded. The first report shows the status as it is.
-  operationalStatus reportedStatus();
+  operationalStatus reportedStatus(const EthernetPort& record);
 
-  void sendStatusAlert(ZEB_EthernetIndication& sender, operationalStatus before, operationalStatus now,
-                       const CmpiCpp::CmpiContext& context);
+  void sendStatusAlert(ZEB_EthernetIndication& sender, const EthernetPort& record, operationalStatus before,
+                       operationalStatus now, const CmpiCpp::CmpiContext& context);
   void rememberStatus(operationalStatus status);
 
   const std::uint32_t _controllerNumber;
@@ -54,11 +58,16 @@ class ZEB_EthernetPort : public ManagedObject, public StatusWatcher {
   const std::string _partNumber;
   EthernetPort _port;
 
-  // What the port remembers, which the worker changes beside requests; never held while something is sent.
-  std::mutex _memory;
-  bool _firstRefresh = true;
-  std::int64_t _timeOfLastStateChange = 0;  ///< seconds since the epoch; 0 when no change was seen
-  operationalStatus _lastStatus = operationalStatus::Unknown;
+  const std::string _subject;
+
+  struct Memory {
+    bool firstRefresh = true;
+    std::int64_t timeOfLastStateChange = 0;  ///< seconds since the epoch; 0 when no change was seen
+    operationalStatus lastStatus = operationalStatus::Unknown;
+    bool included = true;
+  };
+  mutable std::mutex _mutex;  ///< guards `_memory`, which the worker changes beside requests
+  Memory _memory;
 };
 
 }  // namespace ZEB

@@ -1,3 +1,4 @@
+#include "classes/port/Known.h"
 #include "classes/port/PortDescription.h"
 #include "classes/port/ZEB_EthernetPort.h"
 #include "monitor/alerts/Events.h"
@@ -48,16 +49,16 @@ void ZEB_EthernetPort::manageDynamic(bool& visible, int indicationsEnabled, int 
   logger().info("indicationsEnabled: %d", indicationsEnabled);
   visible = true;
 
-  _port.refresh();
+  const EthernetPort record = refreshed(_port);
   operationalStatus now = operationalStatus::Unknown;
-  if (_port.getPortStatus(now) != 0) return;
+  if (record.getPortStatus(now) != 0) return;
   const operationalStatus before = lastStatus();
   logger().info("old status: %d", before);
   logger().info("new status: %d", now);
   if (now != before) {
     if (monitorPorts != 0 && included()) {
       IndicationSender sender(logger(), nameSpace());
-      if (indicationsEnabled != 0) sendStatusAlert(sender, before, now, context);
+      if (indicationsEnabled != 0) sendStatusAlert(sender, record, before, now, context);
     } else {
       logger().info(
           "EthEventSettings MonitorPorst is %d; Port Status filter Included prop is %d. No Indications sent.",
@@ -67,8 +68,9 @@ void ZEB_EthernetPort::manageDynamic(bool& visible, int indicationsEnabled, int 
   rememberStatus(now);
 }
 
-void ZEB_EthernetPort::sendStatusAlert(ZEB_EthernetIndication& sender, operationalStatus before,
-                                       operationalStatus now, const CmpiCpp::CmpiContext& context) {
+void ZEB_EthernetPort::sendStatusAlert(ZEB_EthernetIndication& sender, const EthernetPort& record,
+                                       operationalStatus before, operationalStatus now,
+                                       const CmpiCpp::CmpiContext& context) {
   const StatusAlert* alert = alertFor(before, now);
   if (!alert) {
     // The format has no place for its arguments; the line is known by its beginning.
@@ -76,9 +78,9 @@ void ZEB_EthernetPort::sendStatusAlert(ZEB_EthernetIndication& sender, operation
     return;
   }
   std::string linkMessage;
-  _port.getPortLinkMessage(linkMessage);
+  record.getPortLinkMessage(linkMessage);
   if (!alert->loggedAfterSend) logger().info(alert->logLine);
-  sender.send(alert->event, makeObjectPath().str(), portDescription(_port, _controllerNumber),
+  sender.send(alert->event, makeObjectPath().str(), portDescription(record, _controllerNumber),
               kPortSubCategory, _location, _partNumber, linkMessage, context);
   if (alert->loggedAfterSend) logger().info(alert->logLine);
 }

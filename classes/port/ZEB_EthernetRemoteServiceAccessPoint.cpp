@@ -8,8 +8,8 @@ namespace ZEB {
 using CmpiCpp::CmpiInstance;
 
 struct ZEB_EthernetRemoteServiceAccessPoint::Reading {
-  const InterfaceRecord& record;
-  std::optional<route_t> route;
+  const InterfaceRecord record;
+  const std::optional<route_t> route;
 };
 
 namespace {
@@ -62,8 +62,9 @@ ZEB_EthernetRemoteServiceAccessPoint::ZEB_EthernetRemoteServiceAccessPoint(const
       _interface(interface) {}
 
 CmpiInstance ZEB_EthernetRemoteServiceAccessPoint::makeInstance() {
+  const InterfaceRecord record = refreshed(_interface);
   return kProperties.makeInstance(makeObjectPath(),
-                                  {_interface, known(_interface, &InterfaceRecord::getDefaultGateway)});
+                                  {record, known(record, &InterfaceRecord::getDefaultGateway)});
 }
 
 void ZEB_EthernetRemoteServiceAccessPoint::manageDynamic(bool indicationsEnabled) {

@@ -26,7 +26,7 @@ class ZEB_EthernetRemoteServiceAccessPoint : public ManagedObject {
   using P = Properties<Reading>;
   static const PropertyRows<Reading> kProperties;
 
-  const InterfaceRecord _interface;
+  InterfaceRecord _interface;
 };
 
 }  // namespace ZEB

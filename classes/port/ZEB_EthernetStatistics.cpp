@@ -1,5 +1,6 @@
 #include "classes/port/ZEB_EthernetStatistics.h"
 
+#include "classes/port/Known.h"
 #include "classes/port/PortDescription.h"
 #include "classes/port/PropertyTable.h"
 #include "cmpicpp/CmpiFactories.h"
@@ -10,8 +11,8 @@ using CmpiCpp::CmpiInstance;
 
 /// A counter that is not known stays 0.
 struct ZEB_EthernetStatistics::Reading {
-  const ZEB_EthernetStatistics& self;
-  EthernetPort& record;
+  ZEB_EthernetStatistics& self;
+  EthernetPort record;
   ethStats_st counters = {};
 };
 
@@ -32,7 +33,7 @@ const PropertyRows<ZEB_EthernetStatistics::Reading> ZEB_EthernetStatistics::kPro
         "Description", [](Reading& r) { return portDescription(r.record, r.self._controllerNumber); },
         always),
     P::step([](Reading& r) {
-      r.record.refresh(RefreshPart::Counters);
+      r.record = refreshed(r.self._port, RefreshPart::Counters);
       r.record.getEthStats(r.counters);
     }),
     P::datetime(

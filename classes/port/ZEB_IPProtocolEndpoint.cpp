@@ -10,7 +10,7 @@ using CmpiCpp::CmpiInstance;
 /// One of the two addresses at most is there.
 struct ZEB_IPProtocolEndpoint::Reading {
   ZEB_IPProtocolEndpoint& self;
-  InterfaceRecord& record;
+  const InterfaceRecord record;
   std::optional<IPv4AddressRecord> ipv4 = {};
   std::optional<IPv6AddressRecord> ipv6 = {};
 };
@@ -51,7 +51,6 @@ std::string deviceName(const InterfaceRecord& record) {
 const PropertyRows<ZEB_IPProtocolEndpoint::Reading> ZEB_IPProtocolEndpoint::kProperties{
     P::systemScopedKeys("Name"),
     P::step([](Reading& r) {
-      r.record.refresh();
       if (r.self._family == IpFamily::IPv4) {
         r.ipv4 = at(r.record.getIPv4Addresses(), r.self._index);
       } else {
@@ -85,7 +84,7 @@ const PropertyRows<ZEB_IPProtocolEndpoint::Reading> ZEB_IPProtocolEndpoint::kPro
         },
         orOmit),
     P::string(
-        "ElementName", [](Reading& r) { return r.self.caption(); }, always),
+        "ElementName", [](Reading& r) { return r.self.caption(r.record); }, always),
     P::string("Caption", sameAs("ElementName")),
     P::string(
         "Description", [](Reading& r) { return deviceName(r.record); }, always),
@@ -105,12 +104,12 @@ ZEB_IPProtocolEndpoint::ZEB_IPProtocolEndpoint(const Logger& logger, const std::
       _interface(interface) {}
 
 CmpiInstance ZEB_IPProtocolEndpoint::makeInstance() {
-  return kProperties.makeInstance(makeObjectPath(), {*this, _interface});
+  return kProperties.makeInstance(makeObjectPath(), {*this, refreshed(_interface)});
 }
 
-std::string ZEB_IPProtocolEndpoint::caption() const {
+std::string ZEB_IPProtocolEndpoint::caption(const InterfaceRecord& record) const {
   const std::string start = "IP Protocol Endpoint(" + std::to_string(number(_number)) + ") for:";
-  return start + (_interface.port() ? portCaption(*_interface.port()) : deviceName(_interface));
+  return start + (record.port() ? portCaption(*record.port()) : deviceName(record));
 }
 
 }  // namespace ZEB

@@ -24,7 +24,7 @@ class ZEB_IPProtocolEndpoint : public ManagedObject {
   using P = Properties<Reading>;
   static const PropertyRows<Reading> kProperties;
 
-  std::string caption() const;
+  std::string caption(const InterfaceRecord& record) const;
 
   const EndpointNumber _number;
   const AddressIndex _index;

@@ -101,6 +101,8 @@ void addChangesAndDepartures(std::vector<TeamAlert>& alerts, const std::string& 
       }
       continue;
     }
+    // Whoever has come and got its link has done just that.
+    if (current->joining || (old.joining && isOK(current->status))) continue;
     if (gates.memberRoleChanged && old.role != current->role) {
       alerts.push_back(memberChanged(kMemberRoleChanged, "role", old.name, team, roleText(old.role),
                                      roleText(current->role)));

@@ -5,6 +5,7 @@
 #include "classes/port/Escalation.h"
 #include "classes/port/Known.h"
 #include "classes/port/PropertyTable.h"
+#include "classes/port/Subject.h"
 
 namespace ZEB {
 namespace {
@@ -100,6 +101,7 @@ ZEB_EthernetTeam::ZEB_EthernetTeam(const Logger& parent, const std::string& name
       StatusWatcher(Kind::Team, ManagedObject::makeObjectPath().str()),
       _index(index),
       _team(team),
+      _subject(subjectOf(kClassName, team)),
       _lastState{operationalStatus::Unknown, team.getSlaves()} {
   setWatchesStatus(true);
   if (_team.getOsDeviceName(_teamName) != 0) {
@@ -111,17 +113,29 @@ ZEB_EthernetTeam::ZEB_EthernetTeam(const Logger& parent, const std::string& name
 }
 
 CmpiCpp::CmpiInstance ZEB_EthernetTeam::makeInstance() {
-  return kProperties.makeInstance(makeObjectPath(), {*this, _team, loadBalancing(_team)});
+  const EthernetTeamDataObject record = refreshed(_team);
+  return kProperties.makeInstance(makeObjectPath(), {*this, record, loadBalancing(record)});
 }
 
 operationalStatus ZEB_EthernetTeam::lastStatus() {
-  const std::lock_guard lock(_memory);
+  const std::lock_guard lock(_mutex);
   return _lastState.status;
 }
 
-ZEB_EthernetTeam::State ZEB_EthernetTeam::lastState() {
-  const std::lock_guard lock(_memory);
+ZEB_EthernetTeam::State ZEB_EthernetTeam::lastState() const {
+  const std::lock_guard lock(_mutex);
   return _lastState;
+}
+
+std::any ZEB_EthernetTeam::memory() const {
+  return Memory{lastState(), included()};
+}
+
+void ZEB_EthernetTeam::remember(const std::any& memory) {
+  const auto& [state, wasIncluded] = std::any_cast<const Memory&>(memory);
+  const std::lock_guard lock(_mutex);
+  _lastState = state;
+  setIncluded(wasIncluded);
 }
 
 }  // namespace ZEB

@@ -29,6 +29,10 @@ class ZEB_EthernetTeam : public ManagedObject, public StatusWatcher {
   operationalStatus lastStatus() override;
   std::string announcedName() const override { return _teamName; }
 
+  const std::string& subject() const override { return _subject; }
+  std::any memory() const override;
+  void remember(const std::any& memory) override;
+
   /// Reads the team anew and, while indications are enabled, sends an alert for each change of its status and
   /// its members since the last time that the settings let through. What was read is remembered in any case,
   /// but for a status that could not be read. `visible` is always set. On the worker's thread.
@@ -41,20 +45,25 @@ class ZEB_EthernetTeam : public ManagedObject, public StatusWatcher {
     operationalStatus status = operationalStatus::Unknown;
     std::vector<EthernetTeamSlave> slaves;
   };
+  struct Memory {
+    State lastState;
+    bool included;
+  };
 
   struct Reading;
   using P = Properties<Reading>;
   static const PropertyRows<Reading> kProperties;
 
-  State lastState();
-  void sendAlerts(const State& before, const State& now, const CmpiCpp::CmpiContext& context,
-                  const EventSettings& settings);
+  State lastState() const;
+  void sendAlerts(const EthernetTeamDataObject& record, const State& before, const State& now,
+                  const CmpiCpp::CmpiContext& context, const EventSettings& settings);
 
   const std::uint32_t _index;
   EthernetTeamDataObject _team;
   std::string _teamName;
+  const std::string _subject;
 
-  std::mutex _memory;  ///< guards `_lastState`; never held while something is sent
+  mutable std::mutex _mutex;  ///< guards `_lastState`; never held while something is sent
   State _lastState;
 };
 

@@ -41,22 +41,22 @@ void ZEB_EthernetTeam::manageDynamic(bool& visible, bool indicationsEnabled,
   logger().info("indicationsEnabled: %d", indicationsEnabled);
   visible = true;
 
-  _team.refresh();
+  const EthernetTeamDataObject record = refreshed(_team);
   const State before = lastState();
-  const auto status = known(_team, &EthernetTeamDataObject::getTeamStatus);
-  State now{escalated(status.value_or(before.status), before.status), _team.getSlaves()};
-  if (indicationsEnabled) sendAlerts(before, now, context, settings);
+  const auto status = known(record, &EthernetTeamDataObject::getTeamStatus);
+  State now{escalated(status.value_or(before.status), before.status), record.getSlaves()};
+  if (indicationsEnabled) sendAlerts(record, before, now, context, settings);
 
-  const std::lock_guard lock(_memory);
+  const std::lock_guard lock(_mutex);
   _lastState = std::move(now);
 }
 
-void ZEB_EthernetTeam::sendAlerts(const State& before, const State& now, const CmpiCpp::CmpiContext& context,
-                                  const EventSettings& settings) {
+void ZEB_EthernetTeam::sendAlerts(const EthernetTeamDataObject& record, const State& before, const State& now,
+                                  const CmpiCpp::CmpiContext& context, const EventSettings& settings) {
   std::vector<TeamAlert> alerts;
   std::string teamMessage;
   if (now.status != before.status && watchesStatus()) {
-    _team.getTeamMessage(teamMessage);
+    record.getTeamMessage(teamMessage);
     if (auto alert = teamStatusAlert(_teamName, before.status, now.status)) alerts.push_back(*alert);
   }
   const auto memberAlerts =

@@ -5,6 +5,7 @@
 #include "classes/port/Escalation.h"
 #include "classes/port/Known.h"
 #include "classes/port/PropertyTable.h"
+#include "classes/port/Subject.h"
 
 namespace ZEB {
 
@@ -53,7 +54,10 @@ ZEB_EthernetTeamMember::ZEB_EthernetTeamMember(const Logger& logger, const std::
                                                const CmpiCpp::CmpiObjectPath& port,
                                                const EthernetTeamDataObject& teamRecord,
                                                const EthernetPort& portRecord)
-    : AssociationFrame(logger, nameSpace, kClass, team, port), _team(teamRecord), _port(portRecord) {}
+    : AssociationFrame(logger, nameSpace, kClass, team, port),
+      _team(teamRecord),
+      _port(portRecord),
+      _subject(subjectOf(kClass.name, teamRecord) + " " + subjectOf(kClass.name, portRecord)) {}
 
 CmpiCpp::CmpiInstance ZEB_EthernetTeamMember::makeInstance() {
   CmpiCpp::CmpiInstance instance = AssociationFrame::makeInstance();
@@ -64,8 +68,8 @@ CmpiCpp::CmpiInstance ZEB_EthernetTeamMember::makeInstance() {
 
 operationalStatus ZEB_EthernetTeamMember::reportedStatus() {
   const operationalStatus status = memberStatus(_team, _port);
-  const bool asItIs = std::exchange(_firstReport, false);
-  return _memberStatus = asItIs ? status : escalated(status, _memberStatus);
+  const bool asItIs = std::exchange(_memory.firstReport, false);
+  return _memory.memberStatus = asItIs ? status : escalated(status, _memory.memberStatus);
 }
 
 }  // namespace ZEB

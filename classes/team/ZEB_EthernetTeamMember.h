@@ -18,6 +18,10 @@ class ZEB_EthernetTeamMember : public AssociationFrame {
 
   CmpiCpp::CmpiInstance makeInstance() override;
 
+  const std::string& subject() const override { return _subject; }
+  std::any memory() const override { return _memory; }
+  void remember(const std::any& memory) override { _memory = std::any_cast<const Memory&>(memory); }
+
  private:
   struct Reading;
   using P = Properties<Reading>;
@@ -29,8 +33,13 @@ class ZEB_EthernetTeamMember : public AssociationFrame {
 
   const EthernetTeamDataObject _team;
   const EthernetPort _port;
-  bool _firstReport = true;
-  operationalStatus _memberStatus = operationalStatus::Unknown;  ///< as reported last
+  const std::string _subject;
+
+  struct Memory {
+    bool firstReport = true;
+    operationalStatus memberStatus = operationalStatus::Unknown;  ///< as reported last
+  };
+  Memory _memory;
 };
 
 }  // namespace ZEB

@@ -128,6 +128,42 @@ TEST_F(LiveAlertsTest, TheModelFollowsWhatWasReported) {
   });
 }
 
+// No link message tells of any of these.
+TEST_F(LiveAlertsTest, TheModelFollowsWhatNoLinkTellsOfWithinASecond) {
+  IN_NAMESPACE([this] {
+    ip("link add a0 type veth peer name b0");
+    for (const std::string end : {"a0", "b0"}) {
+      ip("link set " + end + " addrgenmode none");
+      ip("link set " + end + " up");
+    }
+    LoadedPlugin plugin(broker);
+    const auto within = [&](const std::string& change, const char* className, std::size_t count) {
+      ip(change);
+      const auto end = std::chrono::steady_clock::now() + 1s;
+      bool there = false;
+      while (!there && std::chrono::steady_clock::now() < end) {
+        there = plugin.count(className) == count;
+        std::this_thread::sleep_for(5ms);
+      }
+      EXPECT_TRUE(there) << change;
+    };
+    const char* endpoint = "ZEB_IPProtocolEndpoint";
+    const char* gateway = "ZEB_EthernetRemoteServiceAccessPoint";
+    // The first run of the timer comes at some time after loading.
+    EXPECT_EQ(plugin.count(endpoint), 0U);
+    within("address add 192.0.2.1/24 dev a0", endpoint, 1);
+    within("address add 192.0.2.2/24 dev a0", endpoint, 2);
+    within("route add default via 192.0.2.254 dev a0", gateway, 2);
+    within("route del default", gateway, 0);
+    within("address add 2001:db8::1/64 dev a0 nodad", endpoint, 3);
+    within("-6 route add default via 2001:db8::2 dev a0", gateway, 1);
+    within("address flush dev a0", endpoint, 0);
+    within("link set a0 address 02:00:00:00:00:05", "ZEB_EthernetLANEndpoint", 2);
+    within("link add a1 type veth peer name b1", "ZEB_EthernetPort", 4);
+    within("link del a1", "ZEB_EthernetPort", 2);
+  });
+}
+
 // An alert may be on its way, or not yet thought of, when the plug-in goes. Ten thousand rounds when there is
 // time, in fifty processes: a sanitizer never forgets a library that was loaded, and gets slower with each.
 class LoadedAgainAndAgain : public LiveAlertsTest, public testing::WithParamInterface<int> {};

@@ -35,6 +35,7 @@ AutostartDecorator::AutostartDecorator(const CmpiBroker& broker, const Logger& l
 
 AutostartDecorator::~AutostartDecorator() {
   ZEBUtil::setWorkerWaker(nullptr);
+  ZEBUtil::setWorkerAlarm(nullptr);
   _timer.reset();
 }
 
@@ -57,6 +58,7 @@ void AutostartDecorator::startTimer(const CmpiBroker& broker) {
     }
   });
   ZEBUtil::setWorkerWaker([this] { _timer->wake(); });
+  ZEBUtil::setWorkerAlarm([this](WorkerTimer::Clock::time_point when) { _timer->wakeAt(when); });
 }
 
 void AutostartDecorator::performWork(const CmpiContext& context) {

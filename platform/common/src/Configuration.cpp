@@ -2,6 +2,7 @@
 
 #include <toml++/toml.h>
 
+#include <charconv>
 #include <cstdlib>
 #include <filesystem>
 #include <mutex>
@@ -33,6 +34,15 @@ bool parse(std::string_view text, LogLevel& value) {
     return false;
   }
   return true;
+}
+
+bool parse(std::string_view text, std::chrono::seconds& value) {
+  constexpr unsigned kLongest = 600;
+  unsigned seconds = 0;
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, seconds);
+  value = std::chrono::seconds(seconds);
+  return error == std::errc() && stop == end && seconds <= kLongest;
 }
 
 template <auto Member>
@@ -80,6 +90,7 @@ constexpr Key kKeys[] = {
     {"autostart", "ZEB_AUTOSTART", "true or false", set<&Configuration::autostart>},
     {"perfmon", "ZEB_PERFMON", "true or false", set<&Configuration::perfmon>},
     {"heartbeat", "ZEB_HEARTBEAT", "true or false", set<&Configuration::heartbeat>},
+    {"link-settle-seconds", "ZEB_LINK_SETTLE_SECONDS", "0 to 600", set<&Configuration::linkSettle>},
 };
 
 const Key* findKey(std::string_view name) {
@@ -89,10 +100,11 @@ const Key* findKey(std::string_view name) {
   return nullptr;
 }
 
-/// The value as text, whichever of the two kinds that the keys know it is.
+/// The value as text, whichever of the kinds that the keys know it is.
 std::optional<std::string> textOf(const toml::node& node) {
   if (const auto* text = node.as_string()) return text->get();
   if (const auto* flag = node.as_boolean()) return flag->get() ? "true" : "false";
+  if (const auto* number = node.as_integer()) return std::to_string(number->get());
   return std::nullopt;
 }
 

@@ -35,13 +35,23 @@ void WorkerTimer::wake() {
   _changed.notify_all();
 }
 
+void WorkerTimer::wakeAt(Clock::time_point when) {
+  const std::lock_guard lock(_mutex);
+  _alarm = std::min(_alarm, when);
+  _changed.notify_all();
+}
+
+WorkerTimer::Clock::time_point WorkerTimer::due() const {
+  return std::min({_regular, _alarm, _woken ? _asked : Clock::time_point::max()});
+}
+
 bool WorkerTimer::waitForRun() {
   std::unique_lock lock(_mutex);
   // Called again, this is the end of a run.
   if (!std::exchange(_first, false)) _regular = Clock::now() + _timing.interval;
-  const auto due = [this] { return _woken ? std::min(_asked, _regular) : _regular; };
   while (!_stop && Clock::now() < due()) _changed.wait_until(lock, due());
   _woken = false;
+  if (_alarm <= Clock::now()) _alarm = Clock::time_point::max();
   return !_stop;
 }
 

@@ -16,6 +16,7 @@ std::mutex mutex;
 CmpiCpp::CmpiBroker broker;
 std::string hostName;
 std::function<void()> workerWaker;
+std::function<void(std::chrono::steady_clock::time_point)> workerAlarm;
 std::atomic<bool> stop{false};
 
 std::string readHostName() {
@@ -109,6 +110,16 @@ void ZEBUtil::wakeWorker() {
   // Under the lock, so that a waker that was taken back is not running any more.
   const std::lock_guard lock(mutex);
   if (workerWaker) workerWaker();
+}
+
+void ZEBUtil::setWorkerAlarm(std::function<void(std::chrono::steady_clock::time_point)> alarm) {
+  const std::lock_guard lock(mutex);
+  workerAlarm = std::move(alarm);
+}
+
+void ZEBUtil::wakeWorkerAt(std::chrono::steady_clock::time_point when) {
+  const std::lock_guard lock(mutex);
+  if (workerAlarm) workerAlarm(when);
 }
 
 }  // namespace ZEB

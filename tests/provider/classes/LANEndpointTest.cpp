@@ -189,12 +189,13 @@ TEST_F(LANEndpointTest, OtherStatusValuesAreReportedAsTheyAre) {
   for (int report = 0; report < 3; ++report) EXPECT_EQ(statusOf(endpoint), "uint16[] {15}");
 }
 
-TEST_F(LANEndpointTest, ShowsWhatItWasMadeOf) {
+TEST_F(LANEndpointTest, FollowsItsInterface) {
   MemoryHost host;
   host.addPort("eth0");
   auto endpoint = make(host.port(0));
-  setStatus(host.link("eth0"), operationalStatus::Error);
   EXPECT_EQ(statusOf(endpoint), "uint16[] {2}");
+  setStatus(host.link("eth0"), operationalStatus::Error);
+  EXPECT_EQ(statusOf(endpoint), "uint16[] {6}");
 }
 
 }  // namespace

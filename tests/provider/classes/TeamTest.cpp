@@ -163,14 +163,15 @@ TEST_F(TeamTest, DegradedWhenBuiltShowsDegraded) {
   EXPECT_EQ(team.lastStatus(), operationalStatus::Degraded);
 }
 
-TEST_F(TeamTest, AnInstanceDoesNotReadTheTeamAnew) {
+TEST_F(TeamTest, AnInstanceReadsTheTeamAnew) {
   MemoryHost host;
   host.addTeam("bond0");
   host.addPort("eth0");
   host.join("eth0", "bond0");
   auto team = make(host.team(0));
-  setStatus(host.link("eth0"), operationalStatus::Error);
   EXPECT_EQ(textOf(team.makeInstance().getProperty("GroupOperationalStatus")), "uint16[] {2}");
+  setStatus(host.link("eth0"), operationalStatus::Error);
+  EXPECT_EQ(textOf(team.makeInstance().getProperty("GroupOperationalStatus")), "uint16[] {6}");
 }
 
 TEST_F(TeamTest, LogsWhatCannotBeReadWhenItIsBuilt) {

@@ -26,7 +26,7 @@ HostSnapshot host() {
 
 /// What is found different after `edit`.
 struct Found {
-  bool adapters, portLayers, teamLayers, portEvent, teamEvent;
+  bool adapters, teams, portEvent, teamEvent;
   bool teamNames;
   friend bool operator==(const Found&, const Found&) = default;
 };
@@ -36,20 +36,16 @@ Found after(const std::function<void(HostSnapshot&)>& edit) {
   edit(changed);
   const auto before = buildModel(host(), false);
   const auto now = buildModel(changed, false);
-  return {
-      adaptersDiffer(before.get(), *now),
-      portLayersDiffer(before.get(), *now),
-      teamLayersDiffer(before.get(), *now),
-      portTransition(*before, *now),
-      teamTransition(*before, *now),
-      !teamNamesAdded(before.get(), now.get()).empty() || !teamNamesAdded(now.get(), before.get()).empty()};
+  return {adaptersDiffer(before.get(), *now), teamsDiffer(before.get(), *now), portTransition(*before, *now),
+          teamTransition(*before, *now),
+          !teamsAdded(before.get(), now.get()).empty() || !teamsAdded(now.get(), before.get()).empty()};
 }
 
-constexpr Found kNothing{false, false, false, false, false, false};
+constexpr Found kNothing{false, false, false, false, false};
 
 TEST(Changes, Nothing) {
   EXPECT_EQ(after([](HostSnapshot&) {}), kNothing);
-  EXPECT_EQ(after([](HostSnapshot& s) { s.links[0].statistics = LinkStatistics{1, 2, 3, 4}; }), kNothing);
+  EXPECT_EQ(after([](HostSnapshot& s) { s.links[3].statistics = LinkStatistics{1, 2, 3, 4}; }), kNothing);
   EXPECT_EQ(after([](HostSnapshot& s) { s.addresses[0].flags = 0; }), kNothing);
   EXPECT_EQ(after([](HostSnapshot& s) { s.links[0].mtu = 9000; }), kNothing);
 }
@@ -63,9 +59,9 @@ TEST(Changes, Adapters) {
   EXPECT_FALSE(adaptersDiffer(nullptr, *buildModel({}, false)));
 }
 
-TEST(Changes, LayersOfPorts) {
+TEST(Changes, WhatHangsOnPorts) {
   Found layers = kNothing;
-  layers.portLayers = true;
+  layers.adapters = true;
   EXPECT_EQ(after([](HostSnapshot& s) { s.addresses.push_back(addressOn(2, "10.0.0.3")); }), layers);
   EXPECT_EQ(after([](HostSnapshot& s) { s.addresses[0].prefixLength = 16; }), layers);
   EXPECT_EQ(after([](HostSnapshot& s) { s.routes[0].gateway = *parseIpAddress("10.0.0.9"); }), layers);
@@ -74,11 +70,28 @@ TEST(Changes, LayersOfPorts) {
   EXPECT_EQ(after([](HostSnapshot& s) { s.addresses[2].address = *parseIpAddress("10.2.0.9"); }), layers);
   EXPECT_EQ(after([](HostSnapshot& s) { s.links[4].operState = IF_OPER_LOWERLAYERDOWN; }), layers)
       << "its IPv4 address goes out of use";
+  EXPECT_EQ(after([](HostSnapshot& s) { s.links[0].address = HardwareAddress(); }), layers)
+      << "it gets a LAN endpoint";
+  EXPECT_EQ(after([](HostSnapshot& s) { s.links[0].statistics = LinkStatistics(); }), layers)
+      << "it gets statistics";
+  EXPECT_EQ(after([](HostSnapshot& s) {
+              auto hardware = *s.links[0].hardware;
+              hardware.partNumber = "P-1";
+              s.links[0].hardware = std::make_shared<HardwareFacts>(hardware);
+            }),
+            layers);
 }
 
-TEST(Changes, LayersOfTeams) {
+TEST(Changes, TheSameHardwareReadAgainIsNoChange) {
+  EXPECT_EQ(after([](HostSnapshot& s) {
+              s.links[0].hardware = std::make_shared<HardwareFacts>(*s.links[0].hardware);
+            }),
+            kNothing);
+}
+
+TEST(Changes, WhatHangsOnTeams) {
   Found layers = kNothing;
-  layers.teamLayers = true;
+  layers.teams = true;
   EXPECT_EQ(after([](HostSnapshot& s) { s.addresses.erase(s.addresses.begin() + 1); }), layers);
   EXPECT_EQ(after([](HostSnapshot& s) { s.routes.pop_back(); }), layers);
   EXPECT_EQ(after([](HostSnapshot& s) { s.links[5].name = "storage"; }), layers);
@@ -93,25 +106,23 @@ TEST(Changes, PortEvent) {
 
 TEST(Changes, AddressesGoOutOfUseWithThePort) {
   Found both = kNothing;
-  both.portEvent = both.portLayers = true;
+  both.portEvent = both.adapters = true;
   EXPECT_EQ(after([](HostSnapshot& s) { s.links[0].flags = 0; }), both);
 }
 
 TEST(Changes, TeamEvent) {
   Found member = kNothing;
-  member.portEvent = member.teamEvent = member.teamLayers = true;
-  EXPECT_EQ(after([](HostSnapshot& s) { carrier(s.links[1], false); }), member)
-      << "degraded: IPv4 goes out of use";
-  Found role = kNothing;
-  role.teamEvent = true;
-  EXPECT_EQ(after([](HostSnapshot& s) { s.links[1].bondMember->state = 1; }), role);
-  Found membership = kNothing;
-  membership.teamEvent = membership.teamLayers = true;
+  member.portEvent = member.teamEvent = member.teams = true;
+  EXPECT_EQ(after([](HostSnapshot& s) { carrier(s.links[1], false); }), member);
+  Found shown = kNothing;
+  shown.teamEvent = shown.teams = true;
+  EXPECT_EQ(after([](HostSnapshot& s) { s.links[1].bondMember->state = 1; }), shown) << "its role";
   EXPECT_EQ(after([](HostSnapshot& s) {
               s.links[2].bondMember.reset();
               s.links[2].masterIndex.reset();
             }),
-            membership);
+            shown)
+      << "membership";
 }
 
 TEST(Changes, TeamNames) {
@@ -120,10 +131,22 @@ TEST(Changes, TeamNames) {
   changed.links[3].name = "bond9";
   changed.links.push_back(bondLink(11, "bond1"));
   const auto now = buildModel(changed, false);
-  EXPECT_THAT(teamNamesAdded(before.get(), now.get()), ElementsAre("bond9", "bond1"));
-  EXPECT_THAT(teamNamesAdded(now.get(), before.get()), ElementsAre("bond0"));
-  EXPECT_THAT(teamNamesAdded(nullptr, before.get()), ElementsAre("bond0"));
-  EXPECT_THAT(teamNamesAdded(before.get(), nullptr), IsEmpty());
+  EXPECT_THAT(teamsAdded(before.get(), now.get()), ElementsAre("bond9", "bond1"));
+  EXPECT_THAT(teamsAdded(now.get(), before.get()), ElementsAre("bond0"));
+  EXPECT_THAT(teamsAdded(nullptr, before.get()), ElementsAre("bond0"));
+  EXPECT_THAT(teamsAdded(before.get(), nullptr), IsEmpty());
+}
+
+TEST(Changes, ATeamMadeAnewUnderItsNameIsAnother) {
+  const auto before = buildModel(host(), false);
+  HostSnapshot changed = host();
+  changed.links[3].index = 30;
+  changed.links[1].masterIndex = changed.links[2].masterIndex = 30;
+  carrier(changed.links[1], false);
+  const auto now = buildModel(changed, false);
+  EXPECT_THAT(teamsAdded(before.get(), now.get()), ElementsAre("bond0"));
+  EXPECT_THAT(teamsAdded(now.get(), before.get()), ElementsAre("bond0"));
+  EXPECT_FALSE(teamTransition(*before, *now)) << "nothing is known of it from before";
 }
 
 }  // namespace

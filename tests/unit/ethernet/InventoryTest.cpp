@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <thread>
+
 #include "FakeSource.h"
 #include "SnapshotBuilder.h"
 #include "ethernet/EthernetMRA.h"
@@ -186,31 +188,28 @@ TEST_F(InventoryTest, ReloadNamesTeamsThatCameAndWent) {
   EXPECT_THAT(removed, ElementsAre("bond0"));
 }
 
-TEST_F(InventoryTest, ReloadWaitsWithLayersUntilTheEventWasTaken) {
+TEST_F(InventoryTest, ReloadTellsOfLayersBesideAnEvent) {
   build();
   unplug(4);
   host.edit([](HostSnapshot& s) { s.addresses.clear(); });
-  EXPECT_FALSE(portSource.forceReload()) << "the alert goes first";
+  EXPECT_TRUE(portSource.forceReload());
   EXPECT_TRUE(portSource.ethEventDetected());
-  EXPECT_TRUE(portSource.forceReload()) << "and then the rebuild";
   build();
   EXPECT_FALSE(portSource.forceReload());
 }
 
-TEST_F(InventoryTest, ReloadWaitsWithMembershipUntilTheEventWasTaken) {
+TEST_F(InventoryTest, ReloadTellsOfMembershipBesideAnEvent) {
   build();
   host.edit([](HostSnapshot& s) {
     s.links[1].masterIndex.reset();
     s.links[1].bondMember.reset();
   });
   EXPECT_FALSE(portSource.forceReload());
-  EXPECT_FALSE(reloadTeams());
-  EXPECT_FALSE(portSource.ethEventDetected());
-  EXPECT_TRUE(teamSource.ethTeamEventDetected());
-  EXPECT_FALSE(portSource.forceReload());
   EXPECT_TRUE(reloadTeams());
   EXPECT_THAT(added, IsEmpty());
   EXPECT_THAT(removed, IsEmpty());
+  EXPECT_FALSE(portSource.ethEventDetected());
+  EXPECT_TRUE(teamSource.ethTeamEventDetected());
 }
 
 TEST_F(InventoryTest, ReloadThatFailsIsNoChange) {
@@ -220,14 +219,62 @@ TEST_F(InventoryTest, ReloadThatFailsIsNoChange) {
   EXPECT_FALSE(reloadTeams());
 }
 
-TEST_F(InventoryTest, EventIsLatchedByATransitionAndUnlatchedWhenAskedFor) {
+TEST_F(InventoryTest, ReloadThatFailsSaysSo) {
+  build();
+  host.failing = true;
+  portSource.forceReload();
+  reloadTeams();
+  EXPECT_TRUE(portSource.reloadFailed());
+  EXPECT_TRUE(teamSource.reloadFailed());
+  host.failing = false;
+  portSource.forceReload();
+  reloadTeams();
+  EXPECT_FALSE(portSource.reloadFailed());
+  EXPECT_FALSE(teamSource.reloadFailed());
+}
+
+TEST_F(InventoryTest, EventIsThereUntilItWasProcessed) {
   build();
   EXPECT_FALSE(portSource.ethEventDetected());
   unplug(4);
   portSource.updateAll();
   EXPECT_FALSE(teamSource.ethTeamEventDetected());
   EXPECT_TRUE(portSource.ethEventDetected());
+  EXPECT_TRUE(portSource.ethEventDetected());
+  portSource.eventsProcessed();
   EXPECT_FALSE(portSource.ethEventDetected());
+}
+
+TEST_F(InventoryTest, APassThatARequestOvertakesLeavesTheEventToTheNext) {
+  build();
+  {
+    const RefreshScope pass;
+    portSource.forceReload();
+    unplug(4);
+    std::thread request([&] { EXPECT_EQ(portSource.updateAll(), 0); });
+    request.join();
+    EXPECT_FALSE(portSource.ethEventDetected()) << "the pass works with what was there before";
+    portSource.eventsProcessed();
+  }
+  const RefreshScope pass;
+  portSource.forceReload();
+  EXPECT_TRUE(portSource.ethEventDetected());
+}
+
+TEST_F(InventoryTest, APassThatCannotReadLeavesTheEventToTheNext) {
+  build();
+  unplug(4);
+  host.failing = true;
+  {
+    const RefreshScope pass;
+    portSource.forceReload();
+    EXPECT_FALSE(portSource.ethEventDetected());
+    portSource.eventsProcessed();
+  }
+  host.failing = false;
+  const RefreshScope pass;
+  portSource.forceReload();
+  EXPECT_TRUE(portSource.ethEventDetected());
 }
 
 TEST_F(InventoryTest, TheSameStateAHundredTimesIsNoEvent) {

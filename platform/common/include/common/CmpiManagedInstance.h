@@ -1,6 +1,8 @@
 #pragma once
 
+#include <any>
 #include <atomic>
+#include <string>
 
 #include "cmpicpp/CmpiArgs.h"
 #include "cmpicpp/CmpiInstance.h"
@@ -31,6 +33,13 @@ class CmpiManagedInstance {
   virtual CmpiCpp::CmpiName className() const = 0;
   /// This instance if it is an association, else null.
   virtual const CmpiManagedInstanceAssociation* association() const { return nullptr; }
+
+  /// Names what the instance stands for, whatever its path, so that an instance that takes its place can be
+  /// told what it remembers. Empty where nothing is remembered. The same for as long as the instance lives.
+  virtual const std::string& subject() const;
+  virtual std::any memory() const { return {}; }
+  /// Takes over what an instance of the same subject had as its `memory`.
+  virtual void remember(const std::any& /*memory*/) {}
 
   /// An invisible instance is there for its owner and for no client. Visible when constructed.
   bool visible() const { return _visible; }

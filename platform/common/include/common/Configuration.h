@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -22,6 +23,9 @@ struct Configuration {
   bool autostart = true;               ///< the worker runs by itself; ZEB_AUTOSTART
   bool perfmon = false;                ///< operations are counted and timed; ZEB_PERFMON
   bool heartbeat = false;              ///< heartbeat indications are sent; ZEB_HEARTBEAT
+  /// For how long an interface that was switched on may wait for its link before it counts as without one;
+  /// 0 for not at all; ZEB_LINK_SETTLE_SECONDS
+  std::chrono::seconds linkSettle{6};
 
   /// What a value was replaced for, and why, in the order of the file.
   std::vector<std::string> warnings;

@@ -34,8 +34,11 @@ class WorkerTimer {
 
   /// From any thread; returns at once. During a run it asks for another one.
   void wake();
+  /// Likewise; asks for a run that begins at that time, or later when another is under way.
+  void wakeAt(Clock::time_point when);
 
  private:
+  Clock::time_point due() const;
   bool waitForRun();
 
   const Timing _timing;
@@ -44,6 +47,7 @@ class WorkerTimer {
   Clock::time_point _regular;  ///< when the next run is due unless it is asked for earlier
   Clock::time_point _asked;    ///< when it is due, while `_woken`
   Clock::time_point _latest;   ///< when `_asked` must not be put off any more
+  Clock::time_point _alarm = Clock::time_point::max();  ///< the earliest that `wakeAt` asks for
   bool _first = true;
   bool _woken = false;
   bool _stop = false;

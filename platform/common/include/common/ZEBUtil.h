@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -50,6 +51,11 @@ class ZEBUtil {
   static void setWorkerWaker(std::function<void()> waker);
   /// The data has been refreshed after a message of the kernel: whoever runs the worker may run it early.
   static void wakeWorker();
+
+  /// Hands over how the worker is called at a time when there will be something to look at; null takes it
+  /// back.
+  static void setWorkerAlarm(std::function<void(std::chrono::steady_clock::time_point)> alarm);
+  static void wakeWorkerAt(std::chrono::steady_clock::time_point when);
 };
 
 }  // namespace ZEB

@@ -27,6 +27,10 @@ class EthernetAdapterDataObject {
                             std::vector<EthernetPort> portRecords)
       : ports(std::move(portRecords)), _facts(std::move(facts)) {}
 
+  /// Puts newer facts in place, of the adapter and of its ports, as the `refresh` of a port does. Non-zero,
+  /// and the old facts stay, when nothing could be read; when no port is left, no getter knows anything.
+  int refresh();
+
   int getManufacturer(std::string& manufacturer) const;
   int getModel(std::string& model) const;
   /// From the vital product data.

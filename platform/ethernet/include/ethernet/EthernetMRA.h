@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "cmpicpp/CmpiContext.h"
@@ -33,9 +35,13 @@ class EthernetMRA {
   int getNextData(bool fresh, EthernetAdapterDataObject& adapter);
 
   /// Asks anew; inside a `RefreshScope` the other data source and the refreshes that follow share the answer.
-  /// Returns whether adapters or ports differ from what the last walk delivered, or, while no event is
-  /// latched, addresses, gateways or VLANs. True also when the last walk did not reach its end.
+  /// Returns whether anything that a build gives an instance for, or gives to one for good, differs from what
+  /// the last walk delivered: adapters, ports, addresses in use, gateways, VLANs. True also when the last
+  /// walk did not reach its end; false when asking failed.
   bool forceReload();
+
+  /// Whether the last `forceReload` could not ask.
+  bool reloadFailed() const { return _reloadFailed; }
 
   /// Asks only if something was announced since the last answer was begun. Non-zero when asking failed.
   int updateAll();
@@ -43,8 +49,17 @@ class EthernetMRA {
   /// Whether anything was announced since the last answer was begun. Asks nothing.
   bool announced();
 
-  /// Whether a port's status or link changed since this was last asked.
+  /// Whether a port's status or link differs between what the open `RefreshScope` works with (without one,
+  /// the newest answer) and what was there when events were last processed, or when the first build began.
+  /// Whoever else reads meanwhile changes nothing in that. False when nothing could be read.
   bool ethEventDetected();
+
+  /// What `ethEventDetected` has looked at has been told to whom it concerns.
+  void eventsProcessed();
+
+  /// When the next interface that was switched on has had the time that a link may take; none when there is
+  /// no such interface. Until it has its link or that time is up, it counts as switched off.
+  std::optional<std::chrono::steady_clock::time_point> nextSettled();
 
   /// Makes the next `forceReload` answer true: what the last walk delivered was not put to use.
   void buildFailed();
@@ -52,14 +67,10 @@ class EthernetMRA {
   /// Why the source could last not be read, in one line; empty when it could.
   std::string failureText() const;
 
-  /// Whether the last `forceReload` would have been true, but for an event that was latched: once the event
-  /// has been dealt with, the next one is. For the thread that reloads.
-  bool reloadHeldBack() const { return _reloadHeldBack; }
-
  private:
   std::shared_ptr<ethernet::Inventory> _inventory;
   std::unique_ptr<ethernet::Walk> _walk;
-  bool _reloadHeldBack = false;
+  bool _reloadFailed = false;
 };
 
 /// The data source that the configuration asks for: this host or a recorded snapshot.

@@ -33,6 +33,8 @@ class EthernetPort {
   int refresh(RefreshPart part = RefreshPart::Everything);
 
   int getOsDeviceName(std::string& name) const;
+  /// The kernel's number of the interface.
+  int getInterfaceNumber(std::uint32_t& number) const;
   int getPortPciProductStr(std::string& product) const;
   /// Colon form. The address burnt in, whatever address is in use.
   int getPermanentAddress(std::string& address) const;
@@ -71,6 +73,9 @@ class EthernetPort {
   /// Colon form: the address in use, one string where it is known and none where not.
   std::vector<std::string> networkAddresses() const;
   bool hasStatistics() const;
+
+  /// Of the library: what the record holds now; null for one that was never filled.
+  std::shared_ptr<const ethernet::PortFacts> facts() const { return _facts.facts(); }
 
   /// The VLANs on this port when the record was delivered, by interface number.
   std::vector<EthernetVLanDataObject> vlans;

@@ -11,6 +11,7 @@
 #include "ethernet/EthernetTeamSlave.h"
 #include "ethernet/EthernetVLanDataObject.h"
 #include "ethernet/FactsHandle.h"
+#include "ethernet/RefreshPart.h"
 
 namespace ZEB {
 
@@ -30,9 +31,11 @@ class EthernetTeamDataObject {
       : vlans(std::move(vlanRecords)), _facts(std::move(facts)) {}
 
   /// As for a port; the members are read with the team.
-  int refresh();
+  int refresh(RefreshPart part = RefreshPart::Everything);
 
   int getOsDeviceName(std::string& name) const;
+  /// The kernel's number of the interface.
+  int getInterfaceNumber(std::uint32_t& number) const;
   /// The team's own address in colon form: a bonding interface has no address burnt in.
   int getPermanentAddress(std::string& address) const;
   int getTeamStatus(operationalStatus& status) const;

@@ -30,25 +30,26 @@ class EthernetTeamMRA {
   int getFirstData(bool fresh, EthernetTeamDataObject& team);
   int getNextData(bool fresh, EthernetTeamDataObject& team);
 
-  /// Returns whether the team names differ from what the last complete walk delivered, or, while no event is
-  /// latched, their members, addresses, gateways or VLANs. Both lists are replaced by the differing names.
+  /// Returns whether anything that a build gives an instance for, or gives to one for good, differs from what
+  /// the last complete walk delivered: teams, addresses in use, gateways, VLANs, members with their status,
+  /// role and activity. Both lists are replaced by the names of teams that came and went; one that was made
+  /// anew under its name is in both.
   bool forceReload(std::vector<std::string>& added, std::vector<std::string>& removed);
+
+  bool reloadFailed() const { return _reloadFailed; }
 
   int updateAll();
 
-  /// Whether a team's status, its members, their roles or their status changed since this was last asked.
+  /// Whether a team's status, its members, their roles or their status differ; otherwise as for adapters.
   bool ethTeamEventDetected();
+  void eventsProcessed();
 
   void buildFailed();
-
-  /// Whether the last `forceReload` would have been true, but for an event that was latched: once the event
-  /// has been dealt with, the next one is. For the thread that reloads.
-  bool reloadHeldBack() const { return _reloadHeldBack; }
 
  private:
   std::shared_ptr<ethernet::Inventory> _inventory;
   std::unique_ptr<ethernet::Walk> _walk;
-  bool _reloadHeldBack = false;
+  bool _reloadFailed = false;
 };
 
 std::unique_ptr<EthernetTeamMRA> ethernetTeamMRAFactory(const Logger& logger);

@@ -13,6 +13,7 @@ struct EthernetTeamSlave {
   bool active = false;
   EthTeamMemberRoleEnum role = EthTeamMemberRoleEnum::Unknown;
   operationalStatus status = operationalStatus::Unknown;
+  bool joining = false;  ///< came lately and has had no link in the team so far
   friend bool operator==(const EthernetTeamSlave&, const EthernetTeamSlave&) = default;
 };
 

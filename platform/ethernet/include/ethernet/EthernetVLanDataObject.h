@@ -8,6 +8,7 @@
 #include "ethernet/Addresses.h"
 #include "ethernet/EthernetEnums.h"
 #include "ethernet/FactsHandle.h"
+#include "ethernet/RefreshPart.h"
 
 namespace ZEB {
 
@@ -26,9 +27,11 @@ class EthernetVLanDataObject {
 
   /// Puts newer facts in place. Non-zero when nothing could be read (the old facts stay) and when the
   /// interface is gone (every getter fails from then on).
-  int refresh();
+  int refresh(RefreshPart part = RefreshPart::Everything);
 
   int getOsDeviceName(std::string& name) const;
+  /// The kernel's number of the interface.
+  int getInterfaceNumber(std::uint32_t& number) const;
   /// The interface's own address in colon form: a VLAN has no address burnt in.
   int getPermanentAddress(std::string& address) const;
   /// The interface's name, which is what a VLAN is known by on Linux.

@@ -4,17 +4,19 @@
 #include <linux/genetlink.h>
 #include <linux/netlink.h>
 #include <linux/rtnetlink.h>
+#include <poll.h>
 #include <sys/socket.h>
 
 #include <cerrno>
+#include <iterator>
 
 #include "netlink/RtnlDecoders.h"
 
 namespace ZEB::ethernet {
 namespace {
 
-constexpr std::uint32_t kRoutingGroups =
-    RTMGRP_LINK | RTMGRP_IPV4_IFADDR | RTMGRP_IPV6_IFADDR | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_ROUTE;
+constexpr std::uint32_t kLayerGroups =
+    RTMGRP_IPV4_IFADDR | RTMGRP_IPV6_IFADDR | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_ROUTE;
 // A burst that fits is told apart interface by interface; one that does not is told as "everything".
 constexpr int kReceiveBuffer = 4 * 1024 * 1024;
 constexpr std::size_t kDatagram = std::size_t{64} * 1024;
@@ -109,7 +111,14 @@ Announcements ethtoolAnnouncement(Bytes datagram) {
 }
 
 Listener::Listener(std::optional<std::uint32_t> ethtoolGroup)
-    : _routing(openSocket(NETLINK_ROUTE, kRoutingGroups)),
+    : Listener(ethtoolGroup, RTMGRP_LINK | kLayerGroups) {}
+
+Listener Listener::toLayers() {
+  return Listener(std::nullopt, kLayerGroups);
+}
+
+Listener::Listener(std::optional<std::uint32_t> ethtoolGroup, std::uint32_t routingGroups)
+    : _routing(openSocket(NETLINK_ROUTE, routingGroups)),
       _listensToEthtool(ethtoolGroup.has_value()),
       _buffer(kDatagram) {
   if (!ethtoolGroup) return;
@@ -118,6 +127,14 @@ Listener::Listener(std::optional<std::uint32_t> ethtoolGroup)
                              sizeof *ethtoolGroup) != 0) {
     _ethtool = FileDescriptor();
   }
+}
+
+bool Listener::wait(int stop) const {
+  // A socket that could not be had is left out.
+  pollfd ready[] = {{stop, POLLIN, 0}, {_routing.get(), POLLIN, 0}};
+  while (::poll(ready, std::size(ready), -1) < 0 && errno == EINTR) {
+  }
+  return (ready[0].revents & POLLIN) == 0;
 }
 
 Announcements Listener::drain() {

@@ -32,11 +32,20 @@ class Listener {
   /// Without `ethtoolGroup`, link settings are not announced. Where a socket is not to be had, everything
   /// counts as announced all the time.
   explicit Listener(std::optional<std::uint32_t> ethtoolGroup);
+  /// Hears addresses and default routes alone.
+  static Listener toLayers();
+
+  /// Whether there is a socket to hear on.
+  bool hears() const { return static_cast<bool>(_routing); }
+
+  /// Waits until something may have been announced or `stop` becomes readable; whether it was not the latter.
+  bool wait(int stop) const;
 
   /// Takes in all that waits, without waiting. Lost announcements count as everything.
   Announcements drain();
 
  private:
+  Listener(std::optional<std::uint32_t> ethtoolGroup, std::uint32_t routingGroups);
   Announcements drain(const FileDescriptor& socket, Announcements (*read)(Bytes));
 
   FileDescriptor _routing, _ethtool;

@@ -35,74 +35,74 @@ bool vlansDiffer(const std::vector<std::shared_ptr<const VlanFacts>>& before,
   return !std::ranges::equal(before, after, [](const auto& a, const auto& b) { return !vlanDiffers(a, b); });
 }
 
-bool portLayerDiffers(const PortEntry& before, const PortEntry& after) {
-  const bool useDiffers = isAdministrativelyUp(before.facts->link) != isAdministrativelyUp(after.facts->link);
-  return addressesDiffer(*before.facts, *after.facts) || (useDiffers && hasIpv4(*after.facts)) ||
-         vlansDiffer(before.vlans, after.vlans);
+bool sameHardware(const std::shared_ptr<const HardwareFacts>& before,
+                  const std::shared_ptr<const HardwareFacts>& after) {
+  return before == after || (before && after && *before == *after);
+}
+
+bool hasStatistics(const LinkFacts& link) {
+  return link.statistics || link.ethtool.mac != MacStatistics{};
 }
 
 bool samePort(const PortEntry& before, const PortEntry& after) {
-  return before.facts->link.index == after.facts->link.index &&
-         before.facts->link.name == after.facts->link.name;
+  const PortFacts& a = *before.facts;
+  const PortFacts& b = *after.facts;
+  const bool useDiffers = isAdministrativelyUp(a.link) != isAdministrativelyUp(b.link);
+  return a.link.index == b.link.index && a.link.name == b.link.name && a.number == b.number &&
+         sameHardware(a.link.hardware, b.link.hardware) &&
+         a.link.address.has_value() == b.link.address.has_value() &&
+         hasStatistics(a.link) == hasStatistics(b.link) && !addressesDiffer(a, b) &&
+         !(useDiffers && hasIpv4(b)) && !vlansDiffer(before.vlans, after.vlans);
 }
 
 bool sameAdapter(const AdapterEntry& before, const AdapterEntry& after) {
   return before.key == after.key && std::ranges::equal(before.ports, after.ports, samePort);
 }
 
-bool membersDiffer(const TeamFacts& before, const TeamFacts& after) {
-  return !std::ranges::equal(
-      before.members, after.members, {}, [](const auto& m) { return m.slave.name; },
-      [](const auto& m) { return m.slave.name; });
+bool sameMember(const TeamMember& before, const TeamMember& after) {
+  return before.slave == after.slave && before.portStatus == after.portStatus;
 }
 
-bool teamLayerDiffers(const TeamEntry& before, const TeamEntry& after) {
-  const auto inUse = [](const TeamFacts& team) { return teamStatus(team) == operationalStatus::OK; };
-  return membersDiffer(*before.facts, *after.facts) || addressesDiffer(*before.facts, *after.facts) ||
-         (hasIpv4(*after.facts) && inUse(*before.facts) != inUse(*after.facts)) ||
-         vlansDiffer(before.vlans, after.vlans);
+bool sameMembers(const TeamFacts& before, const TeamFacts& after) {
+  return std::ranges::equal(before.members, after.members, sameMember);
 }
 
-const TeamEntry* teamNamed(const Model& model, const std::string& name) {
-  const auto found =
-      std::ranges::find(model.teams, name, [](const TeamEntry& team) { return team.facts->link.name; });
-  return found == model.teams.end() ? nullptr : &*found;
+/// The status is a part of what is shown of every member.
+bool teamDiffers(const TeamEntry& before, const TeamEntry& after) {
+  return teamStatus(*before.facts) != teamStatus(*after.facts) || !sameMembers(*before.facts, *after.facts) ||
+         addressesDiffer(*before.facts, *after.facts) || vlansDiffer(before.vlans, after.vlans);
+}
+
+/// Null when the model has not that very team.
+const TeamEntry* sameTeam(const Model& model, const TeamEntry& team) {
+  const auto index = [](const TeamEntry& entry) { return entry.facts->link.index; };
+  const auto found = std::ranges::lower_bound(model.teams, index(team), {}, index);
+  const bool same = found != model.teams.end() && index(*found) == index(team) &&
+                    found->facts->link.name == team.facts->link.name;
+  return same ? &*found : nullptr;
 }
 
 }  // namespace
 
 bool adaptersDiffer(const Model* before, const Model& after) {
   if (!before) return !after.adapters.empty();
-  return !std::ranges::equal(before->adapters, after.adapters, sameAdapter);
+  return before != &after && !std::ranges::equal(before->adapters, after.adapters, sameAdapter);
 }
 
-bool portLayersDiffer(const Model* before, const Model& after) {
-  if (!before) return false;
-  const std::size_t adapters = std::min(before->adapters.size(), after.adapters.size());
-  for (std::size_t i = 0; i < adapters; ++i) {
-    const auto& old = before->adapters[i].ports;
-    const auto& now = after.adapters[i].ports;
-    for (std::size_t j = 0; j < std::min(old.size(), now.size()); ++j) {
-      if (portLayerDiffers(old[j], now[j])) return true;
-    }
-  }
-  return false;
-}
-
-std::vector<std::string> teamNamesAdded(const Model* before, const Model* after) {
+std::vector<std::string> teamsAdded(const Model* before, const Model* after) {
   std::vector<std::string> names;
-  if (!after) return names;
+  if (!after || before == after) return names;
   for (const TeamEntry& team : after->teams) {
-    if (!before || !teamNamed(*before, team.facts->link.name)) names.push_back(team.facts->link.name);
+    if (!before || !sameTeam(*before, team)) names.push_back(team.facts->link.name);
   }
   return names;
 }
 
-bool teamLayersDiffer(const Model* before, const Model& after) {
+bool teamsDiffer(const Model* before, const Model& after) {
   if (!before) return false;
   return std::ranges::any_of(after.teams, [&](const TeamEntry& team) {
-    const TeamEntry* old = teamNamed(*before, team.facts->link.name);
-    return old && teamLayerDiffers(*old, team);
+    const TeamEntry* old = sameTeam(*before, team);
+    return old && teamDiffers(*old, team);
   });
 }
 
@@ -118,11 +118,10 @@ bool portTransition(const Model& before, const Model& after) {
 
 bool teamTransition(const Model& before, const Model& after) {
   return std::ranges::any_of(after.teams, [&](const TeamEntry& team) {
-    const TeamEntry* old = teamNamed(before, team.facts->link.name);
-    if (!old) return false;
-    const auto slave = [](const TeamMember& member) { return member.slave; };
-    return teamStatus(*old->facts) != teamStatus(*team.facts) ||
-           !std::ranges::equal(old->facts->members, team.facts->members, {}, slave, slave);
+    const TeamEntry* old = sameTeam(before, team);
+    return old && (teamStatus(*old->facts) != teamStatus(*team.facts) ||
+                   !std::ranges::equal(old->facts->members, team.facts->members, {}, &TeamMember::slave,
+                                       &TeamMember::slave));
   });
 }
 

@@ -28,7 +28,9 @@ struct PortFacts : InterfaceFacts {
 
 struct TeamMember {
   EthernetTeamSlave slave;
-  std::optional<std::uint32_t> speed;  ///< Mbit/s
+  std::optional<std::uint32_t> speed;                ///< Mbit/s
+  std::optional<operationalStatus> portStatus = {};  ///< whatever bonding thinks of the link
+  Settles settles = Settles::No;
 };
 
 struct TeamFacts : InterfaceFacts {

@@ -7,6 +7,7 @@
 namespace ZEB::ethernet {
 namespace {
 
+constexpr std::uint8_t kMiiUp = 0;
 constexpr std::uint8_t kMiiGoingDown = 1;
 constexpr std::uint8_t kMiiDown = 2;
 constexpr std::uint8_t kMiiComingBack = 3;
@@ -24,6 +25,11 @@ std::string speedText(const EthtoolFacts& ethtool) {
   return text;
 }
 
+/// One that was just switched on counts as off still.
+operationalStatus withoutLink(const LinkFacts& link) {
+  return link.settles == Settles::No ? operationalStatus::Error : operationalStatus::Dormant;
+}
+
 }  // namespace
 
 std::optional<bool> isAdministrativelyUp(const LinkFacts& link) {
@@ -37,24 +43,30 @@ std::optional<bool> hasCarrier(const LinkFacts& link) {
   return (*link.flags & IFF_LOWER_UP) != 0;
 }
 
+bool hasWholeLink(const LinkFacts& link) {
+  if (!hasCarrier(link).value_or(false) || link.operState == IF_OPER_LOWERLAYERDOWN) return false;
+  return !link.bondMember || link.bondMember->miiStatus.value_or(kMiiUp) == kMiiUp;
+}
+
 std::optional<operationalStatus> portStatus(const LinkFacts& link) {
   const auto up = isAdministrativelyUp(link);
   const auto carrier = hasCarrier(link);
   if (!up) return std::nullopt;
   if (!*up) return operationalStatus::Dormant;
-  if (!*carrier) return operationalStatus::Error;
+  if (!*carrier) return withoutLink(link);
   return isImpaired(link.operState) ? operationalStatus::Degraded : operationalStatus::OK;
 }
 
 std::optional<operationalStatus> vlanStatus(const LinkFacts& link) {
   const auto status = portStatus(link);
   const bool lowerDown = link.operState == IF_OPER_LOWERLAYERDOWN;
-  return status && *status != operationalStatus::Dormant && lowerDown ? operationalStatus::Error : status;
+  return status && *status != operationalStatus::Dormant && lowerDown ? withoutLink(link) : status;
 }
 
 std::optional<operationalStatus> memberStatus(const LinkFacts& link) {
   const auto status = portStatus(link);
   if (!status || *status == operationalStatus::Dormant || *status == operationalStatus::Error) return status;
+  if (link.settles != Settles::No) return operationalStatus::Dormant;
   const auto mii = link.bondMember ? link.bondMember->miiStatus : std::nullopt;
   if (mii == kMiiDown) return operationalStatus::Error;
   if (mii == kMiiGoingDown || mii == kMiiComingBack) return operationalStatus::Degraded;
@@ -66,7 +78,7 @@ std::optional<std::string> linkMessage(const LinkFacts& link) {
   if (!status) return std::nullopt;
   switch (*status) {
     case operationalStatus::Dormant:
-      return "administratively down";
+      return isAdministrativelyUp(link).value_or(false) ? "no link yet" : "administratively down";
     case operationalStatus::OK:
       return "link up" + speedText(link.ethtool);
     case operationalStatus::Degraded:

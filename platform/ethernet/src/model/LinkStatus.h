@@ -12,8 +12,11 @@ namespace ZEB::ethernet {
 std::optional<bool> isAdministrativelyUp(const LinkFacts& link);
 std::optional<bool> hasCarrier(const LinkFacts& link);
 
-/// Dormant when down, Error without carrier, Degraded with carrier while the kernel reports the link
-/// impaired, else OK. Nothing when flags or carrier are unknown.
+/// Whether nothing is missing: the carrier, what is under the interface, and bonding holding it for up.
+bool hasWholeLink(const LinkFacts& link);
+
+/// Dormant when down and while it settles, Error without carrier, Degraded with carrier while the kernel
+/// reports the link impaired, else OK. Nothing when flags or carrier are unknown.
 std::optional<operationalStatus> portStatus(const LinkFacts& link);
 
 /// As a port's, with a lower layer that is down counting as no carrier.

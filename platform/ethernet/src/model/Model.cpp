@@ -43,21 +43,6 @@ std::vector<PlacedPort> portsInOrder(const Assembler& assembler, bool includeVir
   return ports;
 }
 
-/// Dormant when every port is; else by how many of the others are OK.
-std::optional<operationalStatus> adapterStatus(const std::vector<PortEntry>& ports) {
-  std::size_t known = 0, active = 0, ok = 0;
-  for (const PortEntry& port : ports) {
-    const auto status = portStatus(port.facts->link);
-    known += status.has_value();
-    active += status && *status != operationalStatus::Dormant;
-    ok += status == operationalStatus::OK;
-  }
-  if (known == 0) return std::nullopt;
-  if (active == 0) return operationalStatus::Dormant;
-  if (ok == 0) return operationalStatus::Error;
-  return ok == active ? operationalStatus::OK : operationalStatus::Degraded;
-}
-
 AdapterEntry makeAdapter(const Assembler& assembler, std::span<const PlacedPort> placed, const Vlans& vlans,
                          Places& taken) {
   AdapterEntry adapter;
@@ -67,10 +52,10 @@ AdapterEntry makeAdapter(const Assembler& assembler, std::span<const PlacedPort>
     const auto own = vlans.find(facts->link.index);
     adapter.ports.push_back({facts, own == vlans.end() ? decltype(own->second){} : own->second});
   }
-  const LinkFacts& first = *placed.front().link;
   adapter.key = placed.front().place.cardName();
-  AdapterFacts facts{first.hardware, first.driver, static_cast<std::uint32_t>(placed.size()),
-                     adapterStatus(adapter.ports)};
+  std::vector<std::shared_ptr<const PortFacts>> ports;
+  std::ranges::transform(adapter.ports, std::back_inserter(ports), &PortEntry::facts);
+  AdapterFacts facts = adapterOf(ports);
   if (const auto location = locationOf(facts)) facts.locationPart = taken[location->bytes]++;
   adapter.facts = std::make_shared<AdapterFacts>(std::move(facts));
   return adapter;
@@ -106,6 +91,30 @@ std::shared_ptr<const Model> buildModel(HostSnapshot snapshot, bool includeVirtu
   addAdapters(assembler, includeVirtual, vlans, *model);
   addTeams(assembler, vlans, *model);
   return model;
+}
+
+/// Dormant when every port is; else by how many of the others are OK.
+AdapterFacts adapterOf(std::span<const std::shared_ptr<const PortFacts>> ports) {
+  AdapterFacts adapter;
+  std::size_t known = 0, active = 0, ok = 0;
+  for (const auto& port : ports) {
+    const auto status = portStatus(port->link);
+    known += status.has_value();
+    active += status && *status != operationalStatus::Dormant;
+    ok += status == operationalStatus::OK;
+  }
+  adapter.portCount = static_cast<std::uint32_t>(ports.size());
+  adapter.hardware = ports.front()->link.hardware;
+  adapter.driver = ports.front()->link.driver;
+  if (known == 0) return adapter;
+  if (active == 0) {
+    adapter.status = operationalStatus::Dormant;
+  } else if (ok == 0) {
+    adapter.status = operationalStatus::Error;
+  } else {
+    adapter.status = ok == active ? operationalStatus::OK : operationalStatus::Degraded;
+  }
+  return adapter;
 }
 
 std::shared_ptr<const PortFacts> onePort(HostSnapshot snapshot, const PortFacts& before) {

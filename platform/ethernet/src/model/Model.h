@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -36,6 +37,9 @@ struct Model {
 };
 
 std::shared_ptr<const Model> buildModel(HostSnapshot snapshot, bool includeVirtual);
+
+/// What some ports, at least one, say of the adapter that they are on.
+AdapterFacts adapterOf(std::span<const std::shared_ptr<const PortFacts>> ports);
 
 /// Newer facts of one interface out of a snapshot that need not hold more than it, its members and its
 /// bridge; null when it is not there. A port keeps the number that it has on its card.

@@ -13,16 +13,27 @@ using Mode = EthTeamModeEnum;
 constexpr std::uint8_t kStateActive = 0;
 constexpr std::uint8_t kStateBackup = 1;
 
-Role memberRole(const BondMemberFacts& facts, operationalStatus status) {
-  if (status == operationalStatus::Error || status == operationalStatus::Dormant) return Role::Failed;
+Role memberRole(const BondMemberFacts& facts, operationalStatus status, bool joining) {
+  const bool failed = status == operationalStatus::Error || status == operationalStatus::Dormant;
+  if (failed && !joining) return Role::Failed;
   if (facts.state == kStateActive) return Role::Active;
   return facts.state == kStateBackup ? Role::Backup : Role::Unknown;
 }
 
-std::size_t countUp(const std::vector<TeamMember>& members) {
-  return static_cast<std::size_t>(std::count_if(members.begin(), members.end(), [](const TeamMember& member) {
-    return member.slave.status == operationalStatus::OK;
-  }));
+struct Count {
+  std::size_t members = 0;
+  std::size_t up = 0;
+};
+
+/// Members that have come count once they have their link; while the team itself settles, so do all others.
+Count count(const std::vector<TeamMember>& members, Settles team) {
+  Count count;
+  for (const TeamMember& member : members) {
+    if (member.slave.joining || (team != Settles::No && member.settles != Settles::No)) continue;
+    ++count.members;
+    count.up += member.slave.status == operationalStatus::OK;
+  }
+  return count;
 }
 
 std::optional<Mode> modeOf(const TeamFacts& team) {
@@ -34,24 +45,29 @@ std::optional<Mode> modeOf(const TeamFacts& team) {
 
 TeamMember teamMember(const LinkFacts& link) {
   const BondMemberFacts facts = link.bondMember.value_or(BondMemberFacts{});
+  const bool joining = link.settles == Settles::Joined;
   const operationalStatus status = memberStatus(link).value_or(operationalStatus::Unknown);
-  const Role role = memberRole(facts, status);
-  return {{link.name, role == Role::Active, role, status}, link.ethtool.speed};
+  const Role role = memberRole(facts, status, joining);
+  return {.slave = {link.name, role == Role::Active && !joining, role, status, joining},
+          .speed = link.ethtool.speed,
+          .portStatus = portStatus(link),
+          .settles = link.settles};
 }
 
 std::optional<operationalStatus> teamStatus(const TeamFacts& team) {
-  const auto up = isAdministrativelyUp(team.link);
-  if (!up) return std::nullopt;
-  if (!*up) return operationalStatus::Dormant;
-  const std::size_t membersUp = countUp(team.members);
-  if (membersUp == 0) return operationalStatus::Error;
-  return membersUp == team.members.size() ? operationalStatus::OK : operationalStatus::Degraded;
+  const auto switchedOn = isAdministrativelyUp(team.link);
+  if (!switchedOn) return std::nullopt;
+  if (!*switchedOn) return operationalStatus::Dormant;
+  const auto [members, up] = count(team.members, team.link.settles);
+  if (members == 0 && team.link.settles != Settles::No) return operationalStatus::Dormant;
+  if (up == 0) return operationalStatus::Error;
+  return up == members ? operationalStatus::OK : operationalStatus::Degraded;
 }
 
-EthTeamRedundancyStatusEnum redundancyStatus(const std::vector<TeamMember>& members) {
-  const std::size_t up = countUp(members);
+EthTeamRedundancyStatusEnum redundancyStatus(const std::vector<TeamMember>& members, Settles team) {
+  const auto [counting, up] = count(members, team);
   if (up == 0) return EthTeamRedundancyStatusEnum::OverallFailure;
-  if (up == members.size()) return EthTeamRedundancyStatusEnum::FullyRedundant;
+  if (up == counting) return EthTeamRedundancyStatusEnum::FullyRedundant;
   return up == 1 ? EthTeamRedundancyStatusEnum::RedundancyLost
                  : EthTeamRedundancyStatusEnum::DegradedRedundancy;
 }
@@ -70,11 +86,12 @@ std::optional<std::uint32_t> teamSpeed(const TeamFacts& team) {
 }
 
 std::optional<std::string> teamMessage(const TeamFacts& team) {
-  const auto up = isAdministrativelyUp(team.link);
-  if (!up) return std::nullopt;
-  if (!*up) return "administratively down";
+  const auto switchedOn = isAdministrativelyUp(team.link);
+  if (!switchedOn) return std::nullopt;
+  if (!*switchedOn) return "administratively down";
   if (team.members.empty()) return "no members";
-  return std::to_string(countUp(team.members)) + " of " + std::to_string(team.members.size()) + " members up";
+  const std::size_t up = count(team.members, Settles::No).up;
+  return std::to_string(up) + " of " + std::to_string(team.members.size()) + " members up";
 }
 
 std::vector<std::uint16_t> modeCapabilities(std::optional<std::uint8_t> mode) {

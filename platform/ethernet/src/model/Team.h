@@ -11,10 +11,12 @@ namespace ZEB::ethernet {
 
 TeamMember teamMember(const LinkFacts& link);
 
-/// Dormant when down, else OK, Degraded or Error as all, some or none of the members are OK.
+/// Dormant when down and while it settles, else OK, Degraded or Error as all, some or none of the members are
+/// OK.
 std::optional<operationalStatus> teamStatus(const TeamFacts& team);
 
-EthTeamRedundancyStatusEnum redundancyStatus(const std::vector<TeamMember>& members);
+EthTeamRedundancyStatusEnum redundancyStatus(const std::vector<TeamMember>& members,
+                                             Settles team = Settles::No);
 
 /// Mbit/s: what the bonding driver says, else what the members that carry traffic add up to; one of them
 /// where the mode sends over one, or the same over all.

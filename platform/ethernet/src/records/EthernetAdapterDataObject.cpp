@@ -1,6 +1,7 @@
 #include "ethernet/EthernetAdapterDataObject.h"
 
 #include "model/Location.h"
+#include "model/Model.h"
 #include "records/Answer.h"
 
 namespace ZEB {
@@ -31,6 +32,24 @@ int idAnswer(const std::optional<std::uint16_t>& id, std::uint32_t& out) {
 }
 
 }  // namespace
+
+int EthernetAdapterDataObject::refresh() {
+  const auto before = _facts.facts();
+  if (!before || ports.empty()) return kNotKnown;
+  std::vector<std::shared_ptr<const PortFacts>> left;
+  for (EthernetPort& port : ports) {
+    const int result = port.refresh(RefreshPart::Link);
+    const auto facts = port.facts();
+    if (!facts) return kNotKnown;
+    const bool gone = facts->link.name.empty();
+    if (result != kKnown && !gone) return kNotKnown;
+    if (!gone) left.push_back(facts);
+  }
+  AdapterFacts newer = left.empty() ? AdapterFacts() : adapterOf(left);
+  newer.locationPart = before->locationPart;
+  _facts.replace(std::make_shared<const AdapterFacts>(std::move(newer)));
+  return left.empty() ? kNotKnown : kKnown;
+}
 
 int EthernetAdapterDataObject::getManufacturer(std::string& manufacturer) const {
   return answer(hardwareFact(_facts, &HardwareFacts::vendorName), manufacturer);

@@ -35,14 +35,11 @@ int EthernetMRA::getNextData(bool, EthernetAdapterDataObject& adapter) {
 }
 
 bool EthernetMRA::forceReload() {
-  _reloadHeldBack = false;
   const auto model = _inventory->reload(kKind);
+  _reloadFailed = !model;
   if (!model) return false;
   const auto given = _inventory->delivered(kKind);
-  if (_inventory->deliveryPending(kKind) || adaptersDiffer(given.get(), *model)) return true;
-  const bool differs = portLayersDiffer(given.get(), *model);
-  _reloadHeldBack = differs && _inventory->eventLatched();
-  return differs && !_reloadHeldBack;
+  return _inventory->deliveryPending(kKind) || adaptersDiffer(given.get(), *model);
 }
 
 int EthernetMRA::updateAll() {
@@ -54,7 +51,15 @@ bool EthernetMRA::announced() {
 }
 
 bool EthernetMRA::ethEventDetected() {
-  return _inventory->takeEvent(kKind);
+  return _inventory->eventDetected(kKind);
+}
+
+void EthernetMRA::eventsProcessed() {
+  _inventory->lookedThrough(kKind);
+}
+
+std::optional<std::chrono::steady_clock::time_point> EthernetMRA::nextSettled() {
+  return _inventory->nextSettled();
 }
 
 void EthernetMRA::buildFailed() {

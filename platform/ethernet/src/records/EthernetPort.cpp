@@ -43,6 +43,10 @@ int EthernetPort::getOsDeviceName(std::string& name) const {
   return answer(fact(_facts.facts(), nameOf), name);
 }
 
+int EthernetPort::getInterfaceNumber(std::uint32_t& number) const {
+  return numberAnswer(_facts.facts(), number);
+}
+
 int EthernetPort::getPortPciProductStr(std::string& product) const {
   return answer(fact(_facts.facts(), productOf), product);
 }

@@ -24,12 +24,16 @@ std::optional<std::uint8_t> modeOf(const TeamFacts& facts) {
 
 }  // namespace
 
-int EthernetTeamDataObject::refresh() {
-  return refreshHandle(_facts);
+int EthernetTeamDataObject::refresh(RefreshPart part) {
+  return refreshHandle(_facts, part);
 }
 
 int EthernetTeamDataObject::getOsDeviceName(std::string& name) const {
   return answer(fact(_facts.facts(), nameOf), name);
+}
+
+int EthernetTeamDataObject::getInterfaceNumber(std::uint32_t& number) const {
+  return numberAnswer(_facts.facts(), number);
 }
 
 int EthernetTeamDataObject::getPermanentAddress(std::string& address) const {
@@ -49,8 +53,10 @@ int EthernetTeamDataObject::getCurrentOperatingMode(EthTeamModeEnum& mode) const
 }
 
 int EthernetTeamDataObject::getRedundancyStatus(EthTeamRedundancyStatusEnum& status) const {
-  return answer(fact(there(_facts), [](const auto& f) { return std::optional(redundancyStatus(f.members)); }),
-                status);
+  return answer(
+      fact(there(_facts),
+           [](const auto& f) { return std::optional(redundancyStatus(f.members, f.link.settles)); }),
+      status);
 }
 
 int EthernetTeamDataObject::getNumberOfSlaves(std::uint32_t& count) const {

@@ -35,18 +35,16 @@ int EthernetTeamMRA::getNextData(bool, EthernetTeamDataObject& team) {
 }
 
 bool EthernetTeamMRA::forceReload(std::vector<std::string>& added, std::vector<std::string>& removed) {
-  _reloadHeldBack = false;
   added.clear();
   removed.clear();
   const auto model = _inventory->reload(kKind);
+  _reloadFailed = !model;
   if (!model) return false;
   const auto given = _inventory->delivered(kKind);
-  added = teamNamesAdded(given.get(), model.get());
-  removed = teamNamesAdded(model.get(), given.get());
-  if (_inventory->deliveryPending(kKind) || !added.empty() || !removed.empty()) return true;
-  const bool differs = teamLayersDiffer(given.get(), *model);
-  _reloadHeldBack = differs && _inventory->eventLatched();
-  return differs && !_reloadHeldBack;
+  added = teamsAdded(given.get(), model.get());
+  removed = teamsAdded(model.get(), given.get());
+  return _inventory->deliveryPending(kKind) || !added.empty() || !removed.empty() ||
+         teamsDiffer(given.get(), *model);
 }
 
 int EthernetTeamMRA::updateAll() {
@@ -54,7 +52,11 @@ int EthernetTeamMRA::updateAll() {
 }
 
 bool EthernetTeamMRA::ethTeamEventDetected() {
-  return _inventory->takeEvent(kKind);
+  return _inventory->eventDetected(kKind);
+}
+
+void EthernetTeamMRA::eventsProcessed() {
+  _inventory->lookedThrough(kKind);
 }
 
 void EthernetTeamMRA::buildFailed() {

@@ -8,12 +8,16 @@ namespace ZEB {
 
 using namespace ethernet;
 
-int EthernetVLanDataObject::refresh() {
-  return refreshHandle(_facts);
+int EthernetVLanDataObject::refresh(RefreshPart part) {
+  return refreshHandle(_facts, part);
 }
 
 int EthernetVLanDataObject::getOsDeviceName(std::string& name) const {
   return answer(fact(_facts.facts(), nameOf), name);
+}
+
+int EthernetVLanDataObject::getInterfaceNumber(std::uint32_t& number) const {
+  return numberAnswer(_facts.facts(), number);
 }
 
 int EthernetVLanDataObject::getPermanentAddress(std::string& address) const {

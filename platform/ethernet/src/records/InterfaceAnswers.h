@@ -19,6 +19,10 @@ inline std::optional<std::string> nameOf(const InterfaceFacts& facts) {
   return facts.link.name.empty() ? std::nullopt : std::optional(facts.link.name);
 }
 
+inline int numberAnswer(const AnyFacts& facts, std::uint32_t& number) {
+  return answer(fact(facts, [](const auto& f) { return std::optional(f.link.index); }), number);
+}
+
 inline std::optional<std::string> addressText(const std::optional<HardwareAddress>& address) {
   return address ? std::optional(toText(*address)) : std::nullopt;
 }

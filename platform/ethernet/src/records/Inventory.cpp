@@ -62,8 +62,9 @@ void shareWithScope(const Inventory& inventory, const std::shared_ptr<const Mode
 
 }  // namespace
 
-Inventory::Inventory(std::unique_ptr<HostSource> source, bool includeVirtual)
-    : _includeVirtual(includeVirtual), _source(std::move(source)) {}
+Inventory::Inventory(std::unique_ptr<HostSource> source, bool includeVirtual,
+                     std::chrono::milliseconds settleTime, std::function<Clock::time_point()> now)
+    : _includeVirtual(includeVirtual), _source(std::move(source)), _settling(settleTime, std::move(now)) {}
 
 std::shared_ptr<const Model> Inventory::current() {
   if (ScopeState* scope = openScope()) {
@@ -144,39 +145,33 @@ std::shared_ptr<const Model> Inventory::askLocked() {
     noteFailure(snapshot.failure().what);
     return nullptr;
   }
+  _settling.watchAll(*snapshot);
   auto model = buildModel(std::move(*snapshot), _includeVirtual);
-  adopt(model);
-  return model;
-}
-
-void Inventory::adopt(std::shared_ptr<const Model> model) {
-  std::shared_ptr<const Model> before;
-  {
-    const std::scoped_lock lock(_mutex);
-    before = _newest;
-  }
-  // Only who holds _asking comes here, so nobody adopts another in between.
-  const bool portEvent = before && portTransition(*before, *model);
-  const bool teamEvent = before && teamTransition(*before, *model);
   const std::scoped_lock lock(_mutex);
-  _newest = std::move(model);
+  _newest = model;
   _failure.clear();
-  _events[slot(Kind::Ports)] |= portEvent;
-  _events[slot(Kind::Teams)] |= teamEvent;
+  return model;
 }
 
 Outcome<HostSnapshot> Inventory::askOne(std::uint32_t index) {
   const std::scoped_lock asking(_asking);
   Outcome<HostSnapshot> snapshot = _source->readOne(index);
-  if (!snapshot) noteFailure(snapshot.failure().what);
+  if (snapshot) {
+    _settling.watchSome(*snapshot);
+  } else {
+    noteFailure(snapshot.failure().what);
+  }
   return snapshot;
 }
 
 template <class Facts>
-std::optional<std::shared_ptr<const Facts>> Inventory::newerFacts(const Facts& before) {
+std::optional<std::shared_ptr<const Facts>> Inventory::newerFacts(const Facts& before, RefreshPart part) {
   const std::uint32_t index = before.link.index;
   ScopeState* scope = openScope();
   ScopeAnswers* answers = scope ? &scope->answersOf(*this) : nullptr;
+  if (answers && part != RefreshPart::Everything) {
+    if (auto newer = partOfMany<Facts>(*answers, index, part)) return newer;
+  }
   if (answers && !answers->model) {
     const auto& singles = answers->singles<Facts>();
     if (const auto known = singles.find(index); known != singles.end()) return known->second;
@@ -190,25 +185,23 @@ std::optional<std::shared_ptr<const Facts>> Inventory::newerFacts(const Facts& b
   return newer;
 }
 
-template std::optional<std::shared_ptr<const PortFacts>> Inventory::newerFacts(const PortFacts&);
-template std::optional<std::shared_ptr<const VlanFacts>> Inventory::newerFacts(const VlanFacts&);
-template std::optional<std::shared_ptr<const TeamFacts>> Inventory::newerFacts(const TeamFacts&);
+template std::optional<std::shared_ptr<const PortFacts>> Inventory::newerFacts(const PortFacts&, RefreshPart);
+template std::optional<std::shared_ptr<const VlanFacts>> Inventory::newerFacts(const VlanFacts&, RefreshPart);
+template std::optional<std::shared_ptr<const TeamFacts>> Inventory::newerFacts(const TeamFacts&, RefreshPart);
 
-std::optional<std::shared_ptr<const PortFacts>> Inventory::newerFacts(const PortFacts& before,
-                                                                      RefreshPart part) {
-  ScopeState* scope = openScope();
-  if (part == RefreshPart::Everything || !scope) return newerFacts(before);
-  ScopeAnswers& answers = scope->answersOf(*this);
-  if (answers.model || answers.singleCount() < ScopeAnswers::kSingles) return newerFacts(before);
-  const std::uint32_t index = before.link.index;
+/// Nothing where the part is not to be had by itself, or where whole answers are the cheaper way.
+template <class Facts>
+std::optional<std::shared_ptr<const Facts>> Inventory::partOfMany(ScopeAnswers& answers, std::uint32_t index,
+                                                                  RefreshPart part) {
+  if (answers.model || answers.singleCount() < ScopeAnswers::kSingles) return std::nullopt;
   if (part == RefreshPart::Link) {
     if (!answers.links) answers.links = askLinks();
-    if (answers.links) return find<PortFacts>(*answers.links, index);
-  } else {
+    if (answers.links) return find<Facts>(*answers.links, index);
+  } else if constexpr (std::is_same_v<Facts, PortFacts>) {
     if (!answers.counters) answers.counters = askCounters();
     if (answers.counters) return withCounters(*answers.counters, index);
   }
-  return newerFacts(before);
+  return std::nullopt;
 }
 
 std::shared_ptr<const Model> Inventory::askLinks() {
@@ -216,6 +209,7 @@ std::shared_ptr<const Model> Inventory::askLinks() {
   auto snapshot = _source->readLinks();
   if (!snapshot) noteFailure(snapshot.failure().what);
   if (!snapshot || !*snapshot) return nullptr;
+  _settling.watchAll(**snapshot);
   return buildModel(std::move(**snapshot), _includeVirtual);
 }
 
@@ -229,14 +223,32 @@ std::shared_ptr<const CounterAnswer> Inventory::askCounters() {
   return std::make_shared<CounterAnswer>(CounterAnswer{std::move(**counters), _newest});
 }
 
-bool Inventory::takeEvent(Kind kind) {
+std::shared_ptr<const Model> Inventory::workedWith() const {
+  if (ScopeState* scope = openScope()) return scope->answersOf(*this).model;
   const std::scoped_lock lock(_mutex);
-  return std::exchange(_events[slot(kind)], false);
+  return _newest;
 }
 
-bool Inventory::eventLatched() const {
+bool Inventory::eventDetected(Kind kind) const {
+  const auto now = workedWith();
+  std::shared_ptr<const Model> before;
+  {
+    const std::scoped_lock lock(_mutex);
+    before = _lookedThrough[slot(kind)];
+  }
+  if (!before || !now || before == now) return false;
+  return kind == Kind::Ports ? portTransition(*before, *now) : teamTransition(*before, *now);
+}
+
+void Inventory::lookedThrough(Kind kind) {
+  auto now = workedWith();
   const std::scoped_lock lock(_mutex);
-  return _events[0] || _events[1];
+  if (now) _lookedThrough[slot(kind)] = std::move(now);
+}
+
+std::optional<Inventory::Clock::time_point> Inventory::nextSettled() {
+  const std::scoped_lock asking(_asking);
+  return _settling.next();
 }
 
 std::shared_ptr<const Model> Inventory::delivered(Kind kind) const {
@@ -256,6 +268,7 @@ void Inventory::beginDelivery(Kind kind) {
 
 void Inventory::endDelivery(Kind kind, std::shared_ptr<const Model> model) {
   const std::scoped_lock lock(_mutex);
+  if (!_lookedThrough[slot(kind)]) _lookedThrough[slot(kind)] = model;
   _deliveries[slot(kind)] = {std::move(model), false};
 }
 

@@ -3,6 +3,7 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -10,6 +11,7 @@
 
 #include "ethernet/RefreshPart.h"
 #include "model/Model.h"
+#include "model/Settling.h"
 #include "snapshot/HostSource.h"
 
 namespace ZEB::ethernet {
@@ -20,9 +22,11 @@ struct CounterAnswer {
   std::shared_ptr<const Model> model;
 };
 
-/// What the data sources and the records share: one `HostSource`, its newest answer as a model, the latched
-/// events, and what the builds were given. Safe to use from several threads: asking is serialised, and nobody
-/// who only reads waits for it.
+class ScopeAnswers;
+
+/// What the data sources and the records share: one `HostSource`, its newest answer as a model, what the
+/// builds were given, and what was last looked through for events. Safe to use from several threads: asking
+/// is serialised, and nobody who only reads waits for it.
 class Inventory {
  public:
   using Clock = std::chrono::steady_clock;
@@ -30,7 +34,9 @@ class Inventory {
   /// The two who walk and reload: adapters with their ports, and teams.
   enum class Kind : std::uint8_t { Ports, Teams };
 
-  Inventory(std::unique_ptr<HostSource> source, bool includeVirtual);
+  /// Interfaces that are switched on settle for `settleTime`; with 0 they do not.
+  Inventory(std::unique_ptr<HostSource> source, bool includeVirtual,
+            std::chrono::milliseconds settleTime = {}, std::function<Clock::time_point()> now = Clock::now);
 
   /// For a walk: the open scope's answer, else the newest if nothing was announced since, else a new one.
   /// Null when asking failed, as everywhere here.
@@ -50,16 +56,20 @@ class Inventory {
   bool announced();
 
   /// Newer facts of one interface: of the open scope's answer, else of an answer for it alone. No value when
-  /// asking failed; null when the interface is gone.
+  /// asking failed; null when the interface is gone. For who reads no more than a part, once a dump is the
+  /// cheaper way, one of the part alone.
   template <class Facts>
-  std::optional<std::shared_ptr<const Facts>> newerFacts(const Facts& before);
+  std::optional<std::shared_ptr<const Facts>> newerFacts(const Facts& before,
+                                                         RefreshPart part = RefreshPart::Everything);
 
-  /// The same, for who reads no more than that part: once a dump is the cheaper way, one of the part alone.
-  std::optional<std::shared_ptr<const PortFacts>> newerFacts(const PortFacts& before, RefreshPart part);
+  /// Whether a transition of that kind lies between what was looked through last and the open scope's answer;
+  /// without a scope, the newest. Says the same until `lookedThrough`, whoever else asks for what meanwhile.
+  bool eventDetected(Kind kind) const;
+  /// That answer has been looked through. What the first build was given counts as that.
+  void lookedThrough(Kind kind);
 
-  /// Whether an event of this kind was latched; unlatches it.
-  bool takeEvent(Kind kind);
-  bool eventLatched() const;
+  /// When the time of the next interface that settles is up; none while nothing does.
+  std::optional<Clock::time_point> nextSettled();
 
   /// What the last complete walk delivered; null before the first.
   std::shared_ptr<const Model> delivered(Kind kind) const;
@@ -82,9 +92,12 @@ class Inventory {
     Clock::time_point begun;
   };
 
+  std::shared_ptr<const Model> workedWith() const;
   std::shared_ptr<const Model> askLocked();
   bool mayTake(const Offer& offer);
-  void adopt(std::shared_ptr<const Model> model);
+  template <class Facts>
+  std::optional<std::shared_ptr<const Facts>> partOfMany(ScopeAnswers& answers, std::uint32_t index,
+                                                         RefreshPart part);
   /// These two give null where the part is not to be had by itself. The model knows no addresses.
   std::shared_ptr<const Model> askLinks();
   std::shared_ptr<const CounterAnswer> askCounters();
@@ -93,14 +106,15 @@ class Inventory {
 
   const bool _includeVirtual;
 
-  std::mutex _asking;  ///< held while the source is used; guards _source, _begun and _offers
+  std::mutex _asking;  ///< held while the source is used; guards _source, _settling, _begun and _offers
   std::unique_ptr<HostSource> _source;
+  Settling _settling;
   Clock::time_point _begun;
   std::array<Offer, 2> _offers;
 
   mutable std::mutex _mutex;  ///< guards what follows; never held while asking
   std::shared_ptr<const Model> _newest;
-  std::array<bool, 2> _events{};
+  std::array<std::shared_ptr<const Model>, 2> _lookedThrough;  ///< null before the first build
   std::array<Delivery, 2> _deliveries;
   std::string _failure;
 };

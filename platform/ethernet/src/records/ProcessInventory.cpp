@@ -12,6 +12,7 @@ struct Shared {
   std::weak_ptr<Inventory> inventory;
   std::string sourceFile;
   bool includeVirtual = false;
+  std::chrono::seconds settleTime{};
 };
 
 // Made when the library is loaded, so that it outlives every provider.
@@ -24,13 +25,16 @@ std::shared_ptr<Inventory> processInventory() {
   const Configuration& wanted = *configuration;
   const std::scoped_lock lock(kept.mutex);
   auto inventory = kept.inventory.lock();
-  if (inventory && kept.sourceFile == wanted.sourceFile && kept.includeVirtual == wanted.includeVirtual) {
+  if (inventory && kept.sourceFile == wanted.sourceFile && kept.includeVirtual == wanted.includeVirtual &&
+      kept.settleTime == wanted.linkSettle) {
     return inventory;
   }
   kept.sourceFile = wanted.sourceFile;
   kept.includeVirtual = wanted.includeVirtual;
-  inventory = wanted.sourceFile.empty() ? kernelInventory(wanted.includeVirtual)
-                                        : recordedInventory(wanted.sourceFile, wanted.includeVirtual);
+  kept.settleTime = wanted.linkSettle;
+  inventory = wanted.sourceFile.empty()
+                  ? kernelInventory(wanted.includeVirtual, wanted.linkSettle)
+                  : recordedInventory(wanted.sourceFile, wanted.includeVirtual, wanted.linkSettle);
   kept.inventory = inventory;
   return inventory;
 }

@@ -8,11 +8,11 @@ namespace ZEB::ethernet {
 
 /// What the `refresh` of every record does. An interface that is gone leaves empty facts behind, which know
 /// nothing but the number to ask again by, and fail every getter.
-template <class Facts, class... Part>
-int refreshHandle(FactsHandle<Facts>& handle, Part... part) {
+template <class Facts>
+int refreshHandle(FactsHandle<Facts>& handle, RefreshPart part) {
   const auto before = handle.facts();
   if (!before || !handle.origin()) return kNotKnown;
-  auto newer = handle.origin()->newerFacts(*before, part...);
+  auto newer = handle.origin()->newerFacts(*before, part);
   if (!newer) return kNotKnown;
   const bool there = *newer != nullptr;
   if (!there) {

@@ -6,8 +6,9 @@
 
 namespace ZEB::ethernet {
 
-std::shared_ptr<Inventory> recordedInventory(const std::string& file, bool includeVirtual) {
-  return std::make_shared<Inventory>(std::make_unique<RecordedSource>(file), includeVirtual);
+std::shared_ptr<Inventory> recordedInventory(const std::string& file, bool includeVirtual,
+                                             std::chrono::seconds settleTime) {
+  return std::make_shared<Inventory>(std::make_unique<RecordedSource>(file), includeVirtual, settleTime);
 }
 
 std::optional<std::string> checkRecording(const std::string& file) {
@@ -15,8 +16,8 @@ std::optional<std::string> checkRecording(const std::string& file) {
   return snapshot ? std::nullopt : std::optional(snapshot.failure().what);
 }
 
-std::shared_ptr<Inventory> kernelInventory(bool includeVirtual) {
-  return std::make_shared<Inventory>(std::make_unique<KernelSource>(), includeVirtual);
+std::shared_ptr<Inventory> kernelInventory(bool includeVirtual, std::chrono::seconds settleTime) {
+  return std::make_shared<Inventory>(std::make_unique<KernelSource>(), includeVirtual, settleTime);
 }
 
 }  // namespace ZEB::ethernet

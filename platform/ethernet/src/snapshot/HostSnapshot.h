@@ -85,6 +85,9 @@ struct DriverFacts {
   friend bool operator==(const DriverFacts&, const DriverFacts&) = default;
 };
 
+/// Whether an interface that was switched on, or that joined a team, still waits for its link.
+enum class Settles : std::uint8_t { No, SwitchedOn, Joined };
+
 struct LinkFacts {
   std::uint32_t index = 0;
   std::string name;
@@ -106,6 +109,7 @@ struct LinkFacts {
   EthtoolFacts ethtool;
   std::shared_ptr<const HardwareFacts> hardware;
   std::shared_ptr<const DriverFacts> driver;
+  Settles settles = Settles::No;  ///< of no source: what who watches the source adds
 };
 
 struct AddressFacts {
