@@ -71,6 +71,10 @@ void addServe(CLI::App& app, Options& options) {
   command.add_option("--https", options.https, "The same with TLS")->type_name("ADDRESS:PORT");
   command.add_option("--state", options.state, "Folder for what has to survive a restart")
       ->type_name("FOLDER");
+  command
+      .add_option("--helpers", options.helpers,
+                  "Folder of the sockets behind which the other processes start")
+      ->type_name("FOLDER");
   app.add_subcommand("provide", "The plug-in's process of a server")->group("");
 }
 

@@ -24,7 +24,8 @@ struct Options {
   std::optional<double> watchSeconds;       ///< nothing: until a signal comes
   std::optional<std::uint64_t> watchCount;  ///< likewise
 
-  std::string config;  ///< of the server, as the next three
+  std::string config;   ///< of the server, as the next four
+  std::string helpers;  ///< folder of the sockets behind which its other processes are started
   std::string http;
   std::string https;
   std::string state;

@@ -19,7 +19,8 @@ bool isProgram(const fs::path& file) {
   return fs::is_regular_file(file, ignored);
 }
 
-/// As they are installed, or where the build leaves them.
+}  // namespace
+
 std::string findProgram(const std::string& name) {
   const fs::path beside(programFolder());
   const std::array<fs::path, 3> folders = {beside, beside / "../libexec/zeb",
@@ -30,8 +31,6 @@ std::string findProgram(const std::string& name) {
   }
   throw ManagerError("cannot find " + name + ": expected it in " + beside.string());
 }
-
-}  // namespace
 
 std::string programFolder() {
   std::error_code error;

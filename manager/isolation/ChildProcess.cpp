@@ -5,6 +5,7 @@
 #include <spawn.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 
 #include <array>
@@ -73,14 +74,22 @@ std::vector<char*> argumentsOf(std::vector<std::string>& words) {
 
 }  // namespace
 
-ChildProcess::ChildProcess(const std::string& program, const std::vector<std::string>& arguments,
-                           int childSocket) {
+ChildProcess::ChildProcess(const ProcessSource& source, int childSocket) {
+  if (source.socket.empty()) {
+    start(source, childSocket);
+  } else {
+    connect(source.socket);
+  }
+}
+
+void ChildProcess::start(const ProcessSource& source, int childSocket) {
+  const std::string& program = source.program;
   std::array<int, 2> ends{};
   if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) throw startError(program, errno);
   _socket = ZEB::FileDescriptor(ends[0]);
   const ZEB::FileDescriptor theirs(ends[1]);
   fcntl(ends[0], F_SETFL, O_NONBLOCK);
-  std::vector<std::string> words = arguments;
+  std::vector<std::string> words = source.arguments;
   words.insert(words.begin(), kShownName);
   const int error = posix_spawn(&_id, program.c_str(), SpawnActions(ends[1], childSocket).get(),
                                 SpawnAttributes().get(), argumentsOf(words).data(), environ);
@@ -95,6 +104,17 @@ ChildProcess::ChildProcess(const std::string& program, const std::vector<std::st
   }
 }
 
+void ChildProcess::connect(const std::string& path) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  if (path.size() >= sizeof address.sun_path) throw startError(path, ENAMETOOLONG);
+  path.copy(address.sun_path, path.size());
+  _socket = ZEB::FileDescriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  if (!_socket || ::connect(socket(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+    throw startError("a process behind " + path, errno);
+  }
+}
+
 ChildProcess::~ChildProcess() {
   if (_id < 0) return;
   kill();
@@ -102,7 +122,11 @@ ChildProcess::~ChildProcess() {
 }
 
 void ChildProcess::kill() {
-  if (_id > 0) ::kill(_id, SIGKILL);
+  if (_id > 0) {
+    ::kill(_id, SIGKILL);
+  } else {
+    shutdown(socket(), SHUT_RDWR);
+  }
 }
 
 void ChildProcess::closeSending() {
@@ -110,6 +134,7 @@ void ChildProcess::closeSending() {
 }
 
 std::string ChildProcess::reap() {
+  if (_id < 0) return "its connection closed";
   int status = 0;
   while (waitpid(_id, &status, 0) < 0 && errno == EINTR) {
   }

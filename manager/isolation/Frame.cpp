@@ -34,14 +34,14 @@ bool wouldBlock() {
 }  // namespace
 
 Transfer FrameReader::receive(int socket) {
-  thread_local std::array<char, kChunk> chunk;
+  if (!_chunk) _chunk = std::make_unique_for_overwrite<char[]>(kChunk);
   ssize_t got = 0;
   do {
-    got = recv(socket, chunk.data(), chunk.size(), 0);
+    got = recv(socket, _chunk.get(), kChunk, 0);
   } while (got < 0 && errno == EINTR);
   if (got < 0 && wouldBlock()) return Transfer::WouldBlock;
   if (got <= 0) return Transfer::Ended;
-  take(chunk.data(), static_cast<std::size_t>(got));
+  take(_chunk.get(), static_cast<std::size_t>(got));
   return Transfer::Done;
 }
 
@@ -71,7 +71,7 @@ void FrameReader::takeHeader() {
   Header header{};
   std::memcpy(&header, _header.data(), sizeof(header));
   if (header.kind < static_cast<std::uint32_t>(Frame::Kind::Filters) ||
-      header.kind > static_cast<std::uint32_t>(Frame::Kind::Fault)) {
+      header.kind > static_cast<std::uint32_t>(Frame::Kind::Verdict)) {
     throw FrameError("a frame of unknown kind " + std::to_string(header.kind));
   }
   if (header.length > _longestBody) {

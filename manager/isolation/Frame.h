@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <stdexcept>
@@ -26,6 +27,8 @@ struct Frame {
     Refusal,      ///< from the provider: why the message with this number got no answer
     Indication,   ///< from the provider: names of filters, then the element; its time in µs since the epoch
     Fault,        ///< from the provider: why it cannot start
+    Login,        ///< to the process that judges logins: an attempt
+    Verdict,      ///< from that process: the number is the verdict
   };
 
   Kind kind = Kind::Filters;
@@ -61,6 +64,7 @@ class FrameReader {
   void takeHeader();
 
   const std::size_t _longestBody;
+  std::unique_ptr<char[]> _chunk;  ///< where reads end; too big for any stack
   std::string _header;
   Frame _frame;
   std::size_t _missing = 0;  ///< bytes of the body; meaningful behind a complete header

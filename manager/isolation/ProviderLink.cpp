@@ -13,7 +13,7 @@ constexpr int kReadsInARow = 64;
 
 ProviderLink::ProviderLink(const SupervisorOptions& options, std::uint64_t processNumber,
                            const std::string& filters)
-    : number(processNumber), _child(options.program, options.arguments, kProviderSocket) {
+    : number(processNumber), _child(options.process, kProviderSocket) {
   send(Frame::Kind::Filters, filters);
 }
 

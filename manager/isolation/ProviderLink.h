@@ -38,7 +38,8 @@ class ProviderLink {
   short awaited() const { return static_cast<short>(_writer.empty() ? POLLIN : POLLIN | POLLOUT); }
   int socket() const { return _closed ? -1 : _child.socket(); }
   int ending() const { return _child.ending(); }
-  pid_t id() const { return _child.id(); }
+  /// Whether it is gone, given what there is to read at `ending()`.
+  bool hasEnded(short events) const { return ending() < 0 ? _closed : events != 0; }
 
   void flush();
   /// Reads what is there, up to a bound unless `all`. A process that says what it cannot say is killed.

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "isolation/ChildProcess.h"
 #include "isolation/IndicationFilter.h"
 
 namespace ZebManager {
@@ -16,9 +17,8 @@ namespace ZebManager {
 struct SupervisorOptions {
   using Milliseconds = std::chrono::milliseconds;
 
-  /// What is executed, with these arguments. It has to end in `runProviderProcess`.
-  std::string program = "/proc/self/exe";
-  std::vector<std::string> arguments;
+  /// What is executed has to end in `runProviderProcess`.
+  ProcessSource process;
 
   /// A call that has taken so long while others wait makes a fresh process take over.
   Milliseconds patience{1000};

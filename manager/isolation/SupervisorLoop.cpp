@@ -131,17 +131,20 @@ void ProviderSupervisor::Loop::waitForEvents() {
     watched.push_back({link->socket(), link->awaited(), 0});
     watched.push_back({link->ending(), POLLIN, 0});
   }
-  if (poll(watched.data(), watched.size(), static_cast<int>(patienceOfLoop().count())) <= 0) return;
+  const bool over =
+      std::any_of(_links.begin(), _links.end(), [](const auto& link) { return link->hasEnded(0); });
+  const int patience = over ? 0 : static_cast<int>(patienceOfLoop().count());
+  if (poll(watched.data(), watched.size(), patience) <= 0 && !over) return;
   eventfd_t count = 0;
   eventfd_read(_wakeUp.get(), &count);
   for (std::size_t i = 0; i < _links.size(); ++i) {
     ProviderLink& link = *_links[i];
-    const bool ended = watched[2 + 2 * i].revents != 0;
+    const short ending = watched[2 + 2 * i].revents;
     const short events = watched[1 + 2 * i].revents;
     if (events & POLLOUT) link.flush();
-    if (ended || (events & ~POLLOUT)) link.receive(ended);
+    if (ending || (events & ~POLLOUT)) link.receive(ending != 0);
     handleFrames(link);
-    if (ended) finish(link);
+    if (link.hasEnded(ending)) finish(link);
   }
 }
 

@@ -2,23 +2,28 @@
 
 #include <gnutls/crypto.h>
 #include <gnutls/gnutls.h>
-#include <grp.h>
-#include <pwd.h>
-#include <security/pam_appl.h>
 
-#include <array>
-#include <cstdlib>
-#include <cstring>
-#include <vector>
+#include <algorithm>
 
 #include "schema/Caseless.h"
+#include "values/ManagerError.h"
 
 namespace ZebManager {
 namespace {
 
-constexpr std::chrono::seconds kHolds{30};
+using std::chrono::seconds;
+
+constexpr seconds kHolds{30};
+/// Since somebody with these credentials was let in.
+constexpr seconds kRemembered{3600};
+constexpr seconds kWhenFull{5};
 constexpr std::size_t kMostKnown = 1000;
 constexpr std::size_t kDigestBytes = 32;
+/// More than Linux and PAM take.
+constexpr std::size_t kLongestUser = 256;
+constexpr std::size_t kLongestPassword = 511;
+constexpr unsigned kFreeOfUser = 3;
+constexpr unsigned kFreeOfClient = 10;
 
 std::optional<std::string> decodeBase64(std::string_view text) {
   const gnutls_datum_t coded{const_cast<unsigned char*>(reinterpret_cast<const unsigned char*>(text.data())),
@@ -30,57 +35,25 @@ std::optional<std::string> decodeBase64(std::string_view text) {
   return out;
 }
 
-struct Credentials {
-  std::string user, password;
-};
-
-std::optional<Credentials> credentialsOf(std::string_view authorization) {
+std::optional<LoginAttempt> attemptOf(std::string_view authorization, const std::string& host) {
   constexpr std::string_view kBasic = "basic ";
   if (!sameName(authorization.substr(0, kBasic.size()), kBasic)) return std::nullopt;
   const auto plain = decodeBase64(authorization.substr(kBasic.size()));
   if (!plain || plain->find('\0') != std::string::npos) return std::nullopt;
   const std::size_t colon = plain->find(':');
-  if (colon == std::string::npos || colon == 0) return std::nullopt;
-  return Credentials{plain->substr(0, colon), plain->substr(colon + 1)};
-}
-
-/// PAM frees what it gets here.
-int converse(int count, const pam_message** messages, pam_response** responses, void* password) {
-  auto* const answers =
-      static_cast<pam_response*>(std::calloc(static_cast<std::size_t>(count), sizeof **responses));
-  if (!answers) return PAM_BUF_ERR;
-  for (int i = 0; i < count; ++i) {
-    if (messages[i]->msg_style != PAM_PROMPT_ECHO_OFF) continue;
-    answers[i].resp = strdup(static_cast<const std::string*>(password)->c_str());
-  }
-  *responses = answers;
-  return PAM_SUCCESS;
-}
-
-bool isMember(const std::string& user, const std::string& groupName) {
-  std::vector<char> buffer(std::size_t{1} << 16);
-  group groupEntry{};
-  group* wanted = nullptr;
-  getgrnam_r(groupName.c_str(), &groupEntry, buffer.data(), buffer.size(), &wanted);
-  if (!wanted) return false;
-  const gid_t id = wanted->gr_gid;
-  passwd userEntry{};
-  passwd* found = nullptr;
-  getpwnam_r(user.c_str(), &userEntry, buffer.data(), buffer.size(), &found);
-  if (!found) return false;
-  std::array<gid_t, 1024> groups{};
-  int count = static_cast<int>(groups.size());
-  if (getgrouplist(user.c_str(), found->pw_gid, groups.data(), &count) < 0) return false;
-  for (int i = 0; i < count; ++i) {
-    if (groups.at(static_cast<std::size_t>(i)) == id) return true;
-  }
-  return false;
+  if (colon == std::string::npos || colon == 0 || colon > kLongestUser) return std::nullopt;
+  if (plain->size() - colon - 1 > kLongestPassword) return std::nullopt;
+  return LoginAttempt{plain->substr(0, colon), plain->substr(colon + 1), host};
 }
 
 }  // namespace
 
-Authenticator::Authenticator(const ServerSettings& settings)
-    : _settings(settings), _salt(kDigestBytes, '\0') {
+Authenticator::Authenticator(ProcessSource judges, LogLine log)
+    : _log(std::move(log)),
+      _line(std::move(judges)),
+      _salt(kDigestBytes, '\0'),
+      _users(kFreeOfUser),
+      _clients(kFreeOfClient) {
   gnutls_rnd(GNUTLS_RND_RANDOM, _salt.data(), _salt.size());
 }
 
@@ -91,34 +64,67 @@ std::string Authenticator::digestOf(const std::string& text) const {
   return digest;
 }
 
-bool Authenticator::acceptedByPam(const std::string& user, const std::string& password) const {
-  const pam_conv conversation{converse, const_cast<std::string*>(&password)};
-  pam_handle_t* handle = nullptr;
-  const char* const folder = _settings.pamFolder.empty() ? nullptr : _settings.pamFolder.c_str();
-  int result = pam_start_confdir(_settings.pamService.c_str(), user.c_str(), &conversation, folder, &handle);
-  if (result != PAM_SUCCESS) return false;
-  constexpr int kFlags = PAM_SILENT | PAM_DISALLOW_NULL_AUTHTOK;
-  result = pam_authenticate(handle, kFlags);
-  if (result == PAM_SUCCESS) result = pam_acct_mgmt(handle, kFlags);
-  pam_end(handle, result);
-  return result == PAM_SUCCESS;
+/// The same header is judged once at a time, whoever sends it.
+Login Authenticator::check(const std::string& authorization, const std::string& host,
+                           const std::string& client) {
+  const auto attempt = attemptOf(authorization, host);
+  if (!attempt) return {};
+  const std::string digest = digestOf(authorization);
+  std::unique_lock lock(_mutex);
+  _judged.wait(lock, [&] { return !_underWay.contains(digest); });
+  const auto now = Clock::now();
+  const auto found = _known.find(digest);
+  const bool knownBefore = found != _known.end() && now - found->second.asked < kRemembered;
+  if (knownBefore && now - found->second.asked < kHolds) return {found->second.user};
+  if (!knownBefore) {
+    if (const seconds pause = pauseOf(attempt->user, client, now); pause > seconds(0)) return {{}, pause};
+  }
+  _underWay.insert(digest);
+  lock.unlock();
+  const Login login = judge(*attempt, client, knownBefore);
+  lock.lock();
+  _underWay.erase(digest);
+  _judged.notify_all();
+  if (login.user) {
+    remember(digest, *login.user);
+    _users.succeeded(attempt->user);
+  } else if (login.later == seconds(0)) {
+    _known.erase(digest);
+    noteFailure(attempt->user, client);
+  }
+  return login;
 }
 
-std::optional<Authenticator::User> Authenticator::check(const std::string& authorization) {
-  const std::string digest = digestOf(authorization);
-  const auto now = std::chrono::steady_clock::now();
-  {
-    const std::lock_guard lock(_mutex);
-    const auto known = _known.find(digest);
-    if (known != _known.end() && known->second.until > now) return known->second.user;
+seconds Authenticator::pauseOf(const std::string& user, const std::string& client, Clock::time_point now) {
+  return std::max(_users.pauseOf(user, now), _clients.pauseOf(client, now));
+}
+
+Login Authenticator::judge(const LoginAttempt& attempt, const std::string& client, bool knownBefore) {
+  try {
+    const auto verdict = _line.judge(attempt, client, knownBefore);
+    if (!verdict) return {{}, kWhenFull};
+    if (*verdict == Verdict::Refused) return {};
+    return {User{attempt.user, *verdict == Verdict::MayWrite}};
+  } catch (const std::exception& error) {
+    _log(std::string("a login cannot be judged: ") + error.what());
+    return {{}, kWhenFull};
   }
-  const auto given = credentialsOf(authorization);
-  if (!given || !acceptedByPam(given->user, given->password)) return std::nullopt;
-  User user{given->user, isMember(given->user, _settings.writeGroup)};
-  const std::lock_guard lock(_mutex);
-  if (_known.size() >= kMostKnown) _known.clear();
-  _known[digest] = {user, now + kHolds};
-  return user;
+}
+
+void Authenticator::remember(const std::string& digest, const User& user) {
+  if (_known.size() >= kMostKnown) {
+    _known.erase(std::min_element(_known.begin(), _known.end(), [](const auto& a, const auto& b) {
+      return a.second.asked < b.second.asked;
+    }));
+  }
+  _known[digest] = {user, Clock::now()};
+}
+
+void Authenticator::noteFailure(const std::string& user, const std::string& client) {
+  const auto now = Clock::now();
+  if (_users.failed(user, now)) _log("logins of '" + user + "' keep failing: further ones have to wait");
+  if (_clients.failed(client, now))
+    _log("logins from " + client + " keep failing: further ones have to wait");
 }
 
 }  // namespace ZebManager

@@ -90,6 +90,12 @@ HttpAnswer httpError(unsigned status, const std::string& cimError, const std::st
   return refusal;
 }
 
+HttpAnswer busy(std::chrono::seconds later) {
+  HttpAnswer refusal = httpError(503);
+  refusal.headers.emplace_back("Retry-After", std::to_string(later.count()));
+  return refusal;
+}
+
 std::optional<HttpAnswer> refuseHead(const HttpHead& head) {
   if (head.method != "POST" && head.method != "M-POST") return httpError(405);
   if (head.method == "M-POST" && head.prefix().empty()) {

@@ -1,6 +1,7 @@
 // What the head of a request says, and answers that need no more than that.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
@@ -21,6 +22,8 @@ struct HttpHead {
   std::string method;
   std::function<std::string(const std::string& name)> header;  ///< empty when there is none
   bool fromLoopback = false;
+  std::string host = {};    ///< address of the client
+  std::string client = {};  ///< what the client counts as: its address, or a network that is one
 
   /// Prefix of the headers of CIM: empty, or for M-POST the number that Man gives, and a hyphen.
   std::string prefix() const;
@@ -28,6 +31,9 @@ struct HttpHead {
 };
 
 HttpAnswer httpError(unsigned status, const std::string& cimError = {}, const std::string& why = {});
+
+/// The answer to what may be sent again after a time.
+HttpAnswer busy(std::chrono::seconds later);
 
 /// What is wrong with a head, before any of the body has come.
 std::optional<HttpAnswer> refuseHead(const HttpHead& head);

@@ -1,11 +1,11 @@
 #include "server/HttpServer.h"
 
 #include <microhttpd.h>
-#include <netinet/in.h>
 
 #include <charconv>
 #include <memory>
 
+#include "server/ClientAddress.h"
 #include "values/ManagerError.h"
 
 namespace ZebManager {
@@ -21,24 +21,15 @@ int socketOf(MHD_Connection* connection) {
   return MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd;
 }
 
-bool isLoopback(MHD_Connection* connection) {
-  const sockaddr* const client =
-      MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CLIENT_ADDRESS)->client_addr;
-  if (client->sa_family == AF_INET) {
-    return (ntohl(reinterpret_cast<const sockaddr_in*>(client)->sin_addr.s_addr) >> 24) == 127;
-  }
-  if (client->sa_family != AF_INET6) return false;
-  const in6_addr& address = reinterpret_cast<const sockaddr_in6*>(client)->sin6_addr;
-  return IN6_IS_ADDR_LOOPBACK(&address) || (IN6_IS_ADDR_V4MAPPED(&address) && address.s6_addr[12] == 127);
-}
-
 HttpHead headOf(MHD_Connection* connection, const char* method) {
+  const ClientAddress from(
+      *MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CLIENT_ADDRESS)->client_addr);
   return {method,
           [connection](const std::string& name) {
             const char* const value = MHD_lookup_connection_value(connection, MHD_HEADER_KIND, name.c_str());
             return std::string(value ? value : "");
           },
-          isLoopback(connection)};
+          from.loopback, from.host, from.client};
 }
 
 /// Bytes that count towards a bound of all connections for as long as this lives.
@@ -68,8 +59,9 @@ class Share {
 /// One request while it arrives.
 class Exchange {
  public:
-  explicit Exchange(HttpBounds& bounds)
-      : _requestBytes(bounds.settings.requestBytes),
+  Exchange(HttpBounds& bounds, std::optional<User> who)
+      : user(std::move(who)),
+        _requestBytes(bounds.settings.requestBytes),
         _share(bounds.waitingBytes, bounds.settings.waitingBytes) {}
 
   void take(const char* bytes, std::size_t count) {
@@ -85,6 +77,8 @@ class Exchange {
 
   const std::string& body() const { return _body; }
   unsigned refusal() const { return _refusal; }
+
+  const std::optional<User> user;
 
  private:
   const std::size_t _requestBytes;
@@ -126,10 +120,10 @@ std::optional<HttpAnswer> refuseSize(const HttpHead& head, const ServerSettings&
 }
 
 MHD_Result begin(HttpServer& server, MHD_Connection* connection, const HttpHead& head, void** state) {
-  auto refusal = server.router().refuse(head);
-  if (!refusal) refusal = refuseSize(head, server.bounds().settings);
-  if (refusal) return send(connection, server.bounds(), std::move(*refusal));
-  *state = new Exchange(server.bounds());
+  Router::Admission admission = server.router().admit(head);
+  if (!admission.refusal) admission.refusal = refuseSize(head, server.bounds().settings);
+  if (admission.refusal) return send(connection, server.bounds(), std::move(*admission.refusal));
+  *state = new Exchange(server.bounds(), std::move(admission.user));
   return MHD_YES;
 }
 
@@ -138,8 +132,8 @@ MHD_Result finish(HttpServer& server, MHD_Connection* connection, const HttpHead
   const int socket = socketOf(connection);
   HttpBounds& bounds = server.bounds();
   bounds.watch.forget(socket);
-  HttpAnswer answer =
-      exchange.refusal() ? httpError(exchange.refusal()) : server.router().handle(head, exchange.body());
+  HttpAnswer answer = exchange.refusal() ? httpError(exchange.refusal())
+                                         : server.router().handle(head, exchange.user, exchange.body());
   bounds.watch.allow(socket, bounds.settings.requestTime * kTimesForAnswer);
   return send(connection, bounds, std::move(answer));
 }

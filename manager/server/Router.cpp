@@ -21,6 +21,14 @@ bool isOfClasses(const CimMessage& message) {
          });
 }
 
+std::optional<HttpAnswer> refuseUser(const std::optional<User>& user, const CimMessage& message) {
+  if (!message.writes) return std::nullopt;
+  if (!user) return httpError(401);
+  if (user->mayWrite) return std::nullopt;
+  return operationAnswer(
+      errorAnswer(message, CMPI_RC_ERR_ACCESS_DENIED, "user '" + user->name + "' may only read"));
+}
+
 }  // namespace
 
 Router::Router(Authenticator& users, ProviderSupervisor& plugin, const ClassRepository& repository,
@@ -32,22 +40,15 @@ Router::Router(Authenticator& users, ProviderSupervisor& plugin, const ClassRepo
       _interop(interop),
       _deepest(deepest) {}
 
-std::optional<HttpAnswer> Router::refuse(const HttpHead& head) {
-  if (auto refusal = refuseHead(head)) return extended(head, std::move(*refusal));
+Router::Admission Router::admit(const HttpHead& head) {
+  if (auto refusal = refuseHead(head)) return {extended(head, std::move(*refusal))};
   const std::string authorization = head.header("Authorization");
-  if (authorization.empty() ? !head.fromLoopback : !_users.check(authorization)) return httpError(401);
-  return std::nullopt;
-}
-
-std::optional<HttpAnswer> Router::refuseUser(const HttpHead& head, const CimMessage& message) {
-  if (!message.writes) return std::nullopt;
-  const std::string authorization = head.header("Authorization");
-  if (authorization.empty()) return httpError(401);
-  const auto user = _users.check(authorization);
-  if (!user) return httpError(401);
-  if (user->mayWrite) return std::nullopt;
-  return operationAnswer(
-      errorAnswer(message, CMPI_RC_ERR_ACCESS_DENIED, "user '" + user->name + "' may only read"));
+  if (authorization.empty()) {
+    return head.fromLoopback ? Admission() : Admission{httpError(401)};
+  }
+  Login login = _users.check(authorization, head.host, head.client);
+  if (login.user) return {std::nullopt, std::move(login.user)};
+  return {login.later > std::chrono::seconds(0) ? busy(login.later) : httpError(401)};
 }
 
 std::string Router::perform(std::string_view body, const CimMessage& message) {
@@ -62,11 +63,11 @@ std::string Router::perform(std::string_view body, const CimMessage& message) {
   return errorAnswer(message, CMPI_RC_ERR_FAILED, result.body);
 }
 
-HttpAnswer Router::answerTo(const HttpHead& head, std::string_view body) {
+HttpAnswer Router::answerTo(const HttpHead& head, const std::optional<User>& user, std::string_view body) {
   try {
     const CimMessage message = readMessage(body, _deepest);
     if (auto refusal = refuseMismatch(head, message)) return std::move(*refusal);
-    if (auto refusal = refuseUser(head, message)) return std::move(*refusal);
+    if (auto refusal = refuseUser(user, message)) return std::move(*refusal);
     return operationAnswer(perform(body, message));
   } catch (const MessageError& error) {
     return httpError(static_cast<unsigned>(error.status), error.header, error.what());
@@ -75,8 +76,8 @@ HttpAnswer Router::answerTo(const HttpHead& head, std::string_view body) {
   }
 }
 
-HttpAnswer Router::handle(const HttpHead& head, std::string_view body) {
-  return extended(head, answerTo(head, body));
+HttpAnswer Router::handle(const HttpHead& head, const std::optional<User>& user, std::string_view body) {
+  return extended(head, answerTo(head, user, body));
 }
 
 }  // namespace ZebManager

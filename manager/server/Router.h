@@ -18,13 +18,16 @@ class Router {
   Router(Authenticator& users, ProviderSupervisor& plugin, const ClassRepository& repository,
          Namespace* interop, unsigned deepest);
 
-  /// The answer to a request that can be refused before its body has come.
-  std::optional<HttpAnswer> refuse(const HttpHead& head);
-  HttpAnswer handle(const HttpHead& head, std::string_view body);
+  /// What can be said before the body has come: who asks, or the answer when nobody may.
+  struct Admission {
+    std::optional<HttpAnswer> refusal = std::nullopt;
+    std::optional<User> user = std::nullopt;
+  };
+  Admission admit(const HttpHead& head);
+  HttpAnswer handle(const HttpHead& head, const std::optional<User>& user, std::string_view body);
 
  private:
-  HttpAnswer answerTo(const HttpHead& head, std::string_view body);
-  std::optional<HttpAnswer> refuseUser(const HttpHead& head, const CimMessage& message);
+  HttpAnswer answerTo(const HttpHead& head, const std::optional<User>& user, std::string_view body);
   std::string perform(std::string_view body, const CimMessage& message);
 
   Authenticator& _users;

@@ -28,9 +28,13 @@ class Log {
   std::ostream& _out;
 };
 
+std::string configurationOf(const Options& options) {
+  return options.config.empty() ? kServerSettingsFile : options.config;
+}
+
 ServerSettings settingsOf(const Options& options, Log& log) {
   ServerSettings settings =
-      readServerSettings(options.config.empty() ? kServerSettingsFile : options.config, std::ref(log));
+      readServerSettings(configurationOf(options), options.config.empty(), std::ref(log));
   if (!options.http.empty()) settings.http = options.http;
   if (!options.https.empty()) settings.https = options.https;
   if (!options.state.empty()) settings.stateDirectory = options.state;
@@ -51,10 +55,18 @@ std::vector<std::string> argumentsOf(const Options& options) {
   return arguments;
 }
 
+/// The socket behind which another starts a process of that kind; empty when this one does.
+std::string helperOf(const Options& options, const std::string& kind) {
+  return options.helpers.empty() ? "" : options.helpers + "/" + kind;
+}
+
+ProcessSource judgesOf(const Options& options) {
+  return {findProgram("zebcim-login"), {configurationOf(options)}, helperOf(options, "login")};
+}
+
 SupervisorOptions supervisorOptions(const Options& options, const ServerSettings& settings, Log& log) {
   SupervisorOptions supervised = settings.plugin;
-  supervised.program = programFolder() + "/zebcim";
-  supervised.arguments = argumentsOf(options);
+  supervised.process = {programFolder() + "/zebcim", argumentsOf(options), helperOf(options, "plugin")};
   supervised.log = std::ref(log);
   return supervised;
 }
@@ -122,7 +134,7 @@ int serve(const Options& options, std::ostream& out, std::ostream& err) {
   if (isNowhere(settings.http) && isNowhere(settings.https))
     throw ManagerError("there is nowhere to listen at");
   Core core(options, settings, log);
-  Authenticator users(settings);
+  Authenticator users(judgesOf(options), std::ref(log));
   Router router(users, core.plugin(), core.classes(), &core.interop(), settings.requestDepth);
   HttpBounds bounds(settings);
   std::vector<std::unique_ptr<HttpServer>> servers;

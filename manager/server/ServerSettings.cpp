@@ -1,8 +1,8 @@
 #include "server/ServerSettings.h"
 
 #include <array>
-#include <filesystem>
 
+#include "login/ConfigurationFile.h"
 #include "server/SettingKeys.h"
 #include "values/ManagerError.h"
 
@@ -11,16 +11,32 @@ namespace {
 
 using Warn = std::function<void(const std::string&)>;
 
-/// `say` names file and line.
+struct Say {
+  const std::string& file;
+  const Warn& warn;
+
+  std::string line(const toml::node& node, const std::string& what) const {
+    return file + ":" + std::to_string(node.source().begin.line) + ": " + what;
+  }
+};
+
+/// What nobody may be mistaken about: where the server can be reached, and by whom.
+bool isVital(const std::string& section) {
+  return section == "listen" || section == "access";
+}
+
+/// `say` names file and line; so does what is thrown.
 void takeSection(ServerSettings& settings, const std::string& section, const toml::table& content,
-                 const std::function<void(const toml::node&, const std::string&)>& say) {
+                 const Say& say) {
   for (const auto& [name, value] : content) {
     const std::string key = section + "." + std::string(name.str());
     const TakenKey taken = takeKey(settings, key, value);
-    if (taken.state == KeyState::Unknown) say(value, "'" + key + "' is unknown");
-    if (taken.state == KeyState::Bad) {
-      say(value, "'" + key + "' has a bad value: expected " + taken.expected + "; the default holds");
-    }
+    if (taken.state == KeyState::Taken) continue;
+    const std::string wrong = taken.state == KeyState::Unknown
+                                  ? "'" + key + "' is unknown"
+                                  : "'" + key + "' has a bad value: expected " + taken.expected;
+    if (isVital(section)) throw ManagerError(say.line(value, wrong));
+    say.warn(say.line(value, taken.state == KeyState::Unknown ? wrong : wrong + "; the default holds"));
   }
 }
 
@@ -54,32 +70,24 @@ void orderPauses(ServerSettings& settings, const std::string& file, const Warn& 
 void checkTogether(ServerSettings& settings, const std::string& file, const Warn& warn) {
   orderPauses(settings, file, warn);
   if (!settings.key.empty() && settings.certificate.empty()) {
-    warn(file + ": 'listen.key' is not used without 'listen.certificate'");
+    throw ManagerError(file + ": 'listen.key' is of no use without 'listen.certificate'");
   }
 }
 
 }  // namespace
 
-ServerSettings readServerSettings(const std::string& file, const Warn& warn) {
+ServerSettings readServerSettings(const std::string& file, bool mayLack, const Warn& warn) {
   ServerSettings settings;
-  std::error_code ignored;
-  if (!std::filesystem::exists(file, ignored)) return settings;
-  toml::table tables;
-  try {
-    tables = toml::parse_file(file);
-  } catch (const toml::parse_error& error) {
-    throw ManagerError(file + ":" + std::to_string(error.source().begin.line) + ": " +
-                       std::string(error.description()));
-  }
-  const auto say = [&](const toml::node& node, const std::string& what) {
-    warn(file + ":" + std::to_string(node.source().begin.line) + ": " + what);
-  };
+  const toml::table tables = readConfiguration(file, mayLack);
+  const Say say{file, warn};
   for (const auto& [section, content] : tables) {
     const std::string name(section.str());
     if (content.is_table()) {
       takeSection(settings, name, *content.as_table(), say);
+    } else if (isVital(name)) {
+      throw ManagerError(say.line(content, "'" + name + "' has to be a section"));
     } else {
-      say(content, "'" + name + "' is unknown");
+      warn(say.line(content, "'" + name + "' is unknown"));
     }
   }
   checkTogether(settings, file, warn);

@@ -8,6 +8,7 @@
 #include "cimxml/Message.h"
 #include "indications/Delivery.h"
 #include "isolation/ProviderSupervisor.h"
+#include "login/LoginSettings.h"
 
 namespace ZebManager {
 
@@ -17,9 +18,7 @@ struct ServerSettings {
   std::string https = "127.0.0.1:5989";  ///< likewise
   std::string certificate;               ///< PEM file; without it the server makes one
   std::string key;                       ///< PEM file; empty: it is in the file of the certificate
-  std::string pamService = "zebcim";
-  std::string pamFolder;  ///< of service files; empty: the system's
-  std::string writeGroup = "zebcim";
+  LoginSettings login;
   std::string stateDirectory = "/var/lib/zebcim";
   unsigned connections = 256;
   unsigned connectionsPerAddress = 128;
@@ -32,10 +31,11 @@ struct ServerSettings {
   DeliverySettings delivery;                ///< without the directory
 };
 
-/// Reads a file; without it everything has its default. What is unknown or has a bad value is a line for
-/// `warn` that names file, line and key, and keeps its default. Throws ManagerError for a file that is no
-/// TOML.
-ServerSettings readServerSettings(const std::string& file,
+/// Reads a file; one that is not there, where it `mayLack`, leaves everything its default. What is unknown or
+/// has a bad value is a line for `warn` that names file, line and key, and keeps its default. Throws
+/// ManagerError for a file that cannot be read or is no TOML, and for anything wrong in [listen] and
+/// [access].
+ServerSettings readServerSettings(const std::string& file, bool mayLack,
                                   const std::function<void(const std::string&)>& warn);
 
 /// Whether a place to listen at says that there is to be none.

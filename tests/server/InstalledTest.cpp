@@ -14,8 +14,9 @@ namespace {
 class Installation {
  public:
   Installation() {
-    for (const auto& [file, place] :
-         {std::pair{ZEB_CIM, "bin/zebcim"}, {ZEB_CIM_SERVER, "libexec/zeb/zebcim-server"}}) {
+    for (const auto& [file, place] : {std::pair{ZEB_CIM, "bin/zebcim"},
+                                      {ZEB_CIM_SERVER, "libexec/zeb/zebcim-server"},
+                                      {ZEB_CIM_LOGIN, "libexec/zeb/zebcim-login"}}) {
       std::filesystem::create_directories((_folder / place).parent_path());
       std::filesystem::copy_file(file, _folder / place);
     }

@@ -119,7 +119,7 @@ TEST_F(Ended, AProviderThatDoesNotStartIsTriedLessAndLess) {
 }
 
 TEST_F(Ended, AProgramThatIsNotThereIsAnErrorThatSaysSo) {
-  options.program = "/nowhere/zebcim";
+  options.process.program = "/nowhere/zebcim";
   start();
   const Answer answer = read("pid");
   EXPECT_EQ(answer.outcome, How::Ended);

@@ -17,7 +17,7 @@ constexpr char kLost[] = "alerts 2";
 class RealProvider : public Supervised {
  protected:
   RealProvider() {
-    options.program = ZEB_REAL_PROVIDER;
+    options.process.program = ZEB_REAL_PROVIDER;
     options.patience = 1s;
     options.timeLimit = 6s * kPace;
     setenv("ZEB_STORE_DIR", folder.c_str(), 1);

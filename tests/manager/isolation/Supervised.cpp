@@ -9,7 +9,7 @@ namespace ZebManager {
 
 Supervised::Supervised() : folder(testing::TempDir() + "supervised-XXXXXX") {
   if (!mkdtemp(folder.data())) throw std::runtime_error("mkdtemp");
-  options.program = ZEB_ISOLATED_PROVIDER;
+  options.process.program = ZEB_ISOLATED_PROVIDER;
   options.patience = 400ms;
   options.grace = 100ms;
   options.alertPatience = 1500ms;

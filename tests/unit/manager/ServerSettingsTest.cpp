@@ -21,7 +21,7 @@ class SettingsFile {
  public:
   explicit SettingsFile(const std::string& content) {
     std::ofstream(_file) << content;
-    _settings = readServerSettings(_file, [this](const std::string& line) {
+    _settings = readServerSettings(_file, false, [this](const std::string& line) {
       _warnings.push_back(line.starts_with(_file) ? line.substr(_file.size()) : line);
     });
   }
@@ -35,6 +35,16 @@ class SettingsFile {
   ServerSettings _settings;
   std::vector<std::string> _warnings;
 };
+
+/// Why the server does not start with that file; empty when it does.
+std::string refusalOf(const std::string& content) {
+  try {
+    SettingsFile{content};
+    return {};
+  } catch (const ManagerError& error) {
+    return error.what();
+  }
+}
 
 std::string fileWith(const std::string& key, const std::string& value) {
   const std::size_t dot = key.find('.');
@@ -105,9 +115,9 @@ const std::vector<Text> kTexts = {
     {"listen.https", "127.0.0.1:5989", "none", [](const S& s) { return s.https; }, "127.0.0.1:65536"},
     {"listen.certificate", "", "/a.pem", [](const S& s) { return s.certificate; }},
     {"listen.key", "", "/b.pem", [](const S& s) { return s.key; }},
-    {"access.pam-service", "zebcim", "login", [](const S& s) { return s.pamService; }, ""},
-    {"access.pam-folder", "", "/etc/pam", [](const S& s) { return s.pamFolder; }},
-    {"access.write-group", "zebcim", "", [](const S& s) { return s.writeGroup; }},
+    {"access.pam-service", "zebcim", "login", [](const S& s) { return s.login.pamService; }, ""},
+    {"access.pam-folder", "", "/etc/pam", [](const S& s) { return s.login.pamFolder; }},
+    {"access.write-group", "zebcim", "", [](const S& s) { return s.login.writeGroup; }},
     {"state.directory", "/var/lib/zebcim", "/srv/zebcim", [](const S& s) { return s.stateDirectory; }, ""},
     {"delivery.trusted-certificates", "", "/ca.pem",
      [](const S& s) { return s.delivery.trustedCertificates; }},
@@ -169,11 +179,17 @@ TEST_P(TextKeys, KeepTheirDefaultWhenTheValueDoesNotFit) {
   const Text& text = GetParam();
   std::vector<std::string> values = {"5", "true", "[\"a\"]", "{}"};
   if (text.bad) values.push_back("\"" + std::string(text.bad) + "\"");
+  const std::string wrong = ":2: '" + std::string(text.key) + "' has a bad value: expected a";
+  const bool vital =
+      std::string(text.key).starts_with("listen.") || std::string(text.key).starts_with("access.");
   for (const std::string& value : values) {
+    if (vital) {
+      EXPECT_THAT(refusalOf(fileWith(text.key, value)), testing::HasSubstr(wrong)) << value;
+      continue;
+    }
     const SettingsFile file(fileWith(text.key, value));
     ASSERT_EQ(file.warnings().size(), 1U) << value;
-    EXPECT_THAT(file.warnings()[0],
-                testing::StartsWith(":2: '" + std::string(text.key) + "' has a bad value: expected a"));
+    EXPECT_THAT(file.warnings()[0], testing::StartsWith(wrong));
     EXPECT_EQ(text.of(file.settings()), text.byDefault) << value;
   }
 }
@@ -207,8 +223,7 @@ INSTANTIATE_TEST_SUITE_P(All, Places,
 
 TEST_P(Places, ArePlacesOrNot) {
   const auto& [text, good] = GetParam();
-  EXPECT_EQ(SettingsFile(fileWith("listen.http", "\"" + std::string(text) + "\"")).warnings().empty(), good)
-      << text;
+  EXPECT_EQ(refusalOf(fileWith("listen.http", "\"" + std::string(text) + "\"")).empty(), good) << text;
 }
 
 TEST(ServerSettings, TheFirstPauseIsNotLongerThanTheLongest) {
@@ -224,9 +239,9 @@ TEST(ServerSettings, TheFirstPauseIsNotLongerThanTheLongest) {
   EXPECT_EQ(file.settings().delivery.firstPause, milliseconds(1000));
 }
 
-TEST(ServerSettings, AKeyWithoutItsCertificateIsNotUsed) {
-  EXPECT_THAT(SettingsFile("[listen]\nkey = \"/b.pem\"\n").warnings(),
-              ElementsAre(": 'listen.key' is not used without 'listen.certificate'"));
+TEST(ServerSettings, AKeyWithoutItsCertificateIsRefused) {
+  EXPECT_THAT(refusalOf("[listen]\nkey = \"/b.pem\"\n"),
+              testing::EndsWith(": 'listen.key' is of no use without 'listen.certificate'"));
   EXPECT_THAT(SettingsFile("[listen]\nkey = \"/b.pem\"\ncertificate = \"/a.pem\"\n").warnings(), IsEmpty());
 }
 
@@ -239,18 +254,37 @@ TEST(ServerSettings, WhatIsUnknownIsNamedWithItsLineAndTheRestIsTaken) {
 }
 
 TEST(ServerSettings, AFileThatIsNotThereIsAllDefaults) {
-  const ServerSettings settings =
-      readServerSettings("/nowhere/zebcim.toml", [](const std::string& line) { ADD_FAILURE() << line; });
-  EXPECT_EQ(settings.http, "127.0.0.1:5988");
+  const auto warn = [](const std::string& line) { ADD_FAILURE() << line; };
+  EXPECT_EQ(readServerSettings("/nowhere/zebcim.toml", true, warn).http, "127.0.0.1:5988");
+}
+
+TEST(ServerSettings, AFileThatIsNamedHasToBeThere) {
+  const auto warn = [](const std::string&) {};
+  EXPECT_THROW(readServerSettings("/nowhere/zebcim.toml", false, warn), ManagerError);
+  EXPECT_THROW(readServerSettings("/etc", true, warn), ManagerError) << "a folder";
+  EXPECT_THROW(readServerSettings("/dev/zero", true, warn), ManagerError);
 }
 
 TEST(ServerSettings, AFileThatIsNoTomlIsRefusedWithItsLine) {
-  try {
-    SettingsFile("[limits]\nconnections = = 5\n");
-    ADD_FAILURE() << "taken";
-  } catch (const ManagerError& error) {
-    EXPECT_THAT(error.what(), testing::HasSubstr("zebcim.toml:2: "));
-  }
+  EXPECT_THAT(refusalOf("[limits]\nconnections = = 5\n"), testing::HasSubstr("zebcim.toml:2: "));
+}
+
+TEST(ServerSettings, WhatIsWrongAboutPlacesAndUsersIsRefused) {
+  EXPECT_THAT(refusalOf("[access]\nwirte-group = \"few\"\n"),
+              testing::EndsWith(":2: 'access.wirte-group' is unknown"));
+  EXPECT_THAT(refusalOf("[listen]\nport = 1\n"), testing::EndsWith(":2: 'listen.port' is unknown"));
+  EXPECT_THAT(refusalOf("access = \"few\"\n"), testing::EndsWith(":1: 'access' has to be a section"));
+}
+
+/// What costs as much stack or memory as a file is long.
+TEST(ServerSettings, AFileThatIsNoConfigurationIsRefused) {
+  std::string deep = "a", arrays = "x = ";
+  for (int i = 0; i < 100'000; ++i) deep += ".a";
+  EXPECT_THAT(refusalOf(deep + " = 1\n"), testing::HasSubstr("line 1 is too long"));
+  EXPECT_THAT(refusalOf("[" + deep + "]\n"), testing::HasSubstr("line 1 is too long"));
+  for (int i = 0; i < 50'000; ++i) arrays += "[\n";
+  EXPECT_THAT(refusalOf(arrays), testing::Not(testing::IsEmpty()));
+  EXPECT_THAT(refusalOf(std::string(300'000, '\n')), testing::HasSubstr("it is too long"));
 }
 
 /// The file of the package, with every default in it taken for a setting.

@@ -1,0 +1,70 @@
+#include "login/PamLogin.h"
+
+#include <grp.h>
+#include <pwd.h>
+#include <security/pam_appl.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+namespace ZebManager {
+namespace {
+
+/// PAM frees what it gets here.
+int converse(int count, const pam_message** messages, pam_response** responses, void* password) {
+  auto* const answers =
+      static_cast<pam_response*>(std::calloc(static_cast<std::size_t>(count), sizeof **responses));
+  if (!answers) return PAM_BUF_ERR;
+  for (int i = 0; i < count; ++i) {
+    if (messages[i]->msg_style != PAM_PROMPT_ECHO_OFF) continue;
+    answers[i].resp = strdup(static_cast<const std::string*>(password)->c_str());
+  }
+  *responses = answers;
+  return PAM_SUCCESS;
+}
+
+/// Who guesses is slowed down by the server, without a process that sleeps.
+void doNotSleep(int, unsigned, void*) {}
+
+bool isMember(const char* user, const std::string& groupName) {
+  const group* const wanted = getgrnam(groupName.c_str());
+  if (!wanted) return false;
+  const gid_t id = wanted->gr_gid;
+  const passwd* const found = getpwnam(user);
+  if (!found) return false;
+  int count = 1024;
+  std::vector<gid_t> groups(static_cast<std::size_t>(count));
+  if (getgrouplist(user, found->pw_gid, groups.data(), &count) < 0) return false;
+  groups.resize(static_cast<std::size_t>(count));
+  return std::find(groups.begin(), groups.end(), id) != groups.end();
+}
+
+int authenticate(pam_handle_t* handle, const LoginAttempt& attempt) {
+  constexpr int kFlags = PAM_SILENT | PAM_DISALLOW_NULL_AUTHTOK;
+  pam_set_item(handle, PAM_FAIL_DELAY, reinterpret_cast<const void*>(&doNotSleep));
+  pam_set_item(handle, PAM_RHOST, attempt.host.c_str());
+  const int result = pam_authenticate(handle, kFlags);
+  return result == PAM_SUCCESS ? pam_acct_mgmt(handle, kFlags) : result;
+}
+
+}  // namespace
+
+Verdict askPam(const LoginSettings& settings, const LoginAttempt& attempt) {
+  const pam_conv conversation{converse, const_cast<std::string*>(&attempt.password)};
+  pam_handle_t* handle = nullptr;
+  const char* const folder = settings.pamFolder.empty() ? nullptr : settings.pamFolder.c_str();
+  const int started =
+      pam_start_confdir(settings.pamService.c_str(), attempt.user.c_str(), &conversation, folder, &handle);
+  if (started != PAM_SUCCESS) return Verdict::Refused;
+  const int result = authenticate(handle, attempt);
+  Verdict verdict = Verdict::Refused;
+  if (result == PAM_SUCCESS) {
+    verdict = isMember(attempt.user.c_str(), settings.writeGroup) ? Verdict::MayWrite : Verdict::MayRead;
+  }
+  pam_end(handle, result);
+  return verdict;
+}
+
+}  // namespace ZebManager

@@ -1,0 +1,113 @@
+#include "server/LoginLine.h"
+
+#include <poll.h>
+
+#include <algorithm>
+
+#include "isolation/ProviderProcess.h"
+#include "values/ManagerError.h"
+
+namespace ZebManager {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::size_t kSeats = 2;
+constexpr std::ptrdiff_t kMostWaiting = 16;  ///< of those who were let in before, and as many others
+constexpr std::ptrdiff_t kMostOfClient = 4;  ///< of others
+constexpr std::chrono::seconds kLongestWait{10};
+/// Longer than the process that judges gives itself.
+constexpr int kLongestJudging = 90'000;
+
+}  // namespace
+
+/// A process that judges, once somebody has sat down.
+class LoginLine::Seat {
+ public:
+  /// Throws ManagerError. One that failed is used no more.
+  Verdict judge(const ProcessSource& source, const LoginAttempt& attempt) {
+    try {
+      return tryOnce(source, attempt);
+    } catch (const ManagerError&) {
+      _process.reset();  // it may have ended long ago
+      return tryOnce(source, attempt);
+    }
+  }
+
+ private:
+  Verdict tryOnce(const ProcessSource& source, const LoginAttempt& attempt) {
+    if (!_process) {
+      _process = std::make_unique<ChildProcess>(source, kProviderSocket);
+      _reader.emplace();
+    }
+    FrameWriter writer;
+    writer.add(frameOf(attempt));
+    if (writer.send(_process->socket()) != Transfer::Done) throw ManagerError("nobody judges logins");
+    for (;;) {
+      if (const auto frame = _reader->next()) return verdictOf(*frame);
+      pollfd ready{_process->socket(), POLLIN, 0};
+      if (poll(&ready, 1, kLongestJudging) != 1 || _reader->receive(_process->socket()) == Transfer::Ended) {
+        throw ManagerError("nobody judges logins");
+      }
+    }
+  }
+
+  std::unique_ptr<ChildProcess> _process;
+  std::optional<FrameReader> _reader;
+};
+
+LoginLine::LoginLine(ProcessSource source) : _source(std::move(source)) {
+  while (_free.size() < kSeats) _free.push_back(std::make_unique<Seat>());
+}
+
+LoginLine::~LoginLine() = default;
+
+bool LoginLine::mayWait(const Waiting& waiting) const {
+  const auto like = [&](const Waiting& other) { return other.knownBefore == waiting.knownBefore; };
+  const auto ofClient = [&](const Waiting& other) { return like(other) && other.client == waiting.client; };
+  return std::count_if(_line.begin(), _line.end(), like) < kMostWaiting &&
+         (waiting.knownBefore || std::count_if(_line.begin(), _line.end(), ofClient) < kMostOfClient);
+}
+
+bool LoginLine::isNext(const Waiting& waiting) const {
+  const auto known =
+      std::find_if(_line.begin(), _line.end(), [](const auto& one) { return one.knownBefore; });
+  return !_free.empty() && &waiting == (known == _line.end() ? &_line.front() : &*known);
+}
+
+std::unique_ptr<LoginLine::Seat> LoginLine::takeSeat(const std::string& client, bool knownBefore) {
+  std::unique_lock lock(_mutex);
+  if (!mayWait({client, knownBefore})) return nullptr;
+  const auto place = _line.insert(_line.end(), {client, knownBefore});
+  const bool come = _changed.wait_for(lock, kLongestWait, [&] { return isNext(*place); });
+  _line.erase(place);
+  std::unique_ptr<Seat> seat;
+  if (come) {
+    seat = std::move(_free.back());
+    _free.pop_back();
+  }
+  _changed.notify_all();
+  return seat;
+}
+
+void LoginLine::giveBack(std::unique_ptr<Seat> seat) {
+  const std::lock_guard lock(_mutex);
+  _free.push_back(std::move(seat));
+  _changed.notify_all();
+}
+
+std::optional<Verdict> LoginLine::judge(const LoginAttempt& attempt, const std::string& client,
+                                        bool knownBefore) {
+  std::unique_ptr<Seat> seat = takeSeat(client, knownBefore);
+  if (!seat) return std::nullopt;
+  try {
+    const Verdict verdict = seat->judge(_source, attempt);
+    giveBack(std::move(seat));
+    return verdict;
+  } catch (...) {
+    giveBack(std::make_unique<Seat>());
+    throw;
+  }
+}
+
+}  // namespace ZebManager

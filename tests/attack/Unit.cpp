@@ -1,0 +1,204 @@
+#include "Unit.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+
+#include "Ground.h"
+
+namespace ZebManager {
+namespace {
+
+constexpr int kPatienceMs = 60'000;
+
+std::filesystem::path makeFolder() {
+  std::string name = (std::filesystem::temp_directory_path() / "zeb-attack-XXXXXX").string();
+  if (!mkdtemp(name.data())) throw std::runtime_error("mkdtemp");
+  std::filesystem::permissions(name, std::filesystem::perms(0755));
+  return name;
+}
+
+pid_t parentOf(pid_t process) {
+  const auto status = statusOf(process);
+  const auto found = status.find("PPid");
+  return found == status.end() ? 0 : std::stoi(found->second);
+}
+
+std::vector<std::string> withRights(const std::string& bounding, const std::vector<std::string>& more,
+                                    const std::vector<std::string>& words) {
+  std::vector<std::string> all = {"/usr/bin/setpriv", "--no-new-privs", "--inh-caps=-all",
+                                  "--bounding-set=" + bounding};
+  all.insert(all.end(), more.begin(), more.end());
+  all.insert(all.end(), words.begin(), words.end());
+  return all;
+}
+
+/// Kilobytes that a process has to itself, with its part of what it shares.
+std::size_t proportionalKilobytes(pid_t process) {
+  std::ifstream rollup("/proc/" + std::to_string(process) + "/smaps_rollup");
+  for (std::string word; rollup >> word;) {
+    if (word != "Pss:") continue;
+    std::size_t amount = 0;
+    rollup >> amount;
+    return amount;
+  }
+  return 0;
+}
+
+}  // namespace
+
+std::map<std::string, std::string> statusOf(pid_t process) {
+  std::ifstream lines("/proc/" + std::to_string(process) + "/status");
+  std::map<std::string, std::string> found;
+  for (std::string name, value; std::getline(lines, name, ':') && std::getline(lines, value);) {
+    found[name] = value.substr(std::min(value.size(), value.find_first_not_of(" \t")));
+  }
+  return found;
+}
+
+Program::Program(std::vector<std::string> words, const std::filesystem::path& log, int output) : _id(fork()) {
+  if (_id < 0) throw std::runtime_error("fork");
+  if (_id > 0) return;
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  const int errors = open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+  dup2(errors, STDERR_FILENO);
+  dup2(output < 0 ? errors : output, STDOUT_FILENO);
+  std::vector<char*> pointers;
+  for (std::string& word : words) pointers.push_back(word.data());
+  pointers.push_back(nullptr);
+  execv(pointers.front(), pointers.data());
+  _exit(127);
+}
+
+Program::~Program() {
+  end(SIGKILL);
+}
+
+int Program::end(int signal) {
+  if (_id < 0) return 0;
+  kill(_id, signal);
+  int status = 0;
+  waitpid(_id, &status, 0);
+  _id = -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+Unit::Unit(const UnitOptions& options) : _folder(makeFolder()) {
+  configure(options);
+  std::vector<std::string> plugin = {ZEB_CIM, "--timeout", "0", "--plugin", ZEB_REAL_PLUGIN};
+  plugin.insert(plugin.end(), options.plugin.begin(), options.plugin.end());
+  plugin.emplace_back("provide");
+  listen("plugin", "-all,+net_admin", plugin);
+  listen("login", "-all,+audit_write", {ZEB_CIM_LOGIN, (_folder / "zebcim.toml").string()});
+  serve(options);
+}
+
+Unit::~Unit() {
+  while (!_programs.empty()) _programs.pop_back();
+  std::error_code ignored;
+  std::filesystem::remove_all(_folder, ignored);
+}
+
+void Unit::configure(const UnitOptions& options) {
+  for (const char* const folder : {"pam", "store", "state"})
+    std::filesystem::create_directories(_folder / folder);
+  if (chown((_folder / "state").c_str(), kServerUser, kServerUser) != 0) throw std::runtime_error("chown");
+  std::ofstream(_folder / "pam/zebcim") << options.stack;
+  std::ofstream(_folder / "zebcim.toml")
+      << "[access]\npam-folder = \"" << (_folder / "pam").string() << "\"\n[state]\ndirectory = \""
+      << (_folder / "state").string() << "\"\n"
+      << options.settings;
+}
+
+/// Returns when the socket is there.
+void Unit::listen(const std::string& kind, const std::string& right, const std::vector<std::string>& words) {
+  const std::string socket = (_folder / kind).string();
+  const auto started = withRights(right, {}, words);
+  std::vector<std::string> all = {"/usr/bin/systemd-socket-activate",
+                                  "--accept",
+                                  "--listen=" + socket,
+                                  "-EZEB_STORE_DIR=" + (_folder / "store").string(),
+                                  "-EZEB_RUN_DIR=" + (_folder / "store").string(),
+                                  "-EZEB_LOG_TARGET=stderr"};
+  all.insert(all.end(), started.begin(), started.end());
+  _programs.push_back(std::make_unique<Program>(all, _folder / "log"));
+  for (int round = 0; chown(socket.c_str(), kServerUser, kServerUser) != 0; ++round) {
+    if (round > 2000) throw std::runtime_error("no socket " + socket);
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+}
+
+void Unit::serve(const UnitOptions& options) {
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("pipe2");
+  const std::string user = std::to_string(kServerUser);
+  _programs.push_back(std::make_unique<Program>(
+      withRights("-all", {"--reuid=" + user, "--regid=" + user, "--clear-groups"},
+                 {ZEB_CIM, "serve", "--helpers", _folder.string(), "--config",
+                  (_folder / "zebcim.toml").string(), "--http", options.http, "--https", "127.0.0.1:0"}),
+      _folder / "log", ends[1]));
+  close(ends[1]);
+  std::string text;
+  while (!_addresses.contains("https")) {
+    pollfd ready{ends[0], POLLIN, 0};
+    std::array<char, 512> buffer{};
+    const ssize_t got = poll(&ready, 1, kPatienceMs) == 1 ? read(ends[0], buffer.data(), buffer.size()) : 0;
+    if (got <= 0) throw std::runtime_error("the server does not start: " + this->log());
+    text.append(buffer.data(), static_cast<std::size_t>(got));
+    std::istringstream lines(text);
+    for (std::string kind, address; lines >> kind >> address && lines.peek() == '\n';)
+      _addresses[kind] = address;
+  }
+  close(ends[0]);
+}
+
+std::string Unit::log() const {
+  std::ifstream in(_folder / "log");
+  std::ostringstream content;
+  content << in.rdbuf();
+  return content.str();
+}
+
+/// Children come behind their parents here, since numbers grow but for a wrap that tests do not live to see.
+std::vector<pid_t> Unit::all() const {
+  std::set<pid_t> numbers;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    const std::string name = entry.path().filename();
+    if (std::all_of(name.begin(), name.end(), isdigit)) numbers.insert(std::stoi(name));
+  }
+  std::vector<pid_t> found;
+  for (const auto& program : _programs) found.push_back(program->id());
+  for (const pid_t number : numbers) {
+    if (std::find(found.begin(), found.end(), parentOf(number)) != found.end()) found.push_back(number);
+  }
+  return found;
+}
+
+std::vector<pid_t> Unit::processes(const std::string& name) const {
+  std::vector<pid_t> found;
+  for (const pid_t process : all()) {
+    if (statusOf(process)["Name"] == name) found.push_back(process);
+  }
+  return found;
+}
+
+std::size_t Unit::memory() const {
+  std::size_t sum = 0;
+  for (const pid_t process : all()) sum += proportionalKilobytes(process);
+  return sum * 1024;
+}
+
+}  // namespace ZebManager
