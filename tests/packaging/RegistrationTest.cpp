@@ -11,10 +11,7 @@
 namespace ZebManager {
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::StartsWith;
 using ZEB::test::TemporaryDirectory;
 
 const ClassRepository& schema() {

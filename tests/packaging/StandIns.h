@@ -1,0 +1,24 @@
+// Object managers in a root folder, as a site has them: with classes, stored instances and providers of
+// others.
+#pragma once
+
+#include "packaging/FakeRoot.h"
+
+namespace ZebManager {
+
+/// sfcb built for folders below `prefix` ("" for a distribution's), with the folders in which it looks for
+/// providers.
+void addSfcb(const FakeRoot& root, const std::string& prefix = "", const std::string& providerDirs = "");
+/// An instance that somebody stored in sfcb.
+void storeInSfcb(const FakeRoot& root, const std::string& space, const std::string& className,
+                 const std::string& key, const std::string& content);
+
+/// OpenPegasus with its registrations in the namespace `interop`, and programs in a folder `programs`.
+void addPegasus(const FakeRoot& root, const std::string& interop = "root/PG_InterOp",
+                const std::string& programs = "/usr/bin");
+
+/// The library and the files that zeb-register gives to object managers, as a later release has them: with a
+/// class more.
+void upgrade(const FakeRoot& root);
+
+}  // namespace ZebManager
