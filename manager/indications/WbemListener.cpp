@@ -11,6 +11,7 @@ namespace ZebManager {
 namespace {
 
 constexpr std::size_t kLongestAnswer = 1U << 16;
+constexpr std::size_t kLongestHead = 1U << 16;
 constexpr long kOk = 200;
 
 curl_slist* exportHeaders() {
@@ -53,6 +54,8 @@ void WbemListener::prepare() {
   curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, _error);
   curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, takeAnswer);
   curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
+  curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, takeHead);
+  curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
   curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(_settings.connectTimeout.count()));
   curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(_settings.answerTimeout.count()));
   curl_easy_setopt(easy, CURLOPT_SSL_VERIFYPEER, _settings.verifyListeners ? 1L : 0L);
@@ -76,11 +79,19 @@ std::size_t WbemListener::takeAnswer(char* bytes, std::size_t size, std::size_t 
   return size * count;
 }
 
+/// Of the lines before the body, and of those behind it, which may go on for ever as well.
+std::size_t WbemListener::takeHead(char*, std::size_t size, std::size_t count, void* listener) {
+  std::size_t& bytes = static_cast<WbemListener*>(listener)->_headBytes;
+  bytes += size * count;
+  return bytes > kLongestHead ? 0 : size * count;
+}
+
 bool WbemListener::send(const QueuedIndication& indication) {
   const auto element = withSequence(indication.element, indication.context, indication.number);
   if (!element) return false;
   _request = exportMessage(std::to_string(indication.id), *element);
   _answer.clear();
+  _headBytes = 0;
   _error[0] = '\0';
   CURL* const easy = _easy.get();
   curl_easy_setopt(easy, CURLOPT_URL, _url.c_str());

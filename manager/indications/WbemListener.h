@@ -56,6 +56,7 @@ class WbemListener {
   };
 
   static std::size_t takeAnswer(char* bytes, std::size_t size, std::size_t count, void* listener);
+  static std::size_t takeHead(char* bytes, std::size_t size, std::size_t count, void* listener);
   void prepare();
   Outcome judge(CURLcode code) const;
 
@@ -66,6 +67,7 @@ class WbemListener {
   std::unique_ptr<curl_slist, Cleanup> _headers;
   std::string _request;
   std::string _answer;
+  std::size_t _headBytes = 0;
   char _error[CURL_ERROR_SIZE] = {};
   std::optional<std::int64_t> _sending;
   unsigned _failures = 0;

@@ -43,6 +43,30 @@ INSTANTIATE_TEST_SUITE_P(
                     TestListener::response("200 OK", std::string(70000, ' ')), "no HTTP at all\r\n\r\n",
                     TestListener::cimError()));
 
+/// An answer of which one part is much longer than any honest one.
+std::string endless(const std::string& part) {
+  constexpr char kChunked[] = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n";
+  if (part == "Body") return kChunked + std::string("40000\r\n") + std::string(0x40000, ' ');
+  std::string text = part == "Head" ? "HTTP/1.1 200 OK\r\n" : kChunked + std::string("0\r\n");
+  for (int i = 0; i < 50'000; ++i) text += "X-" + std::to_string(i) + ": " + std::string(20, 'x') + "\r\n";
+  return text;
+}
+
+class EndlessAnswers : public Deliveries, public testing::WithParamInterface<const char*> {};
+
+TEST_P(EndlessAnswers, AreNotReadToTheEnd) {
+  TestListener listener([](std::size_t number, const auto&) {
+    return number == 0 ? endless(GetParam()) : TestListener::acknowledgement();
+  });
+  start(listener.url());
+  deliver(1, 1);
+  EXPECT_TRUE(logs("its answer is too long; what is meant for it waits"));
+  EXPECT_TRUE(becomesEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, EndlessAnswers, testing::Values("Head", "Trailers", "Body"),
+                         [](const auto& tested) { return std::string(tested.param); });
+
 TEST_F(Deliveries, AreAcknowledgedByAnEmptyAnswer) {
   TestListener listener([](std::size_t, const auto&) { return TestListener::response("200 OK", ""); });
   start(listener.url());
