@@ -1,6 +1,7 @@
 #include "cimxml/ClassWriter.h"
 #include "cimxml/Document.h"
 #include "cimxml/Operations.h"
+#include "cimxml/PropertyNames.h"
 #include "cimxml/ValueWriter.h"
 
 namespace ZebManager {
@@ -25,7 +26,7 @@ using NamesAt = Reply (Namespace::*)(const CMPIObjectPath&, const AssociationFil
 bool appendClasses(const Request& request, ClassEnd end, const std::string& className, bool namesOnly,
                    std::string& out) {
   const ClassDef& asked = request.reader.classNamed(className);
-  const ClassView view = classView(request.parameters, false);
+  const ClassView view = classView(request.parameters, request.repository(), false);
   for (const ClassDef* found : classesAt(end, request.repository(), asked, filterOf(request))) {
     out += namesOnly ? "<OBJECTPATH>" : "<VALUE.OBJECTWITHPATH>";
     appendClassPath(out, request.nameSpace, found->name);
@@ -40,13 +41,15 @@ bool appendObjects(const Request& request, ClassEnd end, InstancesAt ask, std::s
   if (isNamed(object, "CLASSNAME")) {
     return appendClasses(request, end, object.attribute("NAME").value(), false, out);
   }
+  const AssociationFilter filter = filterOf(request);
   const auto given = request.parameters.names("PropertyList");
-  const NameList some(given.value_or(std::vector<std::string>()));
+  const NameList some(thoseOf(classesBelow(request.repository(), filter.resultClass),
+                              given.value_or(std::vector<std::string>())));
   InstanceView view;
   view.properties = given ? some.get() : nullptr;
   view.classOrigin = request.parameters.flag("IncludeClassOrigin", false);
   const ObjectPath& path = *request.reader.path(object);
-  const Reply reply = (request.target.*ask)(path, filterOf(request), view.properties).orThrow();
+  const Reply reply = (request.target.*ask)(path, filter, view.properties).orThrow();
   for (const CMPIData& item : reply.items()) {
     const Instance* const instance = as<Instance>(item.value.inst);
     if (!instance) continue;

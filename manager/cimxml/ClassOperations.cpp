@@ -71,12 +71,12 @@ bool getClass(const Request& request, std::string& out) {
   const std::string name = request.parameters.className("ClassName");
   const ClassDef* const found = request.repository().find(name);
   if (!found) throw CimError(CMPI_RC_ERR_NOT_FOUND, "there is no class '" + name + "'");
-  appendClass(out, *found, classView(request.parameters, true));
+  appendClass(out, *found, classView(request.parameters, request.repository(), true));
   return true;
 }
 
 bool enumerateClasses(const Request& request, std::string& out) {
-  const ClassView view = classView(request.parameters, true);
+  const ClassView view = classView(request.parameters, request.repository(), true);
   for (const ClassDef* def : askedClasses(request)) appendClass(out, *def, view);
   return true;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "cimxml/PropertyNames.h"
 #include "cimxml/ValueWriter.h"
 #include "cimxml/XmlText.h"
 
@@ -141,9 +142,11 @@ bool isWanted(const ClassView& view, const std::string& name) {
 
 }  // namespace
 
-ClassView classView(const Parameters& parameters, bool localOnly) {
+ClassView classView(const Parameters& parameters, const ClassRepository& repository, bool localOnly) {
+  auto names = parameters.names("PropertyList");
+  if (names) names = thoseOf(classesBelow(repository, {}), *names);
   return {parameters.flag("LocalOnly", localOnly), parameters.flag("IncludeQualifiers", localOnly),
-          parameters.flag("IncludeClassOrigin", false), parameters.names("PropertyList")};
+          parameters.flag("IncludeClassOrigin", false), std::move(names)};
 }
 
 void appendClass(std::string& out, const ClassDef& classDef, const ClassView& view) {

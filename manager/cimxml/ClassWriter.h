@@ -19,7 +19,7 @@ struct ClassView {
 };
 
 /// What a request asks for. `localOnly`: without a word of the request.
-ClassView classView(const Parameters& parameters, bool localOnly);
+ClassView classView(const Parameters& parameters, const ClassRepository& repository, bool localOnly);
 
 /// CLASS.
 void appendClass(std::string& out, const ClassDef& classDef, const ClassView& view);

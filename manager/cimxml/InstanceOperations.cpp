@@ -1,5 +1,6 @@
 #include "cimxml/Document.h"
 #include "cimxml/Operations.h"
+#include "cimxml/PropertyNames.h"
 #include "cimxml/ValueWriter.h"
 #include "values/Values.h"
 
@@ -9,8 +10,8 @@ namespace {
 /// Of a request that asks for instances. LocalOnly is not looked at: instances come with what they inherit.
 class Wanted {
  public:
-  explicit Wanted(const Parameters& parameters) : _given(parameters.names("PropertyList")) {
-    if (_given) _names.emplace(*_given);
+  Wanted(const Parameters& parameters, const std::vector<const ClassDef*>& classes) {
+    if (const auto given = parameters.names("PropertyList")) _names.emplace(thoseOf(classes, *given));
     view.properties = list();
     view.classOrigin = parameters.flag("IncludeClassOrigin", false);
   }
@@ -20,7 +21,6 @@ class Wanted {
   InstanceView view;
 
  private:
-  std::optional<std::vector<std::string>> _given;
   std::optional<NameList> _names;
 };
 
@@ -50,15 +50,16 @@ const PropertyDef& askedProperty(const Request& request, const ObjectPath& path)
 }  // namespace
 
 bool getInstance(const Request& request, std::string& out) {
-  const Wanted wanted(request.parameters);
-  const Reply reply = request.target.getInstance(askedPath(request), wanted.list()).orThrow();
+  const ObjectPath& path = askedPath(request);
+  const Wanted wanted(request.parameters, {&request.reader.classNamed(path.body().className)});
+  const Reply reply = request.target.getInstance(path, wanted.list()).orThrow();
   appendInstance(out, onlyInstance(reply, "").body(), wanted.view);
   return true;
 }
 
 bool enumerateInstances(const Request& request, std::string& out) {
   const ClassDef& asked = askedClass(request);
-  Wanted wanted(request.parameters);
+  Wanted wanted(request.parameters, classesBelow(request.repository(), asked.name));
   if (!request.parameters.flag("DeepInheritance", true)) wanted.view.only = &asked;
   const Reply reply = request.target.enumerateInstances(asked.name, wanted.list()).orThrow();
   for (const CMPIData& item : reply.items()) {
@@ -91,7 +92,8 @@ bool createInstance(const Request& request, std::string& out) {
 }
 
 bool modifyInstance(const Request& request, std::string&) {
-  const Wanted wanted(request.parameters);
+  const auto listed = request.parameters.names("PropertyList");
+  const NameList names(distinct(listed.value_or(std::vector<std::string>())));
   const pugi::xml_node named = request.parameters.required("ModifiedInstance");
   if (!isNamed(named, "VALUE.NAMEDINSTANCE")) {
     throw CimError(CMPI_RC_ERR_INVALID_PARAMETER, "an instance with its name is expected");
@@ -99,7 +101,7 @@ bool modifyInstance(const Request& request, std::string&) {
   const pugi::xml_node name = firstElement(named);
   const ObjectPath& path = *request.reader.path(name);
   const Instance& instance = *request.reader.instance(nextElement(name), &path);
-  static_cast<void>(request.target.modifyInstance(path, instance, wanted.list()).orThrow());
+  static_cast<void>(request.target.modifyInstance(path, instance, listed ? names.get() : nullptr).orThrow());
   return false;
 }
 

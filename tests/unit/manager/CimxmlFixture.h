@@ -3,7 +3,9 @@
 
 #include <gmock/gmock.h>
 
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "cimxml/Answer.h"
 #include "values/CallMemory.h"
@@ -24,19 +26,20 @@ inline constexpr char kSchema[] = R"(
 class Store : public Namespace {
  public:
   const ClassRepository& repository() const override { return _repository; }
-  Reply enumerateInstances(std::string_view, PropertyList) override { return stored(); }
+  Reply enumerateInstances(std::string_view, PropertyList properties) override { return stored(properties); }
   Reply enumerateInstanceNames(std::string_view) override { return refused(); }
-  Reply getInstance(const CMPIObjectPath&, PropertyList) override { return stored(); }
+  Reply getInstance(const CMPIObjectPath&, PropertyList properties) override { return stored(properties); }
   Reply createInstance(const CMPIObjectPath&, const CMPIInstance& instance) override {
     _instance = makeHandle<Instance>(_arena, copyInstance(_arena, as<Instance>(&instance)->body()));
     return {};
   }
-  Reply modifyInstance(const CMPIObjectPath&, const CMPIInstance&, PropertyList) override {
+  Reply modifyInstance(const CMPIObjectPath&, const CMPIInstance&, PropertyList properties) override {
+    stored(properties);
     return refused();
   }
   Reply deleteInstance(const CMPIObjectPath&) override { return refused(); }
-  Reply associators(const CMPIObjectPath&, const AssociationFilter&, PropertyList) override {
-    return stored();
+  Reply associators(const CMPIObjectPath&, const AssociationFilter&, PropertyList properties) override {
+    return stored(properties);
   }
   Reply associatorNames(const CMPIObjectPath&, const AssociationFilter&) override { return refused(); }
   Reply references(const CMPIObjectPath&, const AssociationFilter&, PropertyList) override {
@@ -56,6 +59,9 @@ class Store : public Namespace {
     return reply;
   }
 
+  /// The list of properties that the last operation came with.
+  std::optional<std::vector<std::string>> asked;
+
  private:
   /// Two instances in an array.
   void addParts(CMPIArgs& out) {
@@ -71,7 +77,10 @@ class Store : public Namespace {
     out.ft->addArg(&out, "Parts", &data.value, data.type);
   }
 
-  Reply stored() {
+  Reply stored(PropertyList properties) {
+    asked.reset();
+    if (properties) asked.emplace();
+    for (; properties && *properties; ++properties) asked->emplace_back(*properties);
     Reply reply;
     if (_instance) reply.result()->body().append(dataOf(_instance));
     return reply;

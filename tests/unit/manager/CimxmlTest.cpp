@@ -62,6 +62,39 @@ TEST_F(CimxmlTest, PropertiesAreNarrowedByListAndByClass) {
   EXPECT_THAT(shallow, Not(HasSubstr("NAME=\"Big\"")));
 }
 
+std::string listOf(const std::vector<std::string>& names) {
+  std::string values;
+  for (const std::string& name : names) values += "<VALUE>" + name + "</VALUE>";
+  return parameter("PropertyList", "<VALUE.ARRAY>" + values + "</VALUE.ARRAY>");
+}
+
+/// However long a list is, a namespace is asked for each property that there can be, and once.
+TEST_F(CimxmlTest, NamesThatNoClassHasAreNotAskedFor) {
+  std::vector<std::string> names;
+  for (int i = 0; i < 20'000; ++i)
+    names.insert(names.end(), {"No" + std::to_string(i), "big", "BIG", "Words"});
+  const std::string asked = listOf(names);
+  ask("GetInstance", parameter("InstanceName", kName) + asked);
+  EXPECT_THAT(_store.asked, testing::Optional(testing::ElementsAre("big")));
+  ask("EnumerateInstances", parameter("ClassName", "<CLASSNAME NAME=\"T_Base\"/>") + asked);
+  EXPECT_THAT(_store.asked, testing::Optional(testing::ElementsAre("big"))) << "a subclass has it";
+  ask("Associators", parameter("ObjectName", kName) + asked);
+  EXPECT_THAT(_store.asked, testing::Optional(testing::ElementsAre("big", "Words")));
+  ask("GetInstance", parameter("InstanceName", kName) + listOf({"Nothing else"}));
+  EXPECT_THAT(_store.asked, testing::Optional(testing::IsEmpty()));
+  ask("GetInstance", parameter("InstanceName", kName));
+  EXPECT_EQ(_store.asked, std::nullopt);
+}
+
+/// What is no property is for whoever modifies to refuse.
+TEST_F(CimxmlTest, NamesToModifyArriveOnceEach) {
+  ask("ModifyInstance",
+      parameter("ModifiedInstance",
+                "<VALUE.NAMEDINSTANCE>" + kName + "<INSTANCE CLASSNAME=\"T_Thing\"/></VALUE.NAMEDINSTANCE>") +
+          listOf({"Small", "Unknown", "small", "Big", "UNKNOWN"}));
+  EXPECT_THAT(_store.asked, testing::Optional(testing::ElementsAre("Small", "Unknown", "Big")));
+}
+
 TEST_F(CimxmlTest, OriginsAreNamedWhenAskedFor) {
   stored(property("Small", "1"));
   EXPECT_THAT(ask("GetInstance",
