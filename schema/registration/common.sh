@@ -26,6 +26,7 @@ program() {
   for folder in "$@" /usr/bin /usr/sbin /usr/local/bin /usr/local/sbin /opt/tog-pegasus/bin /bin /sbin; do
     [ -x "$(within "$folder")/$name" ] && { echo "$(within "$folder")/$name"; return; }
   done
+  [ -n "$root" ] || command -v "$name"
 }
 
 exists() { [ -e "$1" ] || [ -L "$1" ]; }
