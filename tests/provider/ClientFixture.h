@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "ProviderFixture.h"
+#include "monitor/LinkWatch.h"
 #include "provider/EntryPoints.h"
 
 namespace ZEB::test {
@@ -16,14 +17,26 @@ class ClientTest : public ProviderTest {
   void start() {
     FakeBroker::Call call(broker);
     interface = _Generic_Create_InstanceMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr);
+    methods = _Generic_Create_MethodMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr);
   }
   void stop() {
     FakeBroker::Call call(broker);
     interface->ft->cleanup(interface, &call.context(), 1);
+    methods->ft->cleanup(methods, &call.context(), 1);
   }
   void restart() {
     stop();
     start();
+  }
+
+  /// A pass of the background work, whatever the interval.
+  void pass() {
+    _netlinkEvent = true;
+    FakeBroker::Call call(broker);
+    const CMPIStatus status = methods->ft->invokeMethod(methods, &call.context(), &call.result(),
+                                                        call.path({"root/jxv", "ZEB_AutoStartEthernetPort"}),
+                                                        "PerformWork", call.args(), call.args());
+    EXPECT_EQ(status.rc, CMPI_RC_OK);
   }
 
   std::vector<CmpiInstance> enumerate(const char* className) {
@@ -67,6 +80,7 @@ class ClientTest : public ProviderTest {
   }
 
   CMPIInstanceMI* interface = nullptr;
+  CMPIMethodMI* methods = nullptr;
 };
 
 }  // namespace ZEB::test
