@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "SnapshotBuilder.h"
-#include "kernel/EthtoolIoctl.h"
+#include "kernel/DriverCounters.h"
 #include "kernel/Hardware.h"
 
 namespace ZEB::ethernet::test {

@@ -63,8 +63,8 @@ void DeviceMemory::addCounters(std::vector<InterfaceCounters>& interfaces) {
 }
 
 void DeviceMemory::addCounters(Device& device, MacStatistics& statistics) const {
-  const bool standardGroup = statistics != MacStatistics{};
-  if (standardGroup || !device.counters || device.counters->places.empty()) return;
+  const auto lacking = [&](const CounterPlaces::Place& place) { return !(statistics.*place.counter); };
+  if (!device.counters || std::ranges::none_of(device.counters->places, lacking)) return;
   if (!_ioctl.readCounters(device.interface, *device.counters, statistics)) {
     device.counters = _ioctl.counters(device.interface);
   }

@@ -18,13 +18,16 @@ namespace ZEB::ethernet {
 /// asked for again when the interface comes up, since some drivers load the firmware only then.
 class DeviceMemory {
  public:
+  explicit DeviceMemory(EthtoolIoctl& ioctl) : _ioctl(ioctl) {}
+
   /// Adds what is known to the links, and forgets devices that are not among them.
   void completeAll(std::vector<LinkFacts>& links);
   /// Adds what is known to one link.
   void complete(LinkFacts& link);
 
   bool empty() const { return _devices.empty(); }
-  /// Adds the counters that only drivers know to those of interfaces that are still called what they were.
+  /// Adds the counters that only drivers know, one by one, to those of interfaces that are still called what
+  /// they were.
   void addCounters(std::vector<InterfaceCounters>& interfaces);
 
  private:
@@ -41,7 +44,7 @@ class DeviceMemory {
   Device& remembered(const LinkFacts& link, std::unique_ptr<HardwareReader>& reader);
   void addCounters(Device& device, MacStatistics& statistics) const;
 
-  EthtoolIoctl _ioctl;
+  EthtoolIoctl& _ioctl;
   std::unordered_map<std::uint32_t, Device> _devices;  ///< by interface number; those with hardware only
 };
 

@@ -37,7 +37,8 @@ class KernelSource : public HostSource {
 
   std::unique_ptr<Listener> _listener;
   std::unique_ptr<KernelQueries> _queries;
-  DeviceMemory _devices;
+  EthtoolIoctl _ioctl;
+  DeviceMemory _devices{_ioctl};
   /// Default routes as of the last dump of them; nothing once some may have changed. A question about one
   /// interface then needs no walk over the whole routing table.
   std::optional<std::vector<RouteFacts>> _routes;

@@ -1,0 +1,45 @@
+#include <gtest/gtest.h>
+
+#include "FakeDriver.h"
+#include "SnapshotBuilder.h"
+#include "kernel/DeviceMemory.h"
+
+namespace ZEB::ethernet::test {
+namespace {
+
+TEST(DeviceMemory, MergesTheDriversCountersOneByOne) {
+  FakeDriver driver;
+  driver.counters = {{"rx_packets", 1}, {"rx_crc_errors", 20}, {"tx_deferred", 30}};
+  EthtoolIoctl ioctl(driver.call());
+  DeviceMemory memory(ioctl);
+
+  LinkFacts link = pciPort(2, "eth0", "0000:ff:1f.7");
+  link.ethtool.mac.fcsErrors = 5;
+  memory.complete(link);
+  EXPECT_EQ(link.ethtool.mac.fcsErrors, 5u) << "the standard group has it";
+  EXPECT_EQ(link.ethtool.mac.deferred, 30u) << "only the driver has it";
+  EXPECT_FALSE(link.ethtool.mac.alignmentErrors) << "nobody has it";
+
+  std::vector<InterfaceCounters> counters = {{2, {}, {}}, {3, {}, {}}};
+  counters[0].mac.deferred = 6;
+  memory.addCounters(counters);
+  EXPECT_EQ(counters[0].mac.deferred, 6u);
+  EXPECT_EQ(counters[0].mac.fcsErrors, 20u);
+  EXPECT_EQ(counters[1].mac, MacStatistics{});
+}
+
+TEST(DeviceMemory, DoesNotAskForCountersThatTheStandardGroupHas) {
+  FakeDriver driver;
+  driver.counters = {{"rx_crc_errors", 20}, {"tx_deferred", 30}};
+  EthtoolIoctl ioctl(driver.call());
+  DeviceMemory memory(ioctl);
+  LinkFacts link = pciPort(2, "eth0", "0000:ff:1f.7");
+  link.ethtool.mac.fcsErrors = 0;
+  link.ethtool.mac.deferred = 0;
+  memory.complete(link);
+  EXPECT_EQ(driver.counterReads, 0);
+  EXPECT_EQ(link.ethtool.mac.fcsErrors, 0u);
+}
+
+}  // namespace
+}  // namespace ZEB::ethernet::test
