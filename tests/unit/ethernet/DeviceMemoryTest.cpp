@@ -41,5 +41,19 @@ TEST(DeviceMemory, DoesNotAskForCountersThatTheStandardGroupHas) {
   EXPECT_EQ(link.ethtool.mac.fcsErrors, 0u);
 }
 
+TEST(DeviceMemory, KnowsTheAddressBurntInWhereTheLinkDoesNot) {
+  FakeDriver driver;
+  driver.permanentAddress = {0x00, 0x1A, 0x2B, 0x3C, 0x4D, 0x5E};
+  EthtoolIoctl ioctl(driver.call());
+  DeviceMemory memory(ioctl);
+  LinkFacts silent = pciPort(2, "eth0", "0000:ff:1f.7");
+  memory.complete(silent);
+  EXPECT_EQ(silent.permanentAddress, parseHardwareAddress("00:1a:2b:3c:4d:5e"));
+  LinkFacts outspoken = pciPort(3, "eth1", "0000:ff:1f.6");
+  outspoken.permanentAddress = parseHardwareAddress("02:00:00:00:00:01");
+  memory.complete(outspoken);
+  EXPECT_EQ(outspoken.permanentAddress, parseHardwareAddress("02:00:00:00:00:01"));
+}
+
 }  // namespace
 }  // namespace ZEB::ethernet::test

@@ -2,10 +2,12 @@
 
 #include <linux/ethtool.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -17,6 +19,13 @@ namespace ZEB::ethernet::test {
 struct FakeDriver {
   std::string name = "fake", version, firmwareVersion;
   std::vector<std::pair<std::string, std::uint64_t>> counters;
+  std::vector<std::uint8_t> permanentAddress;
+  std::optional<std::uint32_t> speed;
+  std::uint8_t duplex = DUPLEX_FULL, port = PORT_FIBRE;
+  std::vector<std::uint32_t> supported, advertised;
+  std::optional<bool> linkDetected;
+  std::optional<std::pair<std::uint32_t, std::uint32_t>> wakeOnLan;  ///< supported, enabled
+  std::optional<std::pair<std::uint32_t, bool>> energyEfficient;     ///< supported, enabled
   int counterReads = 0;
 
   EthtoolCall call() {
@@ -52,9 +61,53 @@ struct FakeDriver {
           reinterpret_cast<std::uint64_t*>(stats.data)[i] = counters[i].second;
         return true;
       }
+      case ETHTOOL_GPERMADDR: {
+        auto& address = as<ethtool_perm_addr>(command);
+        if (address.size < permanentAddress.size()) return false;
+        address.size = static_cast<std::uint32_t>(permanentAddress.size());
+        std::ranges::copy(permanentAddress, address.data);
+        return true;
+      }
+      default:
+        return answerSettings(command);
+    }
+  }
+
+  bool answerSettings(void* command) {
+    switch (as<std::uint32_t>(command)) {
+      case ETHTOOL_GLINKSETTINGS:
+        return speed && answerLink(as<ethtool_link_settings>(command));
+      case ETHTOOL_GLINK:
+        as<ethtool_value>(command).data = linkDetected.value_or(false);
+        return linkDetected.has_value();
+      case ETHTOOL_GWOL:
+        if (wakeOnLan)
+          std::tie(as<ethtool_wolinfo>(command).supported, as<ethtool_wolinfo>(command).wolopts) = *wakeOnLan;
+        return wakeOnLan.has_value();
+      case ETHTOOL_GEEE:
+        if (energyEfficient)
+          std::tie(as<ethtool_eee>(command).supported, as<ethtool_eee>(command).eee_enabled) =
+              *energyEfficient;
+        return energyEfficient.has_value();
       default:
         return false;
     }
+  }
+
+  /// As the kernel does: who offers sets of another length is told the right one and nothing else.
+  bool answerLink(ethtool_link_settings& settings) const {
+    const auto words = static_cast<std::int8_t>(supported.size());
+    if (settings.link_mode_masks_nwords != words) {
+      settings.link_mode_masks_nwords = static_cast<std::int8_t>(-words);
+      return true;
+    }
+    settings.speed = *speed;
+    settings.duplex = duplex;
+    settings.port = port;
+    settings.autoneg = AUTONEG_ENABLE;
+    std::ranges::copy(supported, settings.link_mode_masks);
+    std::ranges::copy(advertised, settings.link_mode_masks + words);
+    return true;
   }
 };
 

@@ -36,18 +36,20 @@ void DeviceMemory::complete(LinkFacts& link, std::unique_ptr<HardwareReader>& re
   Device& device = remembered(link, reader);
   link.hardware = device.hardware;
   link.driver = device.driver;
+  if (!link.permanentAddress) link.permanentAddress = device.permanentAddress;
   addCounters(device, link.ethtool.mac);
 }
 
 DeviceMemory::Device& DeviceMemory::remembered(const LinkFacts& link,
                                                std::unique_ptr<HardwareReader>& reader) {
   Device& device = _devices[link.index];
-  const bool known = device.hardware && device.bus == link.parentBus && device.name == link.parentDevice &&
-                     device.interface == link.name;
+  const bool known =
+      device.bus == link.parentBus && device.name == link.parentDevice && device.interface == link.name;
   if (!known) {
-    if (!reader) reader = std::make_unique<HardwareReader>();
-    device = {link.parentBus,           link.parentDevice,         link.name, isUp(link), reader->read(link),
-              _ioctl.driver(link.name), _ioctl.counters(link.name)};
+    if (!reader) reader = std::make_unique<HardwareReader>(_root);
+    device = {link.parentBus,           link.parentDevice,          link.name, isUp(link), reader->read(link),
+              _ioctl.driver(link.name), _ioctl.counters(link.name), {}};
+    if (!link.permanentAddress) device.permanentAddress = _ioctl.permanentAddress(link.name);
     return device;
   }
   const bool cameUp = !std::exchange(device.up, isUp(link)) && device.up;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <unordered_map>
@@ -18,7 +19,9 @@ namespace ZEB::ethernet {
 /// asked for again when the interface comes up, since some drivers load the firmware only then.
 class DeviceMemory {
  public:
-  explicit DeviceMemory(EthtoolIoctl& ioctl) : _ioctl(ioctl) {}
+  /// `root` is where "sys" is found.
+  explicit DeviceMemory(EthtoolIoctl& ioctl, std::filesystem::path root = "/")
+      : _ioctl(ioctl), _root(std::move(root)) {}
 
   /// Adds what is known to the links, and forgets devices that are not among them.
   void completeAll(std::vector<LinkFacts>& links);
@@ -38,6 +41,7 @@ class DeviceMemory {
     std::shared_ptr<const HardwareFacts> hardware;
     std::shared_ptr<const DriverFacts> driver;
     std::optional<CounterPlaces> counters;
+    std::optional<HardwareAddress> permanentAddress;  ///< where the link has none: kernels before 5.6
   };
 
   void complete(LinkFacts& link, std::unique_ptr<HardwareReader>& reader);
@@ -45,6 +49,7 @@ class DeviceMemory {
   void addCounters(Device& device, MacStatistics& statistics) const;
 
   EthtoolIoctl& _ioctl;
+  std::filesystem::path _root;
   std::unordered_map<std::uint32_t, Device> _devices;  ///< by interface number; those with hardware only
 };
 

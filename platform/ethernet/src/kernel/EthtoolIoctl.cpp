@@ -9,6 +9,7 @@
 #include <cstring>
 #include <vector>
 
+#include "kernel/IoctlDecoders.h"
 #include "posix/FileDescriptor.h"
 
 namespace ZEB::ethernet {
@@ -30,6 +31,16 @@ std::optional<std::string> driverText(const char* text, std::size_t size) {
 template <class Command>
 std::vector<std::uint64_t> room(std::size_t bytes) {
   return std::vector<std::uint64_t>((sizeof(Command) + bytes + 7) / 8);
+}
+
+/// The three sets of link modes, each as long as its length can say.
+constexpr std::size_t kModeSets = 3 * std::size_t{127} * sizeof(std::uint32_t);
+
+constexpr std::size_t kLongestAddress = 32;
+
+template <class Command>
+Bytes bytesOf(const Command& command) {
+  return std::as_bytes(std::span(&command, 1));
 }
 
 }  // namespace
@@ -85,6 +96,47 @@ bool EthtoolIoctl::readCounters(const std::string& interface, const CounterPlace
     if (!counter) counter = values[place.position];
   }
   return true;
+}
+
+std::optional<HardwareAddress> EthtoolIoctl::permanentAddress(const std::string& interface) const {
+  auto memory = room<ethtool_perm_addr>(kLongestAddress);
+  auto* address = reinterpret_cast<ethtool_perm_addr*>(memory.data());
+  address->cmd = ETHTOOL_GPERMADDR;
+  address->size = kLongestAddress;
+  if (!_call(interface, address)) return std::nullopt;
+  return decodePermanentAddress(std::as_bytes(std::span(memory)));
+}
+
+void EthtoolIoctl::addSettings(LinkFacts& link) {
+  addLinkSettings(link);
+  // Virtual interfaces have no answer to the rest.
+  if (!link.parentDevice) {
+    link.ethtool.media.reset();
+    return;
+  }
+  ethtool_value detected{};
+  detected.cmd = ETHTOOL_GLINK;
+  if (_call(link.name, &detected)) link.ethtool.linkDetected = detected.data != 0;
+  ethtool_wolinfo wake{};
+  wake.cmd = ETHTOOL_GWOL;
+  if (_call(link.name, &wake)) mergeWakeOnLan(bytesOf(wake), link.ethtool);
+  ethtool_eee energy{};
+  energy.cmd = ETHTOOL_GEEE;
+  if (_call(link.name, &energy)) mergeEnergyEfficiency(bytesOf(energy), link.ethtool);
+}
+
+/// A kernel that is offered sets of another length than its own says its own, as a negative number.
+void EthtoolIoctl::addLinkSettings(LinkFacts& link) {
+  for (int i = 0; i < 2; ++i) {
+    auto memory = room<ethtool_link_settings>(kModeSets);
+    auto* settings = reinterpret_cast<ethtool_link_settings*>(memory.data());
+    settings->cmd = ETHTOOL_GLINKSETTINGS;
+    settings->link_mode_masks_nwords = _modeWords;
+    if (!_call(link.name, settings)) return;
+    if (settings->link_mode_masks_nwords > 0)
+      return mergeLinkSettings(std::as_bytes(std::span(memory)), link.ethtool);
+    _modeWords = static_cast<std::int8_t>(-settings->link_mode_masks_nwords);
+  }
 }
 
 }  // namespace ZEB::ethernet

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -30,9 +31,17 @@ class EthtoolIoctl {
   /// those; then nothing is filled.
   bool readCounters(const std::string& interface, const CounterPlaces& places,
                     MacStatistics& statistics) const;
+  std::optional<HardwareAddress> permanentAddress(const std::string& interface) const;
+
+  /// Adds what ethtool's netlink says of a link, for kernels that have none: as much of it as there is an
+  /// ioctl for.
+  void addSettings(LinkFacts& link);
 
  private:
+  void addLinkSettings(LinkFacts& link);
+
   EthtoolCall _call;
+  std::int8_t _modeWords = 0;  ///< in each of the kernel's sets of link modes; 0 until it has said how many
 };
 
 }  // namespace ZEB::ethernet
