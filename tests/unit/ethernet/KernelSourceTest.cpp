@@ -86,5 +86,18 @@ TEST_F(OldKernel, ACardThatIsPluggedInIsSeen) {
   EXPECT_EQ(buildModel(readAll(), false)->adapters.size(), 2u);
 }
 
+TEST_F(KernelSourceTest, ATeamInABridgeHasTheBridgesGatewayHoweverItIsAsked) {
+  kernel.links[5] = kindPayload(5, "br0", "bridge");
+  MessageBuilder team = kindPayload(6, "bond0", "bond");
+  kernel.links[6] = team.number(IFLA_MASTER, 5u);
+  kernel.addresses = {addressPayload(5, {10, 0, 0, 5}, 8)};
+  kernel.routes = {routePayload(5, {10, 0, 0, 1})};
+  const auto whole = buildModel(readAll(), false);
+  ASSERT_EQ(whole->teams.size(), 1u);
+  const route_t expected{"ipv4", "10.0.0.1", "255.0.0.0", 8};
+  EXPECT_EQ(whole->teams[0].facts->gateway, expected);
+  EXPECT_EQ(oneTeam(readOne(6), *whole->teams[0].facts)->gateway, expected);
+}
+
 }  // namespace
 }  // namespace ZEB::ethernet::test

@@ -212,7 +212,8 @@ Outcome<HostSnapshot> KernelSource::askOne(std::uint32_t index) {
     if (!members) return members.failure();
     for (LinkFacts& member : *members) addSettings(member);
     snapshot.links = std::move(*members);
-  } else if (own.masterIndex && !own.bondMember) {
+  }
+  if (own.masterIndex && !own.bondMember) {
     auto master = _kernel->queries->link(*own.masterIndex);
     if (!master) return master.failure();
     withLayers.push_back(*own.masterIndex);
