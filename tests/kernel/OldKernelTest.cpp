@@ -51,6 +51,10 @@ TEST(OldKernel, VirtualInterfacesHaveTheSameSettings) {
   });
 }
 
+TEST(OldKernel, CardsHaveTheSameSettings) {
+  expectSameSettings();
+}
+
 TEST(OldKernel, SysfsHasTheSameDevicesBehindInterfaces) {
   const HostSnapshot today = readAll();
   ParentDevices parents;

@@ -23,7 +23,7 @@ struct EthtoolQuestion {
   std::uint8_t reply;        ///< ETHTOOL_MSG_*_GET_REPLY
   std::uint16_t header;      ///< number of the attribute that names the interface
   std::uint16_t statistics;  ///< number of the attribute that picks the groups; 0 for none
-  bool hardwareOnly;         ///< virtual interfaces have no answer
+  bool hardwareOnly;         ///< asked of no virtual interface, whose answers say nothing
   void (*merge)(Bytes attributes, EthtoolFacts& facts);
 };
 
