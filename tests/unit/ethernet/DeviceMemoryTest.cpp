@@ -41,6 +41,27 @@ TEST(DeviceMemory, DoesNotAskForCountersThatTheStandardGroupHas) {
   EXPECT_EQ(link.ethtool.mac.fcsErrors, 0u);
 }
 
+TEST(DeviceMemory, AsksForVersionsAgainWhenTheLinkComesUp) {
+  FakeDriver driver;
+  driver.firmwareVersion = "1.0";
+  EthtoolIoctl ioctl(driver.call());
+  DeviceMemory memory(ioctl);
+  const auto firmwareWith = [&](std::uint32_t flags) {
+    LinkFacts link = pciPort(2, "eth0", "0000:ff:1f.7");
+    link.flags = flags;
+    memory.complete(link);
+    return link.driver->firmwareVersion;
+  };
+  EXPECT_EQ(firmwareWith(IFF_UP | IFF_LOWER_UP), "1.0");
+  driver.firmwareVersion = "2.0";
+  EXPECT_EQ(firmwareWith(IFF_UP | IFF_LOWER_UP), "1.0") << "nothing happened";
+  EXPECT_EQ(firmwareWith(IFF_UP), "1.0");
+  EXPECT_EQ(firmwareWith(IFF_UP | IFF_LOWER_UP), "2.0");
+  driver.firmwareVersion = "3.0";
+  EXPECT_EQ(firmwareWith(0), "2.0");
+  EXPECT_EQ(firmwareWith(IFF_UP), "3.0");
+}
+
 TEST(DeviceMemory, KnowsTheAddressBurntInWhereTheLinkDoesNot) {
   FakeDriver driver;
   driver.permanentAddress = {0x00, 0x1A, 0x2B, 0x3C, 0x4D, 0x5E};

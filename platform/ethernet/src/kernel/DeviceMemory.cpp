@@ -8,8 +8,9 @@
 namespace ZEB::ethernet {
 namespace {
 
-bool isUp(const LinkFacts& link) {
-  return (link.flags.value_or(0) & IFF_UP) != 0;
+/// What of its coming up a link has behind it.
+std::uint32_t upFlags(const LinkFacts& link) {
+  return link.flags.value_or(0) & (IFF_UP | IFF_LOWER_UP);
 }
 
 }  // namespace
@@ -47,13 +48,16 @@ DeviceMemory::Device& DeviceMemory::remembered(const LinkFacts& link,
       device.bus == link.parentBus && device.name == link.parentDevice && device.interface == link.name;
   if (!known) {
     if (!reader) reader = std::make_unique<HardwareReader>(_root);
-    device = {link.parentBus,           link.parentDevice,          link.name, isUp(link), reader->read(link),
-              _ioctl.driver(link.name), _ioctl.counters(link.name), {}};
+    device = {
+        link.parentBus,           link.parentDevice,          link.name, upFlags(link), reader->read(link),
+        _ioctl.driver(link.name), _ioctl.counters(link.name), {}};
     if (!link.permanentAddress) device.permanentAddress = _ioctl.permanentAddress(link.name);
     return device;
   }
-  const bool cameUp = !std::exchange(device.up, isUp(link)) && device.up;
-  if (cameUp && !(device.driver && device.driver->firmwareVersion)) device.driver = _ioctl.driver(link.name);
+  const std::uint32_t before = std::exchange(device.up, upFlags(link));
+  if ((device.up & ~before) != 0) {
+    if (auto driver = _ioctl.driver(link.name)) device.driver = std::move(driver);
+  }
   return device;
 }
 

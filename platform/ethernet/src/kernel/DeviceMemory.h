@@ -15,8 +15,8 @@ namespace ZEB::ethernet {
 
 /// Remembers what does not change while a device lives: its hardware, its driver and where the driver keeps
 /// its counters. Asks for it when a device is seen first and when it was renamed, as most are as soon as they
-/// are there: questions by the old name may have come too late. A firmware's version that is not known is
-/// asked for again when the interface comes up, since some drivers load the firmware only then.
+/// are there: questions by the old name may have come too late. The driver is asked for its versions again
+/// when the interface or its link comes up, since firmware is loaded and exchanged then.
 class DeviceMemory {
  public:
   /// `root` is where "sys" is found.
@@ -37,7 +37,7 @@ class DeviceMemory {
   struct Device {
     std::optional<std::string> bus, name;  ///< tell a device from a later one with the same number
     std::string interface;
-    bool up = false;
+    std::uint32_t up = 0;
     std::shared_ptr<const HardwareFacts> hardware;
     std::shared_ptr<const DriverFacts> driver;
     std::optional<CounterPlaces> counters;
