@@ -3,11 +3,7 @@
 
 #include <csignal>
 
-#include "ClientFixture.h"
-#include "PlayedHost.h"
-#include "common/DataStore.h"
-#include "support/FilesInMemory.h"
-#include "support/StoreTrouble.h"
+#include "StoresFixture.h"
 
 // Stores that another process writes to, that are damaged, or that have no room, as a client of the object
 // manager sees it.
@@ -17,42 +13,11 @@ namespace {
 
 using CmpiCpp::CmpiData;
 using std::chrono::milliseconds;
-using testing::HasSubstr;
 
-constexpr const char* kSettings = "ZEB_EthEventSettings";
-constexpr const char* kFilters = "ZEBEthernetPort";
-
-/// eth0 works, eth1 has no carrier.
-class SharedStoresTest : private FilesInMemory, public ClientTest {
+class SharedStoresTest : public StoresTest {
  protected:
-  SharedStoresTest() : host(folder / "host.json") {
-    host.addPort(2, "eth0");
-    host.addPort(3, "eth1");
-    host.link("eth1").carrier = false;
-    host.play();
-    configure("ZEB_SOURCE_FILE", host.file().string());
-    start();
-  }
+  SharedStoresTest() : StoresTest(2) { start(); }
   ~SharedStoresTest() override { stop(); }
-
-  std::string file(const std::string& store) const { return (folder / "store" / (store + ".db")).string(); }
-
-  /// What `zebcim modify` does beside the object manager.
-  static void setElsewhere(const char* store, const std::string& key, std::uint32_t value) {
-    ASSERT_EQ(ChildProcess([&] {
-                makeDataStore(store)->setUInt32(key, value);
-                return 0;
-              }).wait(),
-              0);
-  }
-
-  CmpiData setting(const char* name) { return only(kSettings).getProperty(name); }
-  CMPIrc set(const char* name, const CmpiData& value) { return change(only(kSettings), name, value); }
-  bool included(int port) { return membershipOfPort(port).getProperty("Included").asBoolean(); }
-  CMPIrc include(int port, bool value) { return change(membershipOfPort(port), "Included", value); }
-  std::string keyOf(int port) { return membershipOfPort(port).getProperty("Member").asReference().str(); }
-
-  PlayedHost host;
 };
 
 // --- two processes ---
