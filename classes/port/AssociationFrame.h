@@ -23,8 +23,6 @@ struct AssociationClass {
 class AssociationFrame : public CmpiManagedInstanceAssociation {
  public:
   ~AssociationFrame() override;
-  AssociationFrame(const AssociationFrame&) = delete;
-  AssociationFrame& operator=(const AssociationFrame&) = delete;
 
   CmpiCpp::CmpiObjectPath makeObjectPath() override;
   std::size_t pathHash() override;

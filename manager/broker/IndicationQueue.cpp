@@ -20,12 +20,25 @@ void IndicationQueue::close() {
   _waiting.clear();
 }
 
+void IndicationQueue::shut() {
+  const std::lock_guard lock(_mutex);
+  _shut = true;
+  _woken = true;
+  _changed.notify_all();
+}
+
+bool IndicationQueue::isOver() const {
+  const std::lock_guard lock(_mutex);
+  return _shut && _waiting.empty();
+}
+
 bool IndicationQueue::deliver(const Instance& indication) {
   auto delivered = std::make_unique<DeliveredIndication>();
   delivered->instance =
       makeHandle<Instance>(delivered->arena, copyInstance(delivered->arena, indication.body()));
   delivered->arrival = std::chrono::system_clock::now();
   const std::lock_guard lock(_mutex);
+  if (_shut) return false;
   if (!_open) return true;
   if (_waiting.size() >= kMostWaiting) return false;
   _waiting.push_back(std::move(delivered));

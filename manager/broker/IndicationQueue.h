@@ -27,7 +27,12 @@ class IndicationQueue {
   void open();
   void close();
 
-  /// False when the queue is full: nothing was taken.
+  /// From now on nothing is taken; what waits stays.
+  void shut();
+  /// Whether nothing waits in a queue that is shut.
+  bool isOver() const;
+
+  /// False when the queue is full or shut: nothing was taken.
   bool deliver(const Instance& indication);
 
   /// The oldest indication; null when none comes within the time or `wake` was called.
@@ -35,10 +40,11 @@ class IndicationQueue {
   void wake();
 
  private:
-  std::mutex _mutex;
+  mutable std::mutex _mutex;
   std::condition_variable _changed;
   std::deque<std::unique_ptr<DeliveredIndication>> _waiting;
   bool _open = false;
+  bool _shut = false;
   bool _woken = false;
 };
 

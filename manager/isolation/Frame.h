@@ -4,7 +4,6 @@
 // ends run on it) and the body.
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <memory>
@@ -25,8 +24,12 @@ struct Frame {
     Ready,        ///< from the provider: the plug-in is loaded
     Answer,       ///< from the provider: of the message with this number
     Refusal,      ///< from the provider: why the message with this number got no answer
-    Indication,   ///< from the provider: names of filters, then the element; its time in µs since the epoch
+    Indication,   ///< from the provider: names of filters, then the element
     Fault,        ///< from the provider: why it cannot start
+    AskPulse,     ///< to the provider: how are calls getting on?
+    Pulse,        ///< from the provider: see `Pulse`
+    Retire,       ///< to the provider: take no indication from the plug-in any more
+    Retired,      ///< from the provider: none is taken any more; then, with 1: and all were sent
     Login,        ///< to the process that judges logins: an attempt
     Verdict,      ///< from that process: the number is the verdict
   };
@@ -95,11 +98,6 @@ class FrameSender {
   std::mutex _mutex;
   const int _socket;
 };
-
-inline std::uint64_t microsecondsOf(std::chrono::system_clock::time_point time) {
-  return static_cast<std::uint64_t>(
-      std::chrono::floor<std::chrono::microseconds>(time.time_since_epoch()).count());
-}
 
 /// A list of texts as one, and back. Reading throws FrameError when it was cut.
 std::string packTexts(const std::vector<std::string>& texts);

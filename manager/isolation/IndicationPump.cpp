@@ -1,5 +1,7 @@
 #include "isolation/IndicationPump.h"
 
+#include <unistd.h>
+
 #include <iostream>
 
 namespace ZebManager {
@@ -44,7 +46,12 @@ void IndicationPump::taken() {
 }
 
 void IndicationPump::run() {
-  for (bool closed = false;;) {
+  _threadId = gettid();
+  for (bool closed = false, over = false;;) {
+    if (!over && _provider.broker().indications().isOver()) {
+      over = true;
+      _sender.send({Frame::Kind::Retired, 1, {}});
+    }
     const auto delivered = _provider.broker().indications().next(closed ? kNoTime : kLong);
     if (closed && !delivered) return;
     {
@@ -66,7 +73,7 @@ void IndicationPump::send(const DeliveredIndication& delivered) {
       const std::lock_guard lock(_mutex);
       ++_onTheWay;
     }
-    _sender.send({Frame::Kind::Indication, microsecondsOf(delivered.arrival), packTexts(texts)});
+    _sender.send({Frame::Kind::Indication, 0, packTexts(texts)});
   } catch (const std::exception& error) {
     std::cerr << "zebcim: an indication is lost: " << error.what() << std::endl;
   }

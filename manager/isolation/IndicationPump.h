@@ -1,6 +1,8 @@
 // Indications on their way from the plug-in to the server.
 #pragma once
 
+#include <sys/types.h>
+
 #include <atomic>
 #include <condition_variable>
 #include <memory>
@@ -25,6 +27,7 @@ class IndicationPump {
   void setFilters(const std::vector<IndicationFilter>& filters);
   /// The server has passed one on.
   void taken();
+  pid_t thread() const { return _threadId; }
 
  private:
   void run();
@@ -38,6 +41,7 @@ class IndicationPump {
   std::shared_ptr<const FilterSet> _filters;
   unsigned _onTheWay = 0;
   bool _closed = false;
+  std::atomic<pid_t> _threadId = 0;
   std::thread _thread;
 };
 

@@ -13,7 +13,9 @@ constexpr int kReadsInARow = 64;
 
 ProviderLink::ProviderLink(const SupervisorOptions& options, std::uint64_t processNumber,
                            const std::string& filters)
-    : number(processNumber), _child(options.process, kProviderSocket) {
+    : number(processNumber),
+      progress(options.patience, options.alertPatience),
+      _child(options.process, kProviderSocket) {
   send(Frame::Kind::Filters, filters);
 }
 
@@ -76,9 +78,14 @@ bool ProviderLink::hasSuspect() const {
   });
 }
 
-bool ProviderLink::isStuck(Clock::time_point now, SupervisorOptions::Milliseconds patience) const {
+bool ProviderLink::hasForgotten() const {
+  return std::any_of(calls.begin(), calls.end(),
+                     [](const auto& entry) { return entry.second.call->timedOut; });
+}
+
+bool ProviderLink::hasForgottenAsleep(Clock::time_point now) const {
   return std::any_of(calls.begin(), calls.end(), [&](const auto& entry) {
-    return entry.second.call->timedOut && now - entry.second.when > patience;
+    return entry.second.call->timedOut && progress.isAsleep(entry.first, now);
   });
 }
 

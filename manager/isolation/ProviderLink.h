@@ -3,13 +3,16 @@
 
 #include <poll.h>
 
+#include <deque>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "isolation/Call.h"
 #include "isolation/ChildProcess.h"
 #include "isolation/Frame.h"
+#include "isolation/ProgressWatch.h"
 
 namespace ZebManager {
 
@@ -50,8 +53,10 @@ class ProviderLink {
 
   bool hasLiveCalls() const;
   bool hasSuspect() const;
-  /// A call that nobody waits for any more is still under way.
-  bool isStuck(Clock::time_point now, SupervisorOptions::Milliseconds patience) const;
+  /// A call that nobody waits for any more is still under way; whether it sleeps does not matter.
+  bool hasForgotten() const;
+  /// Such a call sleeps.
+  bool hasForgottenAsleep(Clock::time_point now) const;
   /// The live call that was sent first; null without one.
   const Sent* oldest() const;
   /// A live call other than the oldest has been under way for so long.
@@ -59,14 +64,16 @@ class ProviderLink {
 
   const std::uint64_t number;
   Stage stage = Stage::Starting;
-  Clock::time_point since = Clock::now();  ///< in this stage
-  bool condemned = false;                  ///< serving, but to be replaced
-  bool useful = false;                     ///< it answered something
-  bool gone = false;                       ///< ended and reaped
-  /// Indications that it took until then count; µs since the epoch.
-  std::uint64_t countsUntil = 0;
+  Clock::time_point since = Clock::now();      ///< in this stage
+  std::optional<Clock::time_point> condemned;  ///< serving, but to be replaced; since when
+  bool fenced = false;                         ///< it takes no indication from the plug-in any more
+  bool drained = false;                        ///< and all that it took were sent
+  bool useful = false;                         ///< it answered something
+  bool gone = false;                           ///< ended and reaped
+  std::deque<Frame> held;               ///< indications that have to wait for those of the process before
   std::string fault;                    ///< why it cannot start
   std::map<std::uint64_t, Sent> calls;  ///< by number, which is the order of arrival
+  ProgressWatch progress;
 
  private:
   void close(const std::string& reason);

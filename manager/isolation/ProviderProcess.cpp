@@ -38,7 +38,11 @@ std::vector<IndicationFilter> filtersOf(const Frame& frame) {
 class Service {
  public:
   Service(HostedProvider& provider, FrameSender& sender)
-      : _pump(provider, sender), _subscriptions(provider.broker()), _workers(provider, sender) {}
+      : _provider(provider),
+        _sender(sender),
+        _pump(provider, sender),
+        _subscriptions(provider.broker()),
+        _workers(provider, sender) {}
   Service(const Service&) = delete;
   Service& operator=(const Service&) = delete;
   ~Service() { alarm(kFarewellSeconds); }
@@ -54,12 +58,21 @@ class Service {
       }
       case Frame::Kind::Taken:
         return _pump.taken();
+      case Frame::Kind::AskPulse:
+        _sender.send({Frame::Kind::Pulse, 0, pack(_workers.pulse(_pump.thread()))});
+        return;
+      case Frame::Kind::Retire:
+        _provider.broker().indications().shut();
+        _sender.send({Frame::Kind::Retired, 0, {}});
+        return;
       default:
         throw FrameError("a frame that is not for this end");
     }
   }
 
  private:
+  HostedProvider& _provider;
+  FrameSender& _sender;
   IndicationPump _pump;
   Subscriptions _subscriptions;
   CallWorkers _workers;

@@ -35,7 +35,9 @@ struct SupervisorOptions {
   Milliseconds firstBackOff{100};
   Milliseconds longestBackOff{5000};
 
-  unsigned calls = 16;     ///< at once in one process; others wait for a place
+  /// At once in one process; others wait for a place. The plug-in has one lock: more would only wait for
+  /// that, and its own thread, which finds out about links, with them.
+  unsigned calls = 4;
   unsigned processes = 8;  ///< at once; beyond it the one that was replaced first has to end early
 
   /// One line for each start that failed and each process that ended unasked. Called on threads

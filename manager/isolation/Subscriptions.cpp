@@ -18,7 +18,6 @@ Subscriptions::~Subscriptions() {
 
 void Subscriptions::set(const std::vector<IndicationFilter>& filters) {
   std::vector<std::string> queries;
-  queries.reserve(filters.size());
   for (const IndicationFilter& filter : filters) queries.push_back(filter.query);
   const std::lock_guard lock(_mutex);
   _wanted = std::move(queries);

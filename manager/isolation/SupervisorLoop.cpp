@@ -146,6 +146,7 @@ void ProviderSupervisor::Loop::waitForEvents() {
     handleFrames(link);
     if (link.hasEnded(ending)) finish(link);
   }
+  passOnWhatIsHeld();
 }
 
 void ProviderSupervisor::Loop::handleFrames(ProviderLink& link) {
@@ -171,14 +172,15 @@ void ProviderSupervisor::Loop::handle(ProviderLink& link, Frame frame) {
     case Frame::Kind::Fault:
       link.fault = std::move(frame.body);
       return;
-    case Frame::Kind::Indication: {
-      if (frame.number > link.countsUntil) return link.send(Frame::Kind::Taken, {});
-      std::vector<std::string> texts = unpackTexts(frame.body);
-      if (texts.empty()) return;
-      std::string element = std::move(texts.back());
-      texts.pop_back();
-      return _sink.add(link.number, std::move(texts), std::move(element));
-    }
+    case Frame::Kind::Indication:
+      if (!mayPassOn(link)) return link.held.push_back(std::move(frame));
+      return passOn(link, std::move(frame));
+    case Frame::Kind::Pulse:
+      return link.progress.note(unpackPulse(frame.body), _now);
+    case Frame::Kind::Retired:
+      link.fenced = true;
+      link.drained |= frame.number == 1;
+      return;
     default:
       throw FrameError("a frame that is not for this end");
   }
@@ -192,13 +194,37 @@ void ProviderSupervisor::Loop::answerCall(ProviderLink& link, std::uint64_t numb
   link.calls.erase(found);
 }
 
-/// The fresh process takes over: what is indicated from here on counts from it alone. What the one before
-/// took earlier and still holds goes on counting.
+/// In order, also over a take-over: what the process before took comes first.
+bool ProviderSupervisor::Loop::mayPassOn(const ProviderLink& link) const {
+  for (const auto& before : _links) {
+    if (before.get() == &link) return true;
+    if (!before->gone && !before->drained) return false;
+  }
+  return true;
+}
+
+void ProviderSupervisor::Loop::passOn(ProviderLink& link, Frame indication) {
+  std::vector<std::string> texts = unpackTexts(indication.body);
+  if (texts.empty()) return;
+  std::string element = std::move(texts.back());
+  texts.pop_back();
+  _sink.add(link.number, std::move(texts), std::move(element));
+}
+
+void ProviderSupervisor::Loop::passOnWhatIsHeld() {
+  for (const auto& link : _links) {
+    for (; !link->held.empty() && mayPassOn(*link); link->held.pop_front()) {
+      passOn(*link, std::move(link->held.front()));
+    }
+  }
+}
+
+/// The fresh process takes over. Since the plug-in of the one before was told that nothing of it is taken any
+/// more before this one began, what is indicated counts once.
 void ProviderSupervisor::Loop::promote(ProviderLink& link) {
   ProviderLink* const before = std::exchange(_serving, &link);
   _starting = nullptr;
   link.stage = ProviderLink::Stage::Serving;
-  link.countsUntil = UINT64_MAX;
   link.since = _now;
   if (before) retire(*before);
 }
@@ -207,7 +233,6 @@ void ProviderSupervisor::Loop::promote(ProviderLink& link) {
 /// longest may be what blocks, so it is moved once only.
 void ProviderSupervisor::Loop::retire(ProviderLink& link) {
   link.stage = ProviderLink::Stage::Retired;
-  link.countsUntil = microsecondsOf(std::chrono::system_clock::now());
   link.since = _now;
   const ProviderLink::Sent* const oldest = link.oldest();
   for (const auto& [number, sent] : link.calls) {
@@ -233,7 +258,6 @@ void ProviderSupervisor::Loop::finish(ProviderLink& link) {
   if (_serving == &link) _serving = nullptr;
   if (_starting == &link) {
     _starting = nullptr;
-    if (_serving) _serving->condemned = false;
   }
   const std::string reason = "the provider's process ended (" + (link.fault.empty() ? how : link.fault) + ")";
   if (unasked && !_ending) {

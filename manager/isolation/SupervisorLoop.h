@@ -40,6 +40,9 @@ class ProviderSupervisor::Loop {
   void watchTime();
   void expireCalls();
   void condemnWhenBlocked();
+  void askHowItIs();
+  bool isReplacementWanted() const;
+  void condemn(ProviderLink& link, const std::string& why);
   void startWhenNeeded();
   void refuseWhenDown();
   void endRetired();
@@ -49,6 +52,9 @@ class ProviderSupervisor::Loop {
   void waitForEvents();
   void handleFrames(ProviderLink& link);
   void handle(ProviderLink& link, Frame frame);
+  void passOn(ProviderLink& link, Frame indication);
+  bool mayPassOn(const ProviderLink& link) const;
+  void passOnWhatIsHeld();
   void promote(ProviderLink& link);
   void retire(ProviderLink& link);
   BackOff::Life lifeOf(const ProviderLink& link) const;

@@ -13,6 +13,8 @@ using Milliseconds = SupervisorOptions::Milliseconds;
 constexpr Milliseconds kTick{20};
 /// For a process that is to leave in good order, and for what it has not passed on yet.
 constexpr Milliseconds kFarewell{2000};
+/// For what a process took before it was replaced, behind a slow disk.
+constexpr Milliseconds kLongestDrain{30'000};
 
 }  // namespace
 
@@ -21,7 +23,11 @@ void ProviderSupervisor::Loop::watchTime() {
     for (const auto& call : _waiting) call->answer(Outcome::Ended, "the server ends");
     for (const auto& link : _links) {
       if (link->stage == ProviderLink::Stage::Starting) link->kill();
-      if (link->stage == ProviderLink::Stage::Serving) link->stage = ProviderLink::Stage::Retired;
+      if (link->stage == ProviderLink::Stage::Serving) {
+        link->stage = ProviderLink::Stage::Retired;
+        link->since = _now;
+        if (!link->condemned) link->send(Frame::Kind::Retire, {});
+      }
       for (const auto& [number, sent] : link->calls) sent.call->answer(Outcome::Ended, "the server ends");
     }
   } else {
@@ -46,20 +52,45 @@ void ProviderSupervisor::Loop::expireCalls() {
 }
 
 /// The oldest call alone proves nothing: it may be slow and honest, and the others get their answers beside
-/// it.
+/// it. Nor does its age, on a machine that gives it no processor.
 void ProviderSupervisor::Loop::condemnWhenBlocked() {
   if (!_serving || _serving->condemned) return;
-  if (_serving->isStuck(_now, _options.patience)) _serving->condemned = true;
+  askHowItIs();
+  if (!isReplacementWanted()) return;
+  if (_serving->progress.isSilent(_now)) {
+    log("the provider's process does not tell how it gets on: it is ended");
+    return _serving->kill();
+  }
+  std::string why = _serving->progress.trouble(_now);
+  if (why.empty() && _serving->hasForgottenAsleep(_now)) why = "a call whose time is up sleeps";
+  if (!why.empty()) condemn(*_serving, why);
+}
+
+void ProviderSupervisor::Loop::askHowItIs() {
+  const auto worthIt = [this](const auto& entry) { return _now - entry.second.when > _options.grace; };
+  const auto& calls = _serving->calls;
+  if (std::none_of(calls.begin(), calls.end(), worthIt) || !_serving->progress.wantsPulse(_now)) return;
+  _serving->progress.asked(_now);
+  _serving->send(Frame::Kind::AskPulse, {});
+}
+
+/// Somebody waits because of a call that takes long.
+bool ProviderSupervisor::Loop::isReplacementWanted() const {
+  if (_serving->hasForgotten()) return true;
   const ProviderLink::Sent* const oldest = _serving->oldest();
-  if (!oldest) return;
+  if (!oldest) return false;
   const auto age = _now - oldest->when;
   const bool queued = std::any_of(_waiting.begin(), _waiting.end(), [this](const auto& call) {
     return call->live() && _now - call->arrival >= _options.grace;
   });
   const bool othersWait = queued || _serving->otherWaits(_now, _options.grace);
-  if ((age > _options.patience && othersWait) || (age > _options.alertPatience && !_filters.empty())) {
-    _serving->condemned = true;
-  }
+  return (age > _options.patience && othersWait) || (age > _options.alertPatience && !_filters.empty());
+}
+
+void ProviderSupervisor::Loop::condemn(ProviderLink& link, const std::string& why) {
+  log("the provider's process is stuck (" + why + "): a fresh one takes over");
+  link.condemned = _now;
+  link.send(Frame::Kind::Retire, {});
 }
 
 void ProviderSupervisor::Loop::startWhenNeeded() {
@@ -68,7 +99,12 @@ void ProviderSupervisor::Loop::startWhenNeeded() {
     _starting->fault = "it did not start in time";
     return _starting->kill();
   }
-  if ((_serving && !_serving->condemned) || _now < _backOff.notBefore()) return;
+  if (_serving && !_serving->condemned) return;
+  if (_serving && !_serving->fenced) {
+    if (_now - *_serving->condemned > _options.alertPatience) _serving->kill();
+    return;
+  }
+  if (_now < _backOff.notBefore()) return;
   if (_links.size() >= _options.processes) {
     const auto first = std::find_if(_links.begin(), _links.end(), [this](const auto& link) {
       return link.get() != _serving && link->stage != ProviderLink::Stage::Leaving;
@@ -100,10 +136,15 @@ void ProviderSupervisor::Loop::refuseWhenDown() {
   }
 }
 
+/// One in which calls hang can only be killed, and what it holds goes with it.
 void ProviderSupervisor::Loop::endRetired() {
   for (const auto& link : _links) {
-    const bool stuck = !link->calls.empty() && _now - link->since <= kFarewell;
-    if (link->stage == ProviderLink::Stage::Retired && !link->hasLiveCalls() && (!stuck || _ending)) {
+    const auto time = _now - link->since;
+    const bool holds =
+        !link->calls.empty() && !link->drained && time <= (_ending ? kFarewell : kLongestDrain);
+    const bool stuck = !link->calls.empty() && time <= kFarewell;
+    const bool over = link->stage == ProviderLink::Stage::Retired && !link->hasLiveCalls();
+    if (over && !holds && (!stuck || _ending)) {
       if (_serving == link.get()) _serving = nullptr;
       link->leave();
     }

@@ -234,8 +234,7 @@ LinkFacts cardNamed(const std::string& name) {
 TEST(KernelFacts, ADeviceThatWasRenamedIsAskedByItsNewName) {
   IN_NAMESPACE([] {
     makePairs(1);
-    EthtoolIoctl ioctl;
-    DeviceMemory memory(ioctl);
+    DeviceMemory memory;
     LinkFacts early = cardNamed("before");
     memory.complete(early);
     EXPECT_EQ(early.driver, nullptr);
@@ -249,8 +248,7 @@ TEST(KernelFacts, ADeviceThatWasRenamedIsAskedByItsNewName) {
 TEST(KernelFacts, AFirmwareThatIsNotKnownIsAskedForWhenThePortComesUp) {
   IN_NAMESPACE([] {
     makePairs(1);
-    EthtoolIoctl ioctl;
-    DeviceMemory memory(ioctl);
+    DeviceMemory memory;
     const auto driverWith = [&](std::uint32_t flags) {
       LinkFacts card = cardNamed("a0");
       card.flags = flags;

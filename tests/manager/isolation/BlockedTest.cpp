@@ -112,6 +112,44 @@ TEST_F(Blocked, ASlowCallThatHoldsOthersUpStillEndsNormally) {
   EXPECT_NE(provider(), before);
 }
 
+/// What waits for it would only be slower in another process beside it.
+TEST_F(Blocked, ACallThatComputesIsNoReasonForAnotherProcess) {
+  options.timeLimit = 60s;
+  start();
+  const pid_t process = provider();
+  auto slow = begin("compute 1600", true);
+  std::this_thread::sleep_for(50ms);
+  std::vector<std::future<Answer>> waiting;
+  for (int i = 0; i < 8; ++i) waiting.push_back(begin("locked 0", true));
+  for (auto& call : waiting) EXPECT_EQ(call.get().body, std::to_string(process));
+  EXPECT_EQ(slow.get().body, std::to_string(process));
+  EXPECT_EQ(linesOf(file("starts")), 1U);
+  EXPECT_EQ(linesOf(file("locked")), 8U) << "some were performed twice";
+}
+
+TEST_F(Blocked, ACallThatComputesForEverIsLeftBehind) {
+  options.patience = 100ms;
+  options.timeLimit = 20s;
+  start();
+  const pid_t before = provider();
+  auto slow = begin("compute 60000", false);
+  std::this_thread::sleep_for(50ms);
+  const Answer answer = read("locked 0");
+  EXPECT_EQ(answer.outcome, How::Done);
+  EXPECT_NE(answer.body, std::to_string(before));
+  EXPECT_TRUE(logged("is stuck (a call has used 1000 ms of processor time): a fresh one takes over"));
+  EXPECT_EQ(slow.get().outcome, How::TimedOut);
+}
+
+TEST_F(Blocked, EachTakeOverIsLogged) {
+  start();
+  provider();
+  auto held = hold();
+  EXPECT_EQ(read("locked 0").outcome, How::Done);
+  EXPECT_TRUE(logged("is stuck (nothing has moved in it for "));
+  EXPECT_EQ(held.get().outcome, How::TimedOut);
+}
+
 TEST_F(Blocked, ACallAloneIsLeftInPeaceUntilTheLimit) {
   options.timeLimit = 1500ms;
   start();

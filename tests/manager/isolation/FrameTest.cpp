@@ -92,7 +92,7 @@ TEST_F(Frames, OneOfAnUnknownKindIsRefused) {
   put(bytesOf(0, 0, 1, ""));
   EXPECT_THROW(reader.receive(far.get()), FrameError);
   FrameReader other;
-  put(bytesOf(11, 0, 1, ""));
+  put(bytesOf(15, 0, 1, ""));
   EXPECT_THROW(other.receive(far.get()), FrameError);
 }
 

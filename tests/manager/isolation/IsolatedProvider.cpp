@@ -88,14 +88,23 @@ class TestProvider : public HostedProvider {
 
   static const std::map<std::string, Deed>& deeds() {
     static const std::map<std::string, Deed> table = {
-        {"echo", &TestProvider::echo},        {"pid", &TestProvider::pid},
-        {"sleep", &TestProvider::sleep},      {"hold", &TestProvider::hold},
-        {"hold-for", &TestProvider::holdFor}, {"locked", &TestProvider::locked},
-        {"crash", &TestProvider::crashNow},   {"crash-once", &TestProvider::crashOnce},
-        {"exit", &TestProvider::exitNow},     {"exit-thread", &TestProvider::exitInThread},
-        {"big", &TestProvider::big},          {"alert", &TestProvider::alert},
-        {"most", &TestProvider::most},        {"files", &TestProvider::files},
-        {"alerts", &TestProvider::alerts},    {"hold-and-alert", &TestProvider::holdAndAlert},
+        {"echo", &TestProvider::echo},
+        {"pid", &TestProvider::pid},
+        {"sleep", &TestProvider::sleep},
+        {"hold", &TestProvider::hold},
+        {"hold-for", &TestProvider::holdFor},
+        {"locked", &TestProvider::locked},
+        {"crash", &TestProvider::crashNow},
+        {"crash-once", &TestProvider::crashOnce},
+        {"exit", &TestProvider::exitNow},
+        {"exit-thread", &TestProvider::exitInThread},
+        {"big", &TestProvider::big},
+        {"alert", &TestProvider::alert},
+        {"most", &TestProvider::most},
+        {"files", &TestProvider::files},
+        {"alerts", &TestProvider::alerts},
+        {"compute", &TestProvider::compute},
+        {"hold-and-alert", &TestProvider::holdAndAlert},
     };
     return table;
   }
@@ -114,6 +123,17 @@ class TestProvider : public HostedProvider {
   std::string hold(Words&) {
     const std::lock_guard lock(theLock);
     waitForever();
+  }
+
+  /// Keeps the lock and the processor for the time.
+  std::string compute(Words& words) {
+    int milliseconds = 0;
+    words >> milliseconds;
+    const std::lock_guard lock(theLock);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
+    while (std::chrono::steady_clock::now() < end) {
+    }
+    return processNumber();
   }
 
   std::string holdFor(Words& words) {

@@ -76,7 +76,7 @@ const std::vector<Number> kNumbers = {
      [](const S& s) -> std::int64_t { return milliseconds(s.plugin.timeLimit).count() / 1000; }},
     {"limits.patience-milliseconds", 1000, 10, 3'600'000,
      [](const S& s) -> std::int64_t { return milliseconds(s.plugin.patience).count(); }},
-    {"plugin.calls", 16, 1, 256, [](const S& s) -> std::int64_t { return s.plugin.calls; }},
+    {"plugin.calls", 4, 1, 256, [](const S& s) -> std::int64_t { return s.plugin.calls; }},
     {"plugin.processes", 8, 2, 64, [](const S& s) -> std::int64_t { return s.plugin.processes; }},
     {"plugin.start-seconds", 30, 1, 3600,
      [](const S& s) -> std::int64_t { return milliseconds(s.plugin.startLimit).count() / 1000; }},

@@ -1,0 +1,108 @@
+// Readers of everything, on a machine with many ports.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <map>
+#include <thread>
+
+#include "Attack.h"
+#include "Ground.h"
+#include "Subscriber.h"
+#include "Unit.h"
+
+namespace ZebManager {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::seconds;
+
+constexpr int kPairs = 500;
+
+void command(const std::string& text) {
+  ASSERT_EQ(std::system(text.c_str()), 0) << text;
+}
+
+/// Pairs of virtual interfaces, which are ports, while it lives.
+class ManyPorts {
+ public:
+  ManyPorts() {
+    command("for i in $(seq " + std::to_string(kPairs) +
+            "); do echo link add a$i type veth peer name b$i; echo link set a$i up; echo link set b$i up; "
+            "done | ip -batch -");
+  }
+  ManyPorts(const ManyPorts&) = delete;
+  ManyPorts& operator=(const ManyPorts&) = delete;
+  ~ManyPorts() {
+    command("for i in $(seq " + std::to_string(kPairs) + "); do echo link delete a$i; done | ip -batch -");
+  }
+};
+
+class Readers : public testing::Test {
+ protected:
+  void SetUp() override {
+    REQUIRE_GROUND();
+    ports.emplace();
+    unit.emplace(UnitOptions{.plugin = {"--include-virtual"}});
+    ASSERT_EQ(statusOf(ask(unit->http(), instancesOf("ZEB_EthernetPort"))), 200);
+  }
+
+  std::optional<ManyPorts> ports;
+  std::optional<Unit> unit;
+};
+
+/// A cable that is pulled and put back every second beside them: nothing is replaced, nothing is lost, and
+/// nothing comes twice.
+TEST_F(Readers, CostNoAlert) {
+  TestListener listener;
+  subscribe(*unit, listener.url());
+  const auto before = unit->processes("zebcim-plugin");
+  ASSERT_EQ(before.size(), 1U);
+  const auto end = Clock::now() + seconds(std::getenv("ZEB_SOAK") ? 60 : 15);
+  std::atomic<int> answered = 0, other = 0;
+  std::thread readers([&] {
+    together(16, [&](int) {
+      while (Clock::now() < end) {
+        const bool good = statusOf(ask(unit->http(), instancesOf("CIM_ManagedElement"), 120)) == 200;
+        ++(good ? answered : other);
+      }
+    });
+  });
+  int pulls = 0;
+  while (Clock::now() < end) {
+    command("ip link set b7 down");
+    std::this_thread::sleep_for(seconds(1));
+    command("ip link set b7 up");
+    std::this_thread::sleep_for(seconds(1));
+    ++pulls;
+  }
+  readers.join();
+  // The alert of a port that nobody pulled before is the last.
+  command("ip link set b8 down");
+  const auto patience = Clock::now() + seconds(30);
+  std::map<std::string, std::vector<std::string>> events;
+  const auto lost = [&] {
+    return std::count_if(events.begin(), events.end(),
+                         [](const auto& element) { return element.second.front() == "2"; });
+  };
+  while (lost() < 2 && Clock::now() < patience) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    events.clear();
+    for (const auto& [element, event] : eventsAt(listener)) events[element].push_back(event);
+  }
+  std::cout << answered << " answers to readers, " << pulls << " pulls\n";
+  EXPECT_EQ(other, 0);
+  EXPECT_EQ(unit->processes("zebcim-plugin"), before) << unit->log();
+  std::vector<std::string> expected;
+  for (int i = 0; i < pulls; ++i) expected.insert(expected.end(), {"2", "3"});
+  std::vector<std::vector<std::string>> told;
+  for (const auto& [element, each] : events) {
+    if (each.front() == "2") told.push_back(each);
+  }
+  EXPECT_THAT(told, testing::UnorderedElementsAre(expected, std::vector<std::string>{"2"}));
+}
+
+}  // namespace
+}  // namespace ZebManager
