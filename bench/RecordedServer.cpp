@@ -1,4 +1,5 @@
 // zeb_bench_server PORTS FILE: writes a recorded server of that many ports.
+// zeb_bench_server --teams TEAMS FILE: one of that many teams of two.
 //
 // Ports are on cards of four, each with an IPv4 and an IPv6 address, counters and a driver, every fourth with
 // a gateway. Of every hundred ports, eight are two teams of four, and one carries four VLANs.
@@ -17,21 +18,30 @@ using namespace ZEB::ethernet;
 constexpr std::uint32_t kUpWithCarrier = 0x1 | 0x40 | 0x10000;  // IFF_UP, IFF_RUNNING, IFF_LOWER_UP
 constexpr std::uint8_t kOperUp = 6;
 constexpr std::uint32_t kPermanent = 128;  // IFA_F_PERMANENT
-constexpr std::size_t kPortsOfCard = 4, kHundred = 100, kTeamPorts = 8, kTeamSize = 4, kVlans = 4;
+constexpr std::size_t kPortsOfCard = 4, kHundred = 100, kTeamPorts = 8, kTeamSize = 4, kPair = 2, kVlans = 4;
 
 class Server {
  public:
   explicit Server(std::size_t ports) {
     for (std::size_t i = 0; i < ports; ++i) addPort(i);
     for (std::size_t i = 0; i + kHundred <= ports; i += kHundred) {
-      for (std::size_t team = 0; team < kTeamPorts; team += kTeamSize) addTeam(i + team);
+      for (std::size_t team = 0; team < kTeamPorts; team += kTeamSize) addTeam(i + team, kTeamSize);
       for (std::size_t vlan = 1; vlan <= kVlans; ++vlan) addVlan(i + kTeamPorts, vlan);
     }
+  }
+
+  static Server ofTeams(std::size_t teams) {
+    Server server;
+    for (std::size_t i = 0; i < kPair * teams; ++i) server.addPort(i);
+    for (std::size_t i = 0; i < teams; ++i) server.addTeam(kPair * i, kPair);
+    return server;
   }
 
   std::string text() && { return writeSnapshot(std::move(_snapshot)); }
 
  private:
+  Server() = default;
+
   LinkFacts& add(std::string name) {
     LinkFacts& link = _snapshot.links.emplace_back();
     link.index = static_cast<std::uint32_t>(_snapshot.links.size());
@@ -80,12 +90,12 @@ class Server {
   }
 
   /// Of the ports from that position on.
-  void addTeam(std::size_t first) {
+  void addTeam(std::size_t first, std::size_t members) {
     LinkFacts& team = add("bond" + std::to_string(first));
     team.kind = "bond";
     team.bond = BondFacts{0, {}};
     const std::uint32_t index = team.index;
-    for (std::size_t i = first; i < first + kTeamSize; ++i) {
+    for (std::size_t i = first; i < first + members; ++i) {
       _snapshot.links[i].masterIndex = index;
       _snapshot.links[i].bondMember = BondMemberFacts{0, 0, {}};
     }
@@ -107,11 +117,13 @@ class Server {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 3) {
-    std::cerr << "usage: zeb_bench_server PORTS FILE\n";
+  const bool teams = argc == 4 && std::string(argv[1]) == "--teams";
+  if (argc != 3 && !teams) {
+    std::cerr << "usage: zeb_bench_server PORTS FILE | --teams TEAMS FILE\n";
     return 2;
   }
-  std::ofstream file(argv[2]);
-  file << Server(std::stoul(argv[1])).text() << std::flush;
+  std::ofstream file(argv[argc - 1]);
+  const std::size_t count = std::stoul(argv[argc - 2]);
+  file << (teams ? Server::ofTeams(count) : Server(count)).text() << std::flush;
   return file ? 0 : 1;
 }

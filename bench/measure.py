@@ -79,7 +79,7 @@ class Bench:
     def tools(self, lab):
         """In the same minute and on the same interfaces as the plug-in."""
         answer = lab.call([sys.executable, str(BENCH / "tools.py"), str(self.plan.runs), str(self.plan.limit),
-                           str(BUILD / "host" / "zebcim")], 1800, self.environment())
+                           str(BUILD / "manager" / "zebcim")], 1800, self.environment())
         for name, times in answer.items():
             self.figures.add("tool_" + name, lab.ports, times["clock"])
             self.figures.add("tool_" + name + "_processor", lab.ports, times["processor"])
@@ -122,6 +122,17 @@ class Bench:
             for name in ("cold", "enumerate", "get", "associators", "references"):
                 self.figures.add("recorded_" + name, ports, answer[name])
 
+    def teams(self):
+        """Passes over recorded teams: the kernels that this runs on need not know bonding."""
+        files = {teams: self.folder / f"teams{teams}.json" for teams in (100, 1000)}
+        for teams, file in files.items():
+            subprocess.run([str(BUILD / "bench" / "zeb_bench_server"), "--teams", str(teams), str(file)], check=True)
+        for _ in range(self.plan.runs):
+            for teams, file in files.items():
+                out = subprocess.run([TOOL, "passes", "9"], check=True, stdout=subprocess.PIPE, timeout=300,
+                                     env=self.environment(ZEB_SOURCE_FILE=str(file))).stdout
+                self.figures.add("team_pass", teams, json.loads(out)["pass"])
+
     def store(self):
         """Transactions of the first build of 10,000 ports, in a store that knows none of them."""
         counter = lambda: sum(int.from_bytes(file.read_bytes()[STORE_FILE_COUNTER], "big")
@@ -157,6 +168,7 @@ def measure(plan, folder, figures):
         say("recorded servers")
         bench.builds()
         bench.store()
+        bench.teams()
         for ports in (1000, 10000):
             bench.recorded(ports)
         say("1 port")

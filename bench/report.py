@@ -70,6 +70,8 @@ def rows(r):
     yield "one idle worker pass, 1,000 ports", r.of("pass", 1000), " ms", 10, None
     yield "dumps of one idle worker pass (links, addresses, routes of two families, link modes)", \
         r.of("pass_dumps", 1000), "", 5, None
+    yield ("one idle worker pass, 1,000 teams against 100", r.ratios("team_pass", 1000, "team_pass", 100),
+           " times", 12, None)
     for ports, limit in ((1, 150), (1000, 400)):
         name = "1 port" if ports == 1 else f"{ports:,} ports"
         delays = r.of("alert_delays", ports)

@@ -33,6 +33,8 @@ class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
   /// Starts the netlink thread and builds every instance. What is thrown leaves nothing behind.
   ZEBEthernetPortProvider(const CmpiCpp::CmpiBroker& broker, const Logger& logger);
   ~ZEBEthernetPortProvider() override;
+  ZEBEthernetPortProvider(const ZEBEthernetPortProvider&) = delete;
+  ZEBEthernetPortProvider& operator=(const ZEBEthernetPortProvider&) = delete;
 
   CmpiCpp::CmpiBroker getBroker() const override;
   void cleanup(const CmpiCpp::CmpiContext& context, bool terminating) override;

@@ -23,6 +23,8 @@ struct AssociationClass {
 class AssociationFrame : public CmpiManagedInstanceAssociation {
  public:
   ~AssociationFrame() override;
+  AssociationFrame(const AssociationFrame&) = delete;
+  AssociationFrame& operator=(const AssociationFrame&) = delete;
 
   CmpiCpp::CmpiObjectPath makeObjectPath() override;
   std::size_t pathHash() override;

@@ -21,6 +21,8 @@ struct Properties;
 class ManagedObject : public CmpiManagedInstance {
  public:
   ~ManagedObject() override;
+  ManagedObject(const ManagedObject&) = delete;
+  ManagedObject& operator=(const ManagedObject&) = delete;
 
   CmpiCpp::CmpiObjectPath makeObjectPath() override { return _path; }
   std::size_t pathHash() override { return _path.hash(); }

@@ -117,7 +117,7 @@ void appendMethod(std::string& out, const MethodDef& method, const ClassDef& ori
 
 /// Whether the class says something of its own about what it could have inherited.
 bool isLocal(const ClassDef& classDef, const PropertyDef& property) {
-  if (property.origin == &classDef) return true;
+  if (property.origin == &classDef || !classDef.superclass) return true;
   const PropertyDef& above = *classDef.superclass->property(property.name);
   return above.description != property.description || above.defaultValues != property.defaultValues ||
          above.required != property.required || above.writable != property.writable ||

@@ -109,7 +109,7 @@ std::string contentOf(pugi::xml_node element) {
 }
 
 pugi::xml_node callOf(const pugi::xml_document& document) {
-  const pugi::xml_node cim = firstElement(document);
+  const pugi::xml_node cim = firstElement(document.root());
   if (!isNamed(cim, "CIM")) notValid("the document is no CIM element");
   checkVersion(cim, {"CIMVERSION", "2.", "unsupported-cim-version"});
   checkVersion(cim, {"DTDVERSION", "2.", "unsupported-dtd-version"});

@@ -20,6 +20,7 @@ class NameList {
   explicit NameList(std::vector<std::string> names);
   NameList(const NameList&) = delete;
   NameList& operator=(const NameList&) = delete;
+  ~NameList() = default;
 
   /// Null for all.
   PropertyList get() const { return _pointers.empty() ? nullptr : _pointers.data(); }

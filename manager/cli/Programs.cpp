@@ -42,6 +42,7 @@ std::string programFolder() {
 void become(const std::string& program, const std::vector<std::string>& words) {
   const std::string file = findProgram(program);
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (const std::string& word : words) pointers.push_back(const_cast<char*>(word.c_str()));
   pointers.push_back(nullptr);
   execv(file.c_str(), pointers.data());

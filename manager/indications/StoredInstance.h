@@ -23,6 +23,8 @@ struct StoredInstance {
   /// A copy to change.
   StoredInstance(const StoredInstance& other);
   StoredInstance& operator=(const StoredInstance&) = delete;
+  StoredInstance(StoredInstance&&) = delete;
+  StoredInstance& operator=(StoredInstance&&) = delete;
   ~StoredInstance() = default;
 
   const ClassDef& classDef() const { return *instance->body().classDef; }

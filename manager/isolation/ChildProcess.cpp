@@ -7,14 +7,13 @@
 #include <sys/syscall.h>
 #include <sys/un.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <cstring>
 
 #include "values/ManagerError.h"
-
-extern char** environ;
 
 namespace ZebManager {
 namespace {
@@ -67,6 +66,7 @@ class SpawnActions {
 
 std::vector<char*> argumentsOf(std::vector<std::string>& words) {
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
   return pointers;

@@ -18,6 +18,7 @@ Subscriptions::~Subscriptions() {
 
 void Subscriptions::set(const std::vector<IndicationFilter>& filters) {
   std::vector<std::string> queries;
+  queries.reserve(filters.size());
   for (const IndicationFilter& filter : filters) queries.push_back(filter.query);
   const std::lock_guard lock(_mutex);
   _wanted = std::move(queries);

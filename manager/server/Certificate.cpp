@@ -119,7 +119,7 @@ gnutls_datum_t viewOf(const std::string& text) {
 
 /// The library that serves says nothing about what it cannot use.
 Certificate configured(const std::string& file, const std::string& keyFile) {
-  const Certificate read{contentOf(file), contentOf(keyFile)};
+  Certificate read{contentOf(file), contentOf(keyFile)};
   gnutls_certificate_credentials_t raw = nullptr;
   require(gnutls_certificate_allocate_credentials(&raw), "memory");
   const std::unique_ptr<gnutls_certificate_credentials_st, FreeCredentials> credentials(raw);

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "kernel/IoctlDecoders.h"
 #include "kernel/Listener.h"
 #include "model/LinkStatus.h"
 #include "model/PortType.h"
@@ -11,7 +12,8 @@
 
 using namespace ZEB::ethernet;
 
-/// The bytes as a datagram of the kernel's, each message of it as an answer to every question.
+/// The bytes as a datagram of the kernel's, each message of it as an answer to every question; and as
+/// what an ioctl fills.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const Bytes datagram(reinterpret_cast<const std::byte*>(data), size);
   std::uint32_t sequence = 0;
@@ -25,6 +27,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   });
   (void)reader.feed(datagram);
   (void)ethtoolAnnouncement(datagram);
+  mergeLinkSettings(datagram, link.ethtool);
+  mergeWakeOnLan(datagram, link.ethtool);
+  mergeEnergyEfficiency(datagram, link.ethtool);
+  (void)decodePermanentAddress(datagram);
   link.flags = 1;
   (void)portType(link.ethtool);
   (void)linkMessage(link);

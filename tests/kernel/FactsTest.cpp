@@ -234,7 +234,8 @@ LinkFacts cardNamed(const std::string& name) {
 TEST(KernelFacts, ADeviceThatWasRenamedIsAskedByItsNewName) {
   IN_NAMESPACE([] {
     makePairs(1);
-    DeviceMemory memory;
+    EthtoolIoctl ioctl;
+    DeviceMemory memory(ioctl);
     LinkFacts early = cardNamed("before");
     memory.complete(early);
     EXPECT_EQ(early.driver, nullptr);
@@ -248,7 +249,8 @@ TEST(KernelFacts, ADeviceThatWasRenamedIsAskedByItsNewName) {
 TEST(KernelFacts, AFirmwareThatIsNotKnownIsAskedForWhenThePortComesUp) {
   IN_NAMESPACE([] {
     makePairs(1);
-    DeviceMemory memory;
+    EthtoolIoctl ioctl;
+    DeviceMemory memory(ioctl);
     const auto driverWith = [&](std::uint32_t flags) {
       LinkFacts card = cardNamed("a0");
       card.flags = flags;

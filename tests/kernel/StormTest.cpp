@@ -150,7 +150,7 @@ TEST(KernelStorm, OverrunMeansEverythingMayHaveChanged) {
   IN_NAMESPACE([] {
     makePairs(20);
     KernelSource source;
-    Listener deaf(std::nullopt);
+    Listener deaf = Listener::open(std::nullopt);
     ASSERT_TRUE(source.readAll());
     (void)deaf.drain();
     std::string flips;

@@ -110,6 +110,35 @@ TEST_F(DoctorCommand, StoresThatCannotBeOpenedAreTrouble) {
   expectTrouble(outcome, "store      FAILED  /dev/null/store/ZEB_EthEventSettings.db: ");
 }
 
+TEST_F(DoctorCommand, AStoreOfANewerFormatIsTrouble) {
+  EXPECT_EQ(doctor().status, 0);
+  const std::string store = (folder / "store/ZEBEthernetPort.db").string();
+  std::fstream bytes(store, std::ios::in | std::ios::out | std::ios::binary);
+  // The last byte of what a SQLite file has for the format that its user gives it.
+  bytes.seekp(63).put(2).flush();
+  expectTrouble(doctor(), "store      FAILED  " + store + ": its format 2 is newer than 1");
+}
+
+TEST_F(DoctorCommand, StoresThatKeepNoChangeAreTrouble) {
+  EXPECT_EQ(doctor().status, 0);
+  // No file may grow beyond 4 KiB, as little as that of a journal.
+  std::vector<std::string> words = {"-c",
+                                    "trap '' XFSZ; ulimit -f 8; exec \"$@\"",
+                                    "sh",
+                                    ZEB_CIM,
+                                    "doctor",
+                                    "--source",
+                                    snapshotFile("teams"),
+                                    "--plugin",
+                                    ZEB_REAL_PLUGIN,
+                                    "--schema",
+                                    ZEB_SCHEMA_FILE};
+  const Outcome outcome = run("/bin/sh", words, environment());
+  for (const char* store : {"ZEBEthernetPort.db", "ZEB_EthEventSettings.db"}) {
+    expectTrouble(outcome, "store      FAILED  " + (folder / "store" / store).string() + ": disk I/O error");
+  }
+}
+
 TEST_F(DoctorCommand, APlugInThatDoesNotLoadIsTrouble) {
   const Outcome outcome =
       run(ZEB_CIM, {"doctor", "--plugin", "/dev/null", "--schema", ZEB_SCHEMA_FILE}, environment());

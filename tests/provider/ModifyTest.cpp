@@ -3,9 +3,8 @@
 
 #include <csignal>
 
-#include "ProviderFixture.h"
+#include "ClientFixture.h"
 #include "common/DataStore.h"
-#include "provider/EntryPoints.h"
 #include "support/ChildProcess.h"
 
 namespace ZEB::test {
@@ -16,55 +15,10 @@ using CmpiCpp::CmpiInstance;
 using CmpiCpp::CmpiObjectPath;
 
 /// Changes through the exported functions, and what is left of them after a restart of the provider.
-class ModifyTest : public ProviderTest {
+class ModifyTest : public ClientTest {
  protected:
   ModifyTest() { start(); }
   ~ModifyTest() override { stop(); }
-
-  void start() {
-    FakeBroker::Call call(broker);
-    interface = _Generic_Create_InstanceMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr);
-  }
-  void stop() {
-    FakeBroker::Call call(broker);
-    interface->ft->cleanup(interface, &call.context(), 1);
-  }
-  void restart() {
-    stop();
-    start();
-  }
-
-  std::vector<CmpiInstance> enumerate(const char* className) {
-    FakeBroker::Call call(broker);
-    interface->ft->enumerateInstances(interface, &call.context(), &call.result(),
-                                      call.path({"root/jxv", className}), nullptr);
-    return call.result().instances;
-  }
-  CmpiInstance only(const char* className) {
-    const auto found = enumerate(className);
-    EXPECT_EQ(found.size(), 1U) << className;
-    return found.empty() ? CmpiInstance() : found.front();
-  }
-
-  CMPIrc modify(const CmpiObjectPath& path, const CmpiInstance& instance, std::vector<const char*> names) {
-    names.push_back(nullptr);
-    FakeBroker::Call call(broker);
-    return interface->ft
-        ->modifyInstance(interface, &call.context(), &call.result(), call.path(path), call.instance(instance),
-                         names.data())
-        .rc;
-  }
-  /// Changes one property, as a client does that sends the instance back with it.
-  CMPIrc change(CmpiInstance instance, const char* name, const CmpiData& value) {
-    instance.addProperty(name, value);
-    return modify(instance.path(), instance, {name});
-  }
-
-  std::uint64_t groupStatus() {
-    return only("ZEB_EthernetCollection").getProperty("GroupOperationalStatus").asArray()[0].asUnsigned();
-  }
-
-  CMPIInstanceMI* interface = nullptr;
 };
 
 TEST_F(ModifyTest, aSettingIsChangedAndSeenAfterARestart) {
@@ -98,21 +52,13 @@ TEST_F(ModifyTest, anExcludedPortDoesNotCount) {
   serve("two_cards.json");
   start();
   // The second port is switched on and has no carrier, the sixth is switched off, the others work.
-  const auto second = [this] {
-    for (const CmpiInstance& membership : enumerate("ZEB_EthernetMemberOfCollection")) {
-      const CmpiObjectPath& member = membership.getProperty("Member").asReference();
-      if (member.getKey("DeviceID") == CmpiData("JXV:ZEB_EthernetPort:2")) return membership;
-    }
-    ADD_FAILURE();
-    return CmpiInstance();
-  };
   EXPECT_EQ(enumerate("ZEB_EthernetMemberOfCollection").size(), 6U);
   EXPECT_EQ(groupStatus(), 6U);
-  EXPECT_EQ(change(second(), "Included", false), CMPI_RC_OK);
+  EXPECT_EQ(change(membershipOfPort(2), "Included", false), CMPI_RC_OK);
   EXPECT_EQ(groupStatus(), 2U);
   restart();
   EXPECT_EQ(groupStatus(), 2U);
-  EXPECT_EQ(change(second(), "Included", true), CMPI_RC_OK);
+  EXPECT_EQ(change(membershipOfPort(2), "Included", true), CMPI_RC_OK);
   EXPECT_EQ(groupStatus(), 6U);
 }
 

@@ -43,6 +43,7 @@ std::unique_ptr<DataStore> makeDataStore(const std::string& name) {
 std::vector<DataStoreState> dataStoreStates() {
   const std::lock_guard lock(statesMutex);
   std::vector<DataStoreState> list;
+  list.reserve(states.size());
   for (const auto& [name, state] : states) list.push_back(state);
   return list;
 }

@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <sqlite3.h>
 
 #include <cstring>
 
@@ -9,6 +8,7 @@
 #include "support/Environment.h"
 #include "support/FilesInMemory.h"
 #include "support/ProcessLog.h"
+#include "support/StoreTrouble.h"
 #include "support/TemporaryDirectory.h"
 
 // What becomes of a store whose file is damaged, cut, or taken away while a process works with it: all that
@@ -70,14 +70,9 @@ class StoreDamageTest : public testing::Test {
   std::uint32_t later = 0;
 };
 
-int stride(int normal) {
-  const char* wanted = std::getenv("ZEB_SOAK");
-  return wanted && std::string(wanted) == "1" ? 1 : normal;
-}
-
 TEST_F(StoreDamageTest, anyByteThatIsDamagedWhileTheStoreIsOpenLosesNothing) {
   // The header and both ends of the pages have something in them; the rest is every so many bytes.
-  for (std::size_t at = 0; at < sound.size(); at += at < 112 || at % 4096 > 3700 ? 1 : stride(97)) {
+  for (std::size_t at = 0; at < sound.size(); at += at < 112 || at % 4096 > 3700 ? 1 : rounds(97, 1)) {
     mend();
     std::string bytes = TemporaryDirectory::read(file());
     bytes[at] = static_cast<char>(bytes[at] ^ (at % 2 == 0 ? 0xFF : 1));
@@ -89,7 +84,7 @@ TEST_F(StoreDamageTest, anyByteThatIsDamagedWhileTheStoreIsOpenLosesNothing) {
 }
 
 TEST_F(StoreDamageTest, anyCutWhileTheStoreIsOpenLosesNothing) {
-  for (std::size_t length = 0; length < sound.size(); length += length < 112 ? 7 : stride(397)) {
+  for (std::size_t length = 0; length < sound.size(); length += length < 112 ? 7 : rounds(397, 1)) {
     mend();
     fs::resize_file(file(), length);
     expectNothingLost("cut to " + std::to_string(length));
@@ -109,17 +104,6 @@ void PrintTo(const Trouble& trouble, std::ostream* out) {
 }
 
 class StoreTroubles : public StoreDamageTest, public testing::WithParamInterface<Trouble> {};
-
-void run(const std::string& file, const char* statement) {
-  const int status = ChildProcess([&] {
-                       sqlite3* database = nullptr;
-                       if (sqlite3_open(file.c_str(), &database) != SQLITE_OK) return 2;
-                       const int result = sqlite3_exec(database, statement, nullptr, nullptr, nullptr);
-                       sqlite3_close(database);
-                       return result == SQLITE_OK ? 0 : 1;
-                     }).wait();
-  ASSERT_EQ(status, 0);
-}
 
 TEST_P(StoreTroubles, loseNothingAndAreSaidOnce) {
   log.sink->clear();
@@ -141,11 +125,11 @@ INSTANTIATE_TEST_SUITE_P(
         Trouble{"directoryGone", "was gone",
                 [](const std::string& file) { fs::remove_all(fs::path(file).parent_path()); }},
         Trouble{"negativeFormat", "its format -7 is none",
-                [](const std::string& file) { run(file, "PRAGMA user_version = -7"); }},
+                [](const std::string& file) { runSql(file, "PRAGMA user_version = -7"); }},
         Trouble{"otherProgram", "the file of another program",
-                [](const std::string& file) { run(file, "PRAGMA application_id = 5"); }},
+                [](const std::string& file) { runSql(file, "PRAGMA application_id = 5"); }},
         Trouble{"tableGone", "no such table",
-                [](const std::string& file) { run(file, "DROP TABLE value"); }}),
+                [](const std::string& file) { runSql(file, "DROP TABLE value"); }}),
     testing::PrintToStringParamName());
 
 TEST_F(StoreDamageTest, aValueThatChangesByItselfIsDamage) {
@@ -168,7 +152,7 @@ TEST_F(StoreDamageTest, aFileThatIsOnlyTouchedIsNotDamaged) {
 
 TEST_F(StoreDamageTest, aFormatThatANewerProgramHasBroughtKeepsWhatIsKnownAndRefusesChanges) {
   log.sink->clear();
-  run(file(), "PRAGMA user_version = 2");
+  runSql(file(), "PRAGMA user_version = 2");
   const std::string newer = TemporaryDirectory::read(file());
   EXPECT_EQ(*store->values(), kept);
   try {
@@ -180,7 +164,7 @@ TEST_F(StoreDamageTest, aFormatThatANewerProgramHasBroughtKeepsWhatIsKnownAndRef
   EXPECT_EQ(*store->values(), kept);
   EXPECT_EQ(log.sink->lines().size(), 1u);
   EXPECT_EQ(TemporaryDirectory::read(file()), newer);
-  run(file(), "PRAGMA user_version = 1");
+  runSql(file(), "PRAGMA user_version = 1");
   expectNothingLost("the older one again");
 }
 

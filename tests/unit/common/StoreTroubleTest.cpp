@@ -1,10 +1,6 @@
 #include <gmock/gmock.h>
-#include <sched.h>
 #include <signal.h>
-#include <sqlite3.h>
-#include <sys/mount.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 #include <random>
 #include <thread>
@@ -15,6 +11,7 @@
 #include "support/Environment.h"
 #include "support/FilesInMemory.h"
 #include "support/ProcessLog.h"
+#include "support/StoreTrouble.h"
 #include "support/TemporaryDirectory.h"
 
 // Stores under kills, full disks, and other processes. Every round works in processes of its own.
@@ -39,42 +36,6 @@ class StoreTroubleTest : public testing::Test {
   TemporaryDirectory directory;
   Environment storeDirectory{"ZEB_STORE_DIR", directory.file("stores")};
   ProcessLog log;
-};
-
-int soakRounds(int normal, int soak) {
-  const char* wanted = std::getenv("ZEB_SOAK");
-  return wanted && std::string(wanted) == "1" ? soak : normal;
-}
-
-/// A pipe by which a child acknowledges what it was told is on disk.
-class Acknowledgements {
- public:
-  Acknowledgements() {
-    if (pipe(_ends) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
-  }
-  ~Acknowledgements() {
-    close(_ends[0]);
-    if (_ends[1] >= 0) close(_ends[1]);
-  }
-  void give(std::uint32_t number) const {
-    if (write(_ends[1], &number, sizeof number) != sizeof number) _exit(98);
-  }
-  void waitForFirst() const {
-    std::uint32_t number = 0;
-    if (read(_ends[0], &number, sizeof number) != sizeof number) ADD_FAILURE() << "the child never wrote";
-  }
-  /// The last one that was given; the child has ended.
-  std::uint32_t last() {
-    close(_ends[1]);
-    _ends[1] = -1;
-    std::uint32_t number = 0;
-    std::uint32_t next = 0;
-    while (read(_ends[0], &next, sizeof next) == sizeof next) number = next;
-    return number;
-  }
-
- private:
-  int _ends[2] = {-1, -1};
 };
 
 /// Counts up: a single write, and two that belong together.
@@ -127,10 +88,9 @@ class Counter {
 TEST_F(StoreTroubleTest, killsOfTwoWritersAtRandomMomentsLoseNothingAndTearNothing) {
   std::mt19937 random(20260102);
   std::uniform_int_distribution<int> microseconds(0, 20000);
-  const int rounds = soakRounds(50, 1000);
   std::uint32_t first = 1;
   std::uint32_t second = 1;
-  for (int round = 0; round < rounds; ++round) {
+  for (int round = 0; round < rounds(50, 1000); ++round) {
     Counter one("one", first);
     Counter other("other", second);
     std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
@@ -153,7 +113,7 @@ TEST_F(StoreTroubleTest, killsOfTwoWritersAtRandomMomentsLoseNothingAndTearNothi
 TEST_F(StoreTroubleTest, killsDuringTheFirstOpeningLeaveAStoreThatOpens) {
   std::mt19937 random(7);
   std::uniform_int_distribution<int> microseconds(0, 4000);
-  for (int round = 0; round < soakRounds(50, 1000); ++round) {
+  for (int round = 0; round < rounds(50, 1000); ++round) {
     std::filesystem::remove_all(directory.file("stores"));
     ChildProcess opener([&] { return open() ? 0 : 1; });
     std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
@@ -200,7 +160,7 @@ TEST_F(StoreTroubleTest, twoProcessesAtOnceLoseNoWrite) {
 }
 
 TEST_F(StoreTroubleTest, processesThatOpenADamagedStoreAtOnceAgreeOnTheFreshOne) {
-  for (int round = 0; round < soakRounds(10, 200); ++round) {
+  for (int round = 0; round < rounds(10, 200); ++round) {
     std::filesystem::remove_all(directory.file("stores"));
     std::filesystem::create_directories(directory.file("stores"));
     directory.write("stores/S.db", std::string(5000, 'n'));
@@ -219,26 +179,6 @@ TEST_F(StoreTroubleTest, processesThatOpenADamagedStoreAtOnceAgreeOnTheFreshOne)
     ASSERT_FALSE(std::filesystem::exists(directory.file("stores/S.db.damaged-2")));
   }
 }
-
-/// Another process that has the store locked for as long as this lives.
-class Locker {
- public:
-  explicit Locker(const std::string& file)
-      : _process([&] {
-          sqlite3* database = nullptr;
-          if (sqlite3_open(file.c_str(), &database) != SQLITE_OK) return 1;
-          if (sqlite3_exec(database, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr) != SQLITE_OK) return 1;
-          _locked.give(1);
-          pause();
-          return 0;
-        }) {
-    _locked.waitForFirst();
-  }
-
- private:
-  Acknowledgements _locked;
-  ChildProcess _process;
-};
 
 TEST_F(StoreTroubleTest, aStoreThatIsLockedWhenItIsOpenedIsLeftAloneAndReadOnceItIsFree) {
   open()->setUInt32("a", 1);
@@ -307,25 +247,6 @@ std::string failureOf(const std::string& name) {
   return "not asked for";
 }
 
-/// Runs `body` where `stores` is a file system of 256 KiB. Returns 77 where no such thing can be mounted.
-int onSmallDisk(const std::string& stores, const std::function<int()>& body) {
-  return ChildProcess([&] {
-           std::filesystem::create_directories(stores);
-           if (unshare(CLONE_NEWNS) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return 77;
-           if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return 77;
-           if (mount("tmpfs", stores.c_str(), "tmpfs", 0, "size=256k") != 0) return 77;
-           return body();
-         })
-      .wait();
-}
-
-void fillDisk(const std::string& stores) {
-  std::ofstream filler(stores + "/filler", std::ios::binary);
-  const std::string block(1024, 'f');
-  while (filler.write(block.data(), static_cast<std::streamsize>(block.size())).flush()) {
-  }
-}
-
 TEST_F(StoreTroubleTest, aFullDiskFailsTheWriteAndLosesNothing) {
   const std::string stores = directory.file("stores");
   const int result = onSmallDisk(stores, [&] {
@@ -338,6 +259,8 @@ TEST_F(StoreTroubleTest, aFullDiskFailsTheWriteAndLosesNothing) {
     store->addDefaults({{"lost too", 1}, {"kept", 1}});
     store->addDefaults({{"lost again", 1}});
     if (linesAbout(stores) != 1 || failureOf("S").empty()) return 4;
+    if (store->exists("lost") || !runSql(stores + "/S.db", "PRAGMA busy_timeout = 0; BEGIN EXCLUSIVE"))
+      return 8;
     std::filesystem::remove(stores + "/filler");
     store->setUInt32("later", 6);
     const auto again = open();
@@ -345,7 +268,7 @@ TEST_F(StoreTroubleTest, aFullDiskFailsTheWriteAndLosesNothing) {
     if (!failureOf("S").empty()) return 5;
     return again->exists("lost") || again->exists("lost too") ? 7 : 0;
   });
-  if (result == 77) GTEST_SKIP() << "no file system can be mounted here";
+  if (result == kNoDisk) GTEST_SKIP() << "no file system can be mounted here";
   EXPECT_EQ(result, 0);
 }
 
@@ -362,7 +285,7 @@ TEST_F(StoreTroubleTest, aFullDiskAtTheFirstOpeningIsAStoreThatRefusesUntilThere
     store->setUInt32("a", 5);
     return open()->getUInt32("a") == 5 && failureOf("S").empty() ? 0 : 4;
   });
-  if (result == 77) GTEST_SKIP() << "no file system can be mounted here";
+  if (result == kNoDisk) GTEST_SKIP() << "no file system can be mounted here";
   EXPECT_EQ(result, 0);
 }
 
@@ -370,7 +293,7 @@ TEST_F(StoreTroubleTest, aReadOnlyDiskServesWhatIsKeptAndRefusesWrites) {
   const std::string stores = directory.file("stores");
   const int result = onSmallDisk(stores, [&] {
     open()->setUInt32("kept", 4);
-    if (mount(nullptr, stores.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) != 0) return 77;
+    makeReadOnly(stores, true);
     const auto store = open();
     if (!store) return 1;
     if (store->getUInt32("kept") != 4) return 2;
@@ -379,7 +302,7 @@ TEST_F(StoreTroubleTest, aReadOnlyDiskServesWhatIsKeptAndRefusesWrites) {
     if (linesAbout(stores) != 1 || failureOf("S") != "attempt to write a readonly database") return 4;
     return store->getUInt32("kept") == 4 && !store->exists("missing") ? 0 : 5;
   });
-  if (result == 77) GTEST_SKIP() << "no file system can be mounted here";
+  if (result == kNoDisk) GTEST_SKIP() << "no file system can be mounted here";
   EXPECT_EQ(result, 0);
 }
 

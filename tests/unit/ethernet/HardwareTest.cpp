@@ -1,37 +1,16 @@
 #include <gtest/gtest.h>
 #include <linux/pci_regs.h>
-#include <unistd.h>
-
-#include <filesystem>
-#include <fstream>
 
 #include "SnapshotBuilder.h"
-#include "kernel/EthtoolIoctl.h"
+#include "SysTree.h"
+#include "kernel/DriverCounters.h"
 #include "kernel/Hardware.h"
 
 namespace ZEB::ethernet::test {
 namespace {
 
-namespace fs = std::filesystem;
-
-/// A file tree of its own with the parts of sysfs that are read.
-class HardwareTest : public testing::Test {
+class HardwareTest : public SysTree {
  protected:
-  HardwareTest() {
-    std::string name = (fs::temp_directory_path() / "zeb-hardware-XXXXXX").string();
-    root = mkdtemp(name.data());
-    for (const char* bus : {"pci", "usb", "virtio"})
-      fs::create_directories(root / "sys/bus" / bus / "devices");
-    fs::create_directories(root / "sys/bus/pci/slots");
-  }
-  ~HardwareTest() override { fs::remove_all(root); }
-
-  void file(const fs::path& path, const std::string& text) { binary(path, text + "\n"); }
-  void binary(const fs::path& path, std::string_view bytes) {
-    fs::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << bytes;
-  }
-
   /// A function's configuration space, with that capability as its only one.
   void configuration(const fs::path& function, int capability) {
     std::string space(256, '\0');
@@ -41,31 +20,12 @@ class HardwareTest : public testing::Test {
     binary(function / "config", space);
   }
 
-  /// A device below `parent`, as a link on its bus.
-  fs::path device(const fs::path& parent, const char* bus, const char* name) {
-    const fs::path path = parent / name;
-    fs::create_directories(path);
-    fs::create_directory_symlink(root / "sys/bus" / bus, path / "subsystem");
-    fs::create_directory_symlink(path, root / "sys/bus" / bus / "devices" / name);
-    return path;
-  }
-
-  fs::path pci(const fs::path& parent, const char* name, const char* vendor, const char* id) {
-    const fs::path path = device(parent, "pci", name);
-    file(path / "vendor", vendor);
-    file(path / "device", id);
-    file(path / "revision", "0x0b");
-    return path;
-  }
-
   std::shared_ptr<const HardwareFacts> read(const char* bus, const char* name) {
     LinkFacts link = ethernetLink(2, "eth0");
     link.parentBus = bus;
     link.parentDevice = name;
     return HardwareReader(root).read(link);
   }
-
-  fs::path root;
 };
 
 TEST_F(HardwareTest, CardInASlotOfTheKernels) {

@@ -45,7 +45,7 @@ class CmpiName {
 
  private:
   std::shared_ptr<const std::string> _owned;
-  std::string_view _view{""};
+  std::string_view _view{""};  // NOLINT(readability-redundant-string-init): `c_str` needs its characters
 };
 
 }  // namespace CmpiCpp

@@ -21,6 +21,7 @@ class ManagementInterfaces {
   explicit ManagementInterfaces(Release release);
   ManagementInterfaces(const ManagementInterfaces&) = delete;
   ManagementInterfaces& operator=(const ManagementInterfaces&) = delete;
+  ~ManagementInterfaces() = default;
 
   CMPIInstanceMI* instanceMI() { return &_instance; }
   CMPIAssociationMI* associationMI() { return &_association; }

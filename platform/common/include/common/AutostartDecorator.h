@@ -20,6 +20,8 @@ class AutostartDecorator : public ProviderDecorator {
   AutostartDecorator(const CmpiCpp::CmpiBroker& broker, const Logger& logger,
                      std::unique_ptr<CmpiManagedInstance> autostart, const ProviderCreator& creator);
   ~AutostartDecorator() override;
+  AutostartDecorator(const AutostartDecorator&) = delete;
+  AutostartDecorator& operator=(const AutostartDecorator&) = delete;
 
  private:
   void startTimer(const CmpiCpp::CmpiBroker& broker);

@@ -28,6 +28,8 @@ class IndicationDB {
   /// `name` is the part of the file that holds the records.
   IndicationDB(const Logger& logger, const std::string& name);
   ~IndicationDB();
+  IndicationDB(const IndicationDB&) = delete;
+  IndicationDB& operator=(const IndicationDB&) = delete;
 
   static IndicationRecordsState state();
 

@@ -15,6 +15,8 @@ class PerfmonDecorator : public ProviderDecorator {
  public:
   using ProviderDecorator::ProviderDecorator;
   ~PerfmonDecorator() override;
+  PerfmonDecorator(const PerfmonDecorator&) = delete;
+  PerfmonDecorator& operator=(const PerfmonDecorator&) = delete;
 
   struct Sum {
     std::uint64_t calls = 0;

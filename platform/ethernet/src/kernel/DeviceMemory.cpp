@@ -8,8 +8,9 @@
 namespace ZEB::ethernet {
 namespace {
 
-bool isUp(const LinkFacts& link) {
-  return (link.flags.value_or(0) & IFF_UP) != 0;
+/// What of its coming up a link has behind it.
+std::uint32_t upFlags(const LinkFacts& link) {
+  return link.flags.value_or(0) & (IFF_UP | IFF_LOWER_UP);
 }
 
 }  // namespace
@@ -36,22 +37,27 @@ void DeviceMemory::complete(LinkFacts& link, std::unique_ptr<HardwareReader>& re
   Device& device = remembered(link, reader);
   link.hardware = device.hardware;
   link.driver = device.driver;
+  if (!link.permanentAddress) link.permanentAddress = device.permanentAddress;
   addCounters(device, link.ethtool.mac);
 }
 
 DeviceMemory::Device& DeviceMemory::remembered(const LinkFacts& link,
                                                std::unique_ptr<HardwareReader>& reader) {
   Device& device = _devices[link.index];
-  const bool known = device.hardware && device.bus == link.parentBus && device.name == link.parentDevice &&
-                     device.interface == link.name;
+  const bool known =
+      device.bus == link.parentBus && device.name == link.parentDevice && device.interface == link.name;
   if (!known) {
-    if (!reader) reader = std::make_unique<HardwareReader>();
-    device = {link.parentBus,           link.parentDevice,         link.name, isUp(link), reader->read(link),
-              _ioctl.driver(link.name), _ioctl.counters(link.name)};
+    if (!reader) reader = std::make_unique<HardwareReader>(_root);
+    device = {
+        link.parentBus,           link.parentDevice,          link.name, upFlags(link), reader->read(link),
+        _ioctl.driver(link.name), _ioctl.counters(link.name), {}};
+    if (!link.permanentAddress) device.permanentAddress = _ioctl.permanentAddress(link.name);
     return device;
   }
-  const bool cameUp = !std::exchange(device.up, isUp(link)) && device.up;
-  if (cameUp && !(device.driver && device.driver->firmwareVersion)) device.driver = _ioctl.driver(link.name);
+  const std::uint32_t before = std::exchange(device.up, upFlags(link));
+  if ((device.up & ~before) != 0) {
+    if (auto driver = _ioctl.driver(link.name)) device.driver = std::move(driver);
+  }
   return device;
 }
 
@@ -63,8 +69,8 @@ void DeviceMemory::addCounters(std::vector<InterfaceCounters>& interfaces) {
 }
 
 void DeviceMemory::addCounters(Device& device, MacStatistics& statistics) const {
-  const bool standardGroup = statistics != MacStatistics{};
-  if (standardGroup || !device.counters || device.counters->places.empty()) return;
+  const auto lacking = [&](const CounterPlaces::Place& place) { return !(statistics.*place.counter); };
+  if (!device.counters || std::ranges::none_of(device.counters->places, lacking)) return;
   if (!_ioctl.readCounters(device.interface, *device.counters, statistics)) {
     device.counters = _ioctl.counters(device.interface);
   }

@@ -6,50 +6,14 @@
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 
-#include <algorithm>
-#include <array>
 #include <cstring>
-#include <string_view>
+#include <vector>
+
+#include "kernel/IoctlDecoders.h"
+#include "posix/FileDescriptor.h"
 
 namespace ZEB::ethernet {
 namespace {
-
-struct CounterName {
-  std::string_view name;
-  std::optional<std::uint64_t> MacStatistics::*counter;
-};
-
-// The plainest name of each counter first.
-constexpr auto kCounterNames = std::to_array<CounterName>({
-    {"rx_align_errors", &MacStatistics::alignmentErrors},
-    {"rx_alignment_errors", &MacStatistics::alignmentErrors},
-    {"align_errors", &MacStatistics::alignmentErrors},
-    {"frame_align", &MacStatistics::alignmentErrors},
-    {"rx_frame_errors", &MacStatistics::alignmentErrors},
-    {"rx_fcs_errors", &MacStatistics::fcsErrors},
-    {"rx_crc_errors", &MacStatistics::fcsErrors},
-    {"rx_crc_errors_phy", &MacStatistics::fcsErrors},
-    {"port.rx_crc_errors", &MacStatistics::fcsErrors},
-    {"tx_single_collisions", &MacStatistics::singleCollisions},
-    {"tx_single_coll_ok", &MacStatistics::singleCollisions},
-    {"tx_ok_1col", &MacStatistics::singleCollisions},
-    {"tx_multi_collisions", &MacStatistics::multipleCollisions},
-    {"tx_mult_collisions", &MacStatistics::multipleCollisions},
-    {"tx_multi_coll_ok", &MacStatistics::multipleCollisions},
-    {"tx_ok_mcol", &MacStatistics::multipleCollisions},
-    {"tx_deferred", &MacStatistics::deferred},
-    {"tx_deferred_ok", &MacStatistics::deferred},
-    {"tx_late_collisions", &MacStatistics::lateCollisions},
-    {"tx_abort_late_coll", &MacStatistics::lateCollisions},
-    {"tx_window_errors", &MacStatistics::lateCollisions},
-    {"tx_excessive_collisions", &MacStatistics::excessiveCollisions},
-    {"tx_excess_collisions", &MacStatistics::excessiveCollisions},
-    {"tx_aborted_errors", &MacStatistics::excessiveCollisions},
-    {"tx_mac_errors", &MacStatistics::transmitErrors},
-    {"tx_internal_mac_errors", &MacStatistics::transmitErrors},
-    {"rx_mac_errors", &MacStatistics::receiveErrors},
-    {"rx_internal_mac_errors", &MacStatistics::receiveErrors},
-});
 
 // Drivers have hundreds of counters at most; a number beyond this is no number.
 constexpr std::uint32_t kMostCounters = 65536;
@@ -69,35 +33,33 @@ std::vector<std::uint64_t> room(std::size_t bytes) {
   return std::vector<std::uint64_t>((sizeof(Command) + bytes + 7) / 8);
 }
 
-}  // namespace
+/// The three sets of link modes, each as long as its length can say.
+constexpr std::size_t kModeSets = 3 * std::size_t{127} * sizeof(std::uint32_t);
 
-CounterPlaces findCounters(const std::vector<std::string>& names) {
-  CounterPlaces found;
-  found.total = static_cast<std::uint32_t>(names.size());
-  for (const CounterName& known : kCounterNames) {
-    const bool had =
-        std::ranges::any_of(found.places, [&](const auto& p) { return p.counter == known.counter; });
-    const auto at = had ? names.end() : std::ranges::find(names, known.name);
-    if (at != names.end())
-      found.places.push_back({static_cast<std::uint32_t>(at - names.begin()), known.counter});
-  }
-  return found;
+constexpr std::size_t kLongestAddress = 32;
+
+template <class Command>
+Bytes bytesOf(const Command& command) {
+  return std::as_bytes(std::span(&command, 1));
 }
 
-EthtoolIoctl::EthtoolIoctl() : _socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {}
+}  // namespace
 
-bool EthtoolIoctl::ask(const std::string& interface, void* command) const {
-  ifreq request{};
-  if (interface.size() >= sizeof request.ifr_name) return false;
-  interface.copy(request.ifr_name, interface.size());
-  request.ifr_data = static_cast<char*>(command);
-  return _socket && ::ioctl(_socket.get(), SIOCETHTOOL, &request) == 0;
+EthtoolCall kernelEthtool() {
+  const auto socket = std::make_shared<FileDescriptor>(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+  return [socket](const std::string& interface, void* command) {
+    ifreq request{};
+    if (interface.size() >= sizeof request.ifr_name) return false;
+    interface.copy(request.ifr_name, interface.size());
+    request.ifr_data = static_cast<char*>(command);
+    return *socket && ::ioctl(socket->get(), SIOCETHTOOL, &request) == 0;
+  };
 }
 
 std::shared_ptr<const DriverFacts> EthtoolIoctl::driver(const std::string& interface) const {
   ethtool_drvinfo info{};
   info.cmd = ETHTOOL_GDRVINFO;
-  if (!ask(interface, &info)) return nullptr;
+  if (!_call(interface, &info)) return nullptr;
   return std::make_shared<DriverFacts>(DriverFacts{driverText(info.driver, sizeof info.driver),
                                                    driverText(info.version, sizeof info.version),
                                                    driverText(info.fw_version, sizeof info.fw_version)});
@@ -106,13 +68,13 @@ std::shared_ptr<const DriverFacts> EthtoolIoctl::driver(const std::string& inter
 std::optional<CounterPlaces> EthtoolIoctl::counters(const std::string& interface) const {
   ethtool_drvinfo info{};
   info.cmd = ETHTOOL_GDRVINFO;
-  if (!ask(interface, &info) || info.n_stats == 0 || info.n_stats > kMostCounters) return std::nullopt;
+  if (!_call(interface, &info) || info.n_stats == 0 || info.n_stats > kMostCounters) return std::nullopt;
   auto memory = room<ethtool_gstrings>((info.n_stats + kSpareCounters) * ETH_GSTRING_LEN);
   auto* strings = reinterpret_cast<ethtool_gstrings*>(memory.data());
   strings->cmd = ETHTOOL_GSTRINGS;
   strings->string_set = ETH_SS_STATS;
   strings->len = info.n_stats;
-  if (!ask(interface, strings) || strings->len > info.n_stats) return std::nullopt;
+  if (!_call(interface, strings) || strings->len > info.n_stats) return std::nullopt;
   std::vector<std::string> names;
   for (std::uint32_t i = 0; i < strings->len; ++i) {
     const char* name = reinterpret_cast<const char*>(strings->data) + std::size_t{i} * ETH_GSTRING_LEN;
@@ -127,10 +89,54 @@ bool EthtoolIoctl::readCounters(const std::string& interface, const CounterPlace
   auto* stats = reinterpret_cast<ethtool_stats*>(memory.data());
   stats->cmd = ETHTOOL_GSTATS;
   stats->n_stats = places.total;
-  if (!ask(interface, stats) || stats->n_stats != places.total) return false;
+  if (!_call(interface, stats) || stats->n_stats != places.total) return false;
   const std::uint64_t* values = memory.data() + sizeof(ethtool_stats) / sizeof(std::uint64_t);
-  for (const auto& place : places.places) statistics.*place.counter = values[place.position];
+  for (const auto& place : places.places) {
+    auto& counter = statistics.*place.counter;
+    if (!counter) counter = values[place.position];
+  }
   return true;
+}
+
+std::optional<HardwareAddress> EthtoolIoctl::permanentAddress(const std::string& interface) const {
+  auto memory = room<ethtool_perm_addr>(kLongestAddress);
+  auto* address = reinterpret_cast<ethtool_perm_addr*>(memory.data());
+  address->cmd = ETHTOOL_GPERMADDR;
+  address->size = kLongestAddress;
+  if (!_call(interface, address)) return std::nullopt;
+  return decodePermanentAddress(std::as_bytes(std::span(memory)));
+}
+
+void EthtoolIoctl::addSettings(LinkFacts& link) {
+  addLinkSettings(link);
+  // Virtual interfaces have no answer to the rest.
+  if (!link.parentDevice) {
+    link.ethtool.media.reset();
+    return;
+  }
+  ethtool_value detected{};
+  detected.cmd = ETHTOOL_GLINK;
+  if (_call(link.name, &detected)) link.ethtool.linkDetected = detected.data != 0;
+  ethtool_wolinfo wake{};
+  wake.cmd = ETHTOOL_GWOL;
+  if (_call(link.name, &wake)) mergeWakeOnLan(bytesOf(wake), link.ethtool);
+  ethtool_eee energy{};
+  energy.cmd = ETHTOOL_GEEE;
+  if (_call(link.name, &energy)) mergeEnergyEfficiency(bytesOf(energy), link.ethtool);
+}
+
+/// A kernel that is offered sets of another length than its own says its own, as a negative number.
+void EthtoolIoctl::addLinkSettings(LinkFacts& link) {
+  for (int i = 0; i < 2; ++i) {
+    auto memory = room<ethtool_link_settings>(kModeSets);
+    auto* settings = reinterpret_cast<ethtool_link_settings*>(memory.data());
+    settings->cmd = ETHTOOL_GLINKSETTINGS;
+    settings->link_mode_masks_nwords = _modeWords;
+    if (!_call(link.name, settings)) return;
+    if (settings->link_mode_masks_nwords > 0)
+      return mergeLinkSettings(std::as_bytes(std::span(memory)), link.ethtool);
+    _modeWords = static_cast<std::int8_t>(-settings->link_mode_masks_nwords);
+  }
 }
 
 }  // namespace ZEB::ethernet

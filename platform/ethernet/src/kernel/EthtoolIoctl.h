@@ -1,46 +1,47 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
+#include <utility>
 
-#include "posix/FileDescriptor.h"
+#include "kernel/DriverCounters.h"
 #include "snapshot/HostSnapshot.h"
 
 namespace ZEB::ethernet {
 
-/// Where a driver keeps the counters that are reported, among all that it has: found once by their names.
-struct CounterPlaces {
-  std::uint32_t total = 0;
-  struct Place {
-    std::uint32_t position;
-    std::optional<std::uint64_t> MacStatistics::*counter;
-  };
-  std::vector<Place> places;
-};
+/// Asks a driver: the place where tests put something else. `command` is one of ethtool's structures, into
+/// which the answer is written. False when the driver refuses.
+using EthtoolCall = std::function<bool(const std::string& interface, void* command)>;
 
-/// Which of a driver's counters mean what. Drivers name alike things in many ways; where one has several of
-/// the names, the plainest counts.
-CounterPlaces findCounters(const std::vector<std::string>& names);
+/// The kernel, in the network namespace of the calling thread.
+EthtoolCall kernelEthtool();
 
 /// The questions that ethtool's netlink has no answer to.
 class EthtoolIoctl {
  public:
-  EthtoolIoctl();
+  explicit EthtoolIoctl(EthtoolCall call = kernelEthtool()) : _call(std::move(call)) {}
 
   /// Null when the driver says nothing.
   std::shared_ptr<const DriverFacts> driver(const std::string& interface) const;
   std::optional<CounterPlaces> counters(const std::string& interface) const;
-  /// Fills what `places` knows. False when the driver's counters are no longer those; then nothing is filled.
+  /// Fills what `places` knows and `statistics` does not. False when the driver's counters are no longer
+  /// those; then nothing is filled.
   bool readCounters(const std::string& interface, const CounterPlaces& places,
                     MacStatistics& statistics) const;
+  std::optional<HardwareAddress> permanentAddress(const std::string& interface) const;
+
+  /// Adds what ethtool's netlink says of a link, for kernels that have none: as much of it as there is an
+  /// ioctl for.
+  void addSettings(LinkFacts& link);
 
  private:
-  bool ask(const std::string& interface, void* command) const;
+  void addLinkSettings(LinkFacts& link);
 
-  FileDescriptor _socket;
+  EthtoolCall _call;
+  std::int8_t _modeWords = 0;  ///< in each of the kernel's sets of link modes; 0 until it has said how many
 };
 
 }  // namespace ZEB::ethernet

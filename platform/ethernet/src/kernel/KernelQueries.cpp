@@ -160,8 +160,9 @@ void KernelQueries::addEthtool(std::vector<LinkFacts>& links) {
   const bool hardware = std::ranges::any_of(links, hasHardware);
   for (const EthtoolQuestion& question : ethtoolQuestions()) {
     if (question.hardwareOnly && !hardware) continue;
-    askEthtool(question, links,
-               [&](LinkFacts& link, Bytes payload) { mergeEthtool(question, payload, link.ethtool); });
+    askEthtool(question, links, [&](LinkFacts& link, Bytes payload) {
+      if (!question.hardwareOnly || hasHardware(link)) mergeEthtool(question, payload, link.ethtool);
+    });
   }
 }
 

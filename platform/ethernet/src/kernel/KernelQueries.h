@@ -37,6 +37,8 @@ class KernelQueries {
   /// Adds the counters that ethtool has in the standard group, to interfaces in the order of their numbers.
   void addMacCounters(std::vector<InterfaceCounters>& interfaces);
 
+  /// Whether the kernel has ethtool's netlink; those before 5.6 have not.
+  bool hasEthtool() const { return _ethtoolFamily.has_value(); }
   /// The number of the multicast group that announces changes made through ethtool.
   std::optional<std::uint32_t> ethtoolGroup() const { return _monitorGroup; }
 

@@ -48,24 +48,38 @@ void append(std::vector<T>& all, std::vector<T>&& more) {
 
 }  // namespace
 
-std::optional<Failure> KernelSource::open() {
-  if (_queries) return std::nullopt;
+Outcome<KernelAccess> KernelAccess::open() {
   auto queries = KernelQueries::open();
   if (!queries) return queries.failure();
-  _queries = std::move(*queries);
-  _listener = std::make_unique<Listener>(_queries->ethtoolGroup());
+  const auto group = (*queries)->ethtoolGroup();
+  return KernelAccess{std::move(*queries), Listener::open(group), kernelEthtool()};
+}
+
+KernelSource::Kernel::Kernel(KernelAccess access)
+    : queries(std::move(access.queries)),
+      listener(std::move(access.listener)),
+      ioctl(std::move(access.ethtool)),
+      devices(ioctl, access.root),
+      parents(access.root) {}
+
+std::optional<Failure> KernelSource::open() {
+  if (_kernel) return std::nullopt;
+  auto access = _open();
+  if (!access) return access.failure();
+  _kernel = std::make_unique<Kernel>(std::move(*access));
   return std::nullopt;
 }
 
 bool KernelSource::announced() {
-  if (_listener) (void)hear();
+  if (_kernel) (void)hear();
   return _announced;
 }
 
 /// An interface that goes down or loses an address takes its routes with it, and not all of that is
 /// announced.
 Announcements KernelSource::hear() {
-  Announcements heard = _listener->drain();
+  Announcements heard = _kernel->listener.drain();
+  _kernel->parents.forget(heard);
   const auto concerned = [&](const RouteFacts& route) { return heard.interfaces.contains(route.index); };
   if (heard.everything || heard.routes || (_routes && std::ranges::any_of(*_routes, concerned)))
     _routes.reset();
@@ -75,7 +89,7 @@ Announcements KernelSource::hear() {
 
 Outcome<std::vector<RouteFacts>> KernelSource::routes() {
   if (!_routes) {
-    auto routes = _queries->routes();
+    auto routes = _kernel->queries->routes();
     if (!routes) return routes;
     _routes = std::move(*routes);
   }
@@ -105,14 +119,14 @@ Outcome<std::optional<CounterSnapshot>> KernelSource::readCounters() {
   if (announced()) return std::optional<CounterSnapshot>();
   CounterSnapshot snapshot;
   snapshot.sampleTime = std::time(nullptr);
-  auto counters = _queries->counters();
+  auto counters = _kernel->queries->counters();
   // Kernels before 4.7 do not know the question.
   if (!counters) return std::optional<CounterSnapshot>();
   snapshot.interfaces = std::move(*counters);
   std::ranges::sort(snapshot.interfaces, {}, &InterfaceCounters::index);
-  if (!_devices.empty()) {
-    _queries->addMacCounters(snapshot.interfaces);
-    _devices.addCounters(snapshot.interfaces);
+  if (!_kernel->devices.empty()) {
+    _kernel->queries->addMacCounters(snapshot.interfaces);
+    _kernel->devices.addCounters(snapshot.interfaces);
   }
   if (announced()) return std::optional<CounterSnapshot>();
   return std::optional(std::move(snapshot));
@@ -137,7 +151,7 @@ Outcome<HostSnapshot> KernelSource::settled(Outcome<HostSnapshot> (KernelSource:
 Outcome<HostSnapshot> KernelSource::dumpAll() {
   auto snapshot = dumpLinks();
   if (!snapshot) return snapshot;
-  auto addresses = _queries->addresses(std::nullopt);
+  auto addresses = _kernel->queries->addresses(std::nullopt);
   if (!addresses) return addresses.failure();
   _routes.reset();
   auto defaults = routes();
@@ -150,12 +164,12 @@ Outcome<HostSnapshot> KernelSource::dumpAll() {
 Outcome<HostSnapshot> KernelSource::dumpLinks() {
   HostSnapshot snapshot;
   snapshot.sampleTime = std::time(nullptr);
-  auto links = _queries->links();
+  auto links = _kernel->queries->links();
   if (!links) return links.failure();
   snapshot.links = std::move(*links);
   std::ranges::sort(snapshot.links, {}, &LinkFacts::index);
-  _queries->addEthtool(snapshot.links);
-  _devices.completeAll(snapshot.links);
+  addSettings(snapshot.links);
+  _kernel->devices.completeAll(snapshot.links);
   return snapshot;
 }
 
@@ -188,18 +202,19 @@ Outcome<HostSnapshot> KernelSource::askWhole(std::uint32_t index) {
 Outcome<HostSnapshot> KernelSource::askOne(std::uint32_t index) {
   HostSnapshot snapshot;
   snapshot.sampleTime = std::time(nullptr);
-  auto links = _queries->link(index);
+  auto links = _kernel->queries->link(index);
   if (!links) return links.failure();
   if (links->empty()) return snapshot;
   LinkFacts own = std::move(links->front());
   std::vector<std::uint32_t> withLayers = {index};
   if (own.bond) {
-    auto members = _queries->members(index);
+    auto members = _kernel->queries->members(index);
     if (!members) return members.failure();
-    for (LinkFacts& member : *members) _queries->addEthtool(member);
+    for (LinkFacts& member : *members) addSettings(member);
     snapshot.links = std::move(*members);
-  } else if (own.masterIndex && !own.bondMember) {
-    auto master = _queries->link(*own.masterIndex);
+  }
+  if (own.masterIndex && !own.bondMember) {
+    auto master = _kernel->queries->link(*own.masterIndex);
     if (!master) return master.failure();
     withLayers.push_back(*own.masterIndex);
     append(snapshot.links, std::move(*master));
@@ -208,14 +223,26 @@ Outcome<HostSnapshot> KernelSource::askOne(std::uint32_t index) {
   if (!defaults) return defaults.failure();
   snapshot.routes = std::move(*defaults);
   for (const std::uint32_t each : withLayers) {
-    auto addresses = _queries->addresses(each);
+    auto addresses = _kernel->queries->addresses(each);
     if (!addresses) return addresses.failure();
     append(snapshot.addresses, std::move(*addresses));
   }
-  _queries->addEthtool(own);
-  _devices.complete(own);
+  addSettings(own);
+  _kernel->devices.complete(own);
   snapshot.links.push_back(std::move(own));
   return snapshot;
+}
+
+void KernelSource::addSettings(std::vector<LinkFacts>& links) {
+  for (LinkFacts& link : links) _kernel->parents.complete(link);
+  if (_kernel->queries->hasEthtool()) return _kernel->queries->addEthtool(links);
+  for (LinkFacts& link : links) _kernel->ioctl.addSettings(link);
+}
+
+void KernelSource::addSettings(LinkFacts& link) {
+  _kernel->parents.complete(link);
+  if (_kernel->queries->hasEthtool()) return _kernel->queries->addEthtool(link);
+  _kernel->ioctl.addSettings(link);
 }
 
 }  // namespace ZEB::ethernet

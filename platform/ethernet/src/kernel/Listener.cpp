@@ -110,24 +110,21 @@ Announcements ethtoolAnnouncement(Bytes datagram) {
   return announced;
 }
 
-Listener::Listener(std::optional<std::uint32_t> ethtoolGroup)
-    : Listener(ethtoolGroup, RTMGRP_LINK | kLayerGroups) {}
+Listener Listener::open(std::optional<std::uint32_t> ethtoolGroup) {
+  FileDescriptor routing = openSocket(NETLINK_ROUTE, RTMGRP_LINK | kLayerGroups);
+  if (!ethtoolGroup) return Listener(std::move(routing), std::nullopt);
+  FileDescriptor ethtool = openSocket(NETLINK_GENERIC, 0);
+  const bool joined = ethtool && setsockopt(ethtool.get(), SOL_NETLINK, NETLINK_ADD_MEMBERSHIP,
+                                            &*ethtoolGroup, sizeof *ethtoolGroup) == 0;
+  return Listener(std::move(routing), joined ? std::move(ethtool) : FileDescriptor());
+}
 
 Listener Listener::toLayers() {
-  return Listener(std::nullopt, kLayerGroups);
+  return Listener(openSocket(NETLINK_ROUTE, kLayerGroups), std::nullopt);
 }
 
-Listener::Listener(std::optional<std::uint32_t> ethtoolGroup, std::uint32_t routingGroups)
-    : _routing(openSocket(NETLINK_ROUTE, routingGroups)),
-      _listensToEthtool(ethtoolGroup.has_value()),
-      _buffer(kDatagram) {
-  if (!ethtoolGroup) return;
-  _ethtool = openSocket(NETLINK_GENERIC, 0);
-  if (_ethtool && setsockopt(_ethtool.get(), SOL_NETLINK, NETLINK_ADD_MEMBERSHIP, &*ethtoolGroup,
-                             sizeof *ethtoolGroup) != 0) {
-    _ethtool = FileDescriptor();
-  }
-}
+Listener::Listener(FileDescriptor routing, std::optional<FileDescriptor> ethtool)
+    : _routing(std::move(routing)), _ethtool(std::move(ethtool)), _buffer(kDatagram) {}
 
 bool Listener::wait(int stop) const {
   // A socket that could not be had is left out.
@@ -139,7 +136,7 @@ bool Listener::wait(int stop) const {
 
 Announcements Listener::drain() {
   Announcements announced = drain(_routing, routingAnnouncement);
-  if (_listensToEthtool) announced.add(drain(_ethtool, ethtoolAnnouncement));
+  if (_ethtool) announced.add(drain(*_ethtool, ethtoolAnnouncement));
   return announced;
 }
 

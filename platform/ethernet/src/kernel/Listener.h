@@ -29,11 +29,14 @@ Announcements ethtoolAnnouncement(Bytes datagram);
 /// Hears the kernel announce changes of links, addresses, default routes and link settings.
 class Listener {
  public:
-  /// Without `ethtoolGroup`, link settings are not announced. Where a socket is not to be had, everything
-  /// counts as announced all the time.
-  explicit Listener(std::optional<std::uint32_t> ethtoolGroup);
+  /// Without `ethtoolGroup`, link settings are not announced.
+  static Listener open(std::optional<std::uint32_t> ethtoolGroup);
   /// Hears addresses and default routes alone.
   static Listener toLayers();
+
+  /// On sockets that announcements come from. Without `ethtool`, link settings are not announced. Where a
+  /// socket is none, everything counts as announced all the time.
+  Listener(FileDescriptor routing, std::optional<FileDescriptor> ethtool);
 
   /// Whether there is a socket to hear on.
   bool hears() const { return static_cast<bool>(_routing); }
@@ -45,11 +48,10 @@ class Listener {
   Announcements drain();
 
  private:
-  Listener(std::optional<std::uint32_t> ethtoolGroup, std::uint32_t routingGroups);
   Announcements drain(const FileDescriptor& socket, Announcements (*read)(Bytes));
 
-  FileDescriptor _routing, _ethtool;
-  bool _listensToEthtool;
+  FileDescriptor _routing;
+  std::optional<FileDescriptor> _ethtool;
   std::vector<std::byte> _buffer;
 };
 

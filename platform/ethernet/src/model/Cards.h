@@ -21,7 +21,6 @@ struct PortPlace {
   std::uint16_t devicePort = 0;
   std::uint32_t index = 0;
 
-  // NOLINTNEXTLINE(modernize-use-nullptr): the check takes the comparison for one with a pointer
   friend auto operator<=>(const PortPlace&, const PortPlace&) = default;
   bool sameCard(const PortPlace& other) const;
   /// A text that names the card, such as "pci 0000:01:00" or "usb 1-1".

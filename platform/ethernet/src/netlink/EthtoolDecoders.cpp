@@ -45,18 +45,6 @@ struct Bitset {
   LinkModes value, mask;
 };
 
-LinkModes bitsOf(std::optional<Bytes> words, std::size_t count) {
-  LinkModes bits;
-  if (!words) return bits;
-  constexpr std::size_t kWord = 32;
-  for (std::size_t first = 0; first < std::min(count, bits.size()); first += kWord) {
-    auto word = leading<std::uint32_t>(words->subspan(first / 8)).value_or(0);
-    if (count - first < kWord) word &= (1u << (count - first)) - 1;
-    bits |= LinkModes(word) << first;
-  }
-  return bits;
-}
-
 /// A compact bit set. Words that do not cover the size that the set claims make it unknown.
 std::optional<Bitset> bitset(std::optional<Bytes> nest) {
   if (!nest) return std::nullopt;
@@ -67,7 +55,7 @@ std::optional<Bitset> bitset(std::optional<Bytes> nest) {
   if (!size || !value) return std::nullopt;
   const std::size_t bytes = (std::size_t{*size} + 31) / 32 * 4;
   if (value->size() < bytes || (mask && mask->size() < bytes)) return std::nullopt;
-  return Bitset{bitsOf(value, *size), bitsOf(mask, *size)};
+  return Bitset{linkModes(*value, *size), linkModes(mask.value_or(Bytes{}), *size)};
 }
 
 std::uint32_t lowWord(const LinkModes& bits) {
@@ -81,10 +69,7 @@ void mergeModes(Bytes bytes, EthtoolFacts& facts) {
     facts.advertised = ours->value;
   }
   if (const auto autoneg = attributes.u8(ETHTOOL_A_LINKMODES_AUTONEG)) facts.autonegotiation = *autoneg != 0;
-  const auto speed = attributes.u32(ETHTOOL_A_LINKMODES_SPEED);
-  if (speed && *speed != 0 && *speed != static_cast<std::uint32_t>(SPEED_UNKNOWN)) facts.speed = speed;
-  const auto duplex = attributes.u8(ETHTOOL_A_LINKMODES_DUPLEX);
-  if (duplex == DUPLEX_HALF || duplex == DUPLEX_FULL) facts.fullDuplex = *duplex == DUPLEX_FULL;
+  mergeSpeed(attributes.u32(ETHTOOL_A_LINKMODES_SPEED), attributes.u8(ETHTOOL_A_LINKMODES_DUPLEX), facts);
 }
 
 void mergeInfo(Bytes bytes, EthtoolFacts& facts) {
@@ -162,6 +147,22 @@ constexpr auto kQuestions = std::to_array<EthtoolQuestion>({
 });
 
 }  // namespace
+
+LinkModes linkModes(Bytes words, std::size_t count) {
+  LinkModes bits;
+  constexpr std::size_t kWord = 32;
+  for (std::size_t first = 0; first < std::min(count, bits.size()); first += kWord) {
+    auto word = leading<std::uint32_t>(following(words, first / 8)).value_or(0);
+    if (count - first < kWord) word &= (1u << (count - first)) - 1;
+    bits |= LinkModes(word) << first;
+  }
+  return bits;
+}
+
+void mergeSpeed(std::optional<std::uint32_t> speed, std::optional<std::uint8_t> duplex, EthtoolFacts& facts) {
+  if (speed && *speed != 0 && *speed != static_cast<std::uint32_t>(SPEED_UNKNOWN)) facts.speed = speed;
+  if (duplex == DUPLEX_HALF || duplex == DUPLEX_FULL) facts.fullDuplex = *duplex == DUPLEX_FULL;
+}
 
 std::span<const EthtoolQuestion> ethtoolQuestions() {
   return kQuestions;

@@ -17,6 +17,7 @@ class InterfaceIndex {
   InterfaceIndex& operator=(const InterfaceIndex&) = delete;
   InterfaceIndex(InterfaceIndex&&) = default;
   InterfaceIndex& operator=(InterfaceIndex&&) = default;
+  ~InterfaceIndex() = default;
 
   /// The interface, its members and its master, with their addresses and routes; no link when it is not
   /// there.

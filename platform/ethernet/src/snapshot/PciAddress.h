@@ -12,7 +12,6 @@ namespace ZEB::ethernet {
 struct PciAddress {
   std::uint32_t domain = 0;
   std::uint8_t bus = 0, device = 0, function = 0;
-  // NOLINTNEXTLINE(modernize-use-nullptr): the check takes the comparison for one with a pointer
   friend auto operator<=>(const PciAddress&, const PciAddress&) = default;
 };
 

@@ -10,6 +10,8 @@ namespace ZEB {
 class FileDescriptor {
  public:
   explicit FileDescriptor(int number = -1) : _number(number) {}
+  FileDescriptor(const FileDescriptor&) = delete;
+  FileDescriptor& operator=(const FileDescriptor&) = delete;
   FileDescriptor(FileDescriptor&& other) noexcept : _number(std::exchange(other._number, -1)) {}
   FileDescriptor& operator=(FileDescriptor&& other) noexcept {
     std::swap(_number, other._number);

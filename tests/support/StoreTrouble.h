@@ -1,0 +1,59 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "ChildProcess.h"
+
+namespace ZEB::test {
+
+/// `soak` where the long versions of the tests are wanted, else `normal`.
+int rounds(int normal, int soak);
+
+/// A pipe by which a child acknowledges what it was told is on disk.
+class Acknowledgements {
+ public:
+  Acknowledgements();
+  ~Acknowledgements();
+  Acknowledgements(const Acknowledgements&) = delete;
+  Acknowledgements& operator=(const Acknowledgements&) = delete;
+
+  /// The child's; ends it when nobody listens.
+  void give(std::uint32_t number) const;
+  void waitForFirst() const;
+  /// The last one that was given, 0 for none after the first; the child has ended.
+  std::uint32_t last();
+
+ private:
+  int _ends[2] = {-1, -1};
+};
+
+/// Runs SQL on a store's file in a process of its own; whether it succeeded.
+bool runSql(const std::string& file, const std::string& statements);
+
+/// Another process that has a store's file locked.
+class Locker {
+ public:
+  /// For as long as this lives.
+  explicit Locker(const std::string& file);
+  /// Nobody may write for that time; then the SQL is run, and the lock let go of.
+  Locker(const std::string& file, std::chrono::milliseconds time, const std::string& meanwhile);
+
+ private:
+  Acknowledgements _locked;
+  ChildProcess _process;
+};
+
+/// What stands for the result of a body that could not be run.
+inline constexpr int kNoDisk = 77;
+/// Runs `body` in a process for which the directory is a file system of 256 KiB in memory. `kNoDisk` where no
+/// such thing can be mounted.
+int onSmallDisk(const std::string& directory, const std::function<int()>& body);
+/// Takes all the room that is left, in a file that is called "filler".
+void fillDisk(const std::string& directory);
+/// Of the file system that is mounted there.
+void makeReadOnly(const std::string& directory, bool readOnly);
+
+}  // namespace ZEB::test

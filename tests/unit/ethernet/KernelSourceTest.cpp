@@ -1,0 +1,103 @@
+#include <gmock/gmock.h>
+
+#include "FakeKernel.h"
+#include "SysTree.h"
+#include "kernel/KernelSource.h"
+#include "model/Model.h"
+
+// A source over kernels that are not the one that runs here.
+
+namespace ZEB::ethernet::test {
+namespace {
+
+class KernelSourceTest : public SysTree {
+ protected:
+  HostSnapshot readAll() {
+    auto snapshot = source.readAll();
+    EXPECT_TRUE(snapshot) << (snapshot ? "" : snapshot.failure().what);
+    return std::move(*snapshot);
+  }
+  HostSnapshot readOne(std::uint32_t index) {
+    auto snapshot = source.readOne(index);
+    EXPECT_TRUE(snapshot) << (snapshot ? "" : snapshot.failure().what);
+    return std::move(*snapshot);
+  }
+
+  FakeKernel kernel;
+  KernelSource source = kernel.source(root);
+};
+
+/// One that says neither which device is behind an interface nor what address is burnt in, and has no
+/// netlink for link settings.
+class OldKernel : public KernelSourceTest {
+ protected:
+  OldKernel() {
+    interface("lo", 1);
+    interface("eth0", 2, pci(root / "sys/devices/pci0000:00", "0000:01:00.0", "0x8086", "0x10d3"));
+    kernel.links[2] = linkPayload(2, "eth0");
+    kernel.links[3] = kindPayload(3, "veth0", "veth");
+    kernel.driver.name = "e1000e";
+    kernel.driver.speed = 1000;
+    kernel.driver.port = PORT_TP;
+    // 10, 100 and 1000baseT/Full, Autoneg and TP.
+    kernel.driver.supported = kernel.driver.advertised = {0xEA, 0};
+    kernel.driver.wakeOnLan = {WAKE_MAGIC, WAKE_MAGIC};
+    kernel.driver.permanentAddress = {0x00, 0x1A, 0x2B, 0x3C, 0x4D, 0x5E};
+    kernel.driver.counters = {{"rx_crc_errors", 7}};
+  }
+
+  static void expectCard(const PortFacts& port) {
+    EXPECT_EQ(port.link.parentBus, "pci");
+    EXPECT_EQ(port.link.parentDevice, "0000:01:00.0");
+    ASSERT_TRUE(port.link.hardware);
+    EXPECT_EQ(port.link.hardware->deviceName, "82574L Gigabit Network Connection");
+    EXPECT_EQ(port.link.driver->name, "e1000e");
+    EXPECT_EQ(port.link.permanentAddress, parseHardwareAddress("00:1a:2b:3c:4d:5e"));
+    EXPECT_EQ(port.link.ethtool.supported, LinkModes(0xEA));
+    EXPECT_EQ(port.link.ethtool.speed, 1000u);
+    EXPECT_EQ(port.link.ethtool.fullDuplex, true);
+    EXPECT_EQ(port.link.ethtool.media, PORT_TP);
+    EXPECT_EQ(port.link.ethtool.wakeOnLanEnabled, static_cast<std::uint32_t>(WAKE_MAGIC));
+    EXPECT_EQ(port.link.ethtool.mac.fcsErrors, 7u);
+  }
+};
+
+TEST_F(OldKernel, HasCardsWithSettingsAndVersions) {
+  const auto model = buildModel(readAll(), false);
+  ASSERT_EQ(model->adapters.size(), 1u);
+  EXPECT_EQ(model->adapters[0].key, "pci 0000:01:00");
+  ASSERT_EQ(model->adapters[0].ports.size(), 1u);
+  expectCard(*model->adapters[0].ports[0].facts);
+}
+
+TEST_F(OldKernel, SaysTheSameOfOneInterface) {
+  const auto whole = buildModel(readAll(), false);
+  const auto one = onePort(readOne(2), *whole->ports.at(2));
+  ASSERT_TRUE(one);
+  expectCard(*one);
+}
+
+TEST_F(OldKernel, ACardThatIsPluggedInIsSeen) {
+  (void)readAll();
+  kernel.links[4] = linkPayload(4, "eth1");
+  interface("eth1", 4, pci(root / "sys/devices/pci0000:00", "0000:02:00.0", "0x8086", "0x100e"));
+  kernel.announce(RTM_NEWLINK, kernel.links[4]);
+  EXPECT_TRUE(source.announced());
+  EXPECT_EQ(buildModel(readAll(), false)->adapters.size(), 2u);
+}
+
+TEST_F(KernelSourceTest, ATeamInABridgeHasTheBridgesGatewayHoweverItIsAsked) {
+  kernel.links[5] = kindPayload(5, "br0", "bridge");
+  MessageBuilder team = kindPayload(6, "bond0", "bond");
+  kernel.links[6] = team.number(IFLA_MASTER, 5u);
+  kernel.addresses = {addressPayload(5, {10, 0, 0, 5}, 8)};
+  kernel.routes = {routePayload(5, {10, 0, 0, 1})};
+  const auto whole = buildModel(readAll(), false);
+  ASSERT_EQ(whole->teams.size(), 1u);
+  const route_t expected{"ipv4", "10.0.0.1", "255.0.0.0", 8};
+  EXPECT_EQ(whole->teams[0].facts->gateway, expected);
+  EXPECT_EQ(oneTeam(readOne(6), *whole->teams[0].facts)->gateway, expected);
+}
+
+}  // namespace
+}  // namespace ZEB::ethernet::test
