@@ -1,10 +1,10 @@
 #include "monitor/ZEB_EthEventSettings.h"
 
+#include <unistd.h>
+
 #include <algorithm>
-#include <chrono>
 #include <cstring>
 #include <optional>
-#include <thread>
 
 #include "classes/port/PropertyTable.h"
 #include "cmpicpp/CmpiFactories.h"
@@ -89,6 +89,14 @@ DataStore::Values defaults() {
   return values;
 }
 
+/// The names for a line of the log, as far as one takes them.
+std::string listed(CmpiPropertyList names) {
+  constexpr std::size_t kEnough = 500;
+  std::string text = "(";
+  for (; *names && text.size() < kEnough; ++names) text.append(text.size() > 1 ? ", " : "").append(*names);
+  return text + (*names ? ", ...)" : ")");
+}
+
 using P = Properties<ZEB_EthEventSettings>;
 const PropertyRows<ZEB_EthEventSettings> kTexts{
     P::key("InstanceId"),
@@ -146,9 +154,10 @@ CmpiInstance ZEB_EthEventSettings::makeInstance() {
   return instance;
 }
 
-void ZEB_EthEventSettings::modify(const CmpiInstance& instance, CmpiPropertyList names) {
+void ZEB_EthEventSettings::modify(const CmpiInstance& instance, CmpiPropertyList names,
+                                  void (*waitForEver)()) {
   logger().info("::modifyInstance() start");
-  const Selection selection = select(names);
+  const Selection selection = select(names, waitForEver);
   const std::lock_guard lock(_changing);
   takeOver();
   for (std::size_t index = 0; index < kCount; ++index) {
@@ -156,7 +165,12 @@ void ZEB_EthEventSettings::modify(const CmpiInstance& instance, CmpiPropertyList
   }
 }
 
-ZEB_EthEventSettings::Selection ZEB_EthEventSettings::select(CmpiPropertyList names) const {
+void ZEB_EthEventSettings::sleepOn() {
+  pause();
+}
+
+ZEB_EthEventSettings::Selection ZEB_EthEventSettings::select(CmpiPropertyList names,
+                                                             void (*waitForEver)()) const {
   Selection selection{};
   if (!names) {
     logger().info("property list is NULL");
@@ -165,16 +179,18 @@ ZEB_EthEventSettings::Selection ZEB_EthEventSettings::select(CmpiPropertyList na
   }
   logger().info("property list is NOT NULL");
   bool unknown = true;
-  while (*names) {
-    if (const auto index = indexOf(*names)) {
+  for (CmpiPropertyList name = names; *name; ++name) {
+    if (const auto index = indexOf(*name)) {
       selection[*index] = true;
       unknown = false;
-      ++names;
     } else if (unknown) {
       throw CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER);
     } else {
-      // The walk stays at this name for ever; clients know it so. It only must not burn the processor.
-      std::this_thread::sleep_for(std::chrono::seconds(1));
+      // The walk stays at this name for ever; clients know it so.
+      logger().error(
+          "the property list %s has %s, which is no setting, after one that is: the change never ends",
+          listed(names), *name);
+      for (;;) waitForEver();
     }
   }
   return selection;

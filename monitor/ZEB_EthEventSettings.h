@@ -42,8 +42,10 @@ class ZEB_EthEventSettings : public ManagedObject, public EventSettings {
   /// Throws `CmpiStatus`: `CMPI_RC_ERR_INVALID_PARAMETER` for an unknown name at the head of the list or a
   /// value of the wrong type, `CMPI_RC_ERR_FAILED` when the store does not keep a value, which then stays as
   /// it was. What was changed before stays changed. An unknown name further down the list is waited at for
-  /// ever.
-  void modify(const CmpiCpp::CmpiInstance& instance, CmpiCpp::CmpiPropertyList names);
+  /// ever, by calling `waitForEver` again and again; it may leave with an exception, to let go of what the
+  /// caller holds.
+  void modify(const CmpiCpp::CmpiInstance& instance, CmpiCpp::CmpiPropertyList names,
+              void (*waitForEver)() = sleepOn);
 
   static constexpr std::size_t kCount = 13;
 
@@ -53,7 +55,8 @@ class ZEB_EthEventSettings : public ManagedObject, public EventSettings {
   std::uint32_t value(EventSetting setting) const { return _values[static_cast<std::size_t>(setting)]; }
   void takeOver();
   void change(std::size_t index, std::uint32_t value);
-  Selection select(CmpiCpp::CmpiPropertyList names) const;
+  static void sleepOn();
+  Selection select(CmpiCpp::CmpiPropertyList names, void (*waitForEver)()) const;
   void modifyOne(std::size_t index, const CmpiCpp::CmpiData& data);
 
   std::array<std::atomic<std::uint32_t>, kCount> _values{};

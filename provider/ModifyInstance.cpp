@@ -1,6 +1,7 @@
 #include "provider/ModifyInstance.h"
 
 #include "cmpicpp/CmpiStatus.h"
+#include "cmpicpp/Standstill.h"
 #include "common/ZEBUtil.h"
 #include "monitor/ZEB_EthEventSettings.h"
 #include "monitor/ZEB_EthernetCollection.h"
@@ -41,7 +42,8 @@ void modifyMembership(const Provided& provided, CmpiManagedInstance& found, cons
 void modifySettings(const Provided& /*provided*/, CmpiManagedInstance& found, const CmpiInstance& instance,
                     CmpiPropertyList properties) {
   auto* settings = dynamic_cast<ZEB_EthEventSettings*>(&found);
-  if (settings) settings->modify(instance, properties);
+  // A change that never ends lets go of the lock under which it is made.
+  if (settings) settings->modify(instance, properties, [] { throw CmpiCpp::Standstill(); });
 }
 
 /// A class with something to change.

@@ -11,54 +11,54 @@ namespace {
 CMPIStatus associators(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
                        const CMPIObjectPath* path, const char* associationClass, const char* resultClass,
                        const char* role, const char* resultRole, const char** properties) {
-  CmpiInstanceResult found;
-  return enter<CmpiAssociationProvider>(
+  return enter<CmpiAssociationProvider, CmpiInstanceResult>(
       mi,
-      [&](CmpiAssociationProvider& provider) {
+      [&](auto& provider, auto& found) {
         provider.associators(found, CmpiContext(context), fromBroker(path), optionalName(associationClass),
                              optionalName(resultClass), optionalName(role), optionalName(resultRole),
                              properties);
       },
-      [&](const CMPIBroker* broker) { deliver(broker, result, found.instances(), properties); });
+      [&](const CMPIBroker* broker, const auto& found) {
+        deliver(broker, result, found.instances(), properties);
+      });
 }
 
 CMPIStatus associatorNames(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
                            const CMPIObjectPath* path, const char* associationClass, const char* resultClass,
                            const char* role, const char* resultRole) {
-  CmpiObjectPathResult found;
-  return enter<CmpiAssociationProvider>(
+  return enter<CmpiAssociationProvider, CmpiObjectPathResult>(
       mi,
-      [&](CmpiAssociationProvider& provider) {
+      [&](auto& provider, auto& found) {
         provider.associatorNames(found, CmpiContext(context), fromBroker(path),
                                  optionalName(associationClass), optionalName(resultClass),
                                  optionalName(role), optionalName(resultRole));
       },
-      [&](const CMPIBroker* broker) { deliver(broker, result, found.paths()); });
+      [&](const CMPIBroker* broker, const auto& found) { deliver(broker, result, found.paths()); });
 }
 
 CMPIStatus references(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
                       const CMPIObjectPath* path, const char* resultClass, const char* role,
                       const char** properties) {
-  CmpiInstanceResult found;
-  return enter<CmpiAssociationProvider>(
+  return enter<CmpiAssociationProvider, CmpiInstanceResult>(
       mi,
-      [&](CmpiAssociationProvider& provider) {
+      [&](auto& provider, auto& found) {
         provider.references(found, CmpiContext(context), fromBroker(path), optionalName(resultClass),
                             optionalName(role), properties);
       },
-      [&](const CMPIBroker* broker) { deliver(broker, result, found.instances(), properties); });
+      [&](const CMPIBroker* broker, const auto& found) {
+        deliver(broker, result, found.instances(), properties);
+      });
 }
 
 CMPIStatus referenceNames(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
                           const CMPIObjectPath* path, const char* resultClass, const char* role) {
-  CmpiObjectPathResult found;
-  return enter<CmpiAssociationProvider>(
+  return enter<CmpiAssociationProvider, CmpiObjectPathResult>(
       mi,
-      [&](CmpiAssociationProvider& provider) {
+      [&](auto& provider, auto& found) {
         provider.referenceNames(found, CmpiContext(context), fromBroker(path), optionalName(resultClass),
                                 optionalName(role));
       },
-      [&](const CMPIBroker* broker) { deliver(broker, result, found.paths()); });
+      [&](const CMPIBroker* broker, const auto& found) { deliver(broker, result, found.paths()); });
 }
 
 CMPIStatus associatorsFiltered(CMPIAssociationMI* mi, const CMPIContext* /*context*/,

@@ -43,7 +43,7 @@ CMPIStatus switchIndications(CMPIIndicationMI* mi, const CMPIContext* context, b
     } else {
       provider.disableIndications(CmpiContext(context));
     }
-    static_cast<ManagementInterfaces*>(const_cast<void*>(mi->hdl))->setIndicationsEnabled(enabled);
+    interfacesOf(mi).setIndicationsEnabled(enabled);
   });
 }
 

@@ -10,52 +10,63 @@ namespace {
 
 CMPIStatus enumerateInstanceNames(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                                   const CMPIObjectPath* classPath) {
-  CmpiObjectPathResult found;
-  return enter<CmpiInstanceProvider>(
+  return enter<CmpiInstanceProvider, CmpiObjectPathResult>(
       mi,
-      [&](CmpiInstanceProvider& provider) {
+      [&](auto& provider, auto& found) {
         provider.enumInstanceNames(found, CmpiContext(context), fromBroker(classPath));
       },
-      [&](const CMPIBroker* broker) { deliver(broker, result, found.paths()); });
+      [&](const CMPIBroker* broker, const auto& found) { deliver(broker, result, found.paths()); });
 }
 
 CMPIStatus enumerateInstances(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                               const CMPIObjectPath* classPath, const char** properties) {
-  CmpiInstanceResult found;
-  return enter<CmpiInstanceProvider>(
+  return enter<CmpiInstanceProvider, CmpiInstanceResult>(
       mi,
-      [&](CmpiInstanceProvider& provider) {
+      [&](auto& provider, auto& found) {
         provider.enumInstances(found, CmpiContext(context), fromBroker(classPath), properties);
       },
-      [&](const CMPIBroker* broker) { deliver(broker, result, found.instances(), properties); });
+      [&](const CMPIBroker* broker, const auto& found) {
+        deliver(broker, result, found.instances(), properties);
+      });
 }
 
 CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                        const CMPIObjectPath* path, const char** properties) {
-  CmpiInstanceResult found;
-  return enter<CmpiInstanceProvider>(
+  return enter<CmpiInstanceProvider, CmpiInstanceResult>(
       mi,
-      [&](CmpiInstanceProvider& provider) {
+      [&](auto& provider, auto& found) {
         provider.getInstance(found, CmpiContext(context), fromBroker(path), properties);
       },
-      [&](const CMPIBroker* broker) { deliver(broker, result, found.instances(), properties); });
+      [&](const CMPIBroker* broker, const auto& found) {
+        deliver(broker, result, found.instances(), properties);
+      });
 }
 
 CMPIStatus createInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                           const CMPIObjectPath* path, const CMPIInstance* instance) {
-  CmpiObjectPathResult made;
-  return enter<CmpiInstanceProvider>(
+  return enter<CmpiInstanceProvider, CmpiObjectPathResult>(
       mi,
-      [&](CmpiInstanceProvider& provider) {
+      [&](auto& provider, auto& made) {
         provider.createInstance(made, CmpiContext(context), fromBroker(path), fromBroker(instance));
       },
-      [&](const CMPIBroker* broker) { deliver(broker, result, made.paths()); });
+      [&](const CMPIBroker* broker, const auto& made) { deliver(broker, result, made.paths()); });
+}
+
+/// Keys cannot be changed, so no client lists one: a list that names a key of the path was made by the object
+/// manager from all that the instance holds, and means as much as none.
+CmpiPropertyList listOfClient(CmpiPropertyList names, const CmpiObjectPath& path) {
+  for (CmpiPropertyList name = names; name && *name; ++name) {
+    if (path.findKey(*name)) return nullptr;
+  }
+  return names;
 }
 
 CMPIStatus modifyInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* /*result*/,
                           const CMPIObjectPath* path, const CMPIInstance* instance, const char** properties) {
   return enter<CmpiInstanceProvider>(mi, [&](CmpiInstanceProvider& provider) {
-    provider.modifyInstance(CmpiContext(context), fromBroker(path), fromBroker(instance), properties);
+    const CmpiObjectPath target = fromBroker(path);
+    provider.modifyInstance(CmpiContext(context), target, fromBroker(instance),
+                            listOfClient(properties, target));
   });
 }
 
@@ -68,13 +79,14 @@ CMPIStatus deleteInstance(CMPIInstanceMI* mi, const CMPIContext* context, const 
 
 CMPIStatus execQuery(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                      const CMPIObjectPath* path, const char* query, const char* language) {
-  CmpiInstanceResult found;
-  return enter<CmpiInstanceProvider>(
+  return enter<CmpiInstanceProvider, CmpiInstanceResult>(
       mi,
-      [&](CmpiInstanceProvider& provider) {
+      [&](auto& provider, auto& found) {
         provider.execQuery(found, CmpiContext(context), fromBroker(path), query, language);
       },
-      [&](const CMPIBroker* broker) { deliver(broker, result, found.instances(), nullptr); });
+      [&](const CMPIBroker* broker, const auto& found) {
+        deliver(broker, result, found.instances(), nullptr);
+      });
 }
 
 CMPIStatus enumerateInstancesFiltered(CMPIInstanceMI* mi, const CMPIContext* /*context*/,

@@ -4,27 +4,34 @@
 namespace CmpiCpp {
 namespace {
 
+/// What a method gave.
+struct Outcome {
+  CmpiMethodResult result;
+  CmpiArgs arguments;
+};
+
+void deliver(const CMPIBroker* broker, const CMPIResult* result, CMPIArgs* out, const Outcome& found) {
+  for (const CmpiArgs::Argument& argument : found.arguments.arguments()) {
+    const CMPIValue value = toBroker(broker, argument.value);
+    if (out) out->ft->addArg(out, argument.name.c_str(), &value, argument.value.type());
+  }
+  const auto& returned = found.result.value();
+  if (returned && !returned->isNull()) {
+    const CMPIValue value = toBroker(broker, *returned);
+    result->ft->returnData(result, &value, returned->type());
+  }
+  result->ft->returnDone(result);
+}
+
 CMPIStatus invokeMethod(CMPIMethodMI* mi, const CMPIContext* context, const CMPIResult* result,
                         const CMPIObjectPath* path, const char* method, const CMPIArgs* in, CMPIArgs* out) {
-  CmpiMethodResult found;
-  CmpiArgs outArguments;
-  return enter<CmpiMethodProvider>(
+  return enter<CmpiMethodProvider, Outcome>(
       mi,
-      [&](CmpiMethodProvider& provider) {
-        provider.invokeMethod(found, CmpiContext(context), fromBroker(path), optionalName(method),
-                              fromBroker(in), outArguments);
+      [&](CmpiMethodProvider& provider, Outcome& found) {
+        provider.invokeMethod(found.result, CmpiContext(context), fromBroker(path), optionalName(method),
+                              fromBroker(in), found.arguments);
       },
-      [&](const CMPIBroker* broker) {
-        for (const CmpiArgs::Argument& argument : outArguments.arguments()) {
-          const CMPIValue value = toBroker(broker, argument.value);
-          if (out) out->ft->addArg(out, argument.name.c_str(), &value, argument.value.type());
-        }
-        if (found.value() && !found.value()->isNull()) {
-          const CMPIValue value = toBroker(broker, *found.value());
-          result->ft->returnData(result, &value, found.value()->type());
-        }
-        result->ft->returnDone(result);
-      });
+      [&](const CMPIBroker* broker, const Outcome& found) { deliver(broker, result, out, found); });
 }
 
 }  // namespace

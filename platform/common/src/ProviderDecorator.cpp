@@ -22,6 +22,16 @@ void ProviderDecorator::cleanup(const CmpiContext& context, bool terminating) {
   around("cleanup", {}, [&] { _inner->cleanup(context, terminating); });
 }
 
+void ProviderDecorator::goOn() {
+  _inner->goOn();
+}
+
+// Whoever in here has work of its own has to know whether calls are let in.
+void ProviderDecorator::setInterfaces(ManagementInterfaces* interfaces) {
+  CmpiProvider::setInterfaces(interfaces);
+  _inner->setInterfaces(interfaces);
+}
+
 void ProviderDecorator::enumInstanceNames(CmpiObjectPathResult& result, const CmpiContext& context,
                                           const CmpiObjectPath& classPath) {
   around("enumInstanceNames", classPath, [&] { _instances.enumInstanceNames(result, context, classPath); });

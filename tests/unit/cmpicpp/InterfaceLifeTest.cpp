@@ -1,3 +1,4 @@
+#include <atomic>
 #include <future>
 #include <thread>
 
@@ -37,6 +38,61 @@ TEST_F(InterfaceTest, closingWaitsForTheCallThatIsUnderWay) {
   goOn.set_value();
   caller.join();
   EXPECT_TRUE(closed.get());
+}
+
+TEST_F(InterfaceTest, closingInsideACallDoesNotWaitForIt) {
+  bool closed = false;
+  bool inProvider = false;
+  provider.during = [&] {
+    inProvider = interfaces.isInProvider();
+    closed = interfaces.closeForGood(std::chrono::seconds(10));
+  };
+  FakeBroker::Call call(broker);
+  const auto begun = std::chrono::steady_clock::now();
+  EXPECT_EQ(enumerateNames(call).rc, CMPI_RC_OK);
+  EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(5));
+  EXPECT_TRUE(closed);
+  EXPECT_TRUE(inProvider);
+}
+
+TEST_F(InterfaceTest, aCallThatHandsOverWhatItFoundIsNotInTheProvider) {
+  FakeBroker::Call call(broker);
+  static ManagementInterfaces* asked = nullptr;
+  static bool inProvider = true;
+  asked = &interfaces;
+  CMPIResultFT table = *call.result().ft;
+  table.returnDone = [](const CMPIResult*) -> CMPIStatus {
+    inProvider = asked->isInProvider();
+    return {CMPI_RC_OK, nullptr};
+  };
+  call.result().ft = &table;
+  EXPECT_EQ(enumerateNames(call).rc, CMPI_RC_OK);
+  EXPECT_FALSE(inProvider);
+}
+
+TEST_F(InterfaceTest, aCallKnowsHowLongItHasBeenUnderWay) {
+  EXPECT_FALSE(interfaces.hasCallSince(milliseconds(0)));
+  const ManagementInterfaces::Call call(interfaces);
+  EXPECT_TRUE(interfaces.hasCallSince(milliseconds(0)));
+  EXPECT_FALSE(interfaces.hasCallSince(std::chrono::hours(1)));
+}
+
+// What a call makes, it makes with the object manager that it began with.
+TEST_F(InterfaceTest, aProviderMayComeAndGoWhileCallsCome) {
+  std::atomic<bool> stop{false};
+  std::thread caller([&] {
+    while (!stop) {
+      FakeBroker::Call call(broker);
+      const CMPIStatus status = enumerateNames(call);
+      EXPECT_TRUE(status.rc == CMPI_RC_OK || message(status) == "the provider has been unloaded");
+    }
+  });
+  for (int i = 0; i < 200; ++i) {
+    EXPECT_TRUE(interfaces.close(std::chrono::seconds(10)));
+    open(provider);
+  }
+  stop = true;
+  caller.join();
 }
 
 TEST_F(InterfaceTest, eachCleanUpDropsOneReference) {

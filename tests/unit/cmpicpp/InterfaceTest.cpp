@@ -66,6 +66,26 @@ TEST_F(InterfaceTest, aChangeReachesTheProviderAsValues) {
   EXPECT_EQ(provider.modified, "n:C a A");
 }
 
+TEST_F(InterfaceTest, aListThatNamesAKeyOfThePathIsNone) {
+  CmpiInstance instance(CmpiObjectPath("n", "C"));
+  instance.addProperty("A", "a");
+  auto* mi = interfaces.instanceMI();
+  const auto modify = [&](std::vector<const char*> list) {
+    list.push_back(nullptr);
+    FakeBroker::Call call(broker);
+    EXPECT_EQ(
+        mi->ft
+            ->modifyInstance(mi, &call.context(), &call.result(), call.path({"n", "C", "", {{"Id", "i"}}}),
+                             call.instance(instance), list.data())
+            .rc,
+        CMPI_RC_OK);
+    return provider.modified;
+  };
+  EXPECT_EQ(modify({"A", "iD"}), "n:C.Id=\"i\" a -");
+  EXPECT_EQ(modify({"Id"}), "n:C.Id=\"i\" a -");
+  EXPECT_EQ(modify({"A", "B"}), "n:C.Id=\"i\" a A");
+}
+
 TEST_F(InterfaceTest, filtersThatAreLeftOutAreEmptyNames) {
   FakeBroker::Call call(broker);
   auto* mi = interfaces.associationMI();

@@ -21,6 +21,12 @@ class CmpiProvider {
 
   /// The object manager is about to let go of one interface.
   virtual void cleanup(const CmpiContext& context, bool terminating);
+  /// It stays after all: what the clean-ups so far have stopped goes on.
+  virtual void goOn();
+
+  /// The interfaces that lead here; set by whoever hands them out, and outliving the provider.
+  virtual void setInterfaces(ManagementInterfaces* interfaces);
+  ManagementInterfaces* interfaces() const { return _interfaces; }
 
   /// Version of the provider base that the provider was written for.
   virtual int baseVersion() const { return 2; }
@@ -30,13 +36,9 @@ class CmpiProvider {
   int decRefcount() { return --_refcount; }
   int refcount() const { return _refcount; }
 
-  /// The interfaces that lead here; set by whoever hands them out, and outliving the provider.
-  void setInterfaces(ManagementInterfaces* interfaces) { _interfaces = interfaces; }
-  ManagementInterfaces* interfaces() const { return _interfaces; }
-
  private:
   std::atomic<int> _refcount{0};
-  ManagementInterfaces* _interfaces = nullptr;
+  std::atomic<ManagementInterfaces*> _interfaces{nullptr};
 };
 
 }  // namespace CmpiCpp

@@ -28,6 +28,8 @@ class ProviderDecorator : public CmpiCpp::CmpiInstanceProvider,
 
   CmpiCpp::CmpiBroker getBroker() const override { return _inner->getBroker(); }
   void cleanup(const CmpiCpp::CmpiContext& context, bool terminating) override;
+  void goOn() override;
+  void setInterfaces(CmpiCpp::ManagementInterfaces* interfaces) override;
 
   void enumInstanceNames(CmpiCpp::CmpiObjectPathResult& result, const CmpiCpp::CmpiContext& context,
                          const CmpiCpp::CmpiObjectPath& classPath) override;
