@@ -1,11 +1,11 @@
 #include "monitor/NetlinkThread.h"
 
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <linux/netlink.h>
 #include <linux/rtnetlink.h>
 #include <sys/select.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <syslog.h>
 #include <unistd.h>
@@ -22,6 +22,7 @@
 #include <thread>
 #include <vector>
 
+#include "common/LibraryPin.h"
 #include "common/SignalsBlocked.h"
 #include "posix/FileDescriptor.h"
 
@@ -128,6 +129,16 @@ void listen(int socketFd, int stopFd, const NetlinkThread::Handler& handler) {
   }
 }
 
+constexpr char kStop = 'S';
+
+/// The pipe, whatever descriptors there are of it.
+struct stat thePipe {};
+
+bool isPipe(int descriptor) {
+  struct stat found {};
+  return fstat(descriptor, &found) == 0 && found.st_dev == thePipe.st_dev && found.st_ino == thePipe.st_ino;
+}
+
 /// Whether the thread of that id is still there; its last instructions in this library's code are before
 /// that.
 bool threadExists(pid_t threadId) {
@@ -178,6 +189,7 @@ void* NetlinkThread::run(void* argument) {
     state.enter(State::Phase::Running);
   } else {
     const FileDescriptor readEnd(pipeFd[0]), writeEnd(pipeFd[1]);
+    fstat(pipeFd[0], &thePipe);
     state.enter(State::Phase::Running);
     const FileDescriptor link(openLinkSocket());
     listen(link.get(), readEnd.get(), state.handler);
@@ -191,7 +203,7 @@ void* NetlinkThread::run(void* argument) {
 }
 
 NetlinkThread::~NetlinkThread() {
-  const bool written = writeStopByte();
+  const bool written = writeStopByte() || writeAround();
   if (!_started) return;
   // The process may be ending on this very thread.
   if (_state->threadId == static_cast<pid_t>(syscall(SYS_gettid))) return;
@@ -200,16 +212,12 @@ NetlinkThread::~NetlinkThread() {
     return;
   }
   // The thread cannot be reached and goes on, so its code has to stay where it is.
-  Dl_info here{};
-  if (dladdr(reinterpret_cast<void*>(&NetlinkThread::run), &here) != 0 && here.dli_fname) {
-    dlopen(here.dli_fname, RTLD_NOW | RTLD_NOLOAD | RTLD_NODELETE);
-  }
+  keepLibraryMapped();
 }
 
 // True when the thread will end: it was told to, or has ended by itself for want of a pipe.
 bool NetlinkThread::writeStopByte() {
   constexpr int kTries = 3;
-  constexpr char kStop = 'S';
   const std::lock_guard lock(_state->mutex);
   for (int i = 0; i < kTries; ++i) {
     if (pipeFd[1] < 0) {
@@ -225,6 +233,20 @@ bool NetlinkThread::writeStopByte() {
   }
   _logger.info("Unable to write to pipe fd");
   return false;
+}
+
+// Descriptors are everybody's in the process, and somebody may have closed ours or put something else in its
+// place. The pipe is reached through the end that the thread reads, too, if that is still what it was.
+bool NetlinkThread::writeAround() {
+  const std::lock_guard lock(_state->mutex);
+  const std::string readEnd = "/proc/self/fd/" + std::to_string(pipeFd[0]);
+  if (!isPipe(pipeFd[0])) return false;
+  const FileDescriptor writeEnd(open(readEnd.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
+  return isPipe(writeEnd.get()) && write(writeEnd.get(), &kStop, 1) == 1;
+}
+
+bool NetlinkThread::canBeStopped() {
+  return pipeFd[1] < 0 || (isPipe(pipeFd[1]) && (fcntl(pipeFd[1], F_GETFL) & O_ACCMODE) != O_RDONLY);
 }
 
 // The thread is detached, so the join itself is answered at once, and is only allowed while the thread

@@ -27,17 +27,22 @@ class NetlinkThread {
   NetlinkThread& operator=(const NetlinkThread&) = delete;
 
   /// Stops the thread: the byte 'S' into the pipe, then waits until the thread has left the library's code.
-  /// When no byte could be written nothing waits, and the library stays in the process for good.
+  /// When no byte reaches the pipe nothing waits, and the library stays in the process for good.
   ~NetlinkThread();
 
   /// Returns when the pipe exists or could not be made. Failing to start the thread is logged.
   void start();
+
+  /// Whether the write end is still that of the thread's pipe, or there is none. Not beside a start or a
+  /// stop.
+  static bool canBeStopped();
 
  private:
   struct State;
 
   static void* run(void* state);
   bool writeStopByte();
+  bool writeAround();
   void join();
 
   Logger _logger;

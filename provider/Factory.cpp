@@ -1,5 +1,7 @@
 #include "provider/Factory.h"
 
+#include <optional>
+
 #include "common/AutostartDecorator.h"
 #include "common/LoggedProvider.h"
 #include "common/PerfmonDecorator.h"
@@ -15,6 +17,9 @@ using CmpiCpp::CmpiName;
 using CmpiCpp::CmpiProvider;
 
 namespace {
+
+/// Made on first use, by one thread at a time, and gone with the library, after the provider.
+std::optional<Logger> processLogger;
 
 std::unique_ptr<CmpiProvider> createProvider(const CmpiBroker& broker, const Logger& logger) {
   return std::make_unique<ZEBEthernetPortProvider>(broker, logger);
@@ -34,8 +39,8 @@ std::unique_ptr<CmpiProvider> createAutostart(const CmpiBroker& broker, const Lo
 
 std::unique_ptr<CmpiProvider> makeProvider(const CmpiBroker& broker, const std::string& name) {
   if (!CmpiName::equal(name, kProviderName.view())) return nullptr;
-  static const Logger logger(kProviderName.view());
-  return std::make_unique<LoggedProvider>(broker, logger, createAutostart);
+  if (!processLogger) processLogger.emplace(kProviderName.view());
+  return std::make_unique<LoggedProvider>(broker, *processLogger, createAutostart);
 }
 
 }  // namespace ZEB

@@ -2,31 +2,35 @@
 
 #include <strings.h>
 
+#include <new>
+#include <system_error>
+
+#include "common/LibraryPin.h"
+#include "common/Logger.h"
+#include "monitor/NetlinkThread.h"
 #include "provider/Factory.h"
+#include "provider/Names.h"
 
 namespace ZEB {
 namespace {
 
-/// How long the last clean-up waits for calls that are under way.
+/// How long a call may be under way before it counts as one that does not end.
 constexpr std::chrono::seconds kPatience{5};
 
 }  // namespace
 
-ProviderRegistry::ProviderRegistry(Factory factory) : _factory(std::move(factory)) {}
-
-ProviderRegistry::~ProviderRegistry() {
-  for (auto& [name, entry] : _entries) {
-    // A call that never returns keeps its provider: leaking it is better than pulling it from under the call.
-    if (entry.provider && !entry.interfaces->close(kPatience)) {
-      static_cast<void>(entry.provider.release());
-      static_cast<void>(entry.interfaces.release());
-    }
-  }
-}
+ProviderRegistry::ProviderRegistry(Factory factory)
+    : _factory(factory), _interfaces([this](const CmpiCpp::CmpiContext& context, bool terminating) {
+        return release(context, terminating);
+      }) {}
 
 ProviderRegistry& ProviderRegistry::instance() {
-  static ProviderRegistry registry(makeProvider);
-  return registry;
+  alignas(ProviderRegistry) static std::byte place[sizeof(ProviderRegistry)];
+  static ProviderRegistry* const registry = new (place) ProviderRegistry(makeProvider);
+  static const struct Ending {
+    ~Ending() { registry->end(); }
+  } ending;
+  return *registry;
 }
 
 bool ProviderRegistry::CaseInsensitive::operator()(const std::string& a, const std::string& b) const {
@@ -36,38 +40,79 @@ bool ProviderRegistry::CaseInsensitive::operator()(const std::string& a, const s
 CmpiCpp::CmpiProvider* ProviderRegistry::getProvider(const CmpiCpp::CmpiBroker& broker,
                                                      const std::string& name) {
   const std::lock_guard lock(_mutex);
-  auto found = _entries.find(name);
-  if (found == _entries.end() || !found->second.provider) {
+  if (_ended) return nullptr;
+  auto found = _providers.find(name);
+  if (found == _providers.end()) {
     std::unique_ptr<CmpiCpp::CmpiProvider> made = _factory(broker, name);
     if (!made) return nullptr;
-    found = _entries.try_emplace(name).first;
-    Entry& entry = found->second;
-    if (!entry.interfaces) {
-      entry.interfaces = std::make_unique<CmpiCpp::ManagementInterfaces>(
-          [this, name](const CmpiCpp::CmpiContext& context, bool terminating) {
-            return release(name, context, terminating);
-          });
-    }
-    made->setInterfaces(entry.interfaces.get());
-    entry.interfaces->open(made.get(), broker);
-    entry.provider = std::move(made);
+    found = _providers.emplace(name, std::move(made)).first;
+    _interfaces.open(found->second.get(), broker);
+    found->second->setInterfaces(&_interfaces);
+    startWatch();
+  } else {
+    found->second->goOn();
   }
-  CmpiCpp::CmpiProvider* provider = found->second.provider.get();
+  CmpiCpp::CmpiProvider* provider = found->second.get();
   provider->incRefcount();
   return provider;
 }
 
-bool ProviderRegistry::release(const std::string& name, const CmpiCpp::CmpiContext& context,
-                               bool terminating) {
-  const std::lock_guard lock(_mutex);
-  const auto found = _entries.find(name);
-  if (found == _entries.end() || !found->second.provider) return true;
-  Entry& entry = found->second;
-  const bool last = entry.provider->refcount() <= 1;
-  if (last && !entry.interfaces->close(kPatience)) return false;
-  entry.provider->cleanup(context, terminating);
-  if (entry.provider->decRefcount() <= 0) entry.provider.reset();
+// A library that is unmapped under a call, or under a thread that cannot be stopped, takes the process with
+// it, and when it is being unloaded it is too late to keep it.
+bool ProviderRegistry::staysForGood() const {
+  const bool endless = _interfaces.hasCallSince(kPatience);
+  if (!endless && NetlinkThread::canBeStopped()) return false;
+  Logger(kProviderName.view())
+      .warn("%s: the library stays in the process",
+            endless ? "a call does not end" : "the netlink thread cannot be stopped");
+  keepLibraryMapped();
   return true;
+}
+
+void ProviderRegistry::startWatch() {
+  constexpr std::chrono::seconds kInterval{1};
+  try {
+    _watch.emplace(WorkerTimer::Timing{.firstAfter = kInterval, .interval = kInterval},
+                   [this](const WorkerTimer::NextRun& next) {
+                     while (next() && !staysForGood()) continue;
+                   });
+  } catch (const std::system_error&) {
+    // No more threads here: then the clean-ups alone look.
+  }
+}
+
+bool ProviderRegistry::release(const CmpiCpp::CmpiContext& context, bool terminating) {
+  const std::lock_guard lock(_mutex);
+  const auto found = _providers.begin();
+  if (found == _providers.end()) return true;
+  CmpiCpp::CmpiProvider& provider = *found->second;
+  const bool last = provider.refcount() <= 1;
+  const bool busy = last && !_interfaces.close(kPatience);
+  staysForGood();
+  if (busy) {
+    provider.goOn();
+    return false;
+  }
+  provider.cleanup(context, terminating);
+  if (provider.decRefcount() <= 0) {
+    _watch.reset();
+    _providers.erase(found);
+  }
+  return true;
+}
+
+void ProviderRegistry::end() {
+  // Whoever is at work here may be waiting for this very thread.
+  const std::unique_lock lock(_mutex, kPatience);
+  if (!lock) return;
+  _ended = true;
+  _watch.reset();
+  // A provider that is still called, be it by a call in which the process is ending, stays as it is.
+  const bool calledHere = _interfaces.isInProvider();
+  if (!_interfaces.closeForGood(kPatience) || calledHere) {
+    for (auto& [name, provider] : _providers) static_cast<void>(provider.release());
+  }
+  _providers.clear();
 }
 
 }  // namespace ZEB

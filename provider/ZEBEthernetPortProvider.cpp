@@ -130,8 +130,13 @@ void ZEBEthernetPortProvider::cleanup(const CmpiCpp::CmpiContext& /*context*/, b
   ZEBUtil::setStop(_logger, 1, kBackgroundWork);
 }
 
+void ZEBEthernetPortProvider::goOn() {
+  if (ZEBUtil::stopRequested()) ZEBUtil::setStop(_logger, 0, kBackgroundWork);
+}
+
 void ZEBEthernetPortProvider::enableIndications(const CmpiCpp::CmpiContext& /*context*/) {
   _indications.readyToSendIndications = true;
+  goOn();
 }
 
 void ZEBEthernetPortProvider::disableIndications(const CmpiCpp::CmpiContext& /*context*/) {

@@ -38,6 +38,7 @@ class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
 
   CmpiCpp::CmpiBroker getBroker() const override;
   void cleanup(const CmpiCpp::CmpiContext& context, bool terminating) override;
+  void goOn() override;
 
   void enumInstanceNames(CmpiCpp::CmpiObjectPathResult& result, const CmpiCpp::CmpiContext& context,
                          const CmpiCpp::CmpiObjectPath& classPath) override;

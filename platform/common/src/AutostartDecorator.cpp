@@ -1,9 +1,11 @@
 #include "common/AutostartDecorator.h"
 
+#include <optional>
 #include <random>
 #include <utility>
 
 #include "cmpicpp/AttachedThread.h"
+#include "cmpicpp/ManagementInterfaces.h"
 #include "common/ClassNames.h"
 #include "common/Configuration.h"
 #include "common/ZEBUtil.h"
@@ -62,6 +64,10 @@ void AutostartDecorator::startTimer(const CmpiBroker& broker) {
 }
 
 void AutostartDecorator::performWork(const CmpiContext& context) {
+  // A pass is a call like any other; none is let in while the provider is being unloaded.
+  std::optional<CmpiCpp::ManagementInterfaces::Call> call;
+  if (interfaces()) call.emplace(*interfaces());
+  if (call && !call->provider()) return;
   try {
     CmpiCpp::CmpiMethodResult result;
     CmpiCpp::CmpiArgs out;
