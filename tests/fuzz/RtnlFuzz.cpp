@@ -24,6 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (auto link = decodeLink(payload)) snapshot.links.push_back(*link);
     if (auto address = decodeAddress(payload)) snapshot.addresses.push_back(*address);
     for (const RouteFacts& route : decodeDefaultRoute(payload)) snapshot.routes.push_back(route);
+    if (const auto rule = decodeRule(payload)) snapshot.rules.push_back(*rule);
   });
   (void)reader.feed(datagram);
   (void)routingAnnouncement(datagram);

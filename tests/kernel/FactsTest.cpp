@@ -124,6 +124,8 @@ TEST(KernelFacts, PortsInAllTheirParts) {
     ip("addr add 2001:db8::5/64 dev b0");
     ip("route add default via 10.1.0.1 dev a0 metric 300");
     ip("route add default via 10.1.0.2 dev a0 metric 100 table 77");
+    ip("route add default via 10.1.0.3 dev a0 metric 10 table 78");
+    ip("rule add to 192.0.2.0/24 table 77");
     ip("route add default via 2001:db8::1 dev b0 metric 50");
     EthernetMRA source(kernelInventory(true));
     std::map<std::string, EthernetPort> ports;
@@ -149,11 +151,18 @@ TEST(KernelFacts, PortsInAllTheirParts) {
         EXPECT_EQ(port.refresh(), 0);
       }
     }
-    ip("route del default via 10.1.0.2 dev a0 table 77");
-    EXPECT_EQ(ports["a0"].refresh(), 0);
     route_t route;
-    EXPECT_EQ(ports["a0"].getDefaultGateway(route), 0);
-    EXPECT_EQ(route.gateway, "10.1.0.1");
+    const auto gateway = [&] {
+      EXPECT_EQ(ports["a0"].refresh(), 0);
+      EXPECT_EQ(ports["a0"].getDefaultGateway(route), 0);
+      return route.gateway;
+    };
+    ip("rule del to 192.0.2.0/24 table 77");
+    EXPECT_EQ(gateway(), "10.1.0.1") << "nobody looks into the other tables";
+    ip("rule add to 192.0.2.0/24 table 77");
+    EXPECT_EQ(gateway(), "10.1.0.2");
+    ip("route del default via 10.1.0.2 dev a0 table 77");
+    EXPECT_EQ(gateway(), "10.1.0.1");
     ip("link set a0 down");
     EXPECT_EQ(ports["a0"].refresh(), 0);
     EXPECT_NE(ports["a0"].getDefaultGateway(route), 0) << "its routes went with the link, unannounced";

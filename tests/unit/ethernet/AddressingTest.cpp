@@ -47,14 +47,43 @@ TEST(Addressing, OriginOfAnInterface) {
 }
 
 TEST(Addressing, PreferredRoute) {
-  EXPECT_EQ(preferredRoute({}), nullptr);
-  const auto gateway = [](std::vector<RouteFacts> routes) { return toText(preferredRoute(routes)->gateway); };
+  const RouteTables unknown({});
+  EXPECT_EQ(preferredRoute({}, unknown), nullptr);
+  const auto gateway = [&](std::vector<RouteFacts> routes) {
+    return toText(preferredRoute(routes, unknown)->gateway);
+  };
   EXPECT_EQ(gateway({route("10.0.0.1", 200), route("10.0.0.2", 100)}), "10.0.0.2") << "lowest metric";
   EXPECT_EQ(gateway({route("fe80::1", 0), route("10.0.0.1", 900)}), "10.0.0.1") << "IPv4 first";
   EXPECT_EQ(gateway({route("10.0.0.1", 200), route("10.0.0.2", 100, 77)}), "10.0.0.2") << "other tables too";
   EXPECT_EQ(gateway({route("10.0.0.1", 100, 77), route("10.0.0.2", 100)}), "10.0.0.2")
       << "main before others";
   EXPECT_EQ(gateway({route("fe80::1", 1024), route("fe80::2", 512)}), "fe80::2");
+}
+
+TEST(Addressing, PreferredRouteIsOfATableThatARuleNames) {
+  const auto gateway = [](std::vector<RouteFacts> routes, std::vector<RuleFacts> rules) {
+    const RouteFacts* preferred = preferredRoute(routes, RouteTables(rules));
+    return preferred ? toText(preferred->gateway) : "none";
+  };
+  const std::vector<RuleFacts> usual = {{IpFamily::V4, 255},
+                                        {IpFamily::V4, 254},
+                                        {IpFamily::V4, 253},
+                                        {IpFamily::V6, 255},
+                                        {IpFamily::V6, 254}};
+  auto withRule = usual;
+  withRule.push_back({IpFamily::V4, 77});
+  auto withVrfs = usual;
+  withVrfs.push_back({IpFamily::V4, RuleFacts::kTableOfVrf});
+
+  const RouteFacts inMain = route("10.0.0.1", 200), inOther = route("10.0.0.2", 100, 77);
+  EXPECT_EQ(gateway({inMain, inOther}, usual), "10.0.0.1") << "nobody looks into the other table";
+  EXPECT_EQ(gateway({inOther}, usual), "none");
+  EXPECT_EQ(gateway({inMain, inOther}, withRule), "10.0.0.2") << "the lower metric";
+  EXPECT_EQ(gateway({inMain, inOther}, withVrfs), "10.0.0.1") << "a table that is named comes first";
+  EXPECT_EQ(gateway({inOther}, withVrfs), "10.0.0.2") << "it may be a VRF's";
+  EXPECT_EQ(gateway({inOther, route("fe80::1", 0)}, usual), "fe80::1");
+  EXPECT_EQ(gateway({route("fe80::2", 0, 77), inMain}, withRule), "10.0.0.1") << "of the other family";
+  EXPECT_EQ(gateway({inMain, inOther}, {{IpFamily::V6, 254}}), "10.0.0.2") << "IPv4 rules are not known";
 }
 
 TEST(Addressing, RouteTakesTheMaskOfTheNetworkThatHoldsTheGateway) {
@@ -67,6 +96,15 @@ TEST(Addressing, RouteTakesTheMaskOfTheNetworkThatHoldsTheGateway) {
   EXPECT_EQ(describeRoute(route("2001:db8::1", 0), own), (route_t{"ipv6", "2001:db8::1", "", 48}));
   EXPECT_EQ(describeRoute(route("fe80::1", 0), own), (route_t{"ipv6", "fe80::1", "", 64}));
   EXPECT_EQ(describeRoute(route("2001:db9::1", 0), own), (route_t{"ipv6", "2001:db9::1", "", 128}));
+}
+
+TEST(Addressing, AGatewayBehindAHostRouteIsANetworkOfItsOwn) {
+  const RouteFacts gateway = route("172.31.255.1", 0);
+  EXPECT_EQ(describeRoute(gateway, std::vector{address("172.31.1.9", 32)}),
+            (route_t{"ipv4", "172.31.255.1", "255.255.255.255", 32}));
+  EXPECT_EQ(describeRoute(gateway, std::vector{address("172.31.1.9", 32), address("172.31.0.9", 16)}),
+            (route_t{"ipv4", "172.31.255.1", "255.255.0.0", 16}))
+      << "unless another address is in its network";
 }
 
 }  // namespace

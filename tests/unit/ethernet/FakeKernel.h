@@ -30,6 +30,7 @@ class FakeKernel {
 
   std::map<std::uint32_t, MessageBuilder> links;  ///< by interface number
   std::vector<MessageBuilder> addresses, routes, rules;
+  std::vector<int> refused;  ///< message types that it does not know
   FakeDriver driver;
   std::map<std::uint16_t, int> dumps;  ///< how many were asked for, by message type
 
@@ -81,6 +82,8 @@ class FakeKernel {
     };
     if (header.nlmsg_type == RTM_GETLINK && dump) {
       for (const auto& [index, payload] : links) append(RTM_NEWLINK, payload);
+    } else if (std::ranges::count(refused, header.nlmsg_type) > 0) {
+      result = -EOPNOTSUPP;
     } else if (header.nlmsg_type == RTM_GETLINK) {
       const auto index = leading<ifinfomsg>(request.subspan(sizeof header)).value().ifi_index;
       const auto found = links.find(static_cast<std::uint32_t>(index));

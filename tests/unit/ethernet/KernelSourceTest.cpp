@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <linux/fib_rules.h>
 
 #include "FakeKernel.h"
 #include "SysTree.h"
@@ -84,6 +85,50 @@ TEST_F(OldKernel, ACardThatIsPluggedInIsSeen) {
   kernel.announce(RTM_NEWLINK, kernel.links[4]);
   EXPECT_TRUE(source.announced());
   EXPECT_EQ(buildModel(readAll(), false)->adapters.size(), 2u);
+}
+
+MessageBuilder rulePayload(std::uint8_t table) {
+  fib_rule_hdr header{};
+  header.family = AF_INET;
+  header.table = table;
+  header.action = FR_ACT_TO_TBL;
+  MessageBuilder builder;
+  return builder.raw(header);
+}
+
+TEST_F(KernelSourceTest, RulesAreAskedForOnceAndWhenTheyChange) {
+  kernel.links[2] = kindPayload(2, "veth0", "veth");
+  kernel.rules = {rulePayload(254), rulePayload(255), rulePayload(254)};
+  const std::vector<RuleFacts> expected = {{IpFamily::V4, 254}, {IpFamily::V4, 255}};
+  EXPECT_EQ(readAll().rules, expected);
+  EXPECT_EQ(readAll().rules, expected);
+  EXPECT_EQ(readOne(2).rules, expected);
+  EXPECT_EQ(kernel.dumps[RTM_GETRULE], 1);
+
+  kernel.rules.push_back(rulePayload(77));
+  kernel.announce(RTM_NEWRULE, rulePayload(77));
+  EXPECT_TRUE(source.announced());
+  EXPECT_EQ(readOne(2).rules.size(), 3u);
+  EXPECT_EQ(readAll().rules.size(), 3u);
+  EXPECT_EQ(kernel.dumps[RTM_GETRULE], 2);
+}
+
+TEST_F(KernelSourceTest, AKernelWithoutRulesHasNoneThatAreKnown) {
+  kernel.links[2] = kindPayload(2, "veth0", "veth");
+  kernel.routes = {routePayload(2, {10, 0, 0, 1}, 77)};
+  kernel.refused = {RTM_GETRULE};
+  const auto model = buildModel(readAll(), true);
+  ASSERT_TRUE(model->ports.at(2)->gateway);
+  EXPECT_EQ(model->ports.at(2)->gateway->gateway, "10.0.0.1");
+}
+
+TEST_F(KernelSourceTest, ARouteThatNoRuleSelectsIsNoGateway) {
+  kernel.links[2] = kindPayload(2, "veth0", "veth");
+  kernel.routes = {routePayload(2, {10, 0, 0, 1}, 77)};
+  kernel.rules = {rulePayload(254)};
+  const auto model = buildModel(readAll(), true);
+  EXPECT_FALSE(model->ports.at(2)->gateway);
+  EXPECT_FALSE(onePort(readOne(2), *model->ports.at(2))->gateway);
 }
 
 TEST_F(KernelSourceTest, ATeamInABridgeHasTheBridgesGatewayHoweverItIsAsked) {

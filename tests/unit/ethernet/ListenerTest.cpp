@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 #include <linux/ethtool_netlink.h>
+#include <linux/fib_rules.h>
 #include <linux/genetlink.h>
+#include <linux/nexthop.h>
 #include <linux/rtnetlink.h>
 #include <sys/socket.h>
 
@@ -56,6 +58,24 @@ TEST(Announcements, DefaultRoutesConcernTheirInterface) {
   EXPECT_FALSE(routingAnnouncement(route(24, true).view()).any());
 }
 
+TEST(Announcements, RulesAndNextHopsMayConcernAnyRoute) {
+  MessageBuilder rule, hop;
+  rule.raw(fib_rule_hdr{});
+  for (const std::uint16_t type : {RTM_NEWRULE, RTM_DELRULE}) {
+    const auto heard = routingAnnouncement(rule.message(type, 0).view());
+    EXPECT_TRUE(heard.rules);
+    EXPECT_TRUE(heard.any());
+    EXPECT_FALSE(heard.everything || heard.routes);
+  }
+  hop.raw(nhmsg{});
+  const auto gone = routingAnnouncement(hop.message(RTM_DELNEXTHOP, 0).view());
+  EXPECT_TRUE(gone.routes);
+  EXPECT_TRUE(gone.any());
+  EXPECT_FALSE(gone.everything);
+  EXPECT_FALSE(routingAnnouncement(hop.message(RTM_NEWNEXTHOP, 0).view()).any())
+      << "no route has it yet, or is announced itself";
+}
+
 TEST(Announcements, WhatCannotBeReadMayBeEverything) {
   MessageBuilder cut;
   EXPECT_TRUE(routingAnnouncement(cut.raw(std::uint8_t{0}).message(RTM_NEWLINK, 0).view()).everything);
@@ -75,6 +95,9 @@ TEST(Announcements, OfEthtool) {
 TEST(Announcements, AddUp) {
   Announcements heard = routingAnnouncement(link(3).view());
   heard.add(routingAnnouncement(route(0, true).view()));
+  MessageBuilder rule;
+  heard.add(routingAnnouncement(rule.raw(fib_rule_hdr{}).message(RTM_NEWRULE, 0).view()));
+  EXPECT_TRUE(heard.rules);
   EXPECT_TRUE(heard.routes);
   EXPECT_EQ(heard.interfaces, (Interfaces{3, 8}));
 }

@@ -96,7 +96,8 @@ TEST_F(RecordedSourceTest, OneInterfaceComesWithItsMembersItsMasterAndTheirNetwo
     "addresses": [
       {"index": 4, "address": "10.0.0.4", "prefixLength": 8}, {"index": 10, "address": "10.0.0.1", "prefixLength": 8},
       {"index": 20, "address": "10.0.0.3", "prefixLength": 8}, {"index": 10, "address": "10.0.0.2", "prefixLength": 8}],
-    "routes": [{"index": 20, "gateway": "10.0.0.254"}, {"index": 4, "gateway": "10.0.0.253"}]})");
+    "routes": [{"index": 20, "gateway": "10.0.0.254"}, {"index": 4, "gateway": "10.0.0.253"}],
+    "rules": [{"family": "ipv4", "table": 254}]})");
   const auto bond = source.readOne(10);
   ASSERT_TRUE(bond);
   EXPECT_EQ(bond->sampleTime, 5);
@@ -111,6 +112,7 @@ TEST_F(RecordedSourceTest, OneInterfaceComesWithItsMembersItsMasterAndTheirNetwo
   EXPECT_THAT(addresses, ElementsAre("10.0.0.1", "10.0.0.2", "10.0.0.3"));
   ASSERT_EQ(bond->routes.size(), 1U);
   EXPECT_EQ(toText(bond->routes.front().gateway), "10.0.0.254");
+  EXPECT_EQ(bond->rules.size(), 1U);
   EXPECT_THAT(names(*source.readOne(4)), ElementsAre("eth2"));
   EXPECT_THAT(names(*source.readOne(99)), ElementsAre());
   writeLink("eth9");

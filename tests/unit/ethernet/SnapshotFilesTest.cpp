@@ -66,6 +66,16 @@ TEST(SnapshotReader, WhatIsMissingOrNullIsUnknown) {
   EXPECT_TRUE(only(wrap("")).links.empty());
 }
 
+TEST(SnapshotReader, RulesAreReadAndWritten) {
+  const auto host =
+      only(wrap(R"("rules": [{"family": "ipv4", "table": 254}, {"family": "ipv6", "table": 0}])"));
+  const std::vector<RuleFacts> expected = {{IpFamily::V4, 254}, {IpFamily::V6, RuleFacts::kTableOfVrf}};
+  EXPECT_EQ(host.rules, expected);
+  EXPECT_EQ(only(writeSnapshot(host)).rules, expected);
+  EXPECT_TRUE(only(wrap(R"("routes": [])")).rules.empty()) << "files from before there were any";
+  EXPECT_EQ(problem(wrap(R"("rules": [{"family": 4}])")), "rules[0].family: expected \"ipv4\" or \"ipv6\"");
+}
+
 TEST(SnapshotReader, UnknownKeysArePassedOver) {
   EXPECT_EQ(problem(linkWith(R"("colour": "red", "ethtool": {"depth": [1]})")), "");
   EXPECT_EQ(problem(wrap(R"("notes": {"a": 1})")), "");
@@ -197,7 +207,7 @@ TEST(Timeline, ChangesBuildOnTheStepBefore) {
   auto moments = readSnapshots(timeline(kBegin + R"(,
       {"at": 1.5, "change": {"links": [{"index": 2, "mtu": null, "carrier": false}, {"index": 4, "name": "eth2"}],
                              "removed": [3]}},
-      {"at": 3, "change": {"addresses": []}})"));
+      {"at": 3, "change": {"addresses": [], "rules": [{"family": "ipv4", "table": 254}]}})"));
   ASSERT_TRUE(moments) << moments.failure().what;
   ASSERT_EQ(moments->size(), 3u);
   EXPECT_EQ((*moments)[1].at, 1.5);
@@ -209,6 +219,8 @@ TEST(Timeline, ChangesBuildOnTheStepBefore) {
   EXPECT_EQ(second.links[1].name, "eth2");
   EXPECT_EQ(second.addresses.size(), 1u);
   EXPECT_TRUE((*moments)[2].snapshot.addresses.empty());
+  EXPECT_TRUE(second.rules.empty());
+  EXPECT_EQ((*moments)[2].snapshot.rules.size(), 1u);
   EXPECT_EQ((*moments)[2].snapshot.links.size(), 2u);
 }
 

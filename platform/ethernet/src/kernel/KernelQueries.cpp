@@ -1,6 +1,7 @@
 #include "kernel/KernelQueries.h"
 
 #include <linux/ethtool_netlink.h>
+#include <linux/fib_rules.h>
 #include <linux/genetlink.h>
 #include <linux/if_addr.h>
 #include <linux/netlink.h>
@@ -153,6 +154,19 @@ Outcome<std::vector<RouteFacts>> KernelQueries::routesOf(std::uint8_t family) {
   return collect<RouteFacts>(_routing, request, "routes", [](auto& all, Bytes payload) {
     for (const RouteFacts& route : decodeDefaultRoute(payload)) all.push_back(route);
   });
+}
+
+Outcome<std::vector<RuleFacts>> KernelQueries::rules() {
+  Request request(RTM_GETRULE, NLM_F_DUMP);
+  request.header(fib_rule_hdr{});
+  auto rules = collect<RuleFacts>(_routing, request, "rules",
+                                  [](auto& all, Bytes payload) { append(all, decodeRule(payload)); });
+  if (!rules && rules.failure().code == EOPNOTSUPP) return std::vector<RuleFacts>{};
+  if (!rules) return rules;
+  std::ranges::sort(*rules);
+  const auto repeated = std::ranges::unique(*rules);
+  rules->erase(repeated.begin(), repeated.end());
+  return rules;
 }
 
 void KernelQueries::addEthtool(std::vector<LinkFacts>& links) {

@@ -29,6 +29,8 @@ class KernelQueries {
   Outcome<std::vector<AddressFacts>> addresses(std::optional<std::uint32_t> index);
   /// Default routes. The kernel has no faster way to those of one interface than to walk all.
   Outcome<std::vector<RouteFacts>> routes();
+  /// Each once. None on a kernel without rules.
+  Outcome<std::vector<RuleFacts>> rules();
 
   /// Adds what ethtool says to links in the order of their numbers. What it does not say, or not on this
   /// kernel, stays unknown.

@@ -83,6 +83,7 @@ Announcements KernelSource::hear() {
   const auto concerned = [&](const RouteFacts& route) { return heard.interfaces.contains(route.index); };
   if (heard.everything || heard.routes || (_routes && std::ranges::any_of(*_routes, concerned)))
     _routes.reset();
+  if (heard.everything || heard.rules) _rules.reset();
   _announced |= heard.any();
   return heard;
 }
@@ -94,6 +95,25 @@ Outcome<std::vector<RouteFacts>> KernelSource::routes() {
     _routes = std::move(*routes);
   }
   return *_routes;
+}
+
+Outcome<std::vector<RuleFacts>> KernelSource::rules() {
+  if (!_rules) {
+    auto rules = _kernel->queries->rules();
+    if (!rules) return rules;
+    _rules = std::move(*rules);
+  }
+  return *_rules;
+}
+
+std::optional<Failure> KernelSource::addRoutes(HostSnapshot& snapshot) {
+  auto defaults = routes();
+  if (!defaults) return defaults.failure();
+  auto selecting = rules();
+  if (!selecting) return selecting.failure();
+  snapshot.routes = std::move(*defaults);
+  snapshot.rules = std::move(*selecting);
+  return std::nullopt;
 }
 
 Outcome<HostSnapshot> KernelSource::readAll() {
@@ -154,10 +174,8 @@ Outcome<HostSnapshot> KernelSource::dumpAll() {
   auto addresses = _kernel->queries->addresses(std::nullopt);
   if (!addresses) return addresses.failure();
   _routes.reset();
-  auto defaults = routes();
-  if (!defaults) return defaults.failure();
+  if (auto failure = addRoutes(*snapshot)) return std::move(*failure);
   snapshot->addresses = std::move(*addresses);
-  snapshot->routes = std::move(*defaults);
   return snapshot;
 }
 
@@ -219,9 +237,7 @@ Outcome<HostSnapshot> KernelSource::askOne(std::uint32_t index) {
     withLayers.push_back(*own.masterIndex);
     append(snapshot.links, std::move(*master));
   }
-  auto defaults = routes();
-  if (!defaults) return defaults.failure();
-  snapshot.routes = std::move(*defaults);
+  if (auto failure = addRoutes(snapshot)) return std::move(*failure);
   for (const std::uint32_t each : withLayers) {
     auto addresses = _kernel->queries->addresses(each);
     if (!addresses) return addresses.failure();

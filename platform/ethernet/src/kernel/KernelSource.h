@@ -64,12 +64,16 @@ class KernelSource : public HostSource {
   void addSettings(LinkFacts& link);
   Announcements hear();
   Outcome<std::vector<RouteFacts>> routes();
+  Outcome<std::vector<RuleFacts>> rules();
+  std::optional<Failure> addRoutes(HostSnapshot& snapshot);
 
   std::function<Outcome<KernelAccess>()> _open;
   std::unique_ptr<Kernel> _kernel;  ///< null before the first question
   /// Default routes as of the last dump of them; nothing once some may have changed. A question about one
   /// interface then needs no walk over the whole routing table.
   std::optional<std::vector<RouteFacts>> _routes;
+  /// Routing rules, every change of which is announced.
+  std::optional<std::vector<RuleFacts>> _rules;
   bool _announced = true;  ///< something was heard since the last whole answer began, or there was none
 };
 

@@ -15,8 +15,13 @@
 namespace ZEB::ethernet {
 namespace {
 
-constexpr std::uint32_t kLayerGroups =
-    RTMGRP_IPV4_IFADDR | RTMGRP_IPV6_IFADDR | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_ROUTE;
+constexpr std::uint32_t group(unsigned number) {
+  return 1u << (number - 1);
+}
+
+constexpr std::uint32_t kLayerGroups = RTMGRP_IPV4_IFADDR | RTMGRP_IPV6_IFADDR | RTMGRP_IPV4_ROUTE |
+                                       RTMGRP_IPV6_ROUTE | RTMGRP_IPV4_RULE | group(RTNLGRP_IPV6_RULE) |
+                                       group(RTNLGRP_NEXTHOP);
 // A burst that fits is told apart interface by interface; one that does not is told as "everything".
 constexpr int kReceiveBuffer = 4 * 1024 * 1024;
 constexpr std::size_t kDatagram = std::size_t{64} * 1024;
@@ -67,6 +72,7 @@ void addRoute(Announcements& announced, Bytes payload) {
 void Announcements::add(const Announcements& more) {
   everything |= more.everything;
   routes |= more.routes;
+  rules |= more.rules;
   interfaces.insert(more.interfaces.begin(), more.interfaces.end());
 }
 
@@ -91,6 +97,14 @@ Announcements routingAnnouncement(Bytes datagram) {
       case RTM_NEWROUTE:
       case RTM_DELROUTE:
         addRoute(announced, payload);
+        break;
+      case RTM_DELNEXTHOP:
+        // The IPv4 routes that had it go with it, unannounced.
+        announced.routes = true;
+        break;
+      case RTM_NEWRULE:
+      case RTM_DELRULE:
+        announced.rules = true;
         break;
       default:
         break;

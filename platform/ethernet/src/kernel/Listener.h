@@ -13,10 +13,11 @@ namespace ZEB::ethernet {
 /// What was announced: some interfaces, or possibly everything.
 struct Announcements {
   bool everything = false;
-  bool routes = false;  ///< default routes of the interfaces came or went
+  bool routes = false;  ///< default routes came or went: of the interfaces, or nobody knows of which
+  bool rules = false;   ///< routing rules came or went
   std::set<std::uint32_t> interfaces;
 
-  bool any() const { return everything || !interfaces.empty(); }
+  bool any() const { return everything || routes || rules || !interfaces.empty(); }
   void add(const Announcements& more);
 };
 
@@ -26,12 +27,12 @@ Announcements routingAnnouncement(Bytes datagram);
 /// The same for an announcement of ethtool's.
 Announcements ethtoolAnnouncement(Bytes datagram);
 
-/// Hears the kernel announce changes of links, addresses, default routes and link settings.
+/// Hears the kernel announce changes of links, addresses, default routes, routing rules and link settings.
 class Listener {
  public:
   /// Without `ethtoolGroup`, link settings are not announced.
   static Listener open(std::optional<std::uint32_t> ethtoolGroup);
-  /// Hears addresses and default routes alone.
+  /// Hears addresses, default routes and routing rules alone.
   static Listener toLayers();
 
   /// On sockets that announcements come from. Without `ethtool`, link settings are not announced. Where a

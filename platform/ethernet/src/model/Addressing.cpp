@@ -66,13 +66,14 @@ std::optional<EthPortAddressOriginEnum> interfaceOrigin(const std::vector<Addres
   return addressOrigin(*best);
 }
 
-const RouteFacts* preferredRoute(std::span<const RouteFacts> routes) {
-  const auto rank = [](const RouteFacts& route) {
-    return std::tuple(route.gateway.family, route.metric, route.table != RT_TABLE_MAIN, route.table);
+const RouteFacts* preferredRoute(std::span<const RouteFacts> routes, const RouteTables& tables) {
+  const auto rank = [&](const RouteFacts& route) {
+    return std::tuple(tables.useOf(route), route.gateway.family, route.metric, route.table != RT_TABLE_MAIN,
+                      route.table);
   };
   const auto best = std::min_element(routes.begin(), routes.end(),
                                      [&](const auto& a, const auto& b) { return rank(a) < rank(b); });
-  return best == routes.end() ? nullptr : &*best;
+  return best == routes.end() || tables.useOf(*best) == RouteTables::Use::None ? nullptr : &*best;
 }
 
 route_t describeRoute(const RouteFacts& route, std::span<const AddressFacts> addresses) {

@@ -23,7 +23,7 @@ std::span<const T> withIndex(const std::vector<T>& all, std::uint32_t index) {
 
 }  // namespace
 
-Assembler::Assembler(HostSnapshot snapshot) : _snapshot(std::move(snapshot)) {
+Assembler::Assembler(HostSnapshot snapshot) : _snapshot(std::move(snapshot)), _tables(_snapshot.rules) {
   auto& links = _snapshot.links;
   sortByIndex(links);
   const auto sameIndex = [](const LinkFacts& a, const LinkFacts& b) { return a.index == b.index; };
@@ -83,14 +83,17 @@ template std::shared_ptr<VlanFacts> Assembler::interface<VlanFacts>(const LinkFa
 /// A bridge's port without a route of its own reaches the world by the bridge's.
 std::optional<route_t> Assembler::gatewayOf(const LinkFacts& link) const {
   std::uint32_t index = link.index;
-  auto routes = withIndex(_snapshot.routes, index);
-  const LinkFacts* master = routes.empty() && link.masterIndex ? find(*link.masterIndex) : nullptr;
+  const RouteFacts* route = routeOf(index);
+  const LinkFacts* master = !route && link.masterIndex ? find(*link.masterIndex) : nullptr;
   if (master && master->kind == "bridge") {
     index = master->index;
-    routes = withIndex(_snapshot.routes, index);
+    route = routeOf(index);
   }
-  if (routes.empty()) return std::nullopt;
-  return describeRoute(*preferredRoute(routes), addressesOf(index));
+  return route ? std::optional(describeRoute(*route, addressesOf(index))) : std::nullopt;
+}
+
+const RouteFacts* Assembler::routeOf(std::uint32_t index) const {
+  return preferredRoute(withIndex(_snapshot.routes, index), _tables);
 }
 
 std::span<const AddressFacts> Assembler::addressesOf(std::uint32_t index) const {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "model/Facts.h"
+#include "model/RouteTables.h"
 
 namespace ZEB::ethernet {
 
@@ -37,9 +38,11 @@ class Assembler {
   template <class Facts>
   std::shared_ptr<Facts> interface(const LinkFacts& link) const;
   std::optional<route_t> gatewayOf(const LinkFacts& link) const;
+  const RouteFacts* routeOf(std::uint32_t index) const;
   std::span<const AddressFacts> addressesOf(std::uint32_t index) const;
 
   HostSnapshot _snapshot;
+  RouteTables _tables;
   std::vector<Membership> _memberships;
   std::unordered_map<std::uint32_t, const LinkFacts*> _carriers;  ///< of the VLANs that were asked for
 };

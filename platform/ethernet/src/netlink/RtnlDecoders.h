@@ -23,6 +23,9 @@ std::optional<AddressFacts> decodeAddress(Bytes payload);
 /// RTM_NEWROUTE: one fact for each next hop of a default route with a gateway, none for any other route.
 std::vector<RouteFacts> decodeDefaultRoute(Bytes payload);
 
+/// RTM_NEWRULE; nothing for a rule that has no default route looked up in a table.
+std::optional<RuleFacts> decodeRule(Bytes payload);
+
 /// Whether an announcement of that message type can change anything that is read here. Of routes, only
 /// default ones can.
 bool isRelevant(std::uint16_t messageType, Bytes payload);

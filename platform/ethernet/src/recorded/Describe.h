@@ -133,11 +133,18 @@ void describe(RouteFacts& route, Visit& visit) {
 }
 
 template <class Visit>
+void describe(RuleFacts& rule, Visit& visit) {
+  visit("family", rule.family);
+  visit("table", rule.table);
+}
+
+template <class Visit>
 void describe(HostSnapshot& snapshot, Visit& visit) {
   visit("time", snapshot.sampleTime);
   visit("links", snapshot.links);
   visit("addresses", snapshot.addresses);
   visit("routes", snapshot.routes);
+  visit("rules", snapshot.rules);
 }
 
 }  // namespace ZEB::ethernet

@@ -33,6 +33,7 @@ InterfaceIndex::InterfaceIndex(const HostSnapshot& snapshot) : _snapshot(&snapsh
 HostSnapshot InterfaceIndex::only(std::uint32_t index) const {
   HostSnapshot part;
   part.sampleTime = _snapshot->sampleTime;
+  part.rules = _snapshot->rules;
   addLinks(_links, index, part);
   std::optional<std::uint32_t> master;
   if (!part.links.empty()) master = part.links.front().masterIndex;

@@ -19,8 +19,8 @@ class InterfaceIndex {
   InterfaceIndex& operator=(InterfaceIndex&&) = default;
   ~InterfaceIndex() = default;
 
-  /// The interface, its members and its master, with their addresses and routes; no link when it is not
-  /// there.
+  /// The interface, its members and its master, with their addresses and routes and the host's rules; no link
+  /// when it is not there.
   HostSnapshot only(std::uint32_t index) const;
 
  private:

@@ -60,6 +60,17 @@ std::optional<std::uint32_t> flagOf(std::string_view name) {
   return bits;
 }
 
+std::string_view ipFamilyName(IpFamily family) {
+  return family == IpFamily::V4 ? "ipv4" : "ipv6";
+}
+
+std::optional<IpFamily> ipFamilyOf(std::string_view name) {
+  for (const IpFamily family : {IpFamily::V4, IpFamily::V6}) {
+    if (name == ipFamilyName(family)) return family;
+  }
+  return std::nullopt;
+}
+
 std::string_view operStateName(std::uint8_t state) {
   return state < kOperStates.size() ? kOperStates[state] : "";
 }

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "snapshot/IpAddress.h"
+
 /// Words that snapshot files have for the kernel's numbers where people write them.
 namespace ZEB::ethernet {
 
@@ -16,5 +18,9 @@ std::optional<std::uint32_t> flagOf(std::string_view name);
 /// IF_OPER_* states: "UP", "LOWERLAYERDOWN" and so on; a state without a name is nothing.
 std::string_view operStateName(std::uint8_t state);
 std::optional<std::uint8_t> operStateOf(std::string_view name);
+
+/// "ipv4" and "ipv6".
+std::string_view ipFamilyName(IpFamily family);
+std::optional<IpFamily> ipFamilyOf(std::string_view name);
 
 }  // namespace ZEB::ethernet

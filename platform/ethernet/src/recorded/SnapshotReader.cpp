@@ -75,6 +75,9 @@ class Reader {
   void read(const Json& json, const std::string& place, IpAddress& value) {
     readText(json, place, value, "an IP address", parseIpAddress);
   }
+  void read(const Json& json, const std::string& place, IpFamily& value) {
+    readText(json, place, value, "\"ipv4\" or \"ipv6\"", ipFamilyOf);
+  }
   void read(const Json& json, const std::string& place, PciAddress& value) {
     readText(json, place, value, "a PCI address such as \"0000:03:00.0\"", parsePciAddress);
   }

@@ -48,6 +48,7 @@ class Writer {
   static Json write(std::string& value) { return value.empty() ? Json() : Json(value); }
   static Json write(HardwareAddress& value) { return toText(value); }
   static Json write(IpAddress& value) { return toText(value); }
+  static Json write(IpFamily& value) { return std::string(ipFamilyName(value)); }
   static Json write(SlotKind& value) { return static_cast<int>(value); }
   static Json write(PciAddress& value) { return toText(value); }
   static Json write(LinkModes& value);

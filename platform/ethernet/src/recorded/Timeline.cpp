@@ -43,7 +43,7 @@ std::string applyChange(Json& snapshot, const Json& change) {
   for (const Json& index : change.value("removed", Json::array())) {
     if (const Json* known = linkOf(links, index)) links.erase(links.begin() + (known - &links[0]));
   }
-  for (const char* list : {"time", "addresses", "routes"}) {
+  for (const char* list : {"time", "addresses", "routes", "rules"}) {
     if (change.contains(list)) snapshot[list] = change[list];
   }
   return "";

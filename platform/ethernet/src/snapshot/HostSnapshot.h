@@ -130,6 +130,16 @@ struct RouteFacts {
   friend bool operator==(const RouteFacts&, const RouteFacts&) = default;
 };
 
+/// A routing rule that has default routes looked up in a table.
+struct RuleFacts {
+  static constexpr std::uint32_t kTableOfVrf = 0;  ///< of the VRF that an interface is in
+
+  IpFamily family = IpFamily::V4;
+  std::uint32_t table = 0;
+  // NOLINTNEXTLINE(modernize-use-nullptr): the check takes the comparison for one with a pointer
+  friend auto operator<=>(const RuleFacts&, const RuleFacts&) = default;
+};
+
 /// The counters of one interface.
 struct InterfaceCounters {
   std::uint32_t index = 0;
@@ -147,6 +157,7 @@ struct HostSnapshot {
   std::vector<LinkFacts> links;
   std::vector<AddressFacts> addresses;
   std::vector<RouteFacts> routes;
+  std::vector<RuleFacts> rules;  ///< each once; none of a family whose rules are not known
 };
 
 }  // namespace ZEB::ethernet
