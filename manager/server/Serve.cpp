@@ -126,7 +126,19 @@ class Core {
 
 }  // namespace
 
+namespace {
+
+void checkOptions(const Options& options) {
+  const bool ofPlugin = !options.source.empty() || !options.plugin.empty() || options.includeVirtual;
+  if (!options.helpers.empty() && ofPlugin) {
+    throw ManagerError("with --helpers, options of the plug-in are for whoever starts its processes");
+  }
+}
+
+}  // namespace
+
 int serve(const Options& options, std::ostream& out, std::ostream& err) {
+  checkOptions(options);
   std::binary_semaphore stop(0);
   const StopSignals signals([&] { stop.release(); });
   Log log(err);

@@ -71,6 +71,26 @@ TEST(Login, EachUserGetsWhatIsTheirs) {
   EXPECT_EQ(statusOf(ask(unit.http(), reading("reader", "guess"))), 401);
 }
 
+/// What the units give to each of the processes is enough.
+TEST(Login, EachProcessHasTheRightsThatItNeeds) {
+  REQUIRE_GROUND();
+  const Unit unit;
+  ASSERT_EQ(statusOf(ask(unit.http(), reading("reader", "secret"))), 200);
+  ASSERT_EQ(statusOf(ask(unit.http(), instancesOf("ZEB_EthernetPort"))), 200);
+  const auto plugin = unit.processes("zebcim-plugin"), login = unit.processes("zebcim-login");
+  ASSERT_EQ(plugin.size(), 1U);
+  ASSERT_EQ(login.size(), 1U);
+  for (const auto& [process, rights] : {std::pair(unit.server(), "0000000000000000"),
+                                        {plugin[0], "0000000000001000"},    // CAP_NET_ADMIN
+                                        {login[0], "0000000020000000"}}) {  // CAP_AUDIT_WRITE
+    const auto known = statusOf(process);
+    EXPECT_EQ(known.at("CapEff"), rights) << known.at("Name");
+    EXPECT_EQ(known.at("CapBnd"), rights) << known.at("Name");
+    EXPECT_EQ(known.at("NoNewPrivs"), "1") << known.at("Name");
+  }
+  EXPECT_EQ(statusOf(unit.server()).at("Uid").substr(0, 5), std::to_string(kServerUser));
+}
+
 /// A script of PAM's that writes a line for each attempt.
 std::string noting(const std::string& what) {
   return "auth optional pam_exec.so quiet /run/ground/" + what + "\n";
