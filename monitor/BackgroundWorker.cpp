@@ -1,5 +1,6 @@
 #include "monitor/BackgroundWorker.h"
 
+#include <algorithm>
 #include <ctime>
 #include <stdexcept>
 
@@ -147,20 +148,23 @@ bool BackgroundWorker::refresh() {
   const bool adaptersChanged = ethMRA()->forceReload();
   const bool teamsChanged = ethTeamMRA()->forceReload(added, removed);
   _unread = ethMRA()->reloadFailed() || ethTeamMRA()->reloadFailed();
-  arrangeNextLook();
   if (adaptersChanged || teamsChanged) {
     rebuild(added, removed);
   } else if (!_netlinkEvent) {
     ethMRA()->updateAll();
     ethTeamMRA()->updateAll();
   }
-  return !_unread && (ethMRA()->ethEventDetected() || ethTeamMRA()->ethTeamEventDetected());
+  arrangeNextLook();
+  return !_unread && (_monitored.linkWatch.unfinished || ethMRA()->ethEventDetected() ||
+                      ethTeamMRA()->ethTeamEventDetected());
 }
 
 void BackgroundWorker::settleEvents() {
   if (_unread || !ethMRA() || !ethTeamMRA()) return;
   ethMRA()->eventsProcessed();
   ethTeamMRA()->eventsProcessed();
+  _monitored.linkWatch.unfinished = false;
+  _monitored.memories.clear();
 }
 
 void BackgroundWorker::arrangeNextLook() {
@@ -187,11 +191,16 @@ void BackgroundWorker::rebuild(const std::vector<std::string>& added,
     reportPresence(removed, kInterfaceNoLongerAvailable,
                    "Failed to deliver NetworkInterfaceNoLongerAvailable indication for %s");
   }
+  auto& arrivals = _monitored.arrivals;
+  for (const std::string& name : added) {
+    if (std::ranges::find(arrivals, name) == arrivals.end()) arrivals.push_back(name);
+  }
   replaceInstances();
   if (isOn(EventSetting::InterfaceAvailable)) {
-    reportPresence(added, kInterfaceAvailable,
+    reportPresence(arrivals, kInterfaceAvailable,
                    "Failed to deliver NetworkInterfaceAvailable indication for %s");
   }
+  arrivals.clear();
 }
 
 // What fails half way is built again by the next pass. What instances remember is kept until each that was
@@ -202,7 +211,6 @@ void BackgroundWorker::replaceInstances() {
   _monitored.instances.clear();
   try {
     _monitored.rebuild();
-    if (!_unread) _monitored.memories.clear();
   } catch (...) {
     _monitored.linkWatch.lookAgainAt(std::chrono::steady_clock::now() + kAfterFailure);
     ethMRA()->buildFailed();
@@ -248,6 +256,7 @@ int BackgroundWorker::sendTeamPresenceIndication(const TeamsByName& teams, const
 
 int BackgroundWorker::processIndications() {
   _logger.info("_processIndications");
+  _monitored.linkWatch.unfinished = true;
   CmpiManagedInstanceCollection& instances = _monitored.instances;
   // Ports and teams, in the order of all instances.
   for (const std::uint32_t i : instances.watchers()) {

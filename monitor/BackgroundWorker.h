@@ -40,6 +40,7 @@ struct Monitored {
   std::atomic<ZEB_EthEventSettings*>& settings;  ///< one of the instances; null while there is none
   std::function<void()> followStores;            ///< takes over what other processes have kept since
   InstanceMemories& memories;                    ///< of instances that were cleared
+  std::vector<std::string>& arrivals;            ///< teams that came and were not announced yet
   std::function<void()> rebuild;                 ///< makes data sources and instances anew
 };
 

@@ -22,6 +22,7 @@ struct LinkWatch {
   EthernetMRA* ethMRA = nullptr;          ///< null while there is none
   EthernetTeamMRA* ethTeamMRA = nullptr;  ///< null while there is none
   std::uint64_t messages = 0;             ///< how many have been received
+  bool unfinished = false;                ///< a pass began to look for events and did not come to its end
   /// When a pass has to look without having been told of anything; none when none has to.
   std::optional<std::chrono::steady_clock::time_point> nextLook;
 

@@ -32,13 +32,15 @@ ZEBEthernetPortProvider::ZEBEthernetPortProvider(const CmpiCpp::CmpiBroker& brok
 
   ZEBPhysloc::init(ZEBPhysloc::kThisChassis);
   StartNetlinkThread();
+  watchSource();
   {
     const std::lock_guard lock(_linkWatch->mutex);
     makeDataSources();
   }
   _cmpiManagedInstanceFactory();
   checkRecording();
-  watchSource();
+  // A kernel that did not answer may do so in a moment.
+  if (!_ethMRA->failureText().empty()) LinkWatch::lookAgain();
 }
 
 ZEBEthernetPortProvider::~ZEBEthernetPortProvider() {
@@ -77,7 +79,11 @@ void ZEBEthernetPortProvider::checkRecording() const {
 void ZEBEthernetPortProvider::watchSource() {
   const auto configuration = Configuration::current();
   if (configuration->sourceFile.empty()) {
-    _changeWatch.emplace(&LinkWatch::lookAgain);
+    // Like a link message it waits for a pass to end, which would take the flag away otherwise.
+    _changeWatch.emplace([watch = _linkWatch] {
+      const std::lock_guard lock(watch->mutex);
+      LinkWatch::lookAgain();
+    });
   } else if (configuration->autostart) {
     _recordingWatch.emplace(_linkWatch);
   }
@@ -108,6 +114,7 @@ Monitored ZEBEthernetPortProvider::monitored() {
                 followFilters();
               },
           .memories = _memories,
+          .arrivals = _arrivals,
           .rebuild =
               [this] {
                 makeDataSources();

@@ -92,6 +92,7 @@ class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
   Logger _logger;
   CmpiManagedInstanceCollection _collection;
   InstanceMemories _memories;  ///< of instances that a rebuild has cleared
+  std::vector<std::string> _arrivals;
   /// Belongs to the collection: null until a build has made them, and again when the collection is cleared.
   std::atomic<ZEB_EthEventSettings*> _eventSettings{nullptr};
   IndicationState _indications;

@@ -22,6 +22,11 @@ const AssociationClass kClass{
     .roles = {"Collection", "Member"},
 };
 
+/// Of the two ends; empty when one is not known.
+std::string both(const std::string& team, const std::string& port) {
+  return team.empty() || port.empty() ? std::string() : team + " " + port;
+}
+
 operationalStatus memberStatus(const EthernetTeamDataObject& team, const EthernetPort& port) {
   const auto teamStatus = known(team, &EthernetTeamDataObject::getTeamStatus);
   const auto portStatus = known(port, &EthernetPort::getPortStatus);
@@ -57,7 +62,7 @@ ZEB_EthernetTeamMember::ZEB_EthernetTeamMember(const Logger& logger, const std::
     : AssociationFrame(logger, nameSpace, kClass, team, port),
       _team(teamRecord),
       _port(portRecord),
-      _subject(subjectOf(kClass.name, teamRecord) + " " + subjectOf(kClass.name, portRecord)) {}
+      _subject(both(subjectOf(kClass.name, teamRecord), subjectOf(kClass.name, portRecord))) {}
 
 CmpiCpp::CmpiInstance ZEB_EthernetTeamMember::makeInstance() {
   CmpiCpp::CmpiInstance instance = AssociationFrame::makeInstance();

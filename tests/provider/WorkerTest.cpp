@@ -424,6 +424,18 @@ TEST_F(WorkerTest, APassThatCannotReadIsTriedAgainAndLosesNothing) {
   EXPECT_FALSE(_netlinkEvent);
 }
 
+TEST_F(WorkerTest, ATeamThatCameInARebuildThatFailedIsStillAnnounced) {
+  enableIndications();
+  set("InterfaceAvailable", true);
+  host.addTeam(20, "bond7");
+  host.play();
+  sourcesFail = true;
+  EXPECT_EQ(pollingPass().rc, CMPI_RC_ERR_FAILED);
+  sourcesFail = false;
+  EXPECT_TRUE(succeeded(pass()));
+  EXPECT_THAT(events(), ElementsAre("11"));
+}
+
 TEST_F(WorkerTest, WhatARequestReadsIsLeftToThePass) {
   enableIndications();
   EXPECT_TRUE(succeeded(pollingPass()));

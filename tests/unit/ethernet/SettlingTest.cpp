@@ -202,6 +202,19 @@ TEST_F(SettlingTest, AMemberThatJoinsDoesNotCountUntilItIsUp) {
   EXPECT_EQ(team().members[1].slave.status, Status::OK);
 }
 
+TEST_F(SettlingTest, ACableIsPulledWhileBondingStillWaits) {
+  host.links = {pciPort(3, "eth1", "0000:02:00.0"), bondLink(10, "bond0")};
+  look();
+  switchOn(link("eth1"));
+  join(link("eth1"), 10);
+  look();
+  carrier(link("eth1"), true);
+  link("eth1").bondMember->miiStatus = 3;
+  EXPECT_EQ(port(3), Status::OK);
+  carrier(link("eth1"), false);
+  EXPECT_EQ(port(3), Status::Error) << "told at once";
+}
+
 TEST_F(SettlingTest, AMemberThatJoinsWithoutLinkCountsWhenItsTimeIsUp) {
   host.links = {memberOf(pciPort(2, "eth0", "0000:01:00.0"), 10), pciPort(3, "eth1", "0000:02:00.0"),
                 bondLink(10, "bond0")};

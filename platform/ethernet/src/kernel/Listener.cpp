@@ -145,7 +145,7 @@ bool Listener::wait(int stop) const {
   pollfd ready[] = {{stop, POLLIN, 0}, {_routing.get(), POLLIN, 0}};
   while (::poll(ready, std::size(ready), -1) < 0 && errno == EINTR) {
   }
-  return (ready[0].revents & POLLIN) == 0;
+  return (ready[0].revents & POLLIN) == 0 && (ready[1].revents & POLLNVAL) == 0;
 }
 
 Announcements Listener::drain() {

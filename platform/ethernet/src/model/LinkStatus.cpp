@@ -27,7 +27,8 @@ std::string speedText(const EthtoolFacts& ethtool) {
 
 /// One that was just switched on counts as off still.
 operationalStatus withoutLink(const LinkFacts& link) {
-  return link.settles == Settles::No ? operationalStatus::Error : operationalStatus::Dormant;
+  const bool waits = link.settles != Settles::No && !link.hadCarrier;
+  return waits ? operationalStatus::Dormant : operationalStatus::Error;
 }
 
 }  // namespace

@@ -49,7 +49,9 @@ void Settling::watch(const LinkFacts& link, Clock::time_point now) {
   if (seen.up && (joined || switchedOn)) {
     seen.settles = joined ? Settles::Joined : Settles::SwitchedOn;
     seen.until = now + _time;
+    seen.hadCarrier = false;
   }
+  seen.hadCarrier |= hasCarrier(link).value_or(false);
   if (!seen.up || now >= seen.until || hasWholeLink(link)) seen.settles = Settles::No;
 }
 
@@ -57,8 +59,11 @@ void Settling::watch(const LinkFacts& link, Clock::time_point now) {
 void Settling::waitForLower(const LinkFacts& vlan) {
   const auto lower = _seen.find(vlan.lowerIndex.value_or(0));
   Seen& seen = _seen.at(vlan.index);
-  if (lower == _seen.end() || lower->second.settles == Settles::No || !seen.up || hasWholeLink(vlan)) return;
+  if (lower == _seen.end() || lower->second.settles == Settles::No || lower->second.hadCarrier || !seen.up ||
+      hasWholeLink(vlan))
+    return;
   seen.settles = Settles::SwitchedOn;
+  seen.hadCarrier = false;
   seen.until = lower->second.until;
 }
 
@@ -73,7 +78,11 @@ void Settling::waitForMembers(const HostSnapshot& snapshot) {
 }
 
 void Settling::mark(HostSnapshot& snapshot) const {
-  for (LinkFacts& link : snapshot.links) link.settles = _seen.at(link.index).settles;
+  for (LinkFacts& link : snapshot.links) {
+    const Seen& seen = _seen.at(link.index);
+    link.settles = seen.settles;
+    link.hadCarrier = seen.hadCarrier;
+  }
 }
 
 std::optional<Settling::Clock::time_point> Settling::next() const {

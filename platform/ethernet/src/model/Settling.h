@@ -33,6 +33,7 @@ class Settling {
     bool up = false;
     std::uint32_t team = 0;  ///< interface number of the team that it is a member of
     Settles settles = Settles::No;
+    bool hadCarrier = false;  ///< since it settles: that it is gone again is news
     Clock::time_point until;
     std::uint64_t answer = 0;  ///< the last that it was in
   };

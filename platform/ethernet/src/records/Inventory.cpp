@@ -119,6 +119,7 @@ bool Inventory::mayTake(const Offer& offer) {
 }
 
 bool Inventory::update() {
+  if (ScopeState* scope = openScope(); scope && scope->answersOf(*this).model) return true;
   std::shared_ptr<const Model> model;
   {
     const std::scoped_lock asking(_asking);

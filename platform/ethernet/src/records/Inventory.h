@@ -49,7 +49,8 @@ class Inventory {
   /// within the open scope, or as long as nothing was announced since.
   std::shared_ptr<const Model> reload(Kind kind);
 
-  /// Asks if something was announced since the newest answer was begun. False when asking failed.
+  /// Asks if something was announced since the newest answer was begun. False when asking failed. An open
+  /// scope that has its answer keeps to it, and what is announced meanwhile stays announced.
   bool update();
 
   /// Whether anything was announced since the newest answer was begun.

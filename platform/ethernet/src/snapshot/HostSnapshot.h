@@ -109,7 +109,9 @@ struct LinkFacts {
   EthtoolFacts ethtool;
   std::shared_ptr<const HardwareFacts> hardware;
   std::shared_ptr<const DriverFacts> driver;
-  Settles settles = Settles::No;  ///< of no source: what who watches the source adds
+  // Of no source, but of who watches it.
+  Settles settles = Settles::No;
+  bool hadCarrier = false;  ///< since it settles
 };
 
 struct AddressFacts {
