@@ -89,6 +89,38 @@ TEST_F(ModifyTest, aValueOfAnotherTypeIsRefusedAndLogged) {
       << "the lock was released";
 }
 
+// A client that sends one setting and no list. Object managers that complete what it sent have the plug-in
+// take their defaults for the others, and one of them sends a list of all names along, the key's too.
+TEST_F(ModifyTest, oneSettingWithoutAListIsTakenWhereTheOthersAreFilledIn) {
+  change(only("ZEB_EthEventSettings"), "FloodThreshold", std::uint32_t{33});
+  CmpiInstance one(only("ZEB_EthEventSettings").path());
+  one.addProperty("PollInterval", std::uint32_t{77});
+  one.addProperty("InstanceId", "JXV:0");
+  FakeBroker::Call call(broker);
+  const CMPIrc rc = call.modify(interface, one.path(), one, std::nullopt).rc;
+  const CmpiInstance settings = only("ZEB_EthEventSettings");
+  if (!broker.habits().completesChanges) {
+    EXPECT_EQ(rc, CMPI_RC_ERR_NO_SUCH_PROPERTY);
+    EXPECT_EQ(settings.getProperty("FloodThreshold"), CmpiData(std::uint32_t{33}));
+    return;
+  }
+  EXPECT_EQ(rc, CMPI_RC_OK);
+  EXPECT_EQ(settings.getProperty("PollInterval"), CmpiData(std::uint32_t{77}));
+  EXPECT_EQ(settings.getProperty("FloodThreshold"), CmpiData(std::uint32_t{10}));
+  EXPECT_EQ(settings.getProperty("MonitorPorts"), CmpiData(true));
+  EXPECT_EQ(settings.getProperty("MonitorRedundancySets"), CmpiData(true));
+}
+
+TEST_F(ModifyTest, aFilterThatTheObjectManagerFillsInKeepsThePortWatched) {
+  const CmpiInstance membership = only("ZEB_EthernetMemberOfCollection");
+  CmpiInstance without(membership.path());
+  for (const char* end : {"Member", "Collection"}) without.addProperty(end, membership.getProperty(end));
+  FakeBroker::Call call(broker);
+  const CMPIrc rc = call.modify(interface, without.path(), without, std::nullopt).rc;
+  EXPECT_EQ(rc, broker.habits().completesChanges ? CMPI_RC_OK : CMPI_RC_ERR_NO_SUCH_PROPERTY);
+  EXPECT_EQ(only("ZEB_EthernetMemberOfCollection").getProperty("Included"), CmpiData(true));
+}
+
 TEST_F(ModifyTest, aPathThatIsNotThereIsAWarningAndNoError) {
   for (const char* className : {"ZEB_EthEventSettings", "ZEB_EthernetMemberOfCollection"}) {
     log->clear();

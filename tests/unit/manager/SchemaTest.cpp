@@ -243,6 +243,27 @@ INSTANTIATE_TEST_SUITE_P(
         ExpectedProperty{"ZEB_AutoStart", "WorkerPollIntervalStagger", CMPI_uint16}),
     [](const auto& tested) { return std::string(tested.param.className) + "_" + tested.param.name; });
 
+// Object managers fill these in where a client sends nothing, or what they cannot take: nothing may fall
+// silent by it.
+TEST(Schema, WhatClientsMayChangeHasTheDefaultThatThePlugInStartsWith) {
+  const std::vector<std::pair<const char*, const char*>> expected = {
+      {"PollInterval", "200"},          {"FloodThreshold", "10"},
+      {"MaxFloodLevel", "100"},         {"ActiveAdapterCountChanged", "false"},
+      {"MemberRoleChanged", "false"},   {"MemberStatusChanged", "false"},
+      {"MemberJoinedTeam", "false"},    {"MemberLeftTeam", "false"},
+      {"InterfaceAvailable", "false"},  {"InterfaceUnAvailable", "false"},
+      {"MonitorPorts", "true"},         {"MonitorLANEndpoints", "false"},
+      {"MonitorRedundancySets", "true"}};
+  for (const auto& [name, value] : expected) {
+    const auto& given = schema().find(kSettings)->property(name)->defaultValues;
+    ASSERT_TRUE(given) << name;
+    EXPECT_THAT(*given, ElementsAre(value)) << name;
+  }
+  const auto& included = schema().find("ZEB_EthernetMemberOfCollection")->property("Included")->defaultValues;
+  ASSERT_TRUE(included);
+  EXPECT_THAT(*included, ElementsAre("true"));
+}
+
 TEST(Schema, SettingsThatClientsMayChangeAreWritable) {
   std::vector<std::string> writable;
   for (const PropertyDef& property : schema().find(kSettings)->properties) {
