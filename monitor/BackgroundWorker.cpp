@@ -244,7 +244,7 @@ int BackgroundWorker::sendTeamPresenceIndication(const TeamsByName& teams, const
   constexpr int kNoSuchTeam = 4;
   const auto team = teams.find(name);
   if (team == teams.end()) return kNoSuchTeam;
-  ZEB_EthernetIndication sender(_logger, _monitored.nameSpace);
+  IndicationSender sender(_logger, _monitored.nameSpace);
   std::string message;
   if (eventId == kInterfaceAvailable) message = "New Ethernet Team " + name + " is detected";
   if (eventId == kInterfaceNoLongerAvailable)

@@ -42,6 +42,8 @@ ZEBEthernetPortProvider::InstanceBuild::InstanceBuild(ZEBEthernetPortProvider& p
 
 void ZEBEthernetPortProvider::InstanceBuild::run() {
   _provider._logger.info("_cmpiManagedInstanceFactory");
+  // With the system's; nothing of it is an end of an association.
+  static_cast<void>(ZEBUtil::getChassisPath());
   _teams.buildTeamInstances(*_provider._ethTeamMRA);
   buildAdapters();
   if (!_teams.teams().empty() || !_ports.empty()) buildCollection();

@@ -6,7 +6,7 @@
 
 namespace ZEB {
 
-/// A sender whose making is announced in the log: by those who watch ports, teams and the collection.
+/// A sender whose making is announced in the log, as on every occasion that there is to send something.
 class IndicationSender : public ZEB_EthernetIndication {
  public:
   IndicationSender(const Logger& logger, const std::string& nameSpace)

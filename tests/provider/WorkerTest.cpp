@@ -18,6 +18,7 @@ namespace {
 std::atomic<std::time_t> clockOffset{0};
 std::atomic<int> updates{0};
 std::atomic<bool> sourcesFail{false};
+std::atomic<int> chassisPaths{0};
 std::vector<std::string> ghostsAdded, ghostsRemoved;
 }  // namespace
 
@@ -58,6 +59,12 @@ std::unique_ptr<EthernetMRA> wrappedEthernetMRAFactory(const Logger& logger,
                                                        const CmpiCpp::CmpiContext& context) {
   if (sourcesFail) throw std::runtime_error("no data source");
   return realEthernetMRAFactory(logger, context);
+}
+CmpiCpp::CmpiObjectPath realChassisPath() asm("__real__ZN3ZEB7ZEBUtil14getChassisPathEv");
+CmpiCpp::CmpiObjectPath wrappedChassisPath() asm("__wrap__ZN3ZEB7ZEBUtil14getChassisPathEv");
+CmpiCpp::CmpiObjectPath wrappedChassisPath() {
+  ++chassisPaths;
+  return realChassisPath();
 }
 }  // namespace ZEB
 
@@ -330,6 +337,8 @@ TEST_F(WorkerTest, TeamsThatComeAndGoAreReportedAroundTheRebuild) {
   host.play();
   EXPECT_TRUE(succeeded(pollingPass()));
   ASSERT_THAT(events(), ElementsAre("12", "11"));
+  EXPECT_EQ(log->count("Creating EthernetIndication object"), 2U);
+  EXPECT_EQ(log->count("Done creating EthernetIndication object"), 2U);
   EXPECT_THAT(description(0), testing::EndsWith("(The Ethernet Team bond0 is no longer available)"));
   EXPECT_THAT(description(1), testing::EndsWith("(New Ethernet Team bond1 is detected)"));
   for (const auto& delivery : broker.deliveries()) {
@@ -338,6 +347,14 @@ TEST_F(WorkerTest, TeamsThatComeAndGoAreReportedAroundTheRebuild) {
     EXPECT_EQ(delivery.indication.findProperty("UserComment"), nullptr);
   }
   EXPECT_EQ(enumerate("ZEB_EthernetTeam").size(), 1U);
+}
+
+TEST_F(WorkerTest, ABuildFetchesThePathOfTheChassis) {
+  chassisPaths = 0;
+  host.addPort(6, "eth4");
+  host.play();
+  EXPECT_TRUE(succeeded(pollingPass()));
+  EXPECT_EQ(chassisPaths, 1);
 }
 
 TEST_F(WorkerTest, ATeamThatCannotBeFoundIsNamedInTheLog) {
