@@ -25,7 +25,7 @@ class ZEB_EthernetCollection;
 struct IndicationState {
   std::atomic<bool> readyToSendIndications{false};  ///< the object manager has enabled indications
   bool started = false;                             ///< a pass has found them enabled
-  bool heartbeat = false;                           ///< every pass is to send a sign of life
+  bool heartbeat = false;                           ///< every pass ends where it would send a sign of life
 };
 
 /// What a pass works on. It all belongs to the provider, which outlives every pass.

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "common/ClassNames.h"
 #include "common/Logger.h"
 
 namespace ZEB {
@@ -15,14 +16,15 @@ namespace ZEB {
 struct Configuration {
   std::string sourceFile;       ///< recorded snapshot to serve instead of this host; ZEB_SOURCE_FILE
   bool includeVirtual = false;  ///< virtual interfaces count as ports; ZEB_INCLUDE_VIRTUAL
-  std::string storeDirectory = "/var/lib/qv-zeb/";  ///< where data stores are kept; ZEB_STORE_DIR
-  std::string runDirectory = "/run/qv-zeb/";        ///< where the status file is posted; ZEB_RUN_DIR
+  std::string storeDirectory = kDataStoreDirectory;  ///< where data stores are kept; ZEB_STORE_DIR
+  std::string runDirectory = "/run/qv-zeb/";         ///< where the status file is posted; ZEB_RUN_DIR
   std::string recordsFile;             ///< indication records; empty for the installed one; ZEB_RECORDS
   std::string logTarget = "syslog";    ///< "syslog" or "stderr"; ZEB_LOG_TARGET
   LogLevel logLevel = LogLevel::Warn;  ///< "error", "warn" or "info"; ZEB_LOG_LEVEL
   bool autostart = true;               ///< the worker runs by itself; ZEB_AUTOSTART
   bool perfmon = false;                ///< operations are counted and timed; ZEB_PERFMON
-  bool heartbeat = false;              ///< heartbeat indications are sent; ZEB_HEARTBEAT
+  /// Every pass while indications are enabled ends where it would send a heartbeat; ZEB_HEARTBEAT
+  bool heartbeat = false;
   /// For how long an interface that was switched on may wait for its link before it counts as without one;
   /// 0 for not at all; ZEB_LINK_SETTLE_SECONDS
   std::chrono::seconds linkSettle{6};
