@@ -25,30 +25,25 @@ constexpr std::size_t kBuffer = std::size_t{64} * 1024;
 }
 
 /// A socket stays in the namespace that it was opened in, so the thread that opens it may end.
-int routingSocketIn(const std::string& nameSpace) {
-  int socketFd = -1;
+ZEB::FileDescriptor routingSocketIn(const std::string& nameSpace) {
+  ZEB::FileDescriptor socket;
   std::thread([&] {
-    const int file = ::open(("/run/netns/" + nameSpace).c_str(), O_RDONLY | O_CLOEXEC);
-    if (file >= 0 && setns(file, CLONE_NEWNET) == 0)
-      socketFd = ::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_ROUTE);
-    if (file >= 0) ::close(file);
+    const ZEB::FileDescriptor file(::open(("/run/netns/" + nameSpace).c_str(), O_RDONLY | O_CLOEXEC));
+    if (file && setns(file.get(), CLONE_NEWNET) == 0)
+      socket = ZEB::FileDescriptor(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_ROUTE));
   }).join();
-  if (socketFd < 0) fail("namespace " + nameSpace);
-  return socketFd;
+  if (!socket) fail("namespace " + nameSpace);
+  return socket;
 }
 
 }  // namespace
 
 Links::Links(const std::string& nameSpace) : _socket(routingSocketIn(nameSpace)) {}
 
-Links::~Links() {
-  ::close(_socket);
-}
-
 std::uint32_t Links::indexOf(const std::string& name) const {
   ifreq request{};
   name.copy(request.ifr_name, IFNAMSIZ - 1);
-  if (ioctl(_socket, SIOCGIFINDEX, &request) != 0) fail("link " + name);
+  if (ioctl(_socket.get(), SIOCGIFINDEX, &request) != 0) fail("link " + name);
   return static_cast<std::uint32_t>(request.ifr_ifindex);
 }
 
@@ -62,8 +57,8 @@ void Links::change(std::uint32_t index, std::uint32_t group, bool up) {
   link->ifi_change = IFF_UP;
   link->ifi_flags = up ? IFF_UP : 0;
   if (group != 0) mnl_attr_put_u32(message, IFLA_GROUP, group);
-  if (send(_socket, message, message->nlmsg_len, 0) < 0) fail("changing a link");
-  const ssize_t size = recv(_socket, buffer.data(), buffer.size(), 0);
+  if (send(_socket.get(), message, message->nlmsg_len, 0) < 0) fail("changing a link");
+  const ssize_t size = recv(_socket.get(), buffer.data(), buffer.size(), 0);
   const auto* answer = reinterpret_cast<const nlmsghdr*>(buffer.data());
   if (size < static_cast<ssize_t>(sizeof(nlmsghdr) + sizeof(int)) || answer->nlmsg_type != NLMSG_ERROR)
     fail("changing a link");
@@ -75,7 +70,7 @@ LinkMessages::LinkMessages() : _socket(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOE
   sockaddr_nl own{};
   own.nl_family = AF_NETLINK;
   own.nl_groups = RTMGRP_LINK;
-  if (_socket < 0 || bind(_socket, reinterpret_cast<const sockaddr*>(&own), sizeof own) != 0)
+  if (!_socket || bind(_socket.get(), reinterpret_cast<const sockaddr*>(&own), sizeof own) != 0)
     fail("link messages");
   _thread = std::thread([this] { listen(); });
 }
@@ -83,18 +78,17 @@ LinkMessages::LinkMessages() : _socket(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOE
 LinkMessages::~LinkMessages() {
   _stop = true;
   _thread.join();
-  ::close(_socket);
 }
 
 void LinkMessages::listen() {
   std::array<char, kBuffer> buffer{};
   constexpr int kPatience = 50;  // ms
   while (!_stop) {
-    pollfd ready{_socket, POLLIN, 0};
+    pollfd ready{_socket.get(), POLLIN, 0};
     if (poll(&ready, 1, kPatience) <= 0) continue;
     const Time now = std::chrono::system_clock::now();
     // An overrun is a message too: there were too many to keep.
-    (void)recv(_socket, buffer.data(), buffer.size(), MSG_DONTWAIT);
+    (void)recv(_socket.get(), buffer.data(), buffer.size(), MSG_DONTWAIT);
     Time::rep none = 0;
     _first.compare_exchange_strong(none, now.time_since_epoch().count());
   }

@@ -6,6 +6,8 @@
 #include <string>
 #include <thread>
 
+#include "posix/FileDescriptor.h"
+
 namespace ZebBench {
 
 /// Takes links of another network namespace up and down.
@@ -13,9 +15,6 @@ class Links {
  public:
   /// `nameSpace` is one of ip-netns(8).
   explicit Links(const std::string& nameSpace);
-  ~Links();
-  Links(const Links&) = delete;
-  Links& operator=(const Links&) = delete;
 
   std::uint32_t indexOf(const std::string& name) const;
   void set(std::uint32_t index, bool up) { change(index, 0, up); }
@@ -24,7 +23,7 @@ class Links {
  private:
   void change(std::uint32_t index, std::uint32_t group, bool up);
 
-  int _socket = -1;
+  ZEB::FileDescriptor _socket;
 };
 
 /// Hears the kernel's link messages in this process's namespace and notes when the first one came.
@@ -45,7 +44,7 @@ class LinkMessages {
  private:
   void listen();
 
-  int _socket = -1;
+  ZEB::FileDescriptor _socket;
   std::atomic<bool> _stop{false};
   std::atomic<Time::rep> _first{0};
   std::thread _thread;

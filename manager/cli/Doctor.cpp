@@ -10,30 +10,12 @@
 #include "cli/DoctorFindings.h"
 #include "cli/DoctorReport.h"
 #include "cli/PropertyView.h"
+#include "posix/TemporaryFolder.h"
 #include "values/CallMemory.h"
 #include "values/Values.h"
 
 namespace ZebManager {
 namespace {
-
-/// Used by the plug-in instead of the configured folder, so that a look leaves no traces there.
-class TemporaryFolder {
- public:
-  TemporaryFolder() : _path((std::filesystem::temp_directory_path() / "zebcimXXXXXX").string()) {
-    if (!mkdtemp(_path.data())) throw ManagerError("cannot make a folder in '" + _path + "'");
-    _path += '/';
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(_path, ignored);
-  }
-  const std::string& path() const { return _path; }
-
- private:
-  std::string _path;
-};
 
 class Doctor {
  public:
@@ -54,14 +36,16 @@ class Doctor {
       session = std::make_unique<Session>(_options);
       _findings.good(what, std::to_string(session->repository().classes().size()) + " classes");
       what = "plug-in";
-      const TemporaryFolder folder;
+      // Instead of the configured folder, so that a look leaves no traces there.
+      const ZEB::TemporaryFolder temporary("zebcim");
+      const std::string folder = (temporary / "").string();
       // It must not report in the place of the one that runs, nor do work that nobody asked for.
-      setenv("ZEB_RUN_DIR", folder.path().c_str(), 1);
+      setenv("ZEB_RUN_DIR", folder.c_str(), 1);
       setenv("ZEB_AUTOSTART", "0", 1);
       session->provider();
       _findings.good(what, "loads and starts");
       makeOnePass(*session);
-      lookAtFiles(readReport(folder.path()));
+      lookAtFiles(readReport(folder));
       session.reset();
     } catch (const std::exception& error) {
       _findings.bad(what, error.what());

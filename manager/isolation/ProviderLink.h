@@ -10,7 +10,7 @@
 #include <string>
 
 #include "isolation/Call.h"
-#include "isolation/ChildProcess.h"
+#include "isolation/ConnectedProcess.h"
 #include "isolation/Frame.h"
 #include "isolation/ProgressWatch.h"
 
@@ -78,7 +78,7 @@ class ProviderLink {
  private:
   void close(const std::string& reason);
 
-  ChildProcess _child;
+  ConnectedProcess _child;
   FrameReader _reader;
   FrameWriter _writer;
   bool _closed = false;

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "isolation/ChildProcess.h"
+#include "isolation/ConnectedProcess.h"
 #include "isolation/IndicationFilter.h"
 
 namespace ZebManager {

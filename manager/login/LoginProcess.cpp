@@ -29,8 +29,9 @@ void set(sighandler_t handler) {
   for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE}) ::signal(signal, handler);
 }
 
-[[noreturn]] void judge(int socket, const LoginSettings& settings, const LoginAttempt& attempt) {
-  close(socket);
+[[noreturn]] void judge(ZEB::FileDescriptor& socket, const LoginSettings& settings,
+                        const LoginAttempt& attempt) {
+  socket = {};
   set(SIG_DFL);
   alarm(kLongestSeconds);
   const Verdict verdict = askPam(settings, attempt);
@@ -53,7 +54,7 @@ Verdict verdictOf(pid_t judging) {
   return code == kMayRead ? Verdict::MayRead : code == kMayWrite ? Verdict::MayWrite : Verdict::Refused;
 }
 
-Verdict judgeApart(int socket, const LoginSettings& settings, const LoginAttempt& attempt) {
+Verdict judgeApart(ZEB::FileDescriptor& socket, const LoginSettings& settings, const LoginAttempt& attempt) {
   const pid_t judging = fork();
   if (judging == 0) judge(socket, settings, attempt);
   if (judging > 0) return verdictOf(judging);
@@ -61,10 +62,10 @@ Verdict judgeApart(int socket, const LoginSettings& settings, const LoginAttempt
   return Verdict::Refused;
 }
 
-void serve(int socket, const LoginSettings& settings) {
+void serve(ZEB::FileDescriptor& socket, const LoginSettings& settings) {
   FrameReader reader(kLongestAttempt);
-  FrameSender sender(socket);
-  while (reader.receive(socket) == Transfer::Done) {
+  FrameSender sender(socket.get());
+  while (reader.receive(socket.get()) == Transfer::Done) {
     while (const auto frame = reader.next()) {
       if (!sender.send(frameOf(judgeApart(socket, settings, attemptOf(*frame))))) return;
     }
@@ -74,12 +75,12 @@ void serve(int socket, const LoginSettings& settings) {
 }  // namespace
 
 int runLoginProcess(int socket, const LoginSettings& settings) {
-  const ZEB::FileDescriptor owned(socket);
+  ZEB::FileDescriptor owned(socket);
   prctl(PR_SET_DUMPABLE, 0);
   prctl(PR_SET_NAME, "zebcim-login");
   set(SIG_IGN);
   try {
-    serve(socket, settings);
+    serve(owned, settings);
     return 0;
   } catch (const FrameError& error) {
     say(error.what());

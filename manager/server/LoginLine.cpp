@@ -37,7 +37,7 @@ class LoginLine::Seat {
  private:
   Verdict tryOnce(const ProcessSource& source, const LoginAttempt& attempt) {
     if (!_process) {
-      _process = std::make_unique<ChildProcess>(source, kProviderSocket);
+      _process = std::make_unique<ConnectedProcess>(source, kProviderSocket);
       _reader.emplace();
     }
     FrameWriter writer;
@@ -52,7 +52,7 @@ class LoginLine::Seat {
     }
   }
 
-  std::unique_ptr<ChildProcess> _process;
+  std::unique_ptr<ConnectedProcess> _process;
   std::optional<FrameReader> _reader;
 };
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "isolation/ChildProcess.h"
+#include "isolation/ConnectedProcess.h"
 #include "login/LoginAttempt.h"
 
 namespace ZebManager {

@@ -3,9 +3,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
-#include <sys/prctl.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -18,18 +16,13 @@
 #include <thread>
 
 #include "Ground.h"
+#include "posix/Arguments.h"
+#include "posix/Pipe.h"
 
 namespace ZebManager {
 namespace {
 
 constexpr int kPatienceMs = 60'000;
-
-std::filesystem::path makeFolder() {
-  std::string name = (std::filesystem::temp_directory_path() / "zeb-attack-XXXXXX").string();
-  if (!mkdtemp(name.data())) throw std::runtime_error("mkdtemp");
-  std::filesystem::permissions(name, std::filesystem::perms(0755));
-  return name;
-}
 
 pid_t parentOf(pid_t process) {
   const auto status = statusOf(process);
@@ -69,34 +62,19 @@ std::map<std::string, std::string> statusOf(pid_t process) {
   return found;
 }
 
-Program::Program(std::vector<std::string> words, const std::filesystem::path& log, int output) : _id(fork()) {
-  if (_id < 0) throw std::runtime_error("fork");
-  if (_id > 0) return;
-  prctl(PR_SET_PDEATHSIG, SIGKILL);
-  const int errors = open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
-  dup2(errors, STDERR_FILENO);
-  dup2(output < 0 ? errors : output, STDOUT_FILENO);
-  std::vector<char*> pointers;
-  for (std::string& word : words) pointers.push_back(word.data());
-  pointers.push_back(nullptr);
-  execv(pointers.front(), pointers.data());
-  _exit(127);
+void Unit::start(std::vector<std::string> words, int output) {
+  const ZEB::FileDescriptor errors(
+      open((_folder / "log").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
+  _programs.push_back(std::make_unique<ZEB::ChildProcess>([&] {
+    dup2(errors.get(), STDERR_FILENO);
+    dup2(output < 0 ? errors.get() : output, STDOUT_FILENO);
+    execv(words.front().c_str(), ZEB::argumentsOf(words).data());
+    return 127;
+  }));
 }
 
-Program::~Program() {
-  end(SIGKILL);
-}
-
-int Program::end(int signal) {
-  if (_id < 0) return 0;
-  kill(_id, signal);
-  int status = 0;
-  waitpid(_id, &status, 0);
-  _id = -1;
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-}
-
-Unit::Unit(const UnitOptions& options) : _folder(makeFolder()) {
+Unit::Unit(const UnitOptions& options) {
+  std::filesystem::permissions(_folder.path(), std::filesystem::perms(0755));
   configure(options);
   std::vector<std::string> plugin = {ZEB_CIM, "--timeout", "0", "--plugin", ZEB_REAL_PLUGIN};
   plugin.insert(plugin.end(), options.plugin.begin(), options.plugin.end());
@@ -108,8 +86,6 @@ Unit::Unit(const UnitOptions& options) : _folder(makeFolder()) {
 
 Unit::~Unit() {
   while (!_programs.empty()) _programs.pop_back();
-  std::error_code ignored;
-  std::filesystem::remove_all(_folder, ignored);
 }
 
 void Unit::configure(const UnitOptions& options) {
@@ -134,7 +110,7 @@ void Unit::listen(const std::string& kind, const std::string& right, const std::
                                   "-EZEB_RUN_DIR=" + (_folder / "store").string(),
                                   "-EZEB_LOG_TARGET=stderr"};
   all.insert(all.end(), started.begin(), started.end());
-  _programs.push_back(std::make_unique<Program>(all, _folder / "log"));
+  start(all);
   for (int round = 0; chown(socket.c_str(), kServerUser, kServerUser) != 0; ++round) {
     if (round > 2000) throw std::runtime_error("no socket " + socket);
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
@@ -142,27 +118,30 @@ void Unit::listen(const std::string& kind, const std::string& right, const std::
 }
 
 void Unit::serve(const UnitOptions& options) {
-  std::array<int, 2> ends{};
-  if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("pipe2");
+  ZEB::Pipe output = ZEB::makePipe();
   const std::string user = std::to_string(kServerUser);
-  _programs.push_back(std::make_unique<Program>(
-      withRights("-all", {"--reuid=" + user, "--regid=" + user, "--clear-groups"},
-                 {ZEB_CIM, "serve", "--helpers", _folder.string(), "--config",
-                  (_folder / "zebcim.toml").string(), "--http", options.http, "--https", "127.0.0.1:0"}),
-      _folder / "log", ends[1]));
-  close(ends[1]);
+  start(withRights("-all", {"--reuid=" + user, "--regid=" + user, "--clear-groups"},
+                   {ZEB_CIM, "serve", "--helpers", _folder.path().string(), "--config",
+                    (_folder / "zebcim.toml").string(), "--http", options.http, "--https", "127.0.0.1:0"}),
+        output.writing.get());
+  output.writing = {};
   std::string text;
   while (!_addresses.contains("https")) {
-    pollfd ready{ends[0], POLLIN, 0};
+    pollfd ready{output.reading.get(), POLLIN, 0};
     std::array<char, 512> buffer{};
-    const ssize_t got = poll(&ready, 1, kPatienceMs) == 1 ? read(ends[0], buffer.data(), buffer.size()) : 0;
+    const ssize_t got =
+        poll(&ready, 1, kPatienceMs) == 1 ? read(output.reading.get(), buffer.data(), buffer.size()) : 0;
     if (got <= 0) throw std::runtime_error("the server does not start: " + this->log());
     text.append(buffer.data(), static_cast<std::size_t>(got));
     std::istringstream lines(text);
     for (std::string kind, address; lines >> kind >> address && lines.peek() == '\n';)
       _addresses[kind] = address;
   }
-  close(ends[0]);
+}
+
+int Unit::stop() {
+  _programs.back()->kill(SIGTERM);
+  return _programs.back()->wait();
 }
 
 std::string Unit::log() const {

@@ -9,24 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "posix/ChildProcess.h"
+#include "posix/TemporaryFolder.h"
+
 namespace ZebManager {
-
-/// A program that runs until this goes; the processes that it started may end a moment later.
-class Program {
- public:
-  /// Standard output goes to the descriptor, or like errors to the end of the file.
-  Program(std::vector<std::string> words, const std::filesystem::path& log, int output = -1);
-  Program(const Program&) = delete;
-  Program& operator=(const Program&) = delete;
-  ~Program();
-
-  pid_t id() const { return _id; }
-  /// Its exit status; minus the signal that ended it.
-  int end(int signal);
-
- private:
-  pid_t _id = -1;
-};
 
 struct UnitOptions {
   std::vector<std::string> plugin = {"--source", ZEB_SNAPSHOTS "/one_port.json"};
@@ -47,12 +33,12 @@ class Unit {
 
   const std::string& http() const { return _addresses.at("http"); }
   const std::string& https() const { return _addresses.at("https"); }
-  const std::filesystem::path& folder() const { return _folder; }
+  const std::filesystem::path& folder() const { return _folder.path(); }
   std::string log() const;
 
   pid_t server() const { return _programs.back()->id(); }
   /// Ends the server alone.
-  int stop() { return _programs.back()->end(15); }
+  int stop();
   /// Processes of that name that belong to it.
   std::vector<pid_t> processes(const std::string& name) const;
   /// Resident memory of all of them, in bytes; shared pages count once.
@@ -63,9 +49,11 @@ class Unit {
   void listen(const std::string& kind, const std::string& right, const std::vector<std::string>& words);
   void serve(const UnitOptions& options);
   void configure(const UnitOptions& options);
+  /// Standard output goes to the descriptor, or like errors to the log.
+  void start(std::vector<std::string> words, int output = -1);
 
-  std::filesystem::path _folder;
-  std::vector<std::unique_ptr<Program>> _programs;
+  const ZEB::TemporaryFolder _folder;
+  std::vector<std::unique_ptr<ZEB::ChildProcess>> _programs;
   std::map<std::string, std::string> _addresses;
 };
 

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "GuestError.h"
+#include "support/PropertyJson.h"
 
 namespace ZEB::guest {
 namespace {
@@ -34,12 +35,9 @@ done
 )sh";
 
 std::string textOf(const json& indication, std::string_view name) {
-  for (const json& property : indication.at("properties")) {
-    if (property.at("name") != name) continue;
-    const json& value = property.at("value");
-    return value.is_string() ? value.get<std::string>() : value.dump();
-  }
-  return "";
+  const json value = test::propertyOf(indication.at("properties"), name);
+  if (value.is_null()) return "";
+  return value.is_string() ? value.get<std::string>() : value.dump();
 }
 
 std::string detailOf(const std::string& description) {

@@ -68,7 +68,8 @@ std::string contentOf(const std::filesystem::path& file) {
 Emulator::Emulator(const std::filesystem::path& files, const Hardware& hardware, FirstProgram first)
     : turn_(takeTurn()),
       results_(made(folder_.path() / "results")),
-      process_(emulatorArguments(files, folder_.path(), hardware, first), folder_.path() / "log") {}
+      process_(
+          startProgram(emulatorArguments(files, folder_.path(), hardware, first), folder_.path() / "log")) {}
 
 std::string Emulator::lastWords() const {
   return "\n" + contentOf(folder_.path() / "log") + contentOf(folder_.path() / "console");

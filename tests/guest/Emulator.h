@@ -3,12 +3,12 @@
 #include <filesystem>
 #include <string>
 
-#include "ChildProcess.h"
 #include "Deadline.h"
 #include "FirstProgram.h"
 #include "Hardware.h"
-#include "TemporaryFolder.h"
+#include "Program.h"
 #include "posix/FileDescriptor.h"
+#include "posix/TemporaryFolder.h"
 
 namespace ZEB::guest {
 

@@ -5,9 +5,9 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
-#include "ChildProcess.h"
 #include "GuestError.h"
-#include "TemporaryFolder.h"
+#include "Program.h"
+#include "posix/TemporaryFolder.h"
 
 namespace ZEB::guest {
 namespace {
@@ -26,7 +26,7 @@ class SharedGuest : public testing::Environment {
   void SetUp() override {
     const TemporaryFolder folder;
     const auto log = folder.path() / "log";
-    ChildProcess build({GUEST_BUILDER, GUEST_FILES}, log);
+    ChildProcess build = startProgram({GUEST_BUILDER, GUEST_FILES}, log);
     const int status = build.wait(600s).value_or(-1);
     std::ifstream stream(log);
     const std::string said{std::istreambuf_iterator<char>(stream), {}};

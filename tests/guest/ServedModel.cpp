@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "GuestError.h"
+#include "support/PropertyJson.h"
 
 namespace ZEB::guest {
 namespace {
@@ -25,10 +26,7 @@ bool ServedInstance::has(const std::string& property) const {
 }
 
 json ServedInstance::operator[](const std::string& property) const {
-  for (const json& row : properties) {
-    if (row.at("name") == property) return row.at("value");
-  }
-  return nullptr;
+  return test::propertyOf(properties, property);
 }
 
 void ServedModel::load(const std::string& className, Classes& into) {

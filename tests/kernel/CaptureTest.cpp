@@ -8,6 +8,7 @@
 
 #include "KernelSnapshot.h"
 #include "Namespace.h"
+#include "posix/TemporaryFolder.h"
 #include "recorded/RecordedSource.h"
 
 namespace ZEB::test {
@@ -17,11 +18,6 @@ using testing::HasSubstr;
 
 class CaptureTest : public testing::Test {
  protected:
-  CaptureTest() {
-    char name[] = "/tmp/zeb-capture-XXXXXX";
-    folder = mkdtemp(name);
-  }
-  ~CaptureTest() override { std::filesystem::remove_all(folder); }
   int run(const std::string& arguments) {
     const int status =
         std::system((ZEB_CAPTURE " " + arguments + " 2>" + (folder / "errors").string()).c_str());
@@ -31,7 +27,7 @@ class CaptureTest : public testing::Test {
     std::ifstream in(folder / name);
     return {std::istreambuf_iterator<char>(in), {}};
   }
-  std::filesystem::path folder;
+  const TemporaryFolder folder;
 };
 
 TEST_F(CaptureTest, PlaysBackWhatTheKernelSays) {

@@ -11,7 +11,7 @@
 #include "LoadedPlugin.h"
 #include "Namespace.h"
 #include "support/Environment.h"
-#include "support/TemporaryDirectory.h"
+#include "support/TestFolder.h"
 
 // From the kernel's link message to the indication that the object manager is handed.
 
@@ -53,7 +53,7 @@ class LiveAlertsTest : public testing::Test {
     return report.is_object() ? report.value("linkMessages", std::uint64_t{0}) : 0;
   }
 
-  TemporaryDirectory folder;
+  TestFolder folder;
   Environment config{"ZEB_CONFIG", "/nonexistent"};
   Environment store{"ZEB_STORE_DIR", folder.file("store")};
   Environment run{"ZEB_RUN_DIR", folder.file("run")};

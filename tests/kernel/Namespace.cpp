@@ -10,6 +10,8 @@
 #include <memory>
 #include <thread>
 
+#include "support/TestFolder.h"
+
 namespace ZEB::test {
 
 bool inNamespace(const std::function<void()>& body) {
@@ -26,13 +28,8 @@ void ip(const std::string& arguments) {
 }
 
 void ipBatch(const std::string& commands) {
-  char name[] = "/tmp/zeb-batch-XXXXXX";
-  const int file = mkstemp(name);
-  ASSERT_GE(file, 0);
-  ::close(file);
-  std::ofstream(name) << commands;
-  ip(std::string("-batch ") + name);
-  std::remove(name);
+  const TestFolder folder;
+  ip("-batch " + folder.write("batch", commands));
 }
 
 nlohmann::json ipJson(const std::string& arguments) {

@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -12,6 +11,8 @@
 #include "ethernet/Sources.h"
 #include "kernel/KernelSource.h"
 #include "model/Model.h"
+#include "posix/ChildProcess.h"
+#include "support/TestFolder.h"
 
 namespace ZEB::test {
 namespace {
@@ -21,26 +22,17 @@ using namespace ethernet;
 /// `ip -batch` over and over, in a process of its own that ends with this object.
 class Storm {
  public:
-  explicit Storm(const std::string& commands) {
-    const int file = mkstemp(_name);
-    ::close(file);
-    std::ofstream(_name) << commands;
-    _process = fork();
-    if (_process != 0) return;
-    setpgid(0, 0);
-    const std::string loop = std::string("while ip -batch ") + _name + "; do :; done";
-    execl("/bin/sh", "sh", "-c", loop.c_str(), nullptr);
-    _exit(127);
-  }
-  ~Storm() {
-    kill(-_process, SIGKILL);
-    waitpid(_process, nullptr, 0);
-    std::remove(_name);
-  }
+  explicit Storm(const std::string& commands)
+      : _loop("while ip -batch " + _folder.write("batch", commands) + "; do :; done"), _process([this] {
+          setpgid(0, 0);
+          return execl("/bin/sh", "sh", "-c", _loop.c_str(), nullptr);
+        }) {}
+  ~Storm() { kill(-_process.id(), SIGKILL); }
 
  private:
-  char _name[32] = "/tmp/zeb-storm-XXXXXX";
-  pid_t _process;
+  const TestFolder _folder;
+  const std::string _loop;
+  ChildProcess _process;
 };
 
 constexpr int kPorts = 40;

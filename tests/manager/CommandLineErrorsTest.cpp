@@ -3,6 +3,7 @@
 #include <fstream>
 
 #include "TestCommand.h"
+#include "posix/TemporaryFolder.h"
 
 namespace ZebManager {
 namespace {
@@ -143,11 +144,11 @@ TEST(CommandLine, ThePluginOfTheEnvironmentIsTaken) {
 }
 
 TEST(CommandLine, ASchemaWithAFaultIsNamedWithItsLine) {
-  const std::string file = testing::TempDir() + "faulty.mof";
+  const ZEB::TemporaryFolder folder;
+  const std::string file = (folder / "faulty.mof").string();
   std::ofstream(file) << "\nclass A : B {};";
   expectError(run(ZEB_CIM, {"classes", "--schema", file}),
               file + ":2: superclass 'B' of 'A' is not declared before it");
-  std::filesystem::remove(file);
 }
 
 TEST(CommandLine, OutputThatCannotBeWrittenIsAnError) {

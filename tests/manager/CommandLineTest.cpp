@@ -3,6 +3,7 @@
 #include <fstream>
 
 #include "TestCommand.h"
+#include "posix/TemporaryFolder.h"
 
 namespace ZebManager {
 namespace {
@@ -15,18 +16,12 @@ using testing::StartsWith;
 
 class Trace : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = testing::TempDir() + "zebcimXXXXXX";
-    folder = mkdtemp(pattern.data());
-    file = (folder / "trace").string();
-  }
-  void TearDown() override { std::filesystem::remove_all(folder); }
   std::string traced() const {
     std::ifstream in(file);
     return {std::istreambuf_iterator<char>(in), {}};
   }
-  std::filesystem::path folder;
-  std::string file;
+  const ZEB::TemporaryFolder folder;
+  const std::string file = (folder / "trace").string();
 };
 
 TEST(CommandLine, InstancesAsJsonCarryNameTypeAndValueInOrder) {

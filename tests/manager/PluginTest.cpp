@@ -8,6 +8,7 @@
 
 #include "broker/SelectQuery.h"
 #include "plugin/PluginLibrary.h"
+#include "posix/TemporaryFolder.h"
 #include "values/CallMemory.h"
 #include "values/ObjectPathText.h"
 #include "values/Values.h"
@@ -122,7 +123,8 @@ TEST_F(Plugin, WithoutAListenerADeliveryIsAcceptedAndDropped) {
 }
 
 TEST_F(Plugin, ListeningActivatesAndEnables) {
-  const std::string file = testing::TempDir() + "listening";
+  const ZEB::TemporaryFolder folder;
+  const std::string file = (folder / "listening").string();
   setenv("ZEB_TEST_TRACE", file.c_str(), 1);
   const SelectExp& filter = *makeSelectExp(arena, repository, "SELECT * FROM T_Alert");
   EXPECT_EQ(broker.provider().startIndications(filter, "T_Alert").code, CMPI_RC_OK);
@@ -171,13 +173,12 @@ TEST(PluginPath, TheOptionGoesFirstThenTheEnvironment) {
 }
 
 TEST(PluginPath, BesideTheExecutableAsInABuildTree) {
-  const std::filesystem::path root = testing::TempDir() + "plugin-path";
+  const ZEB::TemporaryFolder root;
   std::filesystem::create_directories(root / "host");
   std::filesystem::create_directories(root / "provider");
   std::ofstream(root / "provider/libZEBEthernetPortProvider.so") << "x";
   EXPECT_EQ(findPlugin("", (root / "host").string()),
             (root / "provider/libZEBEthernetPortProvider.so").string());
-  std::filesystem::remove_all(root);
 }
 
 TEST(PluginPath, NowhereIsAnErrorThatNamesTheFile) {

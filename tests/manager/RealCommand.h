@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Process.h"
+#include "posix/TemporaryFolder.h"
 
 namespace ZebManager {
 
@@ -25,12 +26,6 @@ inline std::string hostName() {
 
 class RealCommand : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = testing::TempDir() + "zebcimXXXXXX";
-    folder = mkdtemp(pattern.data());
-  }
-  void TearDown() override { std::filesystem::remove_all(folder); }
-
   std::vector<std::string> environment() const {
     return {"ZEB_CONFIG=/dev/null", "ZEB_STORE_DIR=" + (folder / "store").string(),
             "ZEB_RUN_DIR=" + (folder / "run").string(),
@@ -46,7 +41,7 @@ class RealCommand : public testing::Test {
     return run(ZEB_CIM, arguments, words);
   }
 
-  std::filesystem::path folder;
+  const ZEB::TemporaryFolder folder;
 };
 
 }  // namespace ZebManager

@@ -7,6 +7,7 @@
 #include <map>
 
 #include "plugin/PluginLibrary.h"
+#include "posix/TemporaryFolder.h"
 #include "values/CallMemory.h"
 #include "values/ObjectPathText.h"
 #include "values/Values.h"
@@ -42,17 +43,11 @@ std::vector<std::string> pathsOf(const Reply& reply) {
 class RealPlugin : public testing::TestWithParam<std::string> {
  protected:
   void SetUp() override {
-    std::string pattern = testing::TempDir() + "zebpluginXXXXXX";
-    folder = mkdtemp(pattern.data());
     setenv("ZEB_SOURCE_FILE", (std::string(ZEB_SNAPSHOTS) + "/" + GetParam() + ".json").c_str(), 1);
-    setenv("ZEB_STORE_DIR", folder.c_str(), 1);
-    setenv("ZEB_RUN_DIR", folder.c_str(), 1);
+    setenv("ZEB_STORE_DIR", folder.path().c_str(), 1);
+    setenv("ZEB_RUN_DIR", folder.path().c_str(), 1);
     setenv("ZEB_LOG_LEVEL", "error", 1);
     library = std::make_unique<PluginLibrary>(broker, ZEB_REAL_PLUGIN);
-  }
-  void TearDown() override {
-    library.reset();
-    std::filesystem::remove_all(folder);
   }
 
   ObjectPath& parsed(const std::string& text) { return *parsePath(arena, repository, kNameSpace, text); }
@@ -64,7 +59,7 @@ class RealPlugin : public testing::TestWithParam<std::string> {
     return found;
   }
 
-  std::filesystem::path folder;
+  const ZEB::TemporaryFolder folder;
   ClassRepository repository = ClassRepository::fromFile(ZEB_SCHEMA_FILE);
   Broker broker{repository};
   std::unique_ptr<PluginLibrary> library;

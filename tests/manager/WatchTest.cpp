@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "RealCommand.h"
+#include "support/PropertyJson.h"
 
 namespace ZebManager {
 namespace {
@@ -27,10 +28,7 @@ std::vector<std::string> linesOf(const std::string& text) {
 }
 
 Json propertyOf(const Json& alert, const std::string& name) {
-  for (const Json& property : alert["properties"]) {
-    if (property["name"] == name) return property["value"];
-  }
-  return nullptr;
+  return ZEB::test::propertyOf(alert["properties"], name);
 }
 
 class WatchCommand : public RealCommand {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "manager/Process.h"
-#include "support/TemporaryDirectory.h"
+#include "support/TestFolder.h"
 
 namespace ZebManager {
 
@@ -46,9 +46,7 @@ class FakeRoot {
 
   Tree tree() const;
   std::string path(const std::string& below) const { return _folder.file("root" + below); }
-  std::string read(const std::string& below) const {
-    return ZEB::test::TemporaryDirectory::read(path(below));
-  }
+  std::string read(const std::string& below) const { return ZEB::test::TestFolder::read(path(below)); }
   bool has(const std::string& below) const;
   void write(const std::string& below, const std::string& text) const;
   void append(const std::string& below, const std::string& text) const { write(below, read(below) + text); }
@@ -60,7 +58,7 @@ class FakeRoot {
                const std::vector<std::string>& environment = {}) const;
   std::string note(const std::string& name) const { return _folder.file("notes/" + name); }
 
-  ZEB::test::TemporaryDirectory _folder;
+  ZEB::test::TestFolder _folder;
 };
 
 }  // namespace ZebManager

@@ -1,10 +1,11 @@
 // Where zeb-register finds OpenPegasus, and where it puts link and registration.
 #include <gmock/gmock.h>
-#include <signal.h>
 #include <spawn.h>
-#include <sys/wait.h>
+#include <unistd.h>
 
 #include "packaging/StandIns.h"
+#include "posix/Arguments.h"
+#include "posix/ChildProcess.h"
 
 namespace ZebManager {
 namespace {
@@ -95,13 +96,11 @@ TEST(RegisterPegasusPlaces, FindsOneElsewhereThatRuns) {
   root.setHabits("provider-folders lib");
   const std::string server = root.path("/opt/site/bin/cimserver");
   std::filesystem::copy("/bin/sleep", server);
-  std::string name = "cimserver", time = "100";
-  char* const arguments[] = {name.data(), time.data(), nullptr};
-  pid_t child = -1;
-  ASSERT_EQ(posix_spawn(&child, server.c_str(), nullptr, nullptr, arguments, environ), 0);
+  std::vector<std::string> words = {"cimserver", "100"};
+  pid_t id = -1;
+  ASSERT_EQ(posix_spawn(&id, server.c_str(), nullptr, nullptr, ZEB::argumentsOf(words).data(), environ), 0);
+  const ZEB::ChildProcess running(id);
   const Outcome outcome = root.doRegister();
-  kill(child, SIGKILL);
-  waitpid(child, nullptr, 0);
   EXPECT_EQ(outcome.status, 0) << outcome.err;
   EXPECT_EQ(root.linkAt("/opt/site/lib" + kLibrary), PROVIDER_FOLDER + kLibrary);
 }

@@ -6,13 +6,13 @@
 #include <sstream>
 
 #include "schema/ClassRepository.h"
-#include "support/TemporaryDirectory.h"
+#include "support/TestFolder.h"
 
 namespace ZebManager {
 namespace {
 
 using testing::HasSubstr;
-using ZEB::test::TemporaryDirectory;
+using ZEB::test::TestFolder;
 
 const ClassRepository& schema() {
   static const ClassRepository repository = ClassRepository::fromFile(SCHEMA "/zeb.mof");
@@ -74,7 +74,7 @@ std::vector<Stanza> readInstances(const std::string& text) {
 }
 
 TEST(Registration, HasAStanzaForEveryClassThatIsServed) {
-  const auto stanzas = readStanzas(TemporaryDirectory::read(REGISTRATION "/ZEBEthernet.reg"));
+  const auto stanzas = readStanzas(TestFolder::read(REGISTRATION "/ZEBEthernet.reg"));
   const auto expected = expectedTypes({"instance", "association", "indication", "method", " "});
   EXPECT_EQ(stanzas.size(), expected.size());
   for (const auto& [name, type] : expected) {
@@ -98,7 +98,7 @@ TEST(Registration, ServesEachKindOfClassAsWhatItIs) {
 }
 
 TEST(Registration, HasCapabilitiesForEveryClassThatIsServed) {
-  const auto instances = readInstances(TemporaryDirectory::read(REGISTRATION "/ZEBEthernetProvider.mof"));
+  const auto instances = readInstances(TestFolder::read(REGISTRATION "/ZEBEthernetProvider.mof"));
   const auto expected = expectedTypes({"2", "3", "4", "5", ", "});
   ASSERT_EQ(instances.size(), 2 + expected.size());
   EXPECT_EQ(instances[0].at("class"), "PG_ProviderModule");
@@ -125,11 +125,11 @@ TEST(Registration, HasCapabilitiesForEveryClassThatIsServed) {
 }
 
 TEST(Registration, OneSchemaFileHoldsTheClassesInAnOrderThatCanBeRead) {
-  const TemporaryDirectory folder;
-  const std::string own = TemporaryDirectory::read(REGISTRATION "/ZEBEthernet.mof");
+  const TestFolder folder;
+  const std::string own = TestFolder::read(REGISTRATION "/ZEBEthernet.mof");
   EXPECT_THAT(own, testing::Not(HasSubstr("#pragma")));
   const auto repository =
-      ClassRepository::fromText(TemporaryDirectory::read(SCHEMA "/cim.mof") + own, "ZEBEthernet.mof");
+      ClassRepository::fromText(TestFolder::read(SCHEMA "/cim.mof") + own, "ZEBEthernet.mof");
   std::vector<std::string> names;
   for (const auto& def : repository.classes()) names.push_back(def->name);
   std::vector<std::string> expected;
@@ -138,7 +138,7 @@ TEST(Registration, OneSchemaFileHoldsTheClassesInAnOrderThatCanBeRead) {
 }
 
 TEST(Registration, DeclaresEveryQualifierThatTheSchemaUses) {
-  const std::string declared = TemporaryDirectory::read(REGISTRATION "/qualifiers.mof");
+  const std::string declared = TestFolder::read(REGISTRATION "/qualifiers.mof");
   for (const char* name : {"Abstract", "ArrayType", "Association", "Description", "Indication", "Key",
                            "Override", "Required", "Static", "Units", "ValueMap", "Values", "Write"}) {
     EXPECT_THAT(declared, HasSubstr("Qualifier " + std::string(name) + " : "));

@@ -4,7 +4,8 @@
 #include <nlohmann/json.hpp>
 
 #include "manager/Process.h"
-#include "support/TemporaryDirectory.h"
+#include "support/PropertyJson.h"
+#include "support/TestFolder.h"
 
 // What is changed at the command line, seen by the next command: each is a process that loads the plug-in
 // anew.
@@ -38,9 +39,7 @@ class KeptChangesTest : public testing::Test {
   Json value(const char* className, const std::string& part, const std::string& property) const {
     for (const Json& instance : answer({"instances", className})) {
       if (instance["path"].get<std::string>().find(part) == std::string::npos) continue;
-      for (const Json& row : instance["properties"]) {
-        if (row["name"] == property) return row["value"];
-      }
+      return propertyOf(instance["properties"], property);
     }
     return nullptr;
   }
@@ -52,7 +51,7 @@ class KeptChangesTest : public testing::Test {
     return "";
   }
 
-  TemporaryDirectory directory;
+  TestFolder directory;
 };
 
 TEST_F(KeptChangesTest, aSetting) {

@@ -5,7 +5,7 @@
 
 #include "ClientFixture.h"
 #include "common/DataStore.h"
-#include "support/ChildProcess.h"
+#include "posix/ChildProcess.h"
 
 namespace ZEB::test {
 namespace {

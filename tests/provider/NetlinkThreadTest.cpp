@@ -15,6 +15,7 @@
 #include "ProviderFixture.h"
 #include "monitor/LinkWatch.h"
 #include "monitor/NetlinkThread.h"
+#include "posix/FileDescriptor.h"
 #include "provider/EntryPoints.h"
 #include "support/NetworkNamespace.h"
 #include "support/ProcessCounts.h"
@@ -130,8 +131,9 @@ TEST_F(NetlinkThreadTest, EveryLinkMessageComesThroughDescriptorsPastTheFirstTho
   getrlimit(RLIMIT_NOFILE, &limit);
   const rlimit roomy{.rlim_cur = 2048, .rlim_max = limit.rlim_max};
   ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &roomy), 0);
-  std::vector<int> taken;
-  while (taken.empty() || taken.back() < 1100) taken.push_back(open("/dev/null", O_RDONLY | O_CLOEXEC));
+  std::vector<FileDescriptor> taken;
+  while (taken.empty() || taken.back().get() < 1100)
+    taken.emplace_back(open("/dev/null", O_RDONLY | O_CLOEXEC));
   inNewNamespace([&] {
     NetlinkThread thread(recorded.logger, handler);
     thread.start();
@@ -140,7 +142,7 @@ TEST_F(NetlinkThreadTest, EveryLinkMessageComesThroughDescriptorsPastTheFirstTho
     EXPECT_TRUE(eventually([&] { return setLoopback(true) && setLoopback(false) && _netlinkEvent; }));
     _netlinkEvent = false;
   });
-  for (const int fd : taken) close(fd);
+  taken.clear();
   setrlimit(RLIMIT_NOFILE, &limit);
 }
 

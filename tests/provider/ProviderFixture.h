@@ -9,32 +9,12 @@
 
 #include "common/Configuration.h"
 #include "common/Logger.h"
+#include "posix/TemporaryFolder.h"
 #include "support/FakeBroker.h"
 #include "support/RecordingLogSink.h"
 #include "support/SchemaDefaults.h"
 
 namespace ZEB::test {
-
-/// A folder of its own that goes with the test.
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    std::string path = (std::filesystem::temp_directory_path() / "zeb-test-XXXXXX").string();
-    _path = mkdtemp(path.data());
-  }
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(_path, ignored);
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  std::filesystem::path path() const { return _path; }
-  std::filesystem::path operator/(const std::string& name) const { return _path / name; }
-
- private:
-  std::filesystem::path _path;
-};
 
 /// The environment of a plug-in under test: an object manager with the habits of the profile that the tests
 /// run in, a recorded snapshot, stores and status file in a folder of its own, no timer, and a sink that

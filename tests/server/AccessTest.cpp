@@ -9,6 +9,7 @@
 #include "Process.h"
 #include "Server.h"
 #include "WbemClient.h"
+#include "posix/TemporaryFolder.h"
 #include "support/NetworkNamespace.h"
 
 namespace ZebManager {
@@ -236,10 +237,10 @@ TEST(Access, ACertificateThatCannotBeUsedIsNamed) {
 }
 
 TEST(Access, TheFileSaysThatThereIsNowhereToListenAt) {
-  const std::string file = testing::TempDir() + "zebcim-nowhere-" + std::to_string(getpid()) + ".toml";
+  const ZEB::TemporaryFolder folder;
+  const std::string file = (folder / "nowhere.toml").string();
   std::ofstream(file) << "[listen]\nhttp = \"none\"\nhttps = \"none\"\n";
   const Outcome outcome = run(ZEB_CIM, {"serve", "--config", file});
-  std::filesystem::remove(file);
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.err, "zebcim: there is nowhere to listen at\n");
 }

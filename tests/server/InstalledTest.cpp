@@ -6,6 +6,7 @@
 
 #include "Server.h"
 #include "WbemClient.h"
+#include "posix/TemporaryFolder.h"
 
 namespace ZebManager {
 namespace {
@@ -23,15 +24,11 @@ class Installation {
     std::filesystem::create_directories(_folder / "share/zeb");
     std::filesystem::create_directory_symlink(ZEB_SCHEMAS, _folder / "share/zeb/schema");
   }
-  Installation(const Installation&) = delete;
-  Installation& operator=(const Installation&) = delete;
-  ~Installation() { std::filesystem::remove_all(_folder); }
 
   std::string zebcim() const { return (_folder / "bin/zebcim").string(); }
 
  private:
-  const std::filesystem::path _folder =
-      std::filesystem::path(testing::TempDir()) / ("zebcim-installed-" + std::to_string(getpid()));
+  const ZEB::TemporaryFolder _folder;
 };
 
 TEST(InstalledClientTest, TheInstalledProgramsFindEachOther) {

@@ -1,19 +1,21 @@
 #include "Server.h"
 
-#include <fcntl.h>
 #include <netdb.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
+
+#include "posix/Arguments.h"
+#include "posix/Pipe.h"
 
 namespace ZebManager {
 namespace {
@@ -24,12 +26,6 @@ void write(const std::filesystem::path& file, const std::string& text) {
   std::ofstream(file) << text;
 }
 
-std::filesystem::path makeFolder() {
-  std::string name = (std::filesystem::temp_directory_path() / "zebcim-server-XXXXXX").string();
-  if (!mkdtemp(name.data())) throw std::runtime_error("mkdtemp");
-  return name;
-}
-
 std::size_t residentOf(pid_t process) {
   std::ifstream file("/proc/" + std::to_string(process) + "/statm");
   std::size_t total = 0;
@@ -38,7 +34,7 @@ std::size_t residentOf(pid_t process) {
   return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
-int connectTo(const std::string& address) {
+ZEB::FileDescriptor connectTo(const std::string& address) {
   const std::size_t colon = address.rfind(':');
   std::string host = address.substr(0, colon);
   if (host.front() == '[') host = host.substr(1, host.size() - 2);
@@ -49,20 +45,17 @@ int connectTo(const std::string& address) {
   if (getaddrinfo(host.c_str(), address.c_str() + colon + 1, &hints, &target) != 0) {
     throw std::runtime_error("address " + address);
   }
-  const int socket = ::socket(target->ai_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  const int result = connect(socket, target->ai_addr, target->ai_addrlen);
+  ZEB::FileDescriptor socket(::socket(target->ai_family, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  const int result = connect(socket.get(), target->ai_addr, target->ai_addrlen);
   freeaddrinfo(target);
-  if (result != 0) {
-    close(socket);
-    throw std::runtime_error("connect");
-  }
+  if (result != 0) throw std::runtime_error("connect");
   return socket;
 }
 
 }  // namespace
 
 Server::Server(std::vector<std::string> arguments, const std::string& settings, const Place& place)
-    : _folder(makeFolder()), _arguments(std::move(arguments)) {
+    : _arguments(std::move(arguments)) {
   configure(settings);
   _arguments.insert(_arguments.begin(), {place.zebcim, "--plugin", ZEB_REAL_PLUGIN});
   _arguments.insert(_arguments.end(), {"serve", "--config", (_folder / "zebcim.toml").string(), "--http",
@@ -71,24 +64,18 @@ Server::Server(std::vector<std::string> arguments, const std::string& settings, 
 }
 
 void Server::start() {
-  std::array<int, 2> ends{};
-  if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("pipe2");
+  ZEB::Pipe output = ZEB::makePipe();
   const std::string store = (_folder / "store").string();
-  _id = fork();
-  if (_id == 0) {
-    std::vector<char*> words;
-    for (std::string& word : _arguments) words.push_back(word.data());
-    words.push_back(nullptr);
+  _process.emplace([&] {
     setenv("ZEB_STORE_DIR", store.c_str(), 1);
-    dup2(ends[1], STDOUT_FILENO);
-    execv(words.front(), words.data());
-    _exit(127);
-  }
-  close(ends[1]);
+    dup2(output.writing.get(), STDOUT_FILENO);
+    execv(_arguments.front().c_str(), ZEB::argumentsOf(_arguments).data());
+    return 127;
+  });
+  output.writing = {};
   _http.clear();
   _https.clear();
-  readAddresses(ends[0]);
-  close(ends[0]);
+  readAddresses(output.reading.get());
 }
 
 void Server::configure(const std::string& settings) {
@@ -118,26 +105,14 @@ void Server::readAddresses(int output) {
   }
 }
 
-Server::~Server() {
-  if (_id > 0) {
-    kill(_id, SIGKILL);
-    waitpid(_id, nullptr, 0);
-  }
-  std::error_code ignored;
-  std::filesystem::remove_all(_folder, ignored);
-}
-
 int Server::stop() {
-  kill(_id, SIGTERM);
-  int status = 0;
-  waitpid(_id, &status, 0);
-  _id = -1;
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  _process->kill(SIGTERM);
+  return std::max(_process->wait(), -1);
 }
 
 std::size_t Server::memory() const {
-  std::size_t all = residentOf(_id);
-  for (const auto& thread : std::filesystem::directory_iterator("/proc/" + std::to_string(_id) + "/task")) {
+  std::size_t all = residentOf(id());
+  for (const auto& thread : std::filesystem::directory_iterator("/proc/" + std::to_string(id()) + "/task")) {
     std::ifstream children(thread.path() / "children");
     for (pid_t child = 0; children >> child;) all += residentOf(child);
   }
@@ -146,18 +121,13 @@ std::size_t Server::memory() const {
 
 OpenConnection::OpenConnection(const std::string& address, const std::string& bytes)
     : _socket(connectTo(address)) {
-  if (send(_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL) != static_cast<ssize_t>(bytes.size())) {
-    close(_socket);
+  if (send(_socket.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL) != static_cast<ssize_t>(bytes.size())) {
     throw std::runtime_error("send");
   }
 }
 
-OpenConnection::~OpenConnection() {
-  close(_socket);
-}
-
 std::string exchange(const std::string& address, const std::string& bytes, double seconds) {
-  const int socket = connectTo(address);
+  const ZEB::FileDescriptor socket = connectTo(address);
   const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
   std::string answer;
   std::array<char, 65536> buffer{};
@@ -165,19 +135,18 @@ std::string exchange(const std::string& address, const std::string& bytes, doubl
   while (true) {
     const auto left =
         std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
-    pollfd ready{socket, static_cast<short>(sent < bytes.size() ? POLLIN | POLLOUT : POLLIN), 0};
+    pollfd ready{socket.get(), static_cast<short>(sent < bytes.size() ? POLLIN | POLLOUT : POLLIN), 0};
     if (left.count() <= 0 || poll(&ready, 1, static_cast<int>(left.count())) <= 0) break;
     if ((ready.revents & (POLLIN | POLLHUP | POLLERR)) != 0) {
-      const ssize_t got = recv(socket, buffer.data(), buffer.size(), 0);
+      const ssize_t got = recv(socket.get(), buffer.data(), buffer.size(), 0);
       if (got <= 0) break;
       answer.append(buffer.data(), static_cast<std::size_t>(got));
     } else if ((ready.revents & POLLOUT) != 0) {
       const ssize_t went =
-          send(socket, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
+          send(socket.get(), bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
       if (went > 0) sent += static_cast<std::size_t>(went);
     }
   }
-  close(socket);
   return answer;
 }
 

@@ -1,11 +1,13 @@
 // A `zebcim serve` of the test's own.
 #pragma once
 
-#include <sys/types.h>
-
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "posix/ChildProcess.h"
+#include "posix/TemporaryFolder.h"
 
 namespace ZebManager {
 
@@ -24,12 +26,11 @@ class Server {
                   const Place& place = {});
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
-  ~Server();
 
   const std::string& http() const { return _http; }  ///< address and port
   const std::string& https() const { return _https; }
-  const std::filesystem::path& folder() const { return _folder; }
-  pid_t id() const { return _id; }
+  const std::filesystem::path& folder() const { return _folder.path(); }
+  pid_t id() const { return _process->id(); }
   /// Resident memory of the server and its children, in bytes.
   std::size_t memory() const;
   /// Asks it to end; its exit status.
@@ -41,9 +42,9 @@ class Server {
   void configure(const std::string& settings);
   void readAddresses(int output);
 
-  std::filesystem::path _folder;
+  const ZEB::TemporaryFolder _folder{"zebcim-server"};
   std::vector<std::string> _arguments;
-  pid_t _id = -1;
+  std::optional<ZEB::ChildProcess> _process;
   std::string _http;
   std::string _https;
 };
@@ -52,12 +53,9 @@ class Server {
 class OpenConnection {
  public:
   OpenConnection(const std::string& address, const std::string& bytes);
-  OpenConnection(const OpenConnection&) = delete;
-  OpenConnection& operator=(const OpenConnection&) = delete;
-  ~OpenConnection();
 
  private:
-  int _socket;
+  ZEB::FileDescriptor _socket;
 };
 
 /// What the server answers to bytes on a fresh connection, until it closes or `seconds` are over.

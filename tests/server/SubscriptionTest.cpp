@@ -82,7 +82,7 @@ class SubscriptionTest : public testing::Test {
             }};
   }
 
-  static std::string file() { return testing::TempDir() + "cables-" + std::to_string(getpid()) + ".json"; }
+  std::string file() const { return (folder / "cables.json").string(); }
 
   void listen() {
     away.emplace([](std::size_t, const auto&) { return TestListener::acknowledgement(); }, port);
@@ -114,6 +114,7 @@ class SubscriptionTest : public testing::Test {
         count);
   }
 
+  const ZEB::TemporaryFolder folder;
   Recording recording{file()};
   std::unique_ptr<Server> server;
   const std::uint16_t port = freePort();

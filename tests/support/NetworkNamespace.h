@@ -4,9 +4,10 @@
 #include <sched.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <cstring>
+
+#include "posix/FileDescriptor.h"
 
 namespace ZEB::test {
 
@@ -18,14 +19,13 @@ inline bool enterNewNetworkNamespace() {
 
 /// Takes the loopback interface of the current namespace up or down: either is announced as a link message.
 inline bool setLoopback(bool up) {
-  const int socketFd = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-  if (socketFd < 0) return false;
+  const FileDescriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+  if (!socket) return false;
   ifreq request{};
   std::strcpy(request.ifr_name, "lo");
-  bool done = ioctl(socketFd, SIOCGIFFLAGS, &request) == 0;
+  bool done = ioctl(socket.get(), SIOCGIFFLAGS, &request) == 0;
   request.ifr_flags = static_cast<short>(up ? request.ifr_flags | IFF_UP : request.ifr_flags & ~IFF_UP);
-  done = done && ioctl(socketFd, SIOCSIFFLAGS, &request) == 0;
-  close(socketFd);
+  done = done && ioctl(socket.get(), SIOCSIFFLAGS, &request) == 0;
   return done;
 }
 

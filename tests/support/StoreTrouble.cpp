@@ -35,29 +35,20 @@ int rounds(int normal, int soak) {
   return wanted && std::string(wanted) == "1" ? soak : normal;
 }
 
-Acknowledgements::Acknowledgements() {
-  if (pipe(_ends) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
-}
-
-Acknowledgements::~Acknowledgements() {
-  close(_ends[0]);
-  if (_ends[1] >= 0) close(_ends[1]);
-}
-
 void Acknowledgements::give(std::uint32_t number) const {
-  if (write(_ends[1], &number, sizeof number) != sizeof number) _exit(98);
+  if (write(_pipe.writing.get(), &number, sizeof number) != sizeof number) _exit(98);
 }
 
 void Acknowledgements::waitForFirst() const {
   std::uint32_t number = 0;
-  if (read(_ends[0], &number, sizeof number) != sizeof number) ADD_FAILURE() << "the child never wrote";
+  if (read(_pipe.reading.get(), &number, sizeof number) != sizeof number)
+    ADD_FAILURE() << "the child never wrote";
 }
 
 std::uint32_t Acknowledgements::last() {
-  close(_ends[1]);
-  _ends[1] = -1;
+  _pipe.writing = {};
   std::uint32_t number = 0;
-  for (std::uint32_t next = 0; read(_ends[0], &next, sizeof next) == sizeof next;) number = next;
+  for (std::uint32_t next = 0; read(_pipe.reading.get(), &next, sizeof next) == sizeof next;) number = next;
   return number;
 }
 

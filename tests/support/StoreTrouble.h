@@ -5,7 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "ChildProcess.h"
+#include "posix/ChildProcess.h"
+#include "posix/Pipe.h"
 
 namespace ZEB::test {
 
@@ -15,11 +16,6 @@ int rounds(int normal, int soak);
 /// A pipe by which a child acknowledges what it was told is on disk.
 class Acknowledgements {
  public:
-  Acknowledgements();
-  ~Acknowledgements();
-  Acknowledgements(const Acknowledgements&) = delete;
-  Acknowledgements& operator=(const Acknowledgements&) = delete;
-
   /// The child's; ends it when nobody listens.
   void give(std::uint32_t number) const;
   void waitForFirst() const;
@@ -27,7 +23,7 @@ class Acknowledgements {
   std::uint32_t last();
 
  private:
-  int _ends[2] = {-1, -1};
+  Pipe _pipe = makePipe();
 };
 
 /// Runs SQL on a store's file in a process of its own; whether it succeeded.

@@ -1,17 +1,16 @@
 #include "support/TestListener.h"
 
 #include <arpa/inet.h>
-#include <fcntl.h>
 #include <gnutls/gnutls.h>
 #include <gnutls/x509.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <ctime>
 #include <optional>
 #include <stdexcept>
+#include <utility>
 
 namespace ZebManager {
 namespace {
@@ -19,18 +18,18 @@ namespace {
 constexpr std::chrono::seconds kPatience{60};
 constexpr char kLength[] = "Content-Length: ";
 
-int listenOn(std::uint16_t port, std::uint16_t& bound) {
-  const int listening = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+ZEB::FileDescriptor listenOn(std::uint16_t port, std::uint16_t& bound) {
+  ZEB::FileDescriptor listening(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
   const int yes = 1;
-  setsockopt(listening, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+  setsockopt(listening.get(), SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   address.sin_port = htons(port);
   socklen_t size = sizeof address;
-  if (bind(listening, reinterpret_cast<sockaddr*>(&address), size) != 0 || listen(listening, 16) != 0 ||
-      getsockname(listening, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
-    close(listening);
+  if (bind(listening.get(), reinterpret_cast<sockaddr*>(&address), size) != 0 ||
+      listen(listening.get(), 16) != 0 ||
+      getsockname(listening.get(), reinterpret_cast<sockaddr*>(&address), &size) != 0) {
     throw std::runtime_error("cannot listen on the loopback");
   }
   bound = ntohs(address.sin_port);
@@ -42,12 +41,13 @@ int listenOn(std::uint16_t port, std::uint16_t& bound) {
 /// The bytes of a connection, through TLS or as they are.
 class TestConnection {
  public:
-  TestConnection(int socket, const TestCertificate* certificate) : _socket(socket) {
+  TestConnection(ZEB::FileDescriptor socket, const TestCertificate* certificate)
+      : _socket(std::move(socket)) {
     if (!certificate) return;
     gnutls_init(&_session, GNUTLS_SERVER);
     gnutls_set_default_priority(_session);
     gnutls_credentials_set(_session, GNUTLS_CRD_CERTIFICATE, certificate->_credentials);
-    gnutls_transport_set_int(_session, socket);
+    gnutls_transport_set_int(_session, _socket.get());
     int result = 0;
     do result = gnutls_handshake(_session);
     while (result < 0 && gnutls_error_is_fatal(result) == 0);
@@ -56,15 +56,14 @@ class TestConnection {
   TestConnection& operator=(const TestConnection&) = delete;
   ~TestConnection() {
     if (_session) gnutls_deinit(_session);
-    close(_socket);
   }
 
   ssize_t receive(char* bytes, std::size_t size) {
-    return _session ? gnutls_record_recv(_session, bytes, size) : recv(_socket, bytes, size, 0);
+    return _session ? gnutls_record_recv(_session, bytes, size) : recv(_socket.get(), bytes, size, 0);
   }
   void sendAll(const std::string& text) {
     if (!_session) {
-      send(_socket, text.data(), text.size(), MSG_NOSIGNAL);
+      send(_socket.get(), text.data(), text.size(), MSG_NOSIGNAL);
       return;
     }
     for (std::size_t sent = 0; sent < text.size();) {
@@ -76,7 +75,7 @@ class TestConnection {
   }
 
  private:
-  int _socket;
+  ZEB::FileDescriptor _socket;
   gnutls_session_t _session = nullptr;
 };
 
@@ -156,32 +155,29 @@ std::string TestListener::cimError() {
 
 TestListener::TestListener(Script script, std::uint16_t port, const TestCertificate* certificate)
     : _script(std::move(script)), _certificate(certificate), _socket(listenOn(port, _port)) {
-  if (pipe2(_stop, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
   _thread = std::thread([this] { serve(); });
 }
 
 TestListener::~TestListener() {
-  close(_stop[1]);
+  _stop.writing = {};
   _thread.join();
-  close(_stop[0]);
-  close(_socket);
 }
 
 void TestListener::serve() {
   while (true) {
-    pollfd watched[] = {{_socket, POLLIN, 0}, {_stop[0], POLLIN, 0}};
+    pollfd watched[] = {{_socket.get(), POLLIN, 0}, {_stop.reading.get(), POLLIN, 0}};
     poll(watched, 2, -1);
     if (watched[1].revents != 0) return;
-    const int connection = accept4(_socket, nullptr, nullptr, SOCK_CLOEXEC);
-    if (connection < 0) continue;
+    ZEB::FileDescriptor connection(accept4(_socket.get(), nullptr, nullptr, SOCK_CLOEXEC));
+    if (!connection) continue;
     const timeval limit{5, 0};
-    setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
-    answer(connection);
+    setsockopt(connection.get(), SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+    answer(std::move(connection));
   }
 }
 
-void TestListener::answer(int socket) {
-  TestConnection connection(socket, _certificate);
+void TestListener::answer(ZEB::FileDescriptor socket) {
+  TestConnection connection(std::move(socket), _certificate);
   const auto request = readRequest(connection);
   if (!request) return;
   std::size_t number = 0;
@@ -207,7 +203,7 @@ bool TestListener::waitFor(std::size_t count) const {
 
 std::uint16_t freePort() {
   std::uint16_t port = 0;
-  close(listenOn(0, port));
+  listenOn(0, port);
   return port;
 }
 

@@ -10,6 +10,8 @@
 #include <thread>
 #include <vector>
 
+#include "posix/Pipe.h"
+
 struct gnutls_certificate_credentials_st;
 
 namespace ZebManager {
@@ -62,13 +64,13 @@ class TestListener {
 
  private:
   void serve();
-  void answer(int socket);
+  void answer(ZEB::FileDescriptor socket);
 
   Script _script;
   const TestCertificate* _certificate;
   std::uint16_t _port = 0;
-  int _socket;
-  int _stop[2];
+  ZEB::FileDescriptor _socket;
+  ZEB::Pipe _stop = ZEB::makePipe();
   mutable std::mutex _mutex;
   mutable std::condition_variable _came;
   std::vector<Request> _requests;

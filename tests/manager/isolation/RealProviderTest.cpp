@@ -20,8 +20,8 @@ class RealProvider : public Supervised {
     options.process.program = ZEB_REAL_PROVIDER;
     options.patience = 1s;
     options.timeLimit = 6s * kPace;
-    setenv("ZEB_STORE_DIR", folder.c_str(), 1);
-    setenv("ZEB_RUN_DIR", folder.c_str(), 1);
+    setenv("ZEB_STORE_DIR", folder.path().c_str(), 1);
+    setenv("ZEB_RUN_DIR", folder.path().c_str(), 1);
     setenv("ZEB_LOG_LEVEL", "error", 1);
     setenv("ZEB_SOURCE_FILE", file("host.json").c_str(), 1);
     play(true);

@@ -1,22 +1,22 @@
 // The plug-in's process of a real server, ended and stopped by hand.
 #include <arpa/inet.h>
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 
 #include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <future>
+#include <optional>
 #include <sstream>
 #include <thread>
 
+#include "posix/Arguments.h"
+#include "posix/ChildProcess.h"
 #include "posix/FileDescriptor.h"
-
-extern char** environ;
+#include "posix/Pipe.h"
+#include "posix/TemporaryFolder.h"
 
 namespace ZebManager {
 namespace {
@@ -39,48 +39,33 @@ pid_t parentOf(const std::string& process) {
 class ServedProvider : public testing::Test {
  protected:
   void SetUp() override {
-    std::string pattern = testing::TempDir() + "servedXXXXXX";
-    folder = mkdtemp(pattern.data());
     start();
     ASSERT_NE(port, 0) << "the server does not listen";
   }
 
   ~ServedProvider() override {
-    if (server > 0) {
-      kill(server, SIGTERM);
-      waitpid(server, nullptr, 0);
-    }
-    std::filesystem::remove_all(folder);
+    if (!server) return;
+    server->kill(SIGTERM);
+    server->wait();
   }
 
   void start() {
-    std::array<int, 2> ends{};
-    ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
-    const ZEB::FileDescriptor reading(ends[0]);
+    ZEB::Pipe output = ZEB::makePipe();
+    const std::string own = folder.path().string();
     std::vector<std::string> words = {"zebcim",   "serve",         "--http",   "127.0.0.1:0",  "--https",
-                                      "none",     "--state",       folder,     "--source",     ZEB_SNAPSHOT,
+                                      "none",     "--state",       own,        "--source",     ZEB_SNAPSHOT,
                                       "--plugin", ZEB_REAL_PLUGIN, "--schema", ZEB_SCHEMA_FILE};
-    std::vector<std::string> variables = {"ZEB_STORE_DIR=" + folder, "ZEB_RUN_DIR=" + folder,
+    std::vector<std::string> variables = {"ZEB_STORE_DIR=" + own, "ZEB_RUN_DIR=" + own,
                                           "ZEB_LOG_LEVEL=error"};
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-    const int error = posix_spawn(&server, ZEB_CIM, &actions, nullptr, pointersTo(words).data(),
-                                  pointersTo(variables).data());
-    if (error != 0) server = -1;
-    posix_spawn_file_actions_destroy(&actions);
-    close(ends[1]);
+    server.emplace([&] {
+      dup2(output.writing.get(), STDOUT_FILENO);
+      return execve(ZEB_CIM, ZEB::argumentsOf(words).data(), ZEB::argumentsOf(variables).data());
+    });
+    output.writing = {};
     std::string line;
-    for (char byte = 0; read(reading.get(), &byte, 1) == 1 && byte != '\n';) line += byte;
+    for (char byte = 0; read(output.reading.get(), &byte, 1) == 1 && byte != '\n';) line += byte;
     const std::size_t colon = line.rfind(':');
     if (colon != std::string::npos) port = static_cast<in_port_t>(std::stoi(line.substr(colon + 1)));
-  }
-
-  static std::vector<char*> pointersTo(std::vector<std::string>& texts) {
-    std::vector<char*> pointers;
-    for (std::string& text : texts) pointers.push_back(text.data());
-    pointers.push_back(nullptr);
-    return pointers;
   }
 
   /// What the server says to a request for the names of all ports; empty when it says nothing for a while.
@@ -114,14 +99,14 @@ class ServedProvider : public testing::Test {
   pid_t provider() const {
     for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
       const std::string name = entry.path().filename();
-      if (std::isdigit(static_cast<unsigned char>(name[0])) && parentOf(name) == server)
+      if (std::isdigit(static_cast<unsigned char>(name[0])) && parentOf(name) == server->id())
         return std::stoi(name);
     }
     return 0;
   }
 
-  std::string folder;
-  pid_t server = -1;
+  const ZEB::TemporaryFolder folder;
+  std::optional<ZEB::ChildProcess> server;
   in_port_t port = 0;
 };
 
@@ -152,7 +137,7 @@ TEST_F(ServedProvider, DiesWithItsServer) {
   EXPECT_THAT(ask(), HasSubstr("JXV:ZEB_EthernetPort:1"));
   const pid_t process = provider();
   ASSERT_GT(process, 0);
-  kill(server, SIGKILL);
+  server->kill();
   bool gone = false;
   for (int wait = 0; wait < 2000 && !gone; ++wait) {
     gone = parentOf(std::to_string(process)) == 0;

@@ -7,8 +7,7 @@
 
 namespace ZebManager {
 
-Supervised::Supervised() : folder(testing::TempDir() + "supervised-XXXXXX") {
-  if (!mkdtemp(folder.data())) throw std::runtime_error("mkdtemp");
+Supervised::Supervised() {
   options.process.program = ZEB_ISOLATED_PROVIDER;
   options.patience = 400ms;
   options.grace = 100ms;
@@ -28,7 +27,6 @@ Supervised::Supervised() : folder(testing::TempDir() + "supervised-XXXXXX") {
 
 Supervised::~Supervised() {
   supervisor.reset();
-  std::filesystem::remove_all(folder);
 }
 
 void Supervised::start() {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "isolation/ProviderSupervisor.h"
+#include "posix/TemporaryFolder.h"
 
 namespace ZebManager {
 
@@ -61,12 +62,12 @@ class Supervised : public testing::Test {
   /// The process that answers now. Throws when none does.
   pid_t provider();
 
-  std::string file(const std::string& name) const { return folder + "/" + name; }
+  std::string file(const std::string& name) const { return (folder / name).string(); }
   /// What the sink got so far: the names, then the element, with blanks between.
   std::vector<std::string> indications();
   bool logged(const std::string& part);
 
-  std::string folder;
+  const ZEB::TemporaryFolder folder;
   SupervisorOptions options;
   std::unique_ptr<ProviderSupervisor> supervisor;
 

@@ -2,13 +2,13 @@
 
 #include "common/Configuration.h"
 #include "support/Environment.h"
-#include "support/TemporaryDirectory.h"
+#include "support/TestFolder.h"
 
 namespace ZEB {
 namespace {
 
 using test::Environment;
-using test::TemporaryDirectory;
+using test::TestFolder;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -68,7 +68,7 @@ class ConfigurationTest : public testing::Test {
     return Configuration::load();
   }
 
-  TemporaryDirectory directory;
+  TestFolder directory;
   Environment file{"ZEB_CONFIG", directory.file("zeb.toml")};
 };
 

@@ -7,7 +7,7 @@
 #include "common/ZEBUtil.h"
 #include "support/Environment.h"
 #include "support/RecordingLogSink.h"
-#include "support/TemporaryDirectory.h"
+#include "support/TestFolder.h"
 
 namespace ZEB {
 namespace {
@@ -17,7 +17,7 @@ using CmpiCpp::CmpiContext;
 using CmpiCpp::CmpiData;
 using CmpiCpp::CmpiInstance;
 using CmpiCpp::CmpiObjectPath;
-using test::TemporaryDirectory;
+using test::TestFolder;
 
 class PostStatusTest : public testing::Test {
  protected:
@@ -34,14 +34,14 @@ class PostStatusTest : public testing::Test {
   void post(const CmpiInstance& instance) { ZEBUtil::postStatus(recorded.logger, CmpiContext(), instance); }
   std::string file() const { return directory.file("run/status.json"); }
 
-  TemporaryDirectory directory;
+  TestFolder directory;
   test::Environment runDirectory{"ZEB_RUN_DIR", directory.file("run")};
   test::RecordedLogger recorded;
 };
 
 TEST_F(PostStatusTest, isASmallJsonFile) {
   post(collection(6, "Error"));
-  EXPECT_EQ(TemporaryDirectory::read(file()), R"({
+  EXPECT_EQ(TestFolder::read(file()), R"({
   "class": "ZEB_EthernetCollection",
   "path": "//h/root/jxv:ZEB_EthernetCollection.InstanceID=\"x\"",
   "properties": {
@@ -69,7 +69,7 @@ TEST_F(PostStatusTest, everyKindOfValueHasAForm) {
   instance.addProperty("G", 0.5);
   instance.addProperty("H", "quote \" and \xFF");
   post(instance);
-  const std::string text = TemporaryDirectory::read(file());
+  const std::string text = TestFolder::read(file());
   for (const char* part : {"\"A\": true", "\"B\": -1", "\"C\": 18446744073709551615", "\"D\": null",
                            "\"E\": \"19700101000000.000000+000\"", "\"F\": \"n:R\"", "\"G\": 0.5",
                            "\"H\": \"quote \\\" and \xEF\xBF\xBD\""}) {
@@ -95,7 +95,7 @@ TEST_F(PostStatusTest, aReaderFindsTheOldFileOrTheNewOne) {
   int torn = 0;
   std::thread reader([&] {
     while (!stop) {
-      const std::string text = TemporaryDirectory::read(file());
+      const std::string text = TestFolder::read(file());
       const bool whole = text.size() > 3 && text.substr(text.size() - 2) == "}\n";
       if (!whole) ++torn;
     }

@@ -5,7 +5,7 @@
 #include "common/IndicationDB.h"
 #include "support/Environment.h"
 #include "support/RecordingLogSink.h"
-#include "support/TemporaryDirectory.h"
+#include "support/TestFolder.h"
 
 // The records of alerts: the file that is delivered, and files that a site has edited well or badly.
 
@@ -46,7 +46,7 @@ class RecordsTest : public testing::Test {
     return lookUp(contents, found);
   }
 
-  test::TemporaryDirectory directory;
+  test::TestFolder directory;
   Environment file{"ZEB_RECORDS", directory.file("records.toml")};
   test::RecordedLogger recorded;
 };

@@ -4,12 +4,12 @@
 
 #include "cmpicpp/CmpiStatus.h"
 #include "common/DataStore.h"
-#include "support/ChildProcess.h"
+#include "posix/ChildProcess.h"
 #include "support/Environment.h"
 #include "support/FilesInMemory.h"
 #include "support/ProcessLog.h"
 #include "support/StoreTrouble.h"
-#include "support/TemporaryDirectory.h"
+#include "support/TestFolder.h"
 
 // What becomes of a store whose file is damaged, cut, or taken away while a process works with it: all that
 // the process was told is kept stays, in the process and after it, and the log says once what happened.
@@ -26,7 +26,7 @@ class StoreDamageTest : public testing::Test {
     store->setUInt32("PollInterval", 60);
     // What was acknowledged is known without a look at the file after it.
     kept = *store->values();
-    sound = TemporaryDirectory::read(file());
+    sound = TestFolder::read(file());
   }
 
   std::string file() const { return directory.file("stores/S.db"); }
@@ -61,7 +61,7 @@ class StoreDamageTest : public testing::Test {
       {"PollInterval", 200}, {"MonitorPorts", 0}, {"large", 4294967295u}, {"//h/root/jxv:P.ID=\"1\"", 1}};
 
   FilesInMemory inMemory;
-  TemporaryDirectory directory;
+  TestFolder directory;
   Environment storeDirectory{"ZEB_STORE_DIR", directory.file("stores")};
   ProcessLog log;
   std::unique_ptr<DataStore> store = open();
@@ -74,7 +74,7 @@ TEST_F(StoreDamageTest, anyByteThatIsDamagedWhileTheStoreIsOpenLosesNothing) {
   // The header and both ends of the pages have something in them; the rest is every so many bytes.
   for (std::size_t at = 0; at < sound.size(); at += at < 112 || at % 4096 > 3700 ? 1 : rounds(97, 1)) {
     mend();
-    std::string bytes = TemporaryDirectory::read(file());
+    std::string bytes = TestFolder::read(file());
     bytes[at] = static_cast<char>(bytes[at] ^ (at % 2 == 0 ? 0xFF : 1));
     overwrite(bytes);
     expectNothingLost("byte " + std::to_string(at));
@@ -153,7 +153,7 @@ TEST_F(StoreDamageTest, aFileThatIsOnlyTouchedIsNotDamaged) {
 TEST_F(StoreDamageTest, aFormatThatANewerProgramHasBroughtKeepsWhatIsKnownAndRefusesChanges) {
   log.sink->clear();
   runSql(file(), "PRAGMA user_version = 2");
-  const std::string newer = TemporaryDirectory::read(file());
+  const std::string newer = TestFolder::read(file());
   EXPECT_EQ(*store->values(), kept);
   try {
     store->setUInt32("refused", 1);
@@ -163,7 +163,7 @@ TEST_F(StoreDamageTest, aFormatThatANewerProgramHasBroughtKeepsWhatIsKnownAndRef
   }
   EXPECT_EQ(*store->values(), kept);
   EXPECT_EQ(log.sink->lines().size(), 1u);
-  EXPECT_EQ(TemporaryDirectory::read(file()), newer);
+  EXPECT_EQ(TestFolder::read(file()), newer);
   runSql(file(), "PRAGMA user_version = 1");
   expectNothingLost("the older one again");
 }

@@ -10,12 +10,13 @@
 
 #include "cmpicpp/CmpiStatus.h"
 #include "common/DataStore.h"
-#include "support/ChildProcess.h"
+#include "posix/ChildProcess.h"
+#include "posix/Pipe.h"
 #include "support/Environment.h"
 #include "support/FilesInMemory.h"
 #include "support/ProcessLog.h"
 #include "support/StoreTrouble.h"
-#include "support/TemporaryDirectory.h"
+#include "support/TestFolder.h"
 
 // Every file and directory that was forced to disk. Defined here, they stand before those of the C library.
 namespace {
@@ -68,14 +69,14 @@ class StoreTest : public testing::Test {
     const auto store = open();
     ASSERT_TRUE(store);
     EXPECT_FALSE(store->exists("kept"));
-    EXPECT_EQ(TemporaryDirectory::read(aside), damagedContent);
+    EXPECT_EQ(TestFolder::read(aside), damagedContent);
     EXPECT_TRUE(log.sink->mentions(LogLevel::Error, "kept as " + aside));
     store->setUInt32("kept", 3);
     EXPECT_EQ(open()->getUInt32("kept"), 3u);
   }
 
   FilesInMemory inMemory;
-  TemporaryDirectory directory;
+  TestFolder directory;
   Environment storeDirectory{"ZEB_STORE_DIR", directory.file("stores")};
   ProcessLog log;
 };
@@ -260,31 +261,31 @@ TEST_F(StoreTest, noiseIsPutAside) {
 TEST_F(StoreTest, aFileCutOffIsPutAside) {
   fillSomePages();
   fs::resize_file(file(), fs::file_size(file()) / 2);
-  expectFreshStore(TemporaryDirectory::read(file()), file() + ".damaged-1");
+  expectFreshStore(TestFolder::read(file()), file() + ".damaged-1");
 }
 
 TEST_F(StoreTest, aFileCutOffWithinItsHeaderIsPutAside) {
   open()->setUInt32("kept", 1);
   fs::resize_file(file(), 50);
-  expectFreshStore(TemporaryDirectory::read(file()), file() + ".damaged-1");
+  expectFreshStore(TestFolder::read(file()), file() + ".damaged-1");
 }
 
 TEST_F(StoreTest, aDamagedPageIsPutAside) {
   fillSomePages();
   overwrite(4096, 4096);
-  expectFreshStore(TemporaryDirectory::read(file()), file() + ".damaged-1");
+  expectFreshStore(TestFolder::read(file()), file() + ".damaged-1");
 }
 
 TEST_F(StoreTest, aValueThatCannotBeIsDamage) {
   open()->setUInt32("kept", 1);
   ASSERT_TRUE(sql("PRAGMA ignore_check_constraints = ON; UPDATE value SET number = -1"));
-  expectFreshStore(TemporaryDirectory::read(file()), file() + ".damaged-1");
+  expectFreshStore(TestFolder::read(file()), file() + ".damaged-1");
 }
 
 TEST_F(StoreTest, theDatabaseOfAnotherProgramIsPutAside) {
   fs::create_directories(directory.file("stores"));
   ASSERT_TRUE(sql("CREATE TABLE theirs (x); INSERT INTO theirs VALUES (1)"));
-  expectFreshStore(TemporaryDirectory::read(file()), file() + ".damaged-1");
+  expectFreshStore(TestFolder::read(file()), file() + ".damaged-1");
 }
 
 TEST_F(StoreTest, everyDamagedFileIsKept) {
@@ -307,20 +308,20 @@ TEST_F(StoreTest, theJournalOfADamagedFileGoesWithIt) {
 TEST_F(StoreTest, aNewerFormatIsRefusedAndLeftAlone) {
   open()->setUInt32("kept", 1);
   ASSERT_TRUE(sql("PRAGMA user_version = 2"));
-  const std::string before = TemporaryDirectory::read(file());
+  const std::string before = TestFolder::read(file());
   const auto store = open();
   ASSERT_TRUE(store);
   EXPECT_FALSE(store->exists("kept"));
   EXPECT_THROW(store->setUInt32("kept", 2), CmpiCpp::CmpiStatus);
   EXPECT_TRUE(log.sink->mentions(LogLevel::Error, "its format 2 is newer than 1"));
   EXPECT_EQ(log.sink->lines().size(), 1u);
-  EXPECT_EQ(TemporaryDirectory::read(file()), before);
+  EXPECT_EQ(TestFolder::read(file()), before);
 }
 
 TEST_F(StoreTest, aNegativeFormatIsDamage) {
   open()->setUInt32("kept", 1);
   ASSERT_TRUE(sql("PRAGMA user_version = -1"));
-  expectFreshStore(TemporaryDirectory::read(file()), file() + ".damaged-1");
+  expectFreshStore(TestFolder::read(file()), file() + ".damaged-1");
 }
 
 TEST_F(StoreTest, aNewerFormatWithAStructureOfItsOwnIsRefusedToo) {
@@ -347,7 +348,7 @@ TEST_F(StoreTest, aFileInPlaceOfTheDirectoryIsNoStore) {
   directory.write("stores", "a file");
   EXPECT_FALSE(open());
   EXPECT_TRUE(log.sink->mentions(LogLevel::Error, "cannot be opened"));
-  EXPECT_EQ(TemporaryDirectory::read(directory.file("stores")), "a file");
+  EXPECT_EQ(TestFolder::read(directory.file("stores")), "a file");
 }
 
 TEST_F(StoreTest, aDirectoryInPlaceOfTheFileIsNoStore) {
@@ -367,20 +368,19 @@ TEST_F(StoreTest, theWriteAheadLogOfADamagedFileGoesWithIt) {
 TEST_F(StoreTest, aFileThatAnotherProgramKeepsAWriteAheadLogOfIsLeftAlone) {
   const auto store = open();
   store->setUInt32("kept", 1);
-  int ends[2];
-  ASSERT_EQ(pipe(ends), 0);
+  const Pipe started = makePipe();
   {
     ChildProcess other([&] {
       sqlite3* database = nullptr;
       if (sqlite3_open(file().c_str(), &database) != SQLITE_OK) return 1;
       const char* const statements = "PRAGMA journal_mode = WAL; UPDATE value SET number = 2";
       if (sqlite3_exec(database, statements, nullptr, nullptr, nullptr) != SQLITE_OK) return 2;
-      if (write(ends[1], "x", 1) != 1) return 3;
+      if (write(started.writing.get(), "x", 1) != 1) return 3;
       pause();
       return 0;
     });
     char ready = 0;
-    ASSERT_EQ(read(ends[0], &ready, 1), 1);
+    ASSERT_EQ(read(started.reading.get(), &ready, 1), 1);
     EXPECT_THROW(store->setUInt32("kept", 3), CmpiCpp::CmpiStatus);
     EXPECT_EQ(store->getUInt32("kept"), 1u);
     EXPECT_TRUE(log.sink->mentions(LogLevel::Error, "cannot be opened: "));
@@ -388,8 +388,6 @@ TEST_F(StoreTest, aFileThatAnotherProgramKeepsAWriteAheadLogOfIsLeftAlone) {
   EXPECT_EQ(store->getUInt32("kept"), 2u);
   store->setUInt32("kept", 3);
   EXPECT_EQ(open()->getUInt32("kept"), 3u);
-  close(ends[0]);
-  close(ends[1]);
 }
 
 TEST_F(StoreTest, aFileWithAWriteAheadLogIsBroughtBackToAJournal) {

@@ -7,12 +7,12 @@
 
 #include "SqliteStore.h"
 #include "cmpicpp/CmpiStatus.h"
-#include "support/ChildProcess.h"
+#include "posix/ChildProcess.h"
 #include "support/Environment.h"
 #include "support/FilesInMemory.h"
 #include "support/ProcessLog.h"
 #include "support/StoreTrouble.h"
-#include "support/TemporaryDirectory.h"
+#include "support/TestFolder.h"
 
 // Stores under kills, full disks, and other processes. Every round works in processes of its own.
 
@@ -33,7 +33,7 @@ class StoreTroubleTest : public testing::Test {
   }
 
   FilesInMemory inMemory;
-  TemporaryDirectory directory;
+  TestFolder directory;
   Environment storeDirectory{"ZEB_STORE_DIR", directory.file("stores")};
   ProcessLog log;
 };

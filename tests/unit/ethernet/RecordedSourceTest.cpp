@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "posix/TemporaryFolder.h"
 #include "recorded/RecordedSource.h"
 
 namespace ZEB::ethernet::test {
@@ -16,13 +17,6 @@ using testing::HasSubstr;
 
 class RecordedSourceTest : public testing::Test {
  protected:
-  RecordedSourceTest() {
-    std::string name = (fs::temp_directory_path() / "zeb-recorded-XXXXXX").string();
-    folder = mkdtemp(name.data());
-    file = folder / "host.json";
-  }
-  ~RecordedSourceTest() override { fs::remove_all(folder); }
-
   /// Replaces the file as a careful writer does.
   void write(const std::string& text) {
     std::ofstream(folder / "next") << text;
@@ -37,7 +31,8 @@ class RecordedSourceTest : public testing::Test {
     return snapshot ? snapshot->links.at(0).name : snapshot.failure().what;
   }
 
-  fs::path folder, file;
+  const TemporaryFolder folder;
+  const fs::path file = folder / "host.json";
   RecordedSource source{""};
 };
 
@@ -69,7 +64,7 @@ TEST_F(RecordedSourceTest, MissingAndBadFilesAreOneLineThatNamesThem) {
 }
 
 TEST_F(RecordedSourceTest, FolderIsNoSnapshot) {
-  EXPECT_FALSE(RecordedSource(folder.string()).readAll());
+  EXPECT_FALSE(RecordedSource(folder.path().string()).readAll());
 }
 
 TEST_F(RecordedSourceTest, HugeFileIsRefusedUnread) {

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "support/TemporaryDirectory.h"
+#include "posix/TemporaryFolder.h"
 
 namespace ZEB::ethernet::test {
 
@@ -54,7 +54,7 @@ class SysTree : public testing::Test {
   }
 
  private:
-  ZEB::test::TemporaryDirectory _directory;
+  TemporaryFolder _directory;
 
  protected:
   const fs::path root = _directory.path();

@@ -133,11 +133,11 @@ TEST_F(Deliveries, PauseLongerAfterEachFailure) {
 TEST_F(Deliveries, BeginAnewAfterDamage) {
   start();
   delivery.reset();
-  std::ofstream(directory.path() + "/delivery.db") << std::string(10000, 'x');
+  std::ofstream(directory / "delivery.db") << std::string(10000, 'x');
   TestListener listener;
   start(listener.url());
   EXPECT_TRUE(logs("is damaged"));
-  EXPECT_TRUE(std::filesystem::exists(directory.path() + "/delivery.db.damaged-1"));
+  EXPECT_TRUE(std::filesystem::exists(directory / "delivery.db.damaged-1"));
   deliver(1, 1);
   ASSERT_TRUE(listener.waitFor(1));
 }

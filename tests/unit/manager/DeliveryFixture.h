@@ -11,8 +11,8 @@
 #include <thread>
 #include <vector>
 
-#include "TestDirectory.h"
 #include "indications/Delivery.h"
+#include "posix/TemporaryFolder.h"
 #include "support/TestListener.h"
 
 namespace ZebManager {
@@ -94,7 +94,7 @@ class Deliveries : public testing::Test {
     return false;
   }
 
-  TestDirectory directory;
+  ZEB::TemporaryFolder directory;
   DeliverySettings settings;
   std::mutex mutex;
   std::vector<std::string> lines;

@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "TestDirectory.h"
 #include "indications/InteropNamespace.h"
+#include "posix/TemporaryFolder.h"
 #include "values/CallMemory.h"
 #include "values/DateTimeText.h"
 #include "values/ObjectPathText.h"
@@ -124,7 +124,7 @@ class Interop : public testing::Test {
 
   const ClassRepository own = ClassRepository::fromFile(ZEB_INTEROP_SCHEMA);
   const ClassRepository sources = ClassRepository::fromFile(ZEB_SCHEMA_FILE);
-  TestDirectory directory;
+  ZEB::TemporaryFolder directory;
   Arena arena;
   ArenaScope call{arena};
   std::vector<std::string> lines;

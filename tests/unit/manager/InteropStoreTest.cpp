@@ -51,10 +51,10 @@ TEST_F(Interop, EverythingSurvivesARestart) {
 TEST_F(Interop, ADamagedFileIsPutAside) {
   makeOneOfEach();
   space.reset();
-  std::ofstream(directory.path() + "/interop.db") << "this is no database, and it is long enough to tell";
+  std::ofstream(directory / "interop.db") << "this is no database, and it is long enough to tell";
   start();
   EXPECT_THAT(lines, ElementsAre(HasSubstr("is damaged")));
-  EXPECT_TRUE(std::filesystem::exists(directory.path() + "/interop.db.damaged-1"));
+  EXPECT_TRUE(std::filesystem::exists(directory / "interop.db.damaged-1"));
   EXPECT_THAT(space->subscriptions(), IsEmpty());
   makeOneOfEach();
   start();
@@ -81,7 +81,7 @@ TEST_F(Interop, AFileOfALaterVersionIsNotTouched) {
     file.execute("PRAGMA user_version = 99");
   }
   EXPECT_THROW(start(), ManagerError);
-  EXPECT_FALSE(std::filesystem::exists(directory.path() + "/interop.db.damaged-1"));
+  EXPECT_FALSE(std::filesystem::exists(directory / "interop.db.damaged-1"));
 }
 
 TEST_F(Interop, AFileThatCannotBeWrittenRefusesAndChangesNothing) {

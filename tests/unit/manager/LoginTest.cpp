@@ -5,8 +5,8 @@
 
 #include <fstream>
 
-#include "TestDirectory.h"
 #include "login/LoginSettings.h"
+#include "posix/TemporaryFolder.h"
 #include "server/ClientAddress.h"
 #include "server/LoginBackOff.h"
 #include "values/ManagerError.h"
@@ -90,13 +90,13 @@ TEST_P(Addresses, AreCountedAsTheyShould) {
 class LoginSettingsTest : public testing::Test {
  protected:
   std::string write(const std::string& content) const {
-    const std::string file = _directory.path() + "/zebcim.toml";
+    const std::string file = (_directory / "zebcim.toml").string();
     std::ofstream(file) << content;
     return file;
   }
 
  private:
-  const TestDirectory _directory;
+  const ZEB::TemporaryFolder _directory;
 };
 
 TEST_F(LoginSettingsTest, AreReadFromTheFileOfTheServer) {

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <random>
 
+#include "posix/TemporaryFolder.h"
 #include "schema/ClassRepository.h"
 
 namespace ZebManager {
@@ -230,16 +231,11 @@ INSTANTIATE_TEST_SUITE_P(
 
 class MofFiles : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = testing::TempDir() + "mofXXXXXX";
-    folder = mkdtemp(pattern.data());
-  }
-  void TearDown() override { std::filesystem::remove_all(folder); }
   std::string write(const std::string& name, const std::string& text) const {
     std::ofstream(folder / name) << text;
     return (folder / name).string();
   }
-  std::filesystem::path folder;
+  const ZEB::TemporaryFolder folder;
 };
 
 TEST_F(MofFiles, IncludesAreFoundBesideTheFile) {
@@ -260,7 +256,7 @@ TEST_F(MofFiles, AnErrorInAnIncludedFileNamesThatFile) {
 }
 
 TEST_F(MofFiles, AFolderAndAMissingFileAreErrors) {
-  EXPECT_THROW(ClassRepository::fromFile(folder.string()), SchemaError);
+  EXPECT_THROW(ClassRepository::fromFile(folder.path().string()), SchemaError);
   EXPECT_THROW(ClassRepository::fromFile((folder / "absent.mof").string()), SchemaError);
 }
 

@@ -14,7 +14,7 @@ class SecureDeliveries : public Deliveries {
   SecureDeliveries() { std::ofstream(trusted) << certificate.pem(); }
 
   TestCertificate certificate;
-  const std::string trusted = directory.path() + "/trusted.pem";
+  const std::string trusted = directory / "trusted.pem";
   TestListener listener{[](std::size_t, const auto&) { return TestListener::acknowledgement(); }, 0,
                         &certificate};
 };

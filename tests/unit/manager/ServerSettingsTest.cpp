@@ -4,7 +4,7 @@
 #include <regex>
 #include <sstream>
 
-#include "TestDirectory.h"
+#include "posix/TemporaryFolder.h"
 #include "server/ServerSettings.h"
 #include "values/ManagerError.h"
 
@@ -30,8 +30,8 @@ class SettingsFile {
   const std::vector<std::string>& warnings() const { return _warnings; }
 
  private:
-  const TestDirectory _directory;
-  const std::string _file = _directory.path() + "/zebcim.toml";
+  const ZEB::TemporaryFolder _directory;
+  const std::string _file = (_directory / "zebcim.toml").string();
   ServerSettings _settings;
   std::vector<std::string> _warnings;
 };

@@ -8,7 +8,7 @@
 #include "monitor/ZEB_EthernetGroupHostedCollection.h"
 #include "support/Environment.h"
 #include "support/RecordingLogSink.h"
-#include "support/TemporaryDirectory.h"
+#include "support/TestFolder.h"
 
 // The collection of all ports: which members count, and what the group says.
 
@@ -205,7 +205,7 @@ class StatusFilterTest : public CollectionTest {
  protected:
   static std::string key(Member& member) { return member.makeObjectPath().str(); }
 
-  TemporaryDirectory directory;
+  TestFolder directory;
   Environment storeDirectory{"ZEB_STORE_DIR", directory.file("stores")};
   std::unique_ptr<DataStore> store = makeDataStore("ZEBEthernetPort");
 };

@@ -8,10 +8,11 @@
 #include "cmpicpp/CmpiStatus.h"
 #include "common/ZEBUtil.h"
 #include "monitor/ZEB_EthEventSettings.h"
-#include "support/ChildProcess.h"
+#include "posix/ChildProcess.h"
+#include "posix/Pipe.h"
 #include "support/Environment.h"
 #include "support/ProcessLog.h"
-#include "support/TemporaryDirectory.h"
+#include "support/TestFolder.h"
 
 // The settings: what a first start writes, what a client may change and how, and what survives.
 
@@ -70,7 +71,7 @@ class EventSettingsTest : public testing::Test {
     }
   }
 
-  TemporaryDirectory directory;
+  TestFolder directory;
   Environment storeDirectory{"ZEB_STORE_DIR", directory.file("stores")};
   ProcessLog processLog;
   RecordedLogger recorded;
@@ -268,17 +269,16 @@ TEST_F(EventSettingsTest, aChangeOfAnotherNumberEnablesPollingAgain) {
 }
 
 TEST_F(EventSettingsTest, anUnknownNameFurtherDownDoesNotReturnAndBurnsNothing) {
-  int ends[2];
-  ASSERT_EQ(pipe(ends), 0);
+  const Pipe started = makePipe();
   ChildProcess child([&] {
     ZEB_EthEventSettings settings = make();
     const char* names[] = {"PollInterval", "NoSuchSetting", nullptr};
-    if (write(ends[1], "x", 1) != 1) return 1;
+    if (write(started.writing.get(), "x", 1) != 1) return 1;
     settings.modify(changed({{"PollInterval", std::uint32_t{5}}}), names);
     return 0;
   });
-  char started = 0;
-  ASSERT_EQ(read(ends[0], &started, 1), 1);
+  char byte = 0;
+  ASSERT_EQ(read(started.reading.get(), &byte, 1), 1);
   std::this_thread::sleep_for(std::chrono::milliseconds(2500));
   EXPECT_FALSE(child.ended());
   child.kill();
@@ -288,8 +288,6 @@ TEST_F(EventSettingsTest, anUnknownNameFurtherDownDoesNotReturnAndBurnsNothing) 
   EXPECT_EQ(status, -SIGKILL);
   EXPECT_LT(used.ru_utime.tv_sec, 1);
   EXPECT_EQ(make().number(EventSetting::PollInterval), 200u) << "nothing is changed before the walk is over";
-  close(ends[0]);
-  close(ends[1]);
 }
 
 // --- stores that another process has, too ---

@@ -11,7 +11,7 @@
 #include "support/Environment.h"
 #include "support/FakeBroker.h"
 #include "support/ProcessLog.h"
-#include "support/TemporaryDirectory.h"
+#include "support/TestFolder.h"
 
 // Alerts as they are delivered: which properties, in which order, under which conditions.
 
@@ -92,7 +92,7 @@ class IndicationTest : public testing::Test {
   }
 
   FakeBroker broker;
-  TemporaryDirectory directory;
+  TestFolder directory;
   Environment records{"ZEB_RECORDS", directory.file("records.toml")};
   RecordedLogger recorded;
   std::string networkAddress;

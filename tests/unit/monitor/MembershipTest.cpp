@@ -7,10 +7,10 @@
 #include "cmpicpp/CmpiStatus.h"
 #include "monitor/ZEB_EthernetCollection.h"
 #include "monitor/ZEB_EthernetMemberOfCollection.h"
-#include "support/ChildProcess.h"
+#include "posix/ChildProcess.h"
 #include "support/Environment.h"
 #include "support/RecordingLogSink.h"
-#include "support/TemporaryDirectory.h"
+#include "support/TestFolder.h"
 
 // The membership in the collection, and the filter that a client sets through it.
 
@@ -34,7 +34,7 @@ class MembershipTest : public testing::Test {
 
   std::string key() { return port.makeObjectPath().str(); }
 
-  TemporaryDirectory directory;
+  TestFolder directory;
   Environment storeDirectory{"ZEB_STORE_DIR", directory.file("stores")};
   RecordedLogger recorded;
   std::unique_ptr<DataStore> store = makeDataStore("ZEBEthernetPort");

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "manager/Process.h"
-#include "support/TemporaryDirectory.h"
+#include "support/TestFolder.h"
 
 namespace ZebManager {
 namespace {
@@ -30,7 +30,7 @@ class Arrows : public testing::Test {
     EXPECT_THAT(outcome.out, HasSubstr("  UP"));
   }
 
-  ZEB::test::TemporaryDirectory folder;
+  ZEB::test::TestFolder folder;
 };
 
 TEST_F(Arrows, ThatPointDownAreListed) {

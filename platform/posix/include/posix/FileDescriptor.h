@@ -9,7 +9,8 @@ namespace ZEB {
 /// Owns a file descriptor; -1 is none.
 class FileDescriptor {
  public:
-  explicit FileDescriptor(int number = -1) : _number(number) {}
+  FileDescriptor() = default;
+  explicit FileDescriptor(int number) : _number(number) {}
   FileDescriptor(const FileDescriptor&) = delete;
   FileDescriptor& operator=(const FileDescriptor&) = delete;
   FileDescriptor(FileDescriptor&& other) noexcept : _number(std::exchange(other._number, -1)) {}
@@ -25,7 +26,7 @@ class FileDescriptor {
   explicit operator bool() const { return _number >= 0; }
 
  private:
-  int _number;
+  int _number = -1;
 };
 
 }  // namespace ZEB

@@ -1,18 +1,18 @@
-#include "isolation/ChildProcess.h"
+#include "isolation/ConnectedProcess.h"
 
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/socket.h>
-#include <sys/syscall.h>
 #include <sys/un.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <system_error>
 
+#include "posix/Arguments.h"
 #include "values/ManagerError.h"
 
 namespace ZebManager {
@@ -64,17 +64,9 @@ class SpawnActions {
   posix_spawn_file_actions_t _actions{};
 };
 
-std::vector<char*> argumentsOf(std::vector<std::string>& words) {
-  std::vector<char*> pointers;
-  pointers.reserve(words.size() + 1);
-  for (std::string& word : words) pointers.push_back(word.data());
-  pointers.push_back(nullptr);
-  return pointers;
-}
-
 }  // namespace
 
-ChildProcess::ChildProcess(const ProcessSource& source, int childSocket) {
+ConnectedProcess::ConnectedProcess(const ProcessSource& source, int childSocket) {
   if (source.socket.empty()) {
     start(source, childSocket);
   } else {
@@ -82,7 +74,7 @@ ChildProcess::ChildProcess(const ProcessSource& source, int childSocket) {
   }
 }
 
-void ChildProcess::start(const ProcessSource& source, int childSocket) {
+void ConnectedProcess::start(const ProcessSource& source, int childSocket) {
   const std::string& program = source.program;
   std::array<int, 2> ends{};
   if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) throw startError(program, errno);
@@ -91,20 +83,18 @@ void ChildProcess::start(const ProcessSource& source, int childSocket) {
   fcntl(ends[0], F_SETFL, O_NONBLOCK);
   std::vector<std::string> words = source.arguments;
   words.insert(words.begin(), kShownName);
-  const int error = posix_spawn(&_id, program.c_str(), SpawnActions(ends[1], childSocket).get(),
-                                SpawnAttributes().get(), argumentsOf(words).data(), environ);
+  pid_t id = -1;
+  const int error = posix_spawn(&id, program.c_str(), SpawnActions(ends[1], childSocket).get(),
+                                SpawnAttributes().get(), ZEB::argumentsOf(words).data(), environ);
   if (error != 0) throw startError(program, error);
-  // The C library's own declaration has no C linkage in some versions.
-  _ending = ZEB::FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, _id, 0)));
-  if (!_ending) {
-    const int reason = errno;
-    kill();
-    reap();
-    throw startError(program, reason);
+  try {
+    _process.emplace(id);
+  } catch (const std::system_error& unheld) {
+    throw startError(program, unheld.code().value());
   }
 }
 
-void ChildProcess::connect(const std::string& path) {
+void ConnectedProcess::connect(const std::string& path) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
   if (path.size() >= sizeof address.sun_path) throw startError(path, ENAMETOOLONG);
@@ -115,32 +105,22 @@ void ChildProcess::connect(const std::string& path) {
   }
 }
 
-ChildProcess::~ChildProcess() {
-  if (_id < 0) return;
-  kill();
-  reap();
-}
-
-void ChildProcess::kill() {
-  if (_id > 0) {
-    ::kill(_id, SIGKILL);
+void ConnectedProcess::kill() {
+  if (_process) {
+    _process->kill();
   } else {
     shutdown(socket(), SHUT_RDWR);
   }
 }
 
-void ChildProcess::closeSending() {
+void ConnectedProcess::closeSending() {
   shutdown(socket(), SHUT_WR);
 }
 
-std::string ChildProcess::reap() {
-  if (_id < 0) return "its connection closed";
-  int status = 0;
-  while (waitpid(_id, &status, 0) < 0 && errno == EINTR) {
-  }
-  _id = -1;
-  return WIFSIGNALED(status) ? "signal " + std::to_string(WTERMSIG(status))
-                             : "exit status " + std::to_string(WEXITSTATUS(status));
+std::string ConnectedProcess::reap() {
+  if (!_process) return "its connection closed";
+  const int status = _process->wait();
+  return status < 0 ? "signal " + std::to_string(-status) : "exit status " + std::to_string(status);
 }
 
 }  // namespace ZebManager

@@ -1,12 +1,11 @@
 // A process at the other end of a socket.
 #pragma once
 
-#include <sys/types.h>
-
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "posix/FileDescriptor.h"
+#include "posix/ChildProcess.h"
 
 namespace ZebManager {
 
@@ -21,19 +20,15 @@ struct ProcessSource {
 
 /// The process that was started has no descriptors of ours but the three standard ones and its end of the
 /// socket pair. It is gone and reaped when the object goes.
-class ChildProcess {
+class ConnectedProcess {
  public:
   /// `childSocket`: number that its end gets when it is started. Throws ManagerError.
-  ChildProcess(const ProcessSource& source, int childSocket);
-  ChildProcess(const ChildProcess&) = delete;
-  ChildProcess& operator=(const ChildProcess&) = delete;
-  /// Ends it with SIGKILL when it still runs.
-  ~ChildProcess();
+  ConnectedProcess(const ProcessSource& source, int childSocket);
 
   /// Our end; does not block.
   int socket() const { return _socket.get(); }
   /// Readable once the process has ended; negative when only the socket tells.
-  int ending() const { return _ending.get(); }
+  int ending() const { return _process ? _process->ending() : -1; }
 
   /// Ends it, or what there is between it and this process.
   void kill();
@@ -46,9 +41,8 @@ class ChildProcess {
   void start(const ProcessSource& source, int childSocket);
   void connect(const std::string& path);
 
-  pid_t _id = -1;
   ZEB::FileDescriptor _socket;
-  ZEB::FileDescriptor _ending;
+  std::optional<ZEB::ChildProcess> _process;  ///< none when it was connected to
 };
 
 }  // namespace ZebManager
