@@ -77,6 +77,7 @@ struct Key {
   const char* variable;
   const char* expected;
   bool (*set)(Configuration&, std::string_view text);
+  bool isNumber = false;
 };
 
 constexpr Key kKeys[] = {
@@ -90,7 +91,7 @@ constexpr Key kKeys[] = {
     {"autostart", "ZEB_AUTOSTART", "true or false", set<&Configuration::autostart>},
     {"perfmon", "ZEB_PERFMON", "true or false", set<&Configuration::perfmon>},
     {"heartbeat", "ZEB_HEARTBEAT", "true or false", set<&Configuration::heartbeat>},
-    {"link-settle-seconds", "ZEB_LINK_SETTLE_SECONDS", "0 to 600", set<&Configuration::linkSettle>},
+    {"link-settle-seconds", "ZEB_LINK_SETTLE_SECONDS", "0 to 600", set<&Configuration::linkSettle>, true},
 };
 
 const Key* findKey(std::string_view name) {
@@ -101,10 +102,10 @@ const Key* findKey(std::string_view name) {
 }
 
 /// The value as text, whichever of the kinds that the keys know it is.
-std::optional<std::string> textOf(const toml::node& node) {
+std::optional<std::string> textOf(const toml::node& node, bool isNumber) {
   if (const auto* text = node.as_string()) return text->get();
   if (const auto* flag = node.as_boolean()) return flag->get() ? "true" : "false";
-  if (const auto* number = node.as_integer()) return std::to_string(number->get());
+  if (const auto* number = node.as_integer(); number && isNumber) return std::to_string(number->get());
   return std::nullopt;
 }
 
@@ -116,7 +117,7 @@ void apply(Configuration& configuration, const std::string& file, const toml::ke
     configuration.warnings.push_back(where + "unknown key " + std::string(name.str()));
     return;
   }
-  const auto text = textOf(node);
+  const auto text = textOf(node, key->isNumber);
   if (!text || !key->set(configuration, *text)) {
     configuration.warnings.push_back(where + key->name + " has to be " + key->expected);
   }
