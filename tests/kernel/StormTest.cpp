@@ -107,6 +107,8 @@ TEST(KernelStorm, TheLastStateIsRight) {
     makePairs(kPorts);
     EthernetMRA source(kernelInventory(true));
     EthernetAdapterDataObject adapter;
+    EXPECT_EQ(source.updateAll(), 0);
+    source.eventsProcessed();
     {
       std::string flips;
       for (const char* state : {"down", "up"}) {

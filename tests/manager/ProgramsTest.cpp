@@ -10,7 +10,9 @@ using testing::HasSubstr;
 using testing::Not;
 
 /// Libraries that a server needs and that would make every other command start late.
-constexpr const char* kOfTheServer[] = {"libcurl", "libgnutls", "libmicrohttpd", "libpam.", "libsqlite3"};
+constexpr const char* kOfTheServer[] = {"libcurl", "libgnutls", "libmicrohttpd", "libsqlite3"};
+/// Whoever judges passwords is nobody else.
+constexpr const char* kOfTheLogin = "libpam.";
 
 TEST(Programs, TheServerAloneLoadsTheServersLibraries) {
   const Outcome command = run("/usr/bin/ldd", {ZEB_CIM});
@@ -21,6 +23,11 @@ TEST(Programs, TheServerAloneLoadsTheServersLibraries) {
     EXPECT_THAT(server.out, HasSubstr(library));
     EXPECT_THAT(command.out, Not(HasSubstr(library)));
   }
+  const Outcome login = run("/usr/bin/ldd", {ZEB_CIM_LOGIN});
+  EXPECT_EQ(login.status, 0) << login.err;
+  EXPECT_THAT(login.out, HasSubstr(kOfTheLogin));
+  EXPECT_THAT(server.out, Not(HasSubstr(kOfTheLogin)));
+  EXPECT_THAT(command.out, Not(HasSubstr(kOfTheLogin)));
 }
 
 TEST(Programs, TheServerOnlyServes) {
