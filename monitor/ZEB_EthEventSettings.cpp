@@ -121,6 +121,30 @@ ZEB_EthEventSettings::ZEB_EthEventSettings(const Logger& theLogger, const std::s
   _pollingDisabled = number(EventSetting::PollInterval) == 0;
 }
 
+const std::string& ZEB_EthEventSettings::subject() const {
+  static constinit const std::string kOnlyOne = "settings";
+  return kOnlyOne;
+}
+
+std::any ZEB_EthEventSettings::memory() const {
+  const std::lock_guard lock(_changing);
+  Memory memory{_store, _followed, {}};
+  std::copy(_values.begin(), _values.end(), memory.values.begin());
+  return memory;
+}
+
+void ZEB_EthEventSettings::remember(const std::any& memory) {
+  const auto& before = std::any_cast<const Memory&>(memory);
+  // Without a store there was nothing but defaults to know.
+  if (!before.store) return;
+  const std::lock_guard lock(_changing);
+  _store = before.store;
+  _followed = before.followed;
+  std::copy(before.values.begin(), before.values.end(), _values.begin());
+  takeOver();
+  _pollingDisabled = number(EventSetting::PollInterval) == 0;
+}
+
 void ZEB_EthEventSettings::follow() {
   const std::lock_guard lock(_changing);
   takeOver();

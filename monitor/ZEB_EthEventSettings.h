@@ -25,6 +25,11 @@ class ZEB_EthEventSettings : public ManagedObject, public EventSettings {
   /// With the values that the store has now.
   CmpiCpp::CmpiInstance makeInstance() override;
 
+  /// The values and the store, which knows more than a new one can read while the file is held or damaged.
+  const std::string& subject() const override;
+  std::any memory() const override;
+  void remember(const std::any& memory) override;
+
   /// Takes over what other processes have changed in the store since, as if a client had changed it here.
   void follow();
 
@@ -51,6 +56,11 @@ class ZEB_EthEventSettings : public ManagedObject, public EventSettings {
 
  private:
   using Selection = std::array<bool, kCount>;
+  struct Memory {
+    std::shared_ptr<DataStore> store;
+    std::shared_ptr<const DataStore::Values> followed;
+    std::array<std::uint32_t, kCount> values;
+  };
 
   std::uint32_t value(EventSetting setting) const { return _values[static_cast<std::size_t>(setting)]; }
   void takeOver();
@@ -62,8 +72,8 @@ class ZEB_EthEventSettings : public ManagedObject, public EventSettings {
   std::array<std::atomic<std::uint32_t>, kCount> _values{};
   std::atomic<std::int64_t> _lastPollTime{0};
   std::atomic<bool> _pollingDisabled{false};
-  std::unique_ptr<DataStore> _store;  ///< null when it could not be opened
-  std::mutex _changing;               ///< from the look at the store to the change that follows from it
+  std::shared_ptr<DataStore> _store;  ///< null when it could not be opened
+  mutable std::mutex _changing;       ///< from the look at the store to the change that follows from it
   std::shared_ptr<const DataStore::Values> _followed;  ///< what the values were last taken from
 };
 

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <filesystem>
 #include <thread>
 
 #include "cmpicpp/CmpiStatus.h"
@@ -379,6 +380,20 @@ TEST_F(EventSettingsTest, aFirstStartOnAFullDiskSaysSoOnceAndHasTheDefaults) {
                        return errors == 1 ? 0 : 3;
                      }).wait();
   EXPECT_EQ(result, 0);
+}
+
+TEST_F(EventSettingsTest, aRebuildThatCannotReadTheStoreKeepsWhatWasKnown) {
+  ZEB_EthEventSettings before = make();
+  ASSERT_EQ(modify(before, changed({{"PollInterval", std::uint32_t{7}}, {"MonitorPorts", false}}),
+                   {"PollInterval", "MonitorPorts"}),
+            CMPI_RC_OK);
+  std::filesystem::remove_all(directory.file("stores"));
+  directory.write("stores", "a file");
+  ZEB_EthEventSettings after = make();
+  EXPECT_EQ(after.number(EventSetting::PollInterval), 200u);
+  after.remember(before.memory());
+  EXPECT_EQ(after.number(EventSetting::PollInterval), 7u);
+  EXPECT_FALSE(after.isOn(EventSetting::MonitorPorts));
 }
 
 }  // namespace
