@@ -136,6 +136,9 @@ void SqliteStore::tryWriting() {
     noteUnwritable("");
   } catch (const SqliteError& error) {
     if (!error.busy()) noteUnwritable(error.what());
+  } catch (const std::exception& error) {
+    // Reading does not need what is lacking here, such as another descriptor.
+    noteUnwritable(error.what());
   }
 }
 
