@@ -111,7 +111,7 @@ TEST_F(ServiceTest, EachProcessHasTheRightsThatItNeedsAndMayGetNoMore) {
     EXPECT_EQ(known.at("CapAmb"), none);
     EXPECT_EQ(known.at("NoNewPrivs"), "1");
     EXPECT_EQ(known.at("Seccomp"), "2");  // filtered
-    EXPECT_EQ(line("prlimit --noheadings --output SOFT,HARD --core --pid " + process + " | tr -s ' '"),
+    EXPECT_EQ(line("prlimit --noheadings --output SOFT,HARD --core --pid " + process + " | xargs echo"),
               "0 0");
   }
 }
