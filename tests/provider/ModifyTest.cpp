@@ -5,7 +5,6 @@
 
 #include "ClientFixture.h"
 #include "common/DataStore.h"
-#include "posix/ChildProcess.h"
 
 namespace ZEB::test {
 namespace {
@@ -159,19 +158,17 @@ TEST_F(ModifyTest, withoutStoresItServesAndChangesHoldUntilARestart) {
 }
 
 TEST_F(ModifyTest, whatTheStoreDoesNotKeepIsRefusedAndNotChanged) {
-  const int result =
-      ChildProcess([&] {
-        signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{100, RLIM_INFINITY};
-        if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return 1;
-        if (change(only("ZEB_EthEventSettings"), "PollInterval", std::uint32_t{60}) != CMPI_RC_ERR_FAILED) {
-          return 2;
-        }
-        if (change(only("ZEB_EthernetMemberOfCollection"), "Included", false) != CMPI_RC_ERR_FAILED) return 3;
-        const bool included = only("ZEB_EthernetMemberOfCollection").getProperty("Included").asBoolean();
-        return included ? 0 : 4;
-      }).wait();
-  EXPECT_EQ(result, 0);
+  const auto handler = signal(SIGXFSZ, SIG_IGN);
+  rlimit limit{};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
+  const rlimit full{100, limit.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &full), 0);
+  EXPECT_EQ(change(only("ZEB_EthEventSettings"), "PollInterval", std::uint32_t{60}), CMPI_RC_ERR_FAILED);
+  EXPECT_EQ(change(only("ZEB_EthernetMemberOfCollection"), "Included", false), CMPI_RC_ERR_FAILED);
+  EXPECT_EQ(only("ZEB_EthEventSettings").getProperty("PollInterval"), CmpiData(std::uint32_t{200}));
+  EXPECT_EQ(only("ZEB_EthernetMemberOfCollection").getProperty("Included"), CmpiData(true));
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  signal(SIGXFSZ, handler);
 }
 
 }  // namespace
