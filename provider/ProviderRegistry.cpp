@@ -2,8 +2,11 @@
 
 #include <strings.h>
 
+#include <chrono>
+#include <mutex>
 #include <new>
 #include <system_error>
+#include <thread>
 
 #include "common/LibraryPin.h"
 #include "common/Logger.h"
@@ -103,7 +106,12 @@ bool ProviderRegistry::release(const CmpiCpp::CmpiContext& context, bool termina
 
 void ProviderRegistry::end() {
   // Whoever is at work here may be waiting for this very thread.
-  const std::unique_lock lock(_mutex, kPatience);
+  std::unique_lock lock(_mutex, std::try_to_lock);
+  const auto deadline = std::chrono::steady_clock::now() + kPatience;
+  while (!lock && std::chrono::steady_clock::now() < deadline) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    static_cast<void>(lock.try_lock());
+  }
   if (!lock) return;
   _ended = true;
   _watch.reset();

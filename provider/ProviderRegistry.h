@@ -51,7 +51,7 @@ class ProviderRegistry {
 
   const Factory _factory;
   CmpiCpp::ManagementInterfaces _interfaces;
-  std::timed_mutex _mutex;
+  std::mutex _mutex;
   std::map<std::string, std::unique_ptr<CmpiCpp::CmpiProvider>, CaseInsensitive> _providers;
   std::optional<WorkerTimer> _watch;  ///< looks for what does not end, while there is a provider
   bool _ended = false;
