@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -14,11 +15,18 @@
 namespace ZEB::test {
 
 /// A host in memory, whose records follow what the test changes. Interfaces are up with carrier and know
-/// little else.
+/// little else. While other threads read the records, `change` is the only way to change it.
 class MemoryHost {
  public:
   MemoryHost()
-      : _inventory(std::make_shared<ethernet::Inventory>(std::make_unique<Source>(_snapshot), false)) {}
+      : _inventory(std::make_shared<ethernet::Inventory>(std::make_unique<Source>(_machine), false)) {}
+
+  /// Makes `changes` at once for whoever reads meanwhile.
+  template <typename Changes>
+  void change(Changes changes) {
+    const std::lock_guard lock(_machine->mutex);
+    changes();
+  }
 
   ethernet::LinkFacts& addPort(const std::string& name) {
     auto& link = add(name);
@@ -55,24 +63,24 @@ class MemoryHost {
   }
 
   void addAddress(const std::string& name, const std::string& text, std::uint8_t prefixLength) {
-    auto& facts = _snapshot->addresses.emplace_back(address(text, prefixLength));
+    auto& facts = _machine->snapshot.addresses.emplace_back(address(text, prefixLength));
     facts.index = link(name).index;
   }
   void addGateway(const std::string& name, const std::string& gateway) {
-    auto& route = _snapshot->routes.emplace_back();
+    auto& route = _machine->snapshot.routes.emplace_back();
     route.index = link(name).index;
     route.gateway = ethernet::parseIpAddress(gateway).value();
     route.table = 254;
   }
 
   ethernet::LinkFacts& link(const std::string& name) {
-    for (auto& link : _snapshot->links) {
+    for (auto& link : _machine->snapshot.links) {
       if (link.name == name) return link;
     }
     throw std::out_of_range(name);
   }
-  ethernet::HostSnapshot& snapshot() { return *_snapshot; }
-  const ethernet::HostSnapshot& snapshot() const { return *_snapshot; }
+  ethernet::HostSnapshot& snapshot() { return _machine->snapshot; }
+  const ethernet::HostSnapshot& snapshot() const { return _machine->snapshot; }
 
   /// The port or the team of that position.
   EthernetPort port(std::size_t position) {
@@ -91,27 +99,36 @@ class MemoryHost {
   }
 
  private:
+  struct Machine {
+    std::mutex mutex;
+    ethernet::HostSnapshot snapshot;
+  };
+
   class Source : public ethernet::HostSource {
    public:
-    explicit Source(std::shared_ptr<const ethernet::HostSnapshot> snapshot)
-        : _snapshot(std::move(snapshot)) {}
-    ethernet::Outcome<ethernet::HostSnapshot> readAll() override { return *_snapshot; }
-    ethernet::Outcome<ethernet::HostSnapshot> readOne(std::uint32_t) override { return *_snapshot; }
+    explicit Source(std::shared_ptr<Machine> machine) : _machine(std::move(machine)) {}
+    ethernet::Outcome<ethernet::HostSnapshot> readAll() override { return copy(); }
+    ethernet::Outcome<ethernet::HostSnapshot> readOne(std::uint32_t) override { return copy(); }
     bool announced() override { return true; }
 
    private:
-    std::shared_ptr<const ethernet::HostSnapshot> _snapshot;
+    ethernet::HostSnapshot copy() {
+      const std::lock_guard lock(_machine->mutex);
+      return _machine->snapshot;
+    }
+
+    std::shared_ptr<Machine> _machine;
   };
 
   ethernet::LinkFacts& add(const std::string& name) {
-    auto& link = _snapshot->links.emplace_back();
-    link.index = static_cast<std::uint32_t>(_snapshot->links.size());
+    auto& link = _machine->snapshot.links.emplace_back();
+    link.index = static_cast<std::uint32_t>(_machine->snapshot.links.size());
     link.name = name;
     setStatus(link, operationalStatus::OK);
     return link;
   }
 
-  std::shared_ptr<ethernet::HostSnapshot> _snapshot = std::make_shared<ethernet::HostSnapshot>();
+  std::shared_ptr<Machine> _machine = std::make_shared<Machine>();
   std::shared_ptr<ethernet::Inventory> _inventory;
 };
 

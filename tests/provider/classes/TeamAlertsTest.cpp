@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <fstream>
 #include <thread>
 
@@ -14,6 +15,7 @@ namespace ZEB::test {
 namespace {
 
 using Status = operationalStatus;
+using testing::AnyOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -245,15 +247,25 @@ TEST_F(TeamAlertsTest, LogsEveryLook) {
               ElementsAre("ZEB_EthernetTeam::manageDynamic()", "indicationsEnabled: 0"));
 }
 
-TEST_F(TeamAlertsTest, InstancesMayBeMadeBesideIt) {
+TEST_F(TeamAlertsTest, InstancesMayBeMadeBesideItAndNeverMixTwoReadings) {
   turn({"MonitorRedundancySets"}, false);
   auto team = make();
+  std::atomic made = 0;
   std::jthread reader([&](const std::stop_token& stop) {
-    while (!stop.stop_requested()) team.makeInstance();
+    while (!stop.stop_requested()) {
+      const auto instance = team.makeInstance();
+      const auto text = [&](const char* name) { return textOf(instance.getProperty(name)); };
+      EXPECT_THAT(std::pair(text("GroupOperationalStatus"), text("RedundancyStatus")),
+                  AnyOf(std::pair("uint16[] {2}", "uint16 2"), std::pair("uint16[] {6}", "uint16 5")));
+      ++made;
+    }
   });
-  for (int round = 0; round < 50; ++round) {
-    setStatus(host.link("eth0"), round % 2 == 0 ? Status::Error : Status::OK);
-    setStatus(host.link("eth1"), round % 2 == 0 ? Status::Error : Status::OK);
+  for (int round = 0; round < 50 || made < 100; ++round) {
+    host.change([&] {
+      for (const char* port : {"eth0", "eth1"}) {
+        setStatus(host.link(port), round % 2 == 0 ? Status::Error : Status::OK);
+      }
+    });
     EXPECT_EQ(manage(team).size(), 1U);
   }
 }
