@@ -114,7 +114,7 @@ void Delivery::Exporter::setSubscriptions(std::vector<Subscription> subscription
 
 void Delivery::Exporter::deliver(const std::vector<std::string>& filterNames,
                                  std::string_view instanceElement) {
-  const auto now = std::chrono::system_clock::now();
+  const auto now = _settings.clock();
   {
     const std::lock_guard lock(_mutex);
     std::vector<const Subscription*> wanting;

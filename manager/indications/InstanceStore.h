@@ -19,6 +19,8 @@ class InstanceStore {
 
   /// Reads every instance. What no longer fits its class is left in the file, with a line in the log.
   void load(const std::function<void(std::unique_ptr<StoredInstance>)>& take);
+  /// After damage: what was there has to be put anew.
+  void beginAnew(const std::string& why) { _file.beginAnew(why); }
   void put(const std::string& name, const StoredInstance& stored);
   void remove(const std::string& name);
 

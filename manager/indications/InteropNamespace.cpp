@@ -30,16 +30,10 @@ void addPath(Reply& reply, const StoredInstance& stored) {
 
 /// How long a subscription still lasts. Only now it is known.
 void addTimeRemaining(Instance& copy, const StoredInstance& stored) {
-  const auto duration = stored.number("SubscriptionDuration");
-  const CMPIData* const start = stored.value("SubscriptionStartTime");
-  if (!duration || !start) return;
-  const auto now =
-      std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch());
-  const std::uint64_t begun = as<DateTime>(start->value.dateTime)->body().microseconds / 1'000'000;
-  const auto seconds = static_cast<std::uint64_t>(now.count());
-  const std::uint64_t passed = seconds > begun ? seconds - begun : 0;
+  if (!stored.until) return;
+  const auto time = std::chrono::floor<std::chrono::seconds>(*stored.until - BootClock::now());
   CMPIValue left{};
-  left.uint64 = passed < *duration ? *duration - passed : 0;
+  left.uint64 = static_cast<std::uint64_t>(std::max(time, std::chrono::seconds(0)).count());
   copy.ft->setProperty(&copy, "SubscriptionTimeRemaining", &left, CMPI_uint64);
 }
 

@@ -22,6 +22,7 @@ struct InteropSettings {
   std::string systemName;                    ///< of this server; empty: its host name
   std::string sourceNameSpace = "root/jxv";  ///< where indications come from
   std::size_t mostInstances = 1000;          ///< that clients may have made
+  std::size_t mostBytes = 4U << 20;          ///< of all their texts
 };
 
 class InteropTable;

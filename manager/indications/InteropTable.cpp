@@ -1,7 +1,7 @@
 #include "indications/InteropTable.h"
 
 #include <algorithm>
-#include <set>
+#include <numeric>
 
 #include "broker/HostName.h"
 #include "values/Values.h"
@@ -17,13 +17,33 @@ CMPIData small(CMPIType type, std::uint64_t number) {
   return dataOf(type, value);
 }
 
-std::optional<std::chrono::system_clock::time_point> endOf(const StoredInstance& subscription) {
+/// By the date when it is asked; later changes of the date have no part in it.
+std::optional<BootClock::time_point> endOf(const StoredInstance& subscription) {
   const auto duration = subscription.number("SubscriptionDuration");
   const CMPIData* const start = subscription.value("SubscriptionStartTime");
   if (!duration || !start) return std::nullopt;
   constexpr std::uint64_t kLongest = std::uint64_t{100} * 365 * 24 * 3600;
   const auto begin = std::chrono::microseconds(as<DateTime>(start->value.dateTime)->body().microseconds);
-  return std::chrono::system_clock::time_point(begin + std::chrono::seconds(std::min(*duration, kLongest)));
+  const auto end = begin + std::chrono::seconds(std::min(*duration, kLongest));
+  return BootClock::now() + (end - std::chrono::system_clock::now().time_since_epoch());
+}
+
+/// Whether two subscriptions begin and last alike.
+bool sameTimes(const StoredInstance& a, const StoredInstance& b) {
+  const auto startOf = [](const StoredInstance& subscription) {
+    const CMPIData* const start = subscription.value("SubscriptionStartTime");
+    return start ? as<DateTime>(start->value.dateTime)->body().microseconds : 0;
+  };
+  return startOf(a) == startOf(b) && a.number("SubscriptionDuration") == b.number("SubscriptionDuration");
+}
+
+std::size_t bytesOf(const CMPIData& data) {
+  if (isNull(data)) return 0;
+  if (data.type == CMPI_string) return textOf(data.value.string).size();
+  if (!isArray(data.type)) return sizeof data;
+  const ArrayBody& array = as<Array>(data.value.array)->body();
+  return std::accumulate(array.elements, array.elements + array.count, sizeof data,
+                         [](std::size_t sum, const CMPIData& element) { return sum + bytesOf(element); });
 }
 
 /// What a modification asks for: with a list all that is on it, without one all that has a value or is given
@@ -55,10 +75,67 @@ InteropTable::InteropTable(const ClassRepository& repository, const ClassReposit
       _log(std::move(log)),
       _store(settings.directory, _names, _log) {
   addFixed();
-  _store.load([this](std::unique_ptr<StoredInstance> stored) {
-    const std::string name = _names.nameOf(*stored->instance->body().path);
-    _made += _instances.emplace(name, std::move(stored)).second ? 1 : 0;
-  });
+  try {
+    _store.load([this](std::unique_ptr<StoredInstance> stored) {
+      complete(*stored);
+      take(std::move(stored));
+    });
+  } catch (const SqliteError& error) {
+    if (!error.damaged()) throw;
+    saveAnew(error.what());
+  }
+}
+
+/// What is asked of an instance again and again.
+void InteropTable::complete(StoredInstance& stored) const {
+  stored.completePath();
+  stored.name = _names.nameOf(*stored.instance->body().path);
+  stored.bytes = stored.name.size();
+  for (const NamedValue& property : stored.instance->body().properties) {
+    stored.bytes += bytesOf(property.data);
+    if (property.data.type == CMPI_ref && !isNull(property.data))
+      stored.ends[std::string(property.name)] = _names.nameOf(property.data);
+  }
+  if (_repository.isA(stored.classDef().name, kSubscriptionClass)) stored.until = endOf(stored);
+}
+
+void InteropTable::take(std::unique_ptr<StoredInstance> stored) {
+  std::unique_ptr<StoredInstance>& place = _instances[stored->name];
+  if (!stored->fixed) {
+    _made += place ? 0 : 1;
+    _bytes += stored->bytes - (place ? place->bytes : 0);
+  }
+  place = std::move(stored);
+}
+
+void InteropTable::checkPlace(const StoredInstance& stored) const {
+  const StoredInstance* const before = find(stored.name);
+  if (!before && _made >= _settings.mostInstances) {
+    throw Refusal(CMPI_RC_ERR_FAILED, "there are already " + std::to_string(_made) + " instances");
+  }
+  if (_bytes + stored.bytes - (before ? before->bytes : 0) > _settings.mostBytes) {
+    throw Refusal(CMPI_RC_ERR_FAILED, "all instances together would be longer than " +
+                                          std::to_string(_settings.mostBytes) + " bytes");
+  }
+}
+
+/// What is known goes into a fresh file.
+void InteropTable::saveAnew(const std::string& why) {
+  _store.beginAnew(why);
+  for (const auto& [name, stored] : _instances) {
+    if (!stored->fixed) _store.put(name, *stored);
+  }
+}
+
+/// A damaged file is no reason to refuse what a fresh one takes.
+void InteropTable::change(const std::function<void()>& write) {
+  try {
+    write();
+  } catch (const SqliteError& error) {
+    if (!error.damaged()) throw;
+    saveAnew(error.what());
+    write();
+  }
 }
 
 void InteropTable::addFixed() {
@@ -68,10 +145,9 @@ void InteropTable::addFixed() {
     auto stored = std::make_unique<StoredInstance>(*classDef, kInteropNameSpace);
     fill(*stored);
     _rules.complete(*stored);
-    stored->completePath();
     stored->fixed = true;
-    const std::string name = _names.nameOf(*stored->instance->body().path);
-    _instances.emplace(name, std::move(stored));
+    complete(*stored);
+    take(std::move(stored));
   };
   add("CIM_ObjectManager", [](StoredInstance& manager) {
     manager.setText("Name", kManager);
@@ -116,14 +192,15 @@ std::vector<const StoredInstance*> InteropTable::ofClass(std::string_view classN
 }
 
 /// The file first: what cannot be kept is not there.
-void InteropTable::keep(const std::string& name, std::unique_ptr<StoredInstance> stored) {
+void InteropTable::keep(std::unique_ptr<StoredInstance> stored) {
+  checkPlace(*stored);
   try {
-    _store.put(name, *stored);
-  } catch (const SqliteError& error) {
+    change([&] { _store.put(stored->name, *stored); });
+  } catch (const ManagerError& error) {
     _log(std::string("an instance cannot be kept: ") + error.what());
     throw Refusal(CMPI_RC_ERR_FAILED, std::string("it cannot be kept: ") + error.what());
   }
-  _instances[name] = std::move(stored);
+  take(std::move(stored));
 }
 
 const StoredInstance& InteropTable::create(const ObjectPath& path, const Instance& given) {
@@ -140,14 +217,10 @@ const StoredInstance& InteropTable::create(const ObjectPath& path, const Instanc
   _rules.noteState(*stored);
   _rules.resolve(*stored, [this](const std::string& name) { return find(name); });
   _rules.check(*stored);
-  stored->completePath();
-  const std::string name = _names.nameOf(*stored->instance->body().path);
+  complete(*stored);
+  const std::string name = stored->name;
   if (find(name)) throw Refusal(CMPI_RC_ERR_ALREADY_EXISTS, "there is already " + name);
-  if (_made >= _settings.mostInstances) {
-    throw Refusal(CMPI_RC_ERR_FAILED, "there are already " + std::to_string(_made) + " instances");
-  }
-  keep(name, std::move(stored));
-  ++_made;
+  keep(std::move(stored));
   return *find(name);
 }
 
@@ -164,97 +237,33 @@ void InteropTable::modify(const PathBody& path, const Instance& given, PropertyL
   _rules.resolve(*after, [this](const std::string& name) { return find(name); });
   if (before.number("SubscriptionState") != after->number("SubscriptionState")) _rules.noteState(*after);
   _rules.check(*after);
-  after->completePath();
-  const std::string name = _names.nameOf(*before.instance->body().path);
-  if (_names.nameOf(*after->instance->body().path) != name) {
-    throw Refusal(CMPI_RC_ERR_INVALID_PARAMETER, "keys cannot be modified");
-  }
-  keep(name, std::move(after));
+  complete(*after);
+  if (after->name != before.name) throw Refusal(CMPI_RC_ERR_INVALID_PARAMETER, "keys cannot be modified");
+  if (sameTimes(before, *after)) after->until = before.until;
+  keep(std::move(after));
 }
 
 void InteropTable::remove(const PathBody& path) {
   const StoredInstance& stored = get(path);
   if (stored.fixed) throw Refusal(CMPI_RC_ERR_NOT_SUPPORTED, "it cannot be deleted");
-  if (!links(path, {}).empty() && !stored.classDef().association) {
+  if (!stored.classDef().association && isUsed(stored.name)) {
     throw Refusal(CMPI_RC_ERR_FAILED, "a subscription uses it: delete that first");
   }
-  const std::string name = _names.nameOf(path);
+  const std::string name = stored.name;
   try {
-    _store.remove(name);
-  } catch (const SqliteError& error) {
+    change([&] { _store.remove(name); });
+  } catch (const ManagerError& error) {
     throw Refusal(CMPI_RC_ERR_FAILED, std::string("it cannot be deleted: ") + error.what());
   }
+  _bytes -= stored.bytes;
   _instances.erase(name);
   --_made;
 }
 
-std::vector<InteropTable::Link> InteropTable::links(const PathBody& path,
-                                                    const AssociationFilter& filter) const {
-  const StoredInstance& start = get(path);
-  const std::string from = _names.nameOf(*start.instance->body().path);
-  for (const std::string& className : {filter.associationClass, filter.resultClass}) {
-    if (!className.empty()) requireClass(className, CMPI_RC_ERR_INVALID_PARAMETER);
-  }
-  std::vector<Link> found;
-  for (const auto& [name, stored] : _instances) {
-    const ClassDef& classDef = stored->classDef();
-    const bool wanted =
-        filter.associationClass.empty() || _repository.isA(classDef.name, filter.associationClass);
-    if (classDef.association && wanted) linksThrough(*stored, from, filter, found);
-  }
-  return found;
-}
-
-void InteropTable::linksThrough(const StoredInstance& association, const std::string& from,
-                                const AssociationFilter& filter, std::vector<Link>& links) const {
-  const auto fits = [](const std::string& role, const NamedValue& end) {
-    return end.data.type == CMPI_ref && !isNull(end.data) && (role.empty() || sameName(role, end.name));
-  };
-  for (const NamedValue& near : association.instance->body().properties) {
-    if (!fits(filter.role, near) || _names.nameOf(near.data) != from) continue;
-    for (const NamedValue& far : association.instance->body().properties) {
-      if (&far == &near || !fits(filter.resultRole, far)) continue;
-      const StoredInstance* const end = find(_names.nameOf(far.data));
-      const bool wanted =
-          end && (filter.resultClass.empty() || _repository.isA(end->classDef().name, filter.resultClass));
-      if (wanted) links.push_back({&association, end});
-    }
-  }
-}
-
-std::vector<const StoredInstance*> InteropTable::enabledSubscriptions() const {
-  std::vector<const StoredInstance*> enabled;
-  for (const auto& [name, stored] : _instances) {
-    const bool subscription = _repository.isA(stored->classDef().name, kSubscriptionClass);
-    if (!subscription || !isEnabled(*stored)) continue;
-    const bool whole =
-        find(_names.nameOf(*stored->value("Filter"))) && find(_names.nameOf(*stored->value("Handler")));
-    if (whole) enabled.push_back(stored.get());
-  }
-  return enabled;
-}
-
-std::vector<IndicationFilter> InteropTable::wantedFilters() const {
-  std::set<std::string> names;
-  for (const StoredInstance* subscription : enabledSubscriptions())
-    names.insert(_names.nameOf(*subscription->value("Filter")));
-  std::vector<IndicationFilter> filters;
-  for (const std::string& name : names) {
-    const StoredInstance& filter = *find(name);
-    filters.push_back({name, filter.text("Query"), filter.text("QueryLanguage")});
-  }
-  return filters;
-}
-
-std::vector<Subscription> InteropTable::subscriptions() const {
-  std::vector<Subscription> list;
-  for (const StoredInstance* subscription : enabledSubscriptions()) {
-    const std::string handler = _names.nameOf(*subscription->value("Handler"));
-    list.push_back({_names.nameOf(*subscription->instance->body().path),
-                    _names.nameOf(*subscription->value("Filter")), handler,
-                    find(handler)->text("Destination"), endOf(*subscription)});
-  }
-  return list;
+bool InteropTable::isUsed(const std::string& name) const {
+  return std::ranges::any_of(_instances, [&](const auto& entry) {
+    return std::ranges::any_of(entry.second->ends, [&](const auto& end) { return end.second == name; });
+  });
 }
 
 }  // namespace ZebManager

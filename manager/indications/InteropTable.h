@@ -44,11 +44,24 @@ class InteropTable {
  private:
   const StoredInstance* find(const std::string& name) const;
   const ClassDef& requireClass(std::string_view className, CMPIrc code) const;
-  void keep(const std::string& name, std::unique_ptr<StoredInstance> stored);
+  /// A subscription that is enabled and whole.
+  struct Enabled {
+    const StoredInstance& subscription;
+    const StoredInstance& filter;
+    const StoredInstance& handler;
+  };
+
+  void complete(StoredInstance& stored) const;
+  void take(std::unique_ptr<StoredInstance> stored);
+  void checkPlace(const StoredInstance& stored) const;
+  void keep(std::unique_ptr<StoredInstance> stored);
+  bool isUsed(const std::string& name) const;
+  void change(const std::function<void()>& write);
+  void saveAnew(const std::string& why);
   void addFixed();
   void linksThrough(const StoredInstance& association, const std::string& from,
                     const AssociationFilter& filter, std::vector<Link>& links) const;
-  std::vector<const StoredInstance*> enabledSubscriptions() const;
+  std::vector<Enabled> enabledSubscriptions() const;
 
   const ClassRepository& _repository;
   const InteropSettings _settings;
@@ -58,6 +71,7 @@ class InteropTable {
   InstanceStore _store;
   std::map<std::string, std::unique_ptr<StoredInstance>> _instances;  // by InstanceNames::nameOf
   std::size_t _made = 0;                                              // that are not fixed
+  std::size_t _bytes = 0;                                             // of these
 };
 
 }  // namespace ZebManager

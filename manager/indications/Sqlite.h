@@ -18,7 +18,7 @@ class SqliteError : public ManagerError {
  public:
   SqliteError(int errorCode, const std::string& text) : ManagerError(text), code(errorCode) {}
   /// Whether the file is not what SQLite wrote.
-  bool damaged() const { return code == SQLITE_CORRUPT || code == SQLITE_NOTADB; }
+  bool damaged() const { return code == SQLITE_CORRUPT || code == SQLITE_NOTADB || code == SQLITE_FORMAT; }
   int code;
 };
 
@@ -59,24 +59,36 @@ class SqliteStatement {
 class SqliteFile {
  public:
   /// Opens `directory/name`, both of which are made when they are missing. `upgrades` brings the file from
-  /// each format to the next, from an empty one on. A damaged file is put aside under a new name and a fresh
-  /// one begun, with a line in the log. Throws ManagerError, also for a file of a format that is not known
-  /// yet.
+  /// each format to the next, from an empty one on, and has to outlive this. A damaged file is put aside
+  /// under a new name and a fresh one begun, with a line in the log. Throws ManagerError, also for a file of
+  /// a format that is not known yet.
   SqliteFile(const std::string& directory, const std::string& name, std::span<const char* const> upgrades,
-             const LogLine& log);
+             LogLine log);
+
+  /// The same for a file that turned out to be damaged while it was in use: from here on it is empty. No
+  /// statement may be left. Throws ManagerError.
+  void beginAnew(const std::string& why);
 
   void execute(const char* statements);
   SqliteStatement prepare(const char* text) { return {_database.get(), text}; }
-  /// Rows that the last statement changed.
-  int changes() const { return sqlite3_changes(_database.get()); }
+  /// Gives the disk back what much of the file is no longer used for. Throws SqliteError.
+  void shrink();
 
  private:
   struct Close {
     void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
   };
 
-  void open(const std::string& path, std::span<const char* const> upgrades);
+  void openOrRefuse();
+  void open();
+  void checkHeader();
+  void upgrade();
+  void checkContent();
+  std::int64_t numberOf(const char* question);
 
+  const std::string _path;
+  const std::span<const char* const> _upgrades;
+  const LogLine _log;
   std::unique_ptr<sqlite3, Close> _database;
 };
 

@@ -38,32 +38,37 @@ StoredInstance::StoredInstance(const StoredInstance& other)
     : instance(makeHandle<Instance>(arena, copyInstance(arena, other.instance->body()))),
       fixed(other.fixed) {}
 
-const CMPIData* StoredInstance::value(std::string_view name) const {
-  const NamedValue* const found = instance->body().properties.find(name);
+const CMPIData* StoredInstance::value(std::string_view property) const {
+  const NamedValue* const found = instance->body().properties.find(property);
   return found && !isNull(found->data) ? &found->data : nullptr;
 }
 
-std::string StoredInstance::text(std::string_view name) const {
-  const CMPIData* const data = value(name);
+std::string StoredInstance::text(std::string_view property) const {
+  const CMPIData* const data = value(property);
   return data && data->type == CMPI_string ? std::string(textOf(data->value.string)) : std::string();
 }
 
-std::optional<std::uint64_t> StoredInstance::number(std::string_view name) const {
-  const CMPIData* const data = value(name);
+std::optional<std::uint64_t> StoredInstance::number(std::string_view property) const {
+  const CMPIData* const data = value(property);
   return data && integerRange(data->type) ? std::optional(unsignedOf(*data)) : std::nullopt;
 }
 
-void StoredInstance::set(const std::string& name, const CMPIData& data) {
-  const CMPIValue* const passed = isNull(data) ? nullptr : &data.value;
-  const CMPIrc code = instance->ft->setProperty(instance, name.c_str(), passed, data.type).rc;
-  if (code == CMPI_RC_OK) return;
-  if (code == CMPI_RC_ERR_NO_SUCH_PROPERTY)
-    throw Refusal(code, classDef().name + " has no property " + quoted(name));
-  throw Refusal(CMPI_RC_ERR_TYPE_MISMATCH, quoted(name) + " is not of the type " + typeName(data.type));
+std::string StoredInstance::endAt(const std::string& property) const {
+  const auto found = ends.find(property);
+  return found == ends.end() ? std::string() : found->second;
 }
 
-void StoredInstance::setText(const std::string& name, std::string_view text) {
-  set(name, dataOf(makeString(arena, text)));
+void StoredInstance::set(const std::string& property, const CMPIData& data) {
+  const CMPIValue* const passed = isNull(data) ? nullptr : &data.value;
+  const CMPIrc code = instance->ft->setProperty(instance, property.c_str(), passed, data.type).rc;
+  if (code == CMPI_RC_OK) return;
+  if (code == CMPI_RC_ERR_NO_SUCH_PROPERTY)
+    throw Refusal(code, classDef().name + " has no property " + quoted(property));
+  throw Refusal(CMPI_RC_ERR_TYPE_MISMATCH, quoted(property) + " is not of the type " + typeName(data.type));
+}
+
+void StoredInstance::setText(const std::string& property, std::string_view text) {
+  set(property, dataOf(makeString(arena, text)));
 }
 
 void StoredInstance::completePath() {

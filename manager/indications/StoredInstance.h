@@ -1,11 +1,14 @@
 // An instance of "root/interop" that stays, and how it is named.
 #pragma once
 
+#include <map>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
+#include "indications/BootClock.h"
 #include "values/Objects.h"
 
 namespace ZebManager {
@@ -29,19 +32,28 @@ struct StoredInstance {
 
   const ClassDef& classDef() const { return *instance->body().classDef; }
   /// Null when the property has no value.
-  const CMPIData* value(std::string_view name) const;
-  std::string text(std::string_view name) const;  ///< of a string; empty without a value
-  std::optional<std::uint64_t> number(std::string_view name) const;
+  const CMPIData* value(std::string_view property) const;
+  std::string text(std::string_view property) const;  ///< of a string; empty without a value
+  std::optional<std::uint64_t> number(std::string_view property) const;
+
+  /// Name of what a property refers to; empty when it refers to nothing.
+  std::string endAt(const std::string& property) const;
 
   /// Throws Refusal when the class has no such property, or one of another type.
-  void set(const std::string& name, const CMPIData& data);
-  void setText(const std::string& name, std::string_view text);
+  void set(const std::string& property, const CMPIData& data);
+  void setText(const std::string& property, std::string_view text);
   /// Makes the path's keys what the key properties are. Throws Refusal when one has no value.
   void completePath();
 
   Arena arena;
   Instance* instance;
   bool fixed = false;  ///< not for clients to change
+
+  // What its table works out when it takes the instance in.
+  std::string name;                            ///< InstanceNames::nameOf
+  std::map<std::string, std::string> ends;     ///< names of what it refers to, by property
+  std::optional<BootClock::time_point> until;  ///< of a subscription that ends
+  std::size_t bytes = 0;                       ///< of all its texts
 };
 
 /// Names instances: the same for two paths exactly when they name the same instance.

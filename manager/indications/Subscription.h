@@ -1,10 +1,11 @@
 // What the subscriptions of "root/interop" come to, for those who make and deliver indications.
 #pragma once
 
-#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
+
+#include "indications/BootClock.h"
 
 namespace ZebManager {
 
@@ -17,8 +18,7 @@ struct Subscription {
   std::string filterName;   ///< `IndicationFilter::name`
   std::string handlerName;  ///< unique for a listener; indications of one listener are sent in order
   std::string destination;  ///< URL of the listener
-  std::optional<std::chrono::system_clock::time_point> end =
-      std::nullopt;  ///< nothing is queued from then on
+  std::optional<BootClock::time_point> end = std::nullopt;  ///< nothing is queued from then on
 
   bool operator==(const Subscription&) const = default;
 };

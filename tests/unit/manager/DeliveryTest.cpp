@@ -157,11 +157,11 @@ TEST_F(Deliveries, EndWithTheirTime) {
   TestListener listener;
   start();
   Subscription over = subscription("f", "h", listener.url());
-  over.end = std::chrono::system_clock::now() - 1s;
+  over.end = BootClock::now() - 1s;
   delivery->setSubscriptions({over});
   deliver(1, 1);
   EXPECT_EQ(delivery->waiting(), 0U);
-  over.end = std::chrono::system_clock::now() + 1h;
+  over.end = BootClock::now() + 1h;
   delivery->setSubscriptions({over});
   deliver(2, 2);
   ASSERT_TRUE(listener.waitFor(1));

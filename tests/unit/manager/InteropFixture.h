@@ -2,6 +2,7 @@
 #pragma once
 
 #include <gmock/gmock.h>
+#include <sqlite3.h>
 
 #include <memory>
 #include <string>
@@ -58,13 +59,24 @@ inline Properties with(Properties properties, const std::string& name, const std
 
 class Interop : public testing::Test {
  protected:
-  Interop() { start(); }
+  Interop() {
+    settings = {directory.path(), "server", "root/jxv", 6};
+    start();
+  }
 
   void start() {
     space.reset();
     space = std::make_unique<InteropNamespace>(
-        own, sources, InteropSettings{directory.path(), "server", "root/jxv", 6},
-        [this](const std::string& line) { lines.push_back(line); }, [this] { ++changes; });
+        own, sources, settings, [this](const std::string& line) { lines.push_back(line); },
+        [this] { ++changes; });
+  }
+
+  /// As another program does it that has the file open.
+  void elsewhere(const char* statements) const {
+    sqlite3* database = nullptr;
+    ASSERT_EQ(sqlite3_open((directory / "interop.db").c_str(), &database), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(database, statements, nullptr, nullptr, nullptr), SQLITE_OK) << statements;
+    sqlite3_close(database);
   }
 
   /// A path as a client sends it; the text may leave keys out.
@@ -125,6 +137,7 @@ class Interop : public testing::Test {
   const ClassRepository own = ClassRepository::fromFile(ZEB_INTEROP_SCHEMA);
   const ClassRepository sources = ClassRepository::fromFile(ZEB_SCHEMA_FILE);
   ZEB::TemporaryFolder directory;
+  InteropSettings settings;
   Arena arena;
   ArenaScope call{arena};
   std::vector<std::string> lines;

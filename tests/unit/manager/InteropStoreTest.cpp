@@ -2,6 +2,7 @@
 #include <array>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <thread>
 
 #include "InteropFixture.h"
@@ -64,10 +65,7 @@ TEST_F(Interop, ADamagedFileIsPutAside) {
 TEST_F(Interop, WhatNoLongerFitsIsLeftOut) {
   makeOneOfEach();
   space.reset();
-  {
-    SqliteFile file(directory.path(), "interop.db", std::array{""}, [](const std::string&) {});
-    file.execute("UPDATE value SET property = 'Gone' WHERE property = 'Query'");
-  }
+  elsewhere("UPDATE value SET property = 'Gone' WHERE property = 'Query'");
   start();
   EXPECT_THAT(lines, ElementsAre(HasSubstr("no property 'Gone' any more")));
   EXPECT_THAT(space->subscriptions(), IsEmpty()) << "its filter is not there";
@@ -76,22 +74,77 @@ TEST_F(Interop, WhatNoLongerFitsIsLeftOut) {
 
 TEST_F(Interop, AFileOfALaterVersionIsNotTouched) {
   space.reset();
-  {
-    SqliteFile file(directory.path(), "interop.db", std::array{""}, [](const std::string&) {});
-    file.execute("PRAGMA user_version = 99");
-  }
+  elsewhere("PRAGMA user_version = 99; PRAGMA application_id = 0x5a454263");  // 99 behind "ZEB"
   EXPECT_THROW(start(), ManagerError);
   EXPECT_FALSE(std::filesystem::exists(directory / "interop.db.damaged-1"));
 }
 
 TEST_F(Interop, AFileThatCannotBeWrittenRefusesAndChangesNothing) {
   makeOneOfEach();
-  SqliteFile other(directory.path(), "interop.db", std::array{""}, [](const std::string&) {});
-  other.execute("DROP TABLE value");
+  elsewhere("DROP TABLE value");
   EXPECT_EQ(codeOfCreate("CIM_IndicationFilter", filterProperties("g")), CMPI_RC_ERR_FAILED);
   EXPECT_EQ(get(filterPath("g")).code, CMPI_RC_ERR_NOT_FOUND);
   EXPECT_EQ(space->deleteInstance(*subscriptionPath()).code, CMPI_RC_ERR_FAILED);
   EXPECT_THAT(space->subscriptions(), SizeIs(1));
+}
+
+/// What is in memory is not lost with a file that turns out to be damaged while it is in use.
+TEST_F(Interop, DamageWhileTheServerRunsCostsNothing) {
+  makeOneOfEach();
+  const auto before = space->subscriptions();
+  {
+    std::fstream file(directory / "interop.db", std::ios::in | std::ios::out | std::ios::binary);
+    elsewhere("PRAGMA wal_checkpoint(TRUNCATE)");
+    for (int page = 1; page < 8; ++page) {
+      file.seekp(page * 4096);
+      file << std::string(64, 'x');
+    }
+  }
+  elsewhere("PRAGMA user_version = 1");  // the pages that are remembered are read again
+  EXPECT_EQ(codeOfCreate("CIM_IndicationFilter", filterProperties("g")), CMPI_RC_OK);
+  EXPECT_THAT(lines, ElementsAre(HasSubstr("is damaged")));
+  start();
+  EXPECT_EQ(get(filterPath("g")).code, CMPI_RC_OK);
+  ASSERT_THAT(space->subscriptions(), SizeIs(1));
+  EXPECT_EQ(space->subscriptions()[0].name, before[0].name);
+}
+
+TEST_F(Interop, SurvivesRandomDamage) {
+  makeOneOfEach();
+  space.reset();
+  const std::string file = directory / "interop.db";
+  std::ifstream in(file, std::ios::binary);
+  const std::string sound{std::istreambuf_iterator<char>(in), {}};
+  std::mt19937 random(61);
+  for (int round = 0; round < 120; ++round) {
+    std::string damaged = sound;
+    for (int bytes = 1 + round % 8; bytes > 0; --bytes) {
+      const std::size_t reach = round % 2 == 0 ? 200 : damaged.size();
+      damaged[random() % reach] = static_cast<char>(random());
+    }
+    space.reset();
+    for (const auto& left : std::filesystem::directory_iterator(directory.path()))
+      std::filesystem::remove(left);
+    std::ofstream(file, std::ios::binary) << damaged;
+    ASSERT_NO_THROW(start()) << round;
+    ASSERT_EQ(codeOfCreate("CIM_IndicationFilter", filterProperties("g")), CMPI_RC_OK) << round;
+    ASSERT_EQ(space->deleteInstance(*path(filterPath("g"))).code, CMPI_RC_OK) << round;
+  }
+}
+
+TEST_F(Interop, InstancesAreBoundedByTheirLengthToo) {
+  settings.mostBytes = 20'000;
+  start();
+  const std::string large(8'000, 'x');
+  EXPECT_EQ(codeOfCreate("CIM_IndicationFilter", with(filterProperties("f"), "ElementName", large)),
+            CMPI_RC_OK);
+  EXPECT_EQ(codeOfCreate("CIM_IndicationFilter", with(filterProperties("g"), "ElementName", large)),
+            CMPI_RC_OK);
+  EXPECT_EQ(codeOfCreate("CIM_IndicationFilter", with(filterProperties("h"), "ElementName", large)),
+            CMPI_RC_ERR_FAILED);
+  EXPECT_EQ(space->deleteInstance(*path(filterPath("f"))).code, CMPI_RC_OK);
+  EXPECT_EQ(codeOfCreate("CIM_IndicationFilter", with(filterProperties("h"), "ElementName", large)),
+            CMPI_RC_OK);
 }
 
 TEST_F(Interop, ManyThreadsMayAsk) {

@@ -1,0 +1,188 @@
+// The queue by itself: what it drops, what its numbers tell, and a clock and a disk that play tricks.
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+#include "DeliveryFixture.h"
+#include "indications/DeliveryQueue.h"
+
+namespace ZebManager {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+BootClock::time_point theTime{std::chrono::hours(1)};
+
+class Queue : public testing::Test {
+ protected:
+  Queue() {
+    theTime = BootClock::time_point(std::chrono::hours(1));
+    settings.directory = directory.path();
+    settings.clock = [] { return theTime; };
+    open();
+  }
+
+  void open() {
+    queue.reset();
+    queue.emplace(settings, [this](const std::string& line) { lines.push_back(line); });
+  }
+  void put(const Subscription& to, const std::string& element = "<x/>") { queue->put({&to}, element); }
+  /// Numbers of what waits, which is taken.
+  std::vector<std::int64_t> numbersFor(const std::string& handler) {
+    std::vector<std::int64_t> numbers;
+    while (const auto next = queue->oldest(handler)) {
+      numbers.push_back(next->number);
+      queue->remove(handler, next->id);
+    }
+    return numbers;
+  }
+  /// As another program does it that has the file open.
+  void elsewhere(const char* statements) const {
+    sqlite3* database = nullptr;
+    ASSERT_EQ(sqlite3_open((directory / "delivery.db").c_str(), &database), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(database, statements, nullptr, nullptr, nullptr), SQLITE_OK) << statements;
+    sqlite3_close(database);
+  }
+  /// Everything that changes a table fails from now on, as on a full disk.
+  void refuseWrites(const char* what) const {
+    elsewhere((std::string("CREATE TRIGGER full BEFORE ") + what +
+               " ON indication BEGIN SELECT raise(ABORT, 'the disk is full'); END")
+                  .c_str());
+  }
+  void takeWrites() const { elsewhere("DROP TRIGGER full"); }
+
+  ZEB::TemporaryFolder directory;
+  DeliverySettings settings;
+  std::vector<std::string> lines;
+  std::optional<DeliveryQueue> queue;
+  const Subscription a = subscription("f", "a", "http://a/"), b = subscription("f", "b", "http://b/");
+};
+
+TEST_F(Queue, WhatCouldNotBePutLeavesAGap) {
+  put(a);
+  refuseWrites("INSERT");
+  EXPECT_THROW(queue->put({&a, &b}, "<x/>"), SqliteError);
+  EXPECT_THROW(put(a), SqliteError);
+  takeWrites();
+  put(a);
+  put(b);
+  EXPECT_THAT(numbersFor("a"), ElementsAre(0, 3));
+  EXPECT_THAT(numbersFor("b"), ElementsAre(1));
+}
+
+TEST_F(Queue, WhatIsDroppedLeavesAGap) {
+  settings.mostWaiting = 2;
+  for (int i = 0; i < 5; ++i) put(a);
+  EXPECT_THAT(numbersFor("a"), ElementsAre(3, 4));
+}
+
+TEST_F(Queue, WhatWasAcknowledgedComesNoMoreThoughItCannotBeRemoved) {
+  put(a);
+  put(a);
+  const auto first = queue->oldest("a");
+  ASSERT_TRUE(first);
+  refuseWrites("DELETE");
+  queue->remove("a", first->id);
+  const auto second = queue->oldest("a");
+  ASSERT_TRUE(second);
+  EXPECT_EQ(second->number, 1);
+  EXPECT_THAT(lines, ElementsAre(HasSubstr("what was sent cannot be removed yet")));
+  takeWrites();
+  open();
+  EXPECT_THAT(numbersFor("a"), ElementsAre(0, 1)) << "only a new process does not know";
+}
+
+TEST_F(Queue, AllListenersShareABound) {
+  settings.mostBytes = 1000;
+  const std::string large(300, 'x');
+  put(a, large);
+  put(a, large);
+  put(a, large);
+  put(b, large);
+  EXPECT_THAT(numbersFor("b"), ElementsAre(0)) << "the longest line loses";
+  EXPECT_THAT(numbersFor("a"), ElementsAre(1, 2));
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_THAT(lines[0], HasSubstr("all are full with 1000 bytes: the oldest is dropped"));
+}
+
+TEST_F(Queue, AgesGoByTheTimeSinceTheMachineStarted) {
+  settings.longestWait = 3600s;
+  put(a);
+  theTime += 3600s;
+  put(a);
+  EXPECT_TRUE(queue->oldest("a"));
+  theTime += 1s;
+  EXPECT_THAT(numbersFor("a"), ElementsAre(1));
+}
+
+/// As after a restart of the machine, and in files that were written when ages went by the date.
+TEST_F(Queue, WhatSeemsToComeFromTheFutureIsTakenForFresh) {
+  settings.longestWait = 3600s;
+  put(a);
+  queue.reset();
+  elsewhere("UPDATE indication SET queued = 1800000000");
+  theTime = BootClock::time_point(10s);
+  open();
+  EXPECT_TRUE(queue->oldest("a"));
+  theTime += 3600s;
+  EXPECT_TRUE(queue->oldest("a"));
+  theTime += 1s;
+  EXPECT_FALSE(queue->oldest("a"));
+}
+
+TEST_F(Queue, TheFileShrinksWhenItIsEmpty) {
+  const std::string large(100'000, 'x');
+  for (int i = 0; i < 100; ++i) put(a, large);
+  const auto size = [&] {
+    const std::filesystem::path file = directory / "delivery.db";
+    const std::string log = file.string() + "-wal";
+    return std::filesystem::file_size(file) +
+           (std::filesystem::exists(log) ? std::filesystem::file_size(log) : 0);
+  };
+  EXPECT_GT(size(), 10'000'000U);
+  numbersFor("a");
+  EXPECT_LT(size(), 1'500'000U);
+  for (int i = 0; i < 100; ++i) put(a, large);
+  queue->keepOnly({}, {});
+  EXPECT_LT(size(), 1'500'000U);
+}
+
+std::string contentOf(const std::string& file) {
+  std::ifstream in(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+/// Whatever a disk makes of the file: either it is read, or another takes its place; and then it works.
+TEST_F(Queue, SurvivesRandomDamage) {
+  const std::string file = directory / "delivery.db";
+  for (int i = 0; i < 60; ++i) put(i % 3 == 0 ? b : a, std::string(500, 'x'));
+  queue.reset();
+  const std::string sound = contentOf(file);
+  std::mt19937 random(16);
+  for (int round = 0; round < 120; ++round) {
+    std::string damaged = sound;
+    for (int bytes = 1 + round % 8; bytes > 0; --bytes) {
+      const std::size_t reach = round % 2 == 0 ? 200 : damaged.size();
+      damaged[random() % reach] = static_cast<char>(random());
+    }
+    if (round % 10 == 9) damaged.resize(random() % damaged.size());
+    for (const char* more : {"-wal", "-shm"}) std::filesystem::remove(file + more);
+    std::ofstream(file, std::ios::binary | std::ios::trunc) << damaged;
+    ASSERT_NO_THROW(open()) << round;
+    ASSERT_NO_THROW({
+      for (int i = 0; i < 3; ++i) put(a);
+      numbersFor("b");
+      queue->keepOnly({"f->a"}, {"a"});
+      EXPECT_FALSE(numbersFor("a").empty()) << round;
+    }) << round;
+    queue.reset();
+    for (int number = 1; std::filesystem::remove(file + ".damaged-" + std::to_string(number)); ++number) {
+      for (const char* more : {"-wal", "-shm"})
+        std::filesystem::remove(file + ".damaged-" + std::to_string(number) + more);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace ZebManager
