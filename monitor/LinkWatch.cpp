@@ -29,6 +29,14 @@ long LinkWatch::handleMessage(int socket) {
   return received;
 }
 
+// Waits for a pass to end, which would take the flag away. What comes into the model does so with a link
+// message, and under the mutex: either it is there already, or that message is still to come and finds what
+// was announced here.
+void LinkWatch::handleChange(const LayerChange& change) {
+  const std::lock_guard lock(mutex);
+  if (!ethMRA || ethMRA->concernedBy(change)) lookAgain();
+}
+
 void LinkWatch::lookAgain() {
   _netlinkEvent = true;
   ZEBUtil::wakeWorker();

@@ -6,6 +6,8 @@
 #include <mutex>
 #include <optional>
 
+#include "ethernet/LayerChange.h"
+
 namespace ZEB {
 
 class EthernetMRA;
@@ -32,6 +34,9 @@ struct LinkWatch {
   /// The same for a source that sends no messages: acts as on one if the source announces
   /// a change. False when it could not be read.
   bool followRecording();
+
+  /// Addresses or routes changed: acts as on a message if that concerns anything that is served.
+  void handleChange(const LayerChange& change);
 
   /// Has the worker look again soon, as after a message.
   static void lookAgain();

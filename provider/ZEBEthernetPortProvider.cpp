@@ -79,11 +79,8 @@ void ZEBEthernetPortProvider::checkRecording() const {
 void ZEBEthernetPortProvider::watchSource() {
   const auto configuration = Configuration::current();
   if (configuration->sourceFile.empty()) {
-    // Like a link message it waits for a pass to end, which would take the flag away otherwise.
-    _changeWatch.emplace([watch = _linkWatch] {
-      const std::lock_guard lock(watch->mutex);
-      LinkWatch::lookAgain();
-    });
+    _changeWatch.emplace(_logger,
+                         [watch = _linkWatch](const LayerChange& change) { watch->handleChange(change); });
   } else if (configuration->autostart) {
     _recordingWatch.emplace(_linkWatch);
   }

@@ -47,12 +47,26 @@ class LiveAlertsTest : public testing::Test {
         std::ranges::count_if(last, [&](const auto& entry) { return ids.contains(entry.second); }));
   }
   /// Link messages that a pass has taken account of.
-  std::uint64_t messagesSeen() const {
-    std::ifstream in(folder.path() / "run" / "health.json");
-    const auto report = nlohmann::json::parse(in, nullptr, false);
-    return report.is_object() ? report.value("linkMessages", std::uint64_t{0}) : 0;
+  std::uint64_t messagesSeen() const { return reported("linkMessages"); }
+  /// How many passes there were, once no more come.
+  std::uint64_t settledPasses() const {
+    std::uint64_t before = 0;
+    EXPECT_TRUE(eventually([&] {
+      before = reported("passes");
+      std::this_thread::sleep_for(500ms);
+      return before != 0 && reported("passes") == before;
+    }));
+    return before;
   }
 
+ private:
+  std::uint64_t reported(const char* what) const {
+    std::ifstream in(folder.path() / "run" / "health.json");
+    const auto report = nlohmann::json::parse(in, nullptr, false);
+    return report.is_object() ? report.value(what, std::uint64_t{0}) : 0;
+  }
+
+ protected:
   TestFolder folder;
   Environment config{"ZEB_CONFIG", "/nonexistent"};
   Environment store{"ZEB_STORE_DIR", folder.file("store")};
@@ -161,6 +175,31 @@ TEST_F(LiveAlertsTest, TheModelFollowsWhatNoLinkTellsOfWithinASecond) {
     within("link set a0 address 02:00:00:00:00:05", "ZEB_EthernetLANEndpoint", 2);
     within("link add a1 type veth peer name b1", "ZEB_EthernetPort", 4);
     within("link del a1", "ZEB_EthernetPort", 2);
+  });
+}
+
+// Containers give addresses to interfaces of their own all the time.
+TEST_F(LiveAlertsTest, AnAddressOfWhatIsNotServedWakesNobody) {
+  IN_NAMESPACE([this] {
+    ip("link add a0 type veth peer name b0");
+    ip("link add br0 type bridge");
+    for (const std::string name : {"a0", "b0", "br0"}) {
+      ip("link set " + name + " addrgenmode none");
+      ip("link set " + name + " up");
+    }
+    LoadedPlugin plugin(broker);
+    ip("link set a0 alias first");
+    const auto passes = settledPasses();
+    for (int i = 1; i < 10; ++i) ip("address add 192.0.2." + std::to_string(i) + "/24 dev br0");
+    ip("address flush dev br0");
+    EXPECT_EQ(settledPasses(), passes);
+    ip("address add 192.0.2.1/24 dev a0");
+    EXPECT_TRUE(eventually([&] { return plugin.count("ZEB_IPProtocolEndpoint") == 1; }));
+    // From here on the bridge's gateway is that of a port.
+    ip("link set b0 master br0");
+    const auto bridged = settledPasses();
+    ip("address add 198.51.100.1/24 dev br0");
+    EXPECT_GT(settledPasses(), bridged);
   });
 }
 

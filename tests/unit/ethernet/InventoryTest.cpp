@@ -17,6 +17,27 @@ TEST_F(InventoryTest, BothWalksShareOneDump) {
   EXPECT_EQ(host.dumps, 1) << "nothing was announced since";
 }
 
+TEST_F(InventoryTest, AChangeConcernsWhatIsServedAndTheBridgesOfThat) {
+  const auto concerned = [&](std::set<std::uint32_t> interfaces) {
+    return portSource.concernedBy({.anywhere = false, .interfaces = std::move(interfaces)});
+  };
+  EXPECT_TRUE(concerned({77})) << "nobody knows yet";
+  host.edit([](HostSnapshot& s) {
+    for (const std::uint32_t bridge : {30, 31}) {
+      s.links.push_back(ethernetLink(bridge, "br" + std::to_string(bridge)));
+      s.links.back().kind = "bridge";
+    }
+    s.links.at(2).masterIndex = 30;
+  });
+  build();
+  for (const std::uint32_t served : {2, 4, 10, 20}) EXPECT_TRUE(concerned({served})) << served;
+  EXPECT_TRUE(concerned({30})) << "the bridge of eth2";
+  EXPECT_FALSE(concerned({31, 77}));
+  EXPECT_TRUE(concerned({4, 77}));
+  EXPECT_FALSE(concerned({}));
+  EXPECT_TRUE(portSource.concernedBy({.anywhere = true, .interfaces = {}}));
+}
+
 TEST_F(InventoryTest, WalkWithFreshDataAsksAnew) {
   build();
   EthernetAdapterDataObject adapter;

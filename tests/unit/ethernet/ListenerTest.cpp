@@ -1,9 +1,11 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <linux/ethtool_netlink.h>
 #include <linux/fib_rules.h>
 #include <linux/genetlink.h>
 #include <linux/nexthop.h>
 #include <linux/rtnetlink.h>
+#include <netinet/in.h>
 #include <sys/socket.h>
 
 #include "MessageBuilder.h"
@@ -69,7 +71,7 @@ TEST(Announcements, RulesAndNextHopsMayConcernAnyRoute) {
   }
   hop.raw(nhmsg{});
   const auto gone = routingAnnouncement(hop.message(RTM_DELNEXTHOP, 0).view());
-  EXPECT_TRUE(gone.routes);
+  EXPECT_TRUE(gone.nextHops);
   EXPECT_TRUE(gone.any());
   EXPECT_FALSE(gone.everything);
   EXPECT_FALSE(routingAnnouncement(hop.message(RTM_NEWNEXTHOP, 0).view()).any())
@@ -100,6 +102,43 @@ TEST(Announcements, AddUp) {
   EXPECT_TRUE(heard.rules);
   EXPECT_TRUE(heard.routes);
   EXPECT_EQ(heard.interfaces, (Interfaces{3, 8}));
+}
+
+/// A socket of this machine's own, about which something is to be told.
+FileDescriptor refusedSocket() {
+  const auto bound = [] {
+    FileDescriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    sockaddr_in own{};
+    own.sin_family = AF_INET;
+    own.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    EXPECT_EQ(bind(socket.get(), reinterpret_cast<const sockaddr*>(&own), sizeof own), 0);
+    return socket;
+  };
+  FileDescriptor socket = bound();
+  sockaddr_in nobody{};
+  {
+    const FileDescriptor gone = bound();
+    socklen_t size = sizeof nobody;
+    EXPECT_EQ(getsockname(gone.get(), reinterpret_cast<sockaddr*>(&nobody), &size), 0);
+  }
+  EXPECT_EQ(connect(socket.get(), reinterpret_cast<const sockaddr*>(&nobody), sizeof nobody), 0);
+  EXPECT_EQ(send(socket.get(), "x", 1, 0), 1);
+  return socket;
+}
+
+TEST(Announcements, AreHeardAgainAfterAnErrorThatPasses) {
+  Listener listener(refusedSocket(), std::nullopt);
+  EXPECT_TRUE(listener.drain().everything) << "who knows what was missed";
+  EXPECT_TRUE(listener.hears());
+  EXPECT_FALSE(listener.drain().any());
+}
+
+TEST(Announcements, AreNotHeardWithAnErrorThatStays) {
+  Listener listener(FileDescriptor(::open("/dev/null", O_RDONLY | O_CLOEXEC)), std::nullopt);
+  EXPECT_TRUE(listener.drain().everything);
+  EXPECT_FALSE(listener.hears());
+  EXPECT_TRUE(listener.drain().everything) << "and as long as that is so it may be everything";
+  EXPECT_FALSE(Listener(FileDescriptor(), std::nullopt).hears());
 }
 
 }  // namespace

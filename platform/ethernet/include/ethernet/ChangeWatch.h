@@ -3,6 +3,9 @@
 #include <functional>
 #include <memory>
 
+#include "common/Logger.h"
+#include "ethernet/LayerChange.h"
+
 namespace ZEB {
 
 /// Tells of what the kernel announces beside links: addresses, default routes and the rules by which they are
@@ -10,8 +13,8 @@ namespace ZEB {
 class ChangeWatch {
  public:
   /// `changed` is called on the watch's thread, once for whatever has gathered. A kernel that cannot be
-  /// listened to is not watched.
-  explicit ChangeWatch(std::function<void()> changed);
+  /// listened to, or not any more, is not watched: that is logged once.
+  ChangeWatch(const Logger& logger, std::function<void(const LayerChange&)> changed);
   /// Waits for a call that is under way.
   ~ChangeWatch();
   ChangeWatch(const ChangeWatch&) = delete;

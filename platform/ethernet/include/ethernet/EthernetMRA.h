@@ -8,6 +8,7 @@
 #include "cmpicpp/CmpiContext.h"
 #include "common/Logger.h"
 #include "ethernet/EthernetAdapterDataObject.h"
+#include "ethernet/LayerChange.h"
 
 namespace ZEB {
 
@@ -48,6 +49,10 @@ class EthernetMRA {
 
   /// Whether anything was announced since the last answer was begun. Asks nothing.
   bool announced();
+
+  /// Whether addresses or routes of anything that the newest answer says may have changed with that. True
+  /// while there is no answer.
+  bool concernedBy(const LayerChange& change) const;
 
   /// Whether a port's status or link differs between what the open `RefreshScope` works with (without one,
   /// the newest answer) and what was there when events were last processed, or when the first build began.

@@ -3,7 +3,10 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdint>
+#include <cstring>
+#include <system_error>
 #include <thread>
 
 #include "common/SignalsBlocked.h"
@@ -15,11 +18,21 @@ using namespace ethernet;
 
 class ChangeWatch::Thread {
  public:
-  explicit Thread(std::function<void()> changed)
-      : _changed(std::move(changed)), _stop(::eventfd(0, EFD_CLOEXEC)), _listener(Listener::toLayers()) {
-    if (!_stop || !_listener.hears()) return;
+  Thread(const Logger& logger, std::function<void(const LayerChange&)> changed)
+      : _logger(logger),
+        _changed(std::move(changed)),
+        _stop(::eventfd(0, EFD_CLOEXEC)),
+        _listener(Listener::toLayers()) {
+    if (!_stop || !_listener.hears()) {
+      giveUp(std::strerror(errno));
+      return;
+    }
     const SignalsBlocked inherited;
-    _thread = std::thread([this] { run(); });
+    try {
+      _thread = std::thread([this] { run(); });
+    } catch (const std::system_error& failure) {
+      giveUp(failure.what());
+    }
   }
   ~Thread() {
     if (!_thread.joinable()) return;
@@ -33,18 +46,26 @@ class ChangeWatch::Thread {
  private:
   void run() {
     while (_listener.wait(_stop.get())) {
-      if (_listener.drain().any()) _changed();
+      const Announcements heard = _listener.drain();
+      if (heard.any())
+        _changed(
+            {.anywhere = heard.everything || heard.nextHops || heard.rules, .interfaces = heard.interfaces});
+      if (!_listener.hears()) return giveUp("the socket fails");
     }
   }
+  void giveUp(const char* why) {
+    _logger.error("changes of addresses and routes cannot be heard and are seen by polling alone: %s", why);
+  }
 
-  const std::function<void()> _changed;
+  const Logger _logger;
+  const std::function<void(const LayerChange&)> _changed;
   const FileDescriptor _stop;
   Listener _listener;
   std::thread _thread;
 };
 
-ChangeWatch::ChangeWatch(std::function<void()> changed)
-    : _thread(std::make_unique<Thread>(std::move(changed))) {}
+ChangeWatch::ChangeWatch(const Logger& logger, std::function<void(const LayerChange&)> changed)
+    : _thread(std::make_unique<Thread>(logger, std::move(changed))) {}
 
 ChangeWatch::~ChangeWatch() = default;
 

@@ -81,7 +81,8 @@ Announcements KernelSource::hear() {
   Announcements heard = _kernel->listener.drain();
   _kernel->parents.forget(heard);
   const auto concerned = [&](const RouteFacts& route) { return heard.interfaces.contains(route.index); };
-  if (heard.everything || heard.routes || (_routes && std::ranges::any_of(*_routes, concerned)))
+  if (heard.everything || heard.routes || heard.nextHops ||
+      (_routes && std::ranges::any_of(*_routes, concerned)))
     _routes.reset();
   if (heard.everything || heard.rules) _rules.reset();
   _announced |= heard.any();

@@ -9,6 +9,7 @@
 
 #include <cerrno>
 #include <iterator>
+#include <utility>
 
 #include "netlink/RtnlDecoders.h"
 
@@ -72,6 +73,7 @@ void addRoute(Announcements& announced, Bytes payload) {
 void Announcements::add(const Announcements& more) {
   everything |= more.everything;
   routes |= more.routes;
+  nextHops |= more.nextHops;
   rules |= more.rules;
   interfaces.insert(more.interfaces.begin(), more.interfaces.end());
 }
@@ -100,7 +102,7 @@ Announcements routingAnnouncement(Bytes datagram) {
         break;
       case RTM_DELNEXTHOP:
         // The IPv4 routes that had it go with it, unannounced.
-        announced.routes = true;
+        announced.nextHops = true;
         break;
       case RTM_NEWRULE:
       case RTM_DELRULE:
@@ -145,7 +147,7 @@ bool Listener::wait(int stop) const {
   pollfd ready[] = {{stop, POLLIN, 0}, {_routing.get(), POLLIN, 0}};
   while (::poll(ready, std::size(ready), -1) < 0 && errno == EINTR) {
   }
-  return (ready[0].revents & POLLIN) == 0 && (ready[1].revents & POLLNVAL) == 0;
+  return (ready[0].revents & POLLIN) == 0;
 }
 
 Announcements Listener::drain() {
@@ -160,16 +162,20 @@ Announcements Listener::drain(const FileDescriptor& socket, Announcements (*read
     announced.everything = true;
     return announced;
   }
-  while (true) {
+  for (bool failed = false;;) {
     const auto size = ::recv(socket.get(), _buffer.data(), _buffer.size(), MSG_DONTWAIT);
     if (size >= 0) {
       announced.add(read(Bytes(_buffer).first(static_cast<std::size_t>(size))));
     } else if (errno == EAGAIN) {
       return announced;
     } else if (errno != EINTR) {
-      // An overrun leaves newer announcements behind, so reading goes on; anything else would not get better.
+      // An overrun leaves newer announcements behind, and whatever else went wrong is told once: reading goes
+      // on. What is told again does not get better.
       announced.everything = true;
-      if (errno != ENOBUFS) return announced;
+      if (errno != ENOBUFS && std::exchange(failed, true)) {
+        _deaf = true;
+        return announced;
+      }
     }
   }
 }

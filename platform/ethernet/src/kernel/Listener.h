@@ -13,11 +13,12 @@ namespace ZEB::ethernet {
 /// What was announced: some interfaces, or possibly everything.
 struct Announcements {
   bool everything = false;
-  bool routes = false;  ///< default routes came or went: of the interfaces, or nobody knows of which
-  bool rules = false;   ///< routing rules came or went
+  bool routes = false;    ///< default routes of the interfaces came or went
+  bool nextHops = false;  ///< next hops went, and with them default routes, nobody knows which
+  bool rules = false;     ///< routing rules came or went
   std::set<std::uint32_t> interfaces;
 
-  bool any() const { return everything || routes || rules || !interfaces.empty(); }
+  bool any() const { return everything || routes || nextHops || rules || !interfaces.empty(); }
   void add(const Announcements& more);
 };
 
@@ -39,8 +40,8 @@ class Listener {
   /// socket is none, everything counts as announced all the time.
   Listener(FileDescriptor routing, std::optional<FileDescriptor> ethtool);
 
-  /// Whether there is a socket to hear on.
-  bool hears() const { return static_cast<bool>(_routing); }
+  /// Whether there is a socket to hear on, and nothing wrong with it that does not pass.
+  bool hears() const { return _routing && !_deaf; }
 
   /// Waits until something may have been announced or `stop` becomes readable; whether it was not the latter.
   bool wait(int stop) const;
@@ -54,6 +55,7 @@ class Listener {
   FileDescriptor _routing;
   std::optional<FileDescriptor> _ethtool;
   std::vector<std::byte> _buffer;
+  bool _deaf = false;
 };
 
 }  // namespace ZEB::ethernet

@@ -93,6 +93,16 @@ std::shared_ptr<const Model> buildModel(HostSnapshot snapshot, bool includeVirtu
   return model;
 }
 
+bool isMadeOfAny(const Model& model, const std::set<std::uint32_t>& interfaces) {
+  const auto anyOf = [&](const auto& served) {
+    return std::ranges::any_of(served, [&](const auto& entry) {
+      const auto& master = entry.second->link.masterIndex;
+      return interfaces.contains(entry.first) || (master && interfaces.contains(*master));
+    });
+  };
+  return !interfaces.empty() && (anyOf(model.ports) || anyOf(model.vlans) || anyOf(model.teamsByIndex));
+}
+
 /// Dormant when every port is; else by how many of the others are OK.
 AdapterFacts adapterOf(std::span<const std::shared_ptr<const PortFacts>> ports) {
   AdapterFacts adapter;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <span>
 #include <string>
 #include <unordered_map>
@@ -37,6 +38,10 @@ struct Model {
 };
 
 std::shared_ptr<const Model> buildModel(HostSnapshot snapshot, bool includeVirtual);
+
+/// Whether addresses or routes of any of those interfaces are a part of the model: of those in it, or of a
+/// bridge that one of them is in.
+bool isMadeOfAny(const Model& model, const std::set<std::uint32_t>& interfaces);
 
 /// What some ports, at least one, say of the adapter that they are on.
 AdapterFacts adapterOf(std::span<const std::shared_ptr<const PortFacts>> ports);

@@ -50,6 +50,10 @@ bool EthernetMRA::announced() {
   return _inventory->announced();
 }
 
+bool EthernetMRA::concernedBy(const LayerChange& change) const {
+  return _inventory->concernedBy(change);
+}
+
 bool EthernetMRA::ethEventDetected() {
   return _inventory->eventDetected(kKind);
 }

@@ -139,6 +139,16 @@ bool Inventory::announced() {
   return _source->announced();
 }
 
+bool Inventory::concernedBy(const LayerChange& change) const {
+  if (change.anywhere) return true;
+  std::shared_ptr<const Model> newest;
+  {
+    const std::scoped_lock lock(_mutex);
+    newest = _newest;
+  }
+  return !newest || isMadeOfAny(*newest, change.interfaces);
+}
+
 std::shared_ptr<const Model> Inventory::askLocked() {
   _begun = Clock::now();
   Outcome<HostSnapshot> snapshot = _source->readAll();

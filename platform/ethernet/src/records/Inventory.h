@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 
+#include "ethernet/LayerChange.h"
 #include "ethernet/RefreshPart.h"
 #include "model/Model.h"
 #include "model/Settling.h"
@@ -55,6 +56,9 @@ class Inventory {
 
   /// Whether anything was announced since the newest answer was begun.
   bool announced();
+
+  /// Whether the newest answer may be another since that change; true when there is none.
+  bool concernedBy(const LayerChange& change) const;
 
   /// Newer facts of one interface: of the open scope's answer, else of an answer for it alone. No value when
   /// asking failed; null when the interface is gone. For who reads no more than a part, once a dump is the
