@@ -56,6 +56,8 @@ ProviderCalls& Session::provider() {
     setenv("ZEB_SOURCE_FILE", _options.source.c_str(), 1);
   }
   if (_options.includeVirtual) setenv("ZEB_INCLUDE_VIRTUAL", "1", 1);
+  // Whatever other object managers are configured to: here the plug-in's own computer system is served.
+  setenv("ZEB_COMPUTER_SYSTEM_PATH", "", 1);
   _plugin = std::make_unique<PluginLibrary>(_broker, findPlugin(_options.plugin, programFolder()));
   return _broker.provider();
 }

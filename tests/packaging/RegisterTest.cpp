@@ -78,7 +78,8 @@ TEST(Register, SaysThatNobodyServesTheComputerSystem) {
 TEST(Register, SaysNothingOfTheComputerSystemOnceItIsConfigured) {
   const FakeRoot root;
   addSfcb(root);
-  root.write("/etc/qv-zeb/qv-zeb.toml", "#level = 1\ncomputer-system-path = \"root/cimv2:Site_System\"\n");
+  root.write("/etc/qv-zeb/qv-zeb.toml",
+             "#level = 1\ncomputer-system-path = 'root/cimv2:Site_System.Name=\"server\"'\n");
   EXPECT_EQ(root.doRegister().out, "zeb-register: sfcb: registered; restart it\n");
 }
 

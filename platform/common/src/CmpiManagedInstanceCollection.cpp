@@ -1,6 +1,7 @@
 #include "common/CmpiManagedInstanceCollection.h"
 
 #include "cmpicpp/CmpiStatus.h"
+#include "common/Configuration.h"
 
 namespace ZEB {
 
@@ -17,6 +18,17 @@ namespace {
 CmpiInstance filtered(CmpiInstance instance, CmpiPropertyList properties) {
   instance.keepOnly(properties);
   return instance;
+}
+
+/// An object manager asks in the namespaces that the plug-in is registered in, and clients then name a system
+/// of another one as if it were there.
+CmpiObjectPath endMeantBy(const CmpiObjectPath& asked) {
+  const auto configuration = Configuration::current();
+  const auto& system = configuration->computerSystemPath;
+  if (!system) return asked;
+  CmpiObjectPath meant = asked;
+  meant.setNameSpace(system->nameSpace());
+  return meant == *system ? meant : asked;
 }
 
 }  // namespace
@@ -100,13 +112,15 @@ bool CmpiManagedInstanceCollection::getInstance(CmpiInstanceResult& result, cons
   return true;
 }
 
-// Calls `visit` with every visible association that `path` is an end of and that passes the filter, and with
+// Calls `visit` with every visible association that `asked` is an end of and that passes the filter, and with
 // its other end.
 template <class Visit>
-void CmpiManagedInstanceCollection::forEachAssociation(const CmpiObjectPath& path, const Filter& filter,
+void CmpiManagedInstanceCollection::forEachAssociation(const CmpiObjectPath& asked, const Filter& filter,
                                                        Visit&& visit) {
-  const auto classPasses = [&](const CmpiName& className, const CmpiName& wanted) {
-    return wanted.empty() || _ancestry.isA(path.nameSpace(), className, wanted);
+  const CmpiObjectPath path = endMeantBy(asked);
+  const auto classPasses = [&](const std::string& nameSpace, const CmpiName& className,
+                               const CmpiName& wanted) {
+    return wanted.empty() || _ancestry.isA(nameSpace, className, wanted);
   };
   const auto rolePasses = [](const CmpiName& role, const CmpiName& wanted) {
     return wanted.empty() || role == wanted;
@@ -121,8 +135,8 @@ void CmpiManagedInstanceCollection::forEachAssociation(const CmpiObjectPath& pat
     const auto roles = association.roles();
     if (rolePasses(isSecond ? roles.second : roles.first, filter.role) &&
         rolePasses(isSecond ? roles.first : roles.second, filter.resultRole) &&
-        classPasses(association.className(), filter.associationClass) &&
-        classPasses(other.className(), filter.resultClass)) {
+        classPasses(asked.nameSpace(), association.className(), filter.associationClass) &&
+        classPasses(other.nameSpace(), other.className(), filter.resultClass)) {
       visit(association, other);
     }
   }

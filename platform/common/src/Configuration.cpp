@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <mutex>
-#include <optional>
 
 namespace ZEB {
 namespace {
@@ -43,6 +42,11 @@ bool parse(std::string_view text, std::chrono::seconds& value) {
   const auto [stop, error] = std::from_chars(text.data(), end, seconds);
   value = std::chrono::seconds(seconds);
   return error == std::errc() && stop == end && seconds <= kLongest;
+}
+
+bool parse(std::string_view text, std::optional<CmpiCpp::CmpiObjectPath>& value) {
+  value = CmpiCpp::CmpiObjectPath::parse(text);
+  return value || text.empty();
 }
 
 template <auto Member>
@@ -92,6 +96,8 @@ constexpr Key kKeys[] = {
     {"perfmon", "ZEB_PERFMON", "true or false", set<&Configuration::perfmon>},
     {"heartbeat", "ZEB_HEARTBEAT", "true or false", set<&Configuration::heartbeat>},
     {"link-settle-seconds", "ZEB_LINK_SETTLE_SECONDS", "0 to 600", set<&Configuration::linkSettle>, true},
+    {"computer-system-path", "ZEB_COMPUTER_SYSTEM_PATH", "an object path with namespace and keys",
+     set<&Configuration::computerSystemPath>},
 };
 
 const Key* findKey(std::string_view name) {

@@ -51,6 +51,10 @@ void ZEBUtil::forgetHostName() {
 
 CmpiCpp::CmpiObjectPath ZEBUtil::getComputerSystemPath() {
   const std::string host = getHostName();
+  if (auto configured = Configuration::current()->computerSystemPath) {
+    if (configured->host().empty()) configured->setHost(host);
+    return *configured;
+  }
   return {"root/jxv",
           kComputerSystemClass,
           host,

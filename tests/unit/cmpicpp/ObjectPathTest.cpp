@@ -39,6 +39,46 @@ TEST(ObjectPathTest, textForm) {
   for (const TextRow& row : rows) EXPECT_EQ(row.path.str(), row.text);
 }
 
+TEST(ObjectPathTest, aTextWithNameSpaceAndTextKeysIsReadBack) {
+  for (const char* text :
+       {R"(root/cimv2:Site_System.CreationClassName="Site_System",Name="server")",
+        R"(//host.example:5989/interop:C.K="")", R"(n:C.K="say \"hi\" \\ bye, a=b.c:d")"}) {
+    const auto path = CmpiObjectPath::parse(text);
+    ASSERT_TRUE(path) << text;
+    EXPECT_EQ(path->str(), text);
+  }
+}
+
+TEST(ObjectPathTest, aTextThatIsNoSuchPathIsNone) {
+  for (const char* text : {"",
+                           "C",
+                           "n:C",
+                           "n:C.",
+                           "C.K=\"1\"",
+                           ":C.K=\"1\"",
+                           "n:.K=\"1\"",
+                           "n:C.=\"1\"",
+                           "n:C.K",
+                           "n:C.K=",
+                           "n:C.K=1",
+                           "n:C.K=TRUE",
+                           "n:C.K=\"1",
+                           "n:C.K=\"1\\",
+                           "n:C.K=\"1\"x",
+                           "n:C.K=\"1\",",
+                           "n:C.K=\"1\",k=\"2\"",
+                           "n//m:C.K=\"1\"",
+                           "/n:C.K=\"1\"",
+                           "n/:C.K=\"1\"",
+                           "n:C D.K=\"1\"",
+                           "n:C.K L=\"1\"",
+                           "//n:C.K=\"1\"",
+                           "///n:C.K=\"1\"",
+                           "n:C.K='1'"}) {
+    EXPECT_FALSE(CmpiObjectPath::parse(text)) << text;
+  }
+}
+
 TEST(ObjectPathTest, isEqualByNamespaceClassAndKeys) {
   EXPECT_EQ(port("a", "1"), port("a", "1"));
   EXPECT_FALSE(port("a", "1") == port("a", "2"));

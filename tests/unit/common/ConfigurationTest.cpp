@@ -53,6 +53,13 @@ const std::vector<Key>& keys() {
        [](const Configuration& c) { return flag(c.perfmon); }},
       {"heartbeat", "ZEB_HEARTBEAT", "true", "1", "true", "false", "\"\"", "", "true or false",
        [](const Configuration& c) { return flag(c.heartbeat); }},
+      {"link-settle-seconds", "ZEB_LINK_SETTLE_SECONDS", "0", "0", "0", "6", "601", "-1", "0 to 600",
+       [](const Configuration& c) { return std::to_string(c.linkSettle.count()); }},
+      {"computer-system-path", "ZEB_COMPUTER_SYSTEM_PATH", "'n:C.K=\"x\"'", "n:C.K=\"x\"", "n:C.K=\"x\"", "",
+       "\"root/cimv2:C\"", "C.K=\"x\"", "an object path with namespace and keys",
+       [](const Configuration& c) {
+         return c.computerSystemPath ? c.computerSystemPath->str() : std::string();
+       }},
   };
   return kKeys;
 }
@@ -112,6 +119,13 @@ TEST_F(ConfigurationTest, theEnvironmentStandsAboveTheFile) {
   }
   const Environment level("ZEB_LOG_LEVEL", "error");
   EXPECT_EQ(load("log-level = \"info\"").logLevel, LogLevel::Error);
+}
+
+TEST_F(ConfigurationTest, anEmptyComputerSystemPathIsThePlugInsOwn) {
+  const Environment variable("ZEB_COMPUTER_SYSTEM_PATH", "");
+  const Configuration configuration = load("computer-system-path = 'n:C.K=\"x\"'");
+  EXPECT_FALSE(configuration.computerSystemPath);
+  EXPECT_THAT(configuration.warnings, IsEmpty());
 }
 
 TEST_F(ConfigurationTest, aBadValueInTheFileNamesLineAndKeyAndTheDefaultHolds) {

@@ -60,6 +60,16 @@ TEST(UtilTest, theSystemAndItsChassisAreKeyedByTheHostName) {
                 host + "\"");
 }
 
+TEST(UtilTest, theSystemIsTheOneThatIsConfigured) {
+  const std::string site = R"(root/cimv2:Site_System.CreationClassName="Site_System",Name="server")";
+  {
+    const test::Environment path("ZEB_COMPUTER_SYSTEM_PATH", site);
+    EXPECT_EQ(ZEBUtil::getComputerSystemPath().str(), "//" + ZEBUtil::getHostName() + "/" + site);
+  }
+  const test::Environment path("ZEB_COMPUTER_SYSTEM_PATH", "//elsewhere/" + site);
+  EXPECT_EQ(ZEBUtil::getComputerSystemPath().str(), "//elsewhere/" + site);
+}
+
 TEST(UtilTest, aStopIsAskedForAndTakenBackAndSaid) {
   const test::RecordedLogger recorded;
   ZEBUtil::setStop(recorded.logger, 1, 3);

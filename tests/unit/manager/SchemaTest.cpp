@@ -119,6 +119,25 @@ TEST(Schema, ClassesThatAreServedHaveInstancesAndSuperclassesHaveNone) {
   EXPECT_THAT(schema().instantiable(*schema().find("CIM_Indication")), ElementsAre());
 }
 
+struct SystemEnd {
+  const char* className;
+  const char* role;
+};
+
+// A site's object manager may have a class of its own for the server.
+TEST(Schema, TheServerAtTheEndOfAnAssociationMayBeOfAnyClassForOne) {
+  for (const SystemEnd& end : {SystemEnd{"ZEB_EthernetDevice", "GroupComponent"},
+                               {"ZEB_EthernetLANHostedAccessPoint", "Antecedent"},
+                               {"ZEB_EthIPHostedAccessPoint", "Antecedent"},
+                               {"ZEB_EthernetRemoteServiceHostedAccessPoint", "Antecedent"},
+                               {"ZEB_HostedEthernetTeam", "OwningElement"},
+                               {"ZEB_EthernetGroupHostedCollection", "Antecedent"}}) {
+    const PropertyDef* const role = schema().find(end.className)->property(end.role);
+    ASSERT_NE(role, nullptr) << end.className;
+    EXPECT_EQ(role->referenceClass, "CIM_ComputerSystem") << end.className;
+  }
+}
+
 struct ExpectedProperty {
   const char* className;
   const char* name;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,6 +25,10 @@ class CmpiObjectPath {
   CmpiObjectPath(std::string_view nameSpace, CmpiName className);
   CmpiObjectPath(std::string_view nameSpace, CmpiName className, std::string_view host,
                  std::vector<Key> keys);
+
+  /// The path that a text form (`str`) with namespace and keys names, all of whose keys are text; nothing for
+  /// any other text.
+  static std::optional<CmpiObjectPath> parse(std::string_view text);
 
   const std::string& nameSpace() const;
   const std::string& host() const;

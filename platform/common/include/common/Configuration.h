@@ -2,9 +2,11 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "cmpicpp/CmpiObjectPath.h"
 #include "common/ClassNames.h"
 #include "common/Logger.h"
 
@@ -28,6 +30,9 @@ struct Configuration {
   /// For how long an interface that was switched on may wait for its link before it counts as without one;
   /// 0 for not at all; ZEB_LINK_SETTLE_SECONDS
   std::chrono::seconds linkSettle{6};
+  /// Where associations with the computer system lead, in place of the plug-in's own name for it;
+  /// ZEB_COMPUTER_SYSTEM_PATH
+  std::optional<CmpiCpp::CmpiObjectPath> computerSystemPath;
 
   /// What a value was replaced for, and why, in the order of the file.
   std::vector<std::string> warnings;

@@ -26,7 +26,8 @@ class ZEBUtil {
   static std::string getHostName();
   static void forgetHostName();
 
-  /// `ZEB_ComputerSystem`, keyed by "CreationClassName" and "Name" (the host name).
+  /// What the configuration names; without, `ZEB_ComputerSystem`, keyed by "CreationClassName" and "Name"
+  /// (the host name).
   static CmpiCpp::CmpiObjectPath getComputerSystemPath();
   /// `ZEB_ComputerSystemChassis`, keyed by "CreationClassName" and "Tag" (the host name).
   static CmpiCpp::CmpiObjectPath getChassisPath();
