@@ -64,6 +64,14 @@ std::string Authenticator::digestOf(const std::string& text) const {
   return digest;
 }
 
+std::optional<std::string> Authenticator::knownBefore(const std::string& authorization) {
+  const std::string digest = digestOf(authorization);
+  const std::lock_guard lock(_mutex);
+  const auto found = _known.find(digest);
+  if (found == _known.end() || Clock::now() - found->second.asked >= kRemembered) return std::nullopt;
+  return found->second.user.name;
+}
+
 /// The same header is judged once at a time, whoever sends it.
 Login Authenticator::check(const std::string& authorization, const std::string& host,
                            const std::string& client) {

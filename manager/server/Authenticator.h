@@ -36,6 +36,8 @@ class Authenticator {
 
   Authenticator(ProcessSource judges, LogLine log);
 
+  /// Who has been let in with it within the last hour.
+  std::optional<std::string> knownBefore(const std::string& authorization);
   /// `host`: address of the client; `client`: what it is counted as.
   Login check(const std::string& authorization, const std::string& host, const std::string& client);
 

@@ -13,6 +13,9 @@ namespace {
 
 constexpr std::size_t kHeadBytes = 32U << 10;
 constexpr std::size_t kThreadStack = 512U << 10;
+/// Connections that have been shut down and whose threads have not noticed yet.
+constexpr unsigned kLeaving = 64;
+constexpr std::chrono::seconds kWhenFull{1};
 /// For a client to take a big answer.
 constexpr int kTimesForAnswer = 30;
 constexpr char kCiphers[] = "SECURE128:+SECURE192:-VERS-ALL:+VERS-TLS1.3:+VERS-TLS1.2";
@@ -21,9 +24,12 @@ int socketOf(MHD_Connection* connection) {
   return MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd;
 }
 
+ClientAddress clientOf(MHD_Connection* connection) {
+  return ClientAddress(*MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CLIENT_ADDRESS)->client_addr);
+}
+
 HttpHead headOf(MHD_Connection* connection, const char* method) {
-  const ClientAddress from(
-      *MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CLIENT_ADDRESS)->client_addr);
+  const ClientAddress from = clientOf(connection);
   return {method,
           [connection](const std::string& name) {
             const char* const value = MHD_lookup_connection_value(connection, MHD_HEADER_KIND, name.c_str());
@@ -32,37 +38,17 @@ HttpHead headOf(MHD_Connection* connection, const char* method) {
           from.loopback, from.host, from.client};
 }
 
-/// Bytes that count towards a bound of all connections for as long as this lives.
-class Share {
- public:
-  Share(std::atomic<std::size_t>& all, std::size_t most) : _all(all), _most(most) {}
-  Share(const Share&) = delete;
-  Share& operator=(const Share&) = delete;
-  ~Share() { _all -= _bytes; }
-
-  /// False, and nothing more is counted, beyond the bound.
-  bool grow(std::size_t bytes) {
-    if ((_all += bytes) > _most) {
-      _all -= bytes;
-      return false;
-    }
-    _bytes += bytes;
-    return true;
-  }
-
- private:
-  std::atomic<std::size_t>& _all;
-  const std::size_t _most;
-  std::size_t _bytes = 0;
-};
-
 /// One request while it arrives.
 class Exchange {
  public:
-  Exchange(HttpBounds& bounds, std::optional<User> who)
+  Exchange(HttpServer& server, std::optional<User> who, const Party& party)
       : user(std::move(who)),
-        _requestBytes(bounds.settings.requestBytes),
-        _share(bounds.waitingBytes, bounds.settings.waitingBytes) {}
+        _requestBytes(server.bounds().settings.requestBytes),
+        _place(server.requests(), party),
+        _share(server.bounds().waitingBytes, party) {}
+
+  /// Whether there is a place for it among all requests.
+  bool begin() { return _place.grow(1); }
 
   void take(const char* bytes, std::size_t count) {
     if (_refusal) return;
@@ -77,11 +63,13 @@ class Exchange {
 
   const std::string& body() const { return _body; }
   unsigned refusal() const { return _refusal; }
+  const Party& party() const { return _share.party(); }
 
   const std::optional<User> user;
 
  private:
   const std::size_t _requestBytes;
+  Share _place;
   Share _share;
   std::string _body;
   unsigned _refusal = 0;
@@ -93,9 +81,8 @@ struct Outgoing {
   std::string text;
 };
 
-MHD_Result send(MHD_Connection* connection, HttpBounds& bounds, HttpAnswer answer) {
-  auto outgoing =
-      std::unique_ptr<Outgoing>(new Outgoing{{bounds.answerBytes, bounds.settings.answerBytes}, {}});
+MHD_Result send(MHD_Connection* connection, HttpBounds& bounds, const Party& party, HttpAnswer answer) {
+  auto outgoing = std::unique_ptr<Outgoing>(new Outgoing{{bounds.answerBytes, party}, {}});
   if (!outgoing->share.grow(answer.body.size())) answer = httpError(503);
   outgoing->text = std::move(answer.body);
   MHD_Response* const response = MHD_create_response_from_buffer_with_free_callback_cls(
@@ -119,11 +106,26 @@ std::optional<HttpAnswer> refuseSize(const HttpHead& head, const ServerSettings&
   return httpError(413);
 }
 
+/// A request whose head is there gets a place among those of its party. While nobody knows who it is from, it
+/// has one among those of its client.
 MHD_Result begin(HttpServer& server, MHD_Connection* connection, const HttpHead& head, void** state) {
-  Router::Admission admission = server.router().admit(head);
-  if (!admission.refusal) admission.refusal = refuseSize(head, server.bounds().settings);
-  if (admission.refusal) return send(connection, server.bounds(), std::move(*admission.refusal));
-  *state = new Exchange(server.bounds(), std::move(admission.user));
+  HttpBounds& bounds = server.bounds();
+  Router& router = server.router();
+  Party party = router.partyOf(head);
+  const auto refuse = [&](HttpAnswer answer) { return send(connection, bounds, party, std::move(answer)); };
+  if (auto refusal = router.refuse(head)) return refuse(std::move(*refusal));
+  if (auto refusal = refuseSize(head, bounds.settings)) return refuse(std::move(*refusal));
+  auto exchange = std::make_unique<Exchange>(server, std::nullopt, party);
+  if (!exchange->begin()) return refuse(busy(kWhenFull));
+  server.connections().work(socketOf(connection));
+  Router::Admission admission = router.admit(head);
+  if (admission.refusal) return refuse(std::move(*admission.refusal));
+  if (admission.user) {
+    party = {Party::Kind::User, admission.user->name};
+    exchange = std::make_unique<Exchange>(server, std::move(admission.user), party);
+    if (!exchange->begin()) return refuse(busy(kWhenFull));
+  }
+  *state = exchange.release();
   return MHD_YES;
 }
 
@@ -131,11 +133,11 @@ MHD_Result finish(HttpServer& server, MHD_Connection* connection, const HttpHead
                   const Exchange& exchange) {
   const int socket = socketOf(connection);
   HttpBounds& bounds = server.bounds();
-  bounds.watch.forget(socket);
+  server.connections().allow(socket, std::chrono::seconds(0));
   HttpAnswer answer = exchange.refusal() ? httpError(exchange.refusal())
                                          : server.router().handle(head, exchange.user, exchange.body());
-  bounds.watch.allow(socket, bounds.settings.requestTime * kTimesForAnswer);
-  return send(connection, bounds, std::move(answer));
+  server.connections().allow(socket, bounds.settings.requestTime * kTimesForAnswer);
+  return send(connection, bounds, exchange.party(), std::move(answer));
 }
 
 MHD_Result onAccess(void* server, MHD_Connection* connection, const char*, const char* method, const char*,
@@ -156,16 +158,17 @@ MHD_Result onAccess(void* server, MHD_Connection* connection, const char*, const
 void onCompleted(void* server, MHD_Connection* connection, void** state, MHD_RequestTerminationCode) {
   delete static_cast<Exchange*>(*state);
   *state = nullptr;
-  HttpBounds& bounds = static_cast<HttpServer*>(server)->bounds();
-  bounds.watch.allow(socketOf(connection), bounds.settings.requestTime);
+  HttpServer& self = *static_cast<HttpServer*>(server);
+  self.connections().wait(socketOf(connection), self.bounds().settings.requestTime);
 }
 
 void onConnection(void* server, MHD_Connection* connection, void**, MHD_ConnectionNotificationCode code) {
-  HttpBounds& bounds = static_cast<HttpServer*>(server)->bounds();
+  HttpServer& self = *static_cast<HttpServer*>(server);
   if (code == MHD_CONNECTION_NOTIFY_STARTED) {
-    bounds.watch.allow(socketOf(connection), bounds.settings.requestTime);
+    self.connections().add(socketOf(connection), clientOf(connection).client,
+                           self.bounds().settings.requestTime);
   } else {
-    bounds.watch.forget(socketOf(connection));
+    self.connections().remove(socketOf(connection));
   }
 }
 
@@ -173,7 +176,12 @@ void onConnection(void* server, MHD_Connection* connection, void**, MHD_Connecti
 
 HttpServer::HttpServer(ListeningSocket listener, Router& router, HttpBounds& bounds,
                        std::optional<Certificate> certificate)
-    : _router(router), _bounds(bounds), _address(listener.address), _certificate(std::move(certificate)) {
+    : _router(router),
+      _bounds(bounds),
+      _connections(bounds.settings.connections, bounds.settings.connectionsPerAddress),
+      _requests(bounds.settings.connections),
+      _address(listener.address),
+      _certificate(std::move(certificate)) {
   std::vector<MHD_OptionItem> options;
   if (_certificate) {
     options = {{MHD_OPTION_HTTPS_MEM_CERT, 0, _certificate->certificate.data()},
@@ -188,9 +196,8 @@ HttpServer::HttpServer(ListeningSocket listener, Router& router, HttpBounds& bou
   const int socket = dup(listener.socket.get());
   _daemon = MHD_start_daemon(
       flags, 0, nullptr, nullptr, onAccess, this, MHD_OPTION_LISTEN_SOCKET, socket,
-      MHD_OPTION_CONNECTION_LIMIT, settings.connections, MHD_OPTION_PER_IP_CONNECTION_LIMIT,
-      settings.connectionsPerAddress, MHD_OPTION_CONNECTION_MEMORY_LIMIT, kHeadBytes,
-      MHD_OPTION_THREAD_STACK_SIZE, kThreadStack, MHD_OPTION_NOTIFY_COMPLETED, onCompleted, this,
+      MHD_OPTION_CONNECTION_LIMIT, settings.connections + kLeaving, MHD_OPTION_CONNECTION_MEMORY_LIMIT,
+      kHeadBytes, MHD_OPTION_THREAD_STACK_SIZE, kThreadStack, MHD_OPTION_NOTIFY_COMPLETED, onCompleted, this,
       MHD_OPTION_NOTIFY_CONNECTION, onConnection, this, MHD_OPTION_ARRAY, options.data(), MHD_OPTION_END);
   if (!_daemon) throw ManagerError("cannot serve at " + _address);
 }

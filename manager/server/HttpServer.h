@@ -1,15 +1,15 @@
 // HTTP and HTTPS.
 #pragma once
 
-#include <atomic>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "server/Certificate.h"
-#include "server/ConnectionWatch.h"
+#include "server/Connections.h"
 #include "server/ListeningSocket.h"
 #include "server/Router.h"
+#include "server/SharedBound.h"
 
 struct MHD_Daemon;
 
@@ -17,12 +17,12 @@ namespace ZebManager {
 
 /// What all servers of a process share.
 struct HttpBounds {
-  explicit HttpBounds(const ServerSettings& all) : settings(all) {}
+  explicit HttpBounds(const ServerSettings& all)
+      : settings(all), waitingBytes(all.waitingBytes), answerBytes(all.answerBytes) {}
 
   const ServerSettings& settings;
-  ConnectionWatch watch;
-  std::atomic<std::size_t> waitingBytes = 0;  ///< of bodies that are under way
-  std::atomic<std::size_t> answerBytes = 0;   ///< of answers that their clients have not taken yet
+  SharedBound waitingBytes;  ///< of bodies that are under way
+  SharedBound answerBytes;   ///< of answers that their clients have not taken yet
 };
 
 /// Serves one socket with a thread for each connection, whose number is bounded, until it goes; then it waits
@@ -40,10 +40,14 @@ class HttpServer {
 
   Router& router() { return _router; }
   HttpBounds& bounds() { return _bounds; }
+  Connections& connections() { return _connections; }
+  SharedBound& requests() { return _requests; }
 
  private:
   Router& _router;
   HttpBounds& _bounds;
+  Connections _connections;
+  SharedBound _requests;  ///< that are under way, from their head until their answer is taken
   std::string _address;
   std::optional<Certificate> _certificate;
   MHD_Daemon* _daemon = nullptr;

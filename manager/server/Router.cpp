@@ -40,8 +40,19 @@ Router::Router(Authenticator& users, ProviderSupervisor& plugin, const ClassRepo
       _interop(interop),
       _deepest(deepest) {}
 
+std::optional<HttpAnswer> Router::refuse(const HttpHead& head) const {
+  if (auto refusal = refuseHead(head)) return extended(head, std::move(*refusal));
+  return std::nullopt;
+}
+
+Party Router::partyOf(const HttpHead& head) {
+  const std::string authorization = head.header("Authorization");
+  if (authorization.empty()) return {Party::Kind::Nobody, head.client};
+  const auto user = _users.knownBefore(authorization);
+  return user ? Party{Party::Kind::User, *user} : Party{Party::Kind::Stranger, head.client};
+}
+
 Router::Admission Router::admit(const HttpHead& head) {
-  if (auto refusal = refuseHead(head)) return {extended(head, std::move(*refusal))};
   const std::string authorization = head.header("Authorization");
   if (authorization.empty()) {
     return head.fromLoopback ? Admission() : Admission{httpError(401)};

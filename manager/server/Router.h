@@ -8,6 +8,7 @@
 #include "plugin/PluginNamespace.h"
 #include "server/Authenticator.h"
 #include "server/HttpHead.h"
+#include "server/SharedBound.h"
 
 namespace ZebManager {
 
@@ -18,6 +19,10 @@ class Router {
   Router(Authenticator& users, ProviderSupervisor& plugin, const ClassRepository& repository,
          Namespace* interop, unsigned deepest);
 
+  /// What is wrong with a head, whoever it is from.
+  std::optional<HttpAnswer> refuse(const HttpHead& head) const;
+  /// Whose share the request counts towards until it is admitted.
+  Party partyOf(const HttpHead& head);
   /// What can be said before the body has come: who asks, or the answer when nobody may.
   struct Admission {
     std::optional<HttpAnswer> refusal = std::nullopt;

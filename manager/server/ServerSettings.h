@@ -21,7 +21,7 @@ struct ServerSettings {
   LoginSettings login;
   std::string stateDirectory = "/var/lib/zebcim";
   unsigned connections = 256;
-  unsigned connectionsPerAddress = 128;
+  unsigned connectionsPerAddress = 128;     ///< that wait for a request
   unsigned requestBytes = 4U << 20;
   unsigned requestDepth = kDeepestElement;  ///< of elements in each other
   unsigned waitingBytes = 64U << 20;        ///< bodies of all requests that are under way

@@ -1,5 +1,6 @@
 #include "Server.h"
 
+#include <arpa/inet.h>
 #include <netdb.h>
 #include <poll.h>
 #include <signal.h>
@@ -34,7 +35,17 @@ std::size_t residentOf(pid_t process) {
   return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
-ZEB::FileDescriptor connectTo(const std::string& address) {
+/// Gives a socket the address that it is to connect from.
+void bindTo(int socket, const std::string& from) {
+  sockaddr_in own{};
+  own.sin_family = AF_INET;
+  if (inet_pton(AF_INET, from.c_str(), &own.sin_addr) != 1 ||
+      bind(socket, reinterpret_cast<const sockaddr*>(&own), sizeof own) != 0) {
+    throw std::runtime_error("bind");
+  }
+}
+
+ZEB::FileDescriptor connectTo(const std::string& address, const std::string& from = {}) {
   const std::size_t colon = address.rfind(':');
   std::string host = address.substr(0, colon);
   if (host.front() == '[') host = host.substr(1, host.size() - 2);
@@ -46,6 +57,7 @@ ZEB::FileDescriptor connectTo(const std::string& address) {
     throw std::runtime_error("address " + address);
   }
   ZEB::FileDescriptor socket(::socket(target->ai_family, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  if (!from.empty()) bindTo(socket.get(), from);
   const int result = connect(socket.get(), target->ai_addr, target->ai_addrlen);
   freeaddrinfo(target);
   if (result != 0) throw std::runtime_error("connect");
@@ -119,11 +131,19 @@ std::size_t Server::memory() const {
   return all;
 }
 
-OpenConnection::OpenConnection(const std::string& address, const std::string& bytes)
-    : _socket(connectTo(address)) {
-  if (send(_socket.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL) != static_cast<ssize_t>(bytes.size())) {
-    throw std::runtime_error("send");
+OpenConnection::OpenConnection(const std::string& address, const std::string& bytes, const std::string& from)
+    : _socket(connectTo(address, from)) {
+  // One that is refused half way is closed half way.
+  for (std::size_t sent = 0; sent < bytes.size();) {
+    const ssize_t went = send(_socket.get(), bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
+    if (went <= 0) break;
+    sent += static_cast<std::size_t>(went);
   }
+}
+
+bool OpenConnection::isClosedWithin(double seconds) const {
+  pollfd ready{_socket.get(), POLLRDHUP, 0};
+  return poll(&ready, 1, static_cast<int>(seconds * 1000)) == 1;
 }
 
 std::string exchange(const std::string& address, const std::string& bytes, double seconds) {

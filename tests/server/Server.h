@@ -52,7 +52,12 @@ class Server {
 /// A connection to the server on which something was sent, as long as the object lives.
 class OpenConnection {
  public:
-  OpenConnection(const std::string& address, const std::string& bytes);
+  /// `from`: the client's address; any when it is empty.
+  OpenConnection(const std::string& address, const std::string& bytes, const std::string& from = {});
+
+  int socket() const { return _socket.get(); }
+  /// Whether the server has closed it, or does so in time.
+  bool isClosedWithin(double seconds) const;
 
  private:
   ZEB::FileDescriptor _socket;
