@@ -58,6 +58,7 @@ void WbemListener::prepare() {
   curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
   curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(_settings.connectTimeout.count()));
   curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(_settings.answerTimeout.count()));
+  curl_easy_setopt(easy, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));  // or later
   curl_easy_setopt(easy, CURLOPT_SSL_VERIFYPEER, _settings.verifyListeners ? 1L : 0L);
   curl_easy_setopt(easy, CURLOPT_SSL_VERIFYHOST, _settings.verifyListeners ? 2L : 0L);
   if (!_settings.trustedCertificates.empty()) {

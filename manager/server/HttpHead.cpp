@@ -60,6 +60,14 @@ std::string unescaped(std::string_view text) {
   return out;
 }
 
+bool isNoToken(const std::string& name) {
+  return name.empty() || std::any_of(name.begin(), name.end(), [](unsigned char c) {
+           return c <= ' ' || c >= 0x7f ||
+                  std::string_view("\"(),/:;<=>?@[\\]{}").find(static_cast<char>(c)) !=
+                      std::string_view::npos;
+         });
+}
+
 bool namesSpace(std::string_view object, std::string_view nameSpace, bool intrinsic) {
   while (object.starts_with('/')) object.remove_prefix(1);
   if (intrinsic) return sameName(object, nameSpace);
@@ -94,6 +102,28 @@ HttpAnswer busy(std::chrono::seconds later) {
   HttpAnswer refusal = httpError(503);
   refusal.headers.emplace_back("Retry-After", std::to_string(later.count()));
   return refusal;
+}
+
+std::optional<HttpAnswer> refuseAmbiguous(const HttpHead& head) {
+  const auto refuse = [](const char* why) {
+    HttpAnswer refusal = httpError(400, "", why);
+    refusal.headers.emplace_back("Connection", "close");
+    return refusal;
+  };
+  const auto times = [&](std::string_view name) {
+    return std::count_if(head.names.begin(), head.names.end(),
+                         [&](const std::string& own) { return sameName(own, name); });
+  };
+  if (std::any_of(head.names.begin(), head.names.end(), isNoToken))
+    return refuse("the name of a header is none");
+  for (const char* const name : {"Content-Length", "Transfer-Encoding", "Host", "Authorization"}) {
+    if (times(name) > 1) return refuse("a header is there twice");
+  }
+  const std::string coding = head.header("Transfer-Encoding");
+  if (times("Transfer-Encoding") == 0) return std::nullopt;
+  if (times("Content-Length") != 0) return refuse("the length is said in two ways");
+  if (!sameName(coding, "chunked")) return refuse("the transfer is encoded");
+  return std::nullopt;
 }
 
 std::optional<HttpAnswer> refuseHead(const HttpHead& head) {

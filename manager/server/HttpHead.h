@@ -22,8 +22,10 @@ struct HttpHead {
   std::string method;
   std::function<std::string(const std::string& name)> header;  ///< empty when there is none
   bool fromLoopback = false;
-  std::string host = {};    ///< address of the client
-  std::string client = {};  ///< what the client counts as: its address, or a network that is one
+  std::string host = {};                ///< address of the client
+  std::string client = {};              ///< what the client counts as: its address, or a network that is one
+  std::string own = {};                 ///< address of ours that the client has reached
+  std::vector<std::string> names = {};  ///< of all headers, as they came
 
   /// Prefix of the headers of CIM: empty, or for M-POST the number that Man gives, and a hyphen.
   std::string prefix() const;
@@ -34,6 +36,10 @@ HttpAnswer httpError(unsigned status, const std::string& cimError = {}, const st
 
 /// The answer to what may be sent again after a time.
 HttpAnswer busy(std::chrono::seconds later);
+
+/// What may be read in more than one way, so that two who read it do not agree where the request ends, or
+/// whom it is for. The connection is closed behind the answer.
+std::optional<HttpAnswer> refuseAmbiguous(const HttpHead& head);
 
 /// What is wrong with a head, before any of the body has come.
 std::optional<HttpAnswer> refuseHead(const HttpHead& head);

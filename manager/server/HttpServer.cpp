@@ -18,7 +18,10 @@ constexpr unsigned kLeaving = 64;
 constexpr std::chrono::seconds kWhenFull{1};
 /// For a client to take a big answer.
 constexpr int kTimesForAnswer = 30;
-constexpr char kCiphers[] = "SECURE128:+SECURE192:-VERS-ALL:+VERS-TLS1.3:+VERS-TLS1.2";
+/// Keys that go with the connection, and ciphers that see to it that nothing is changed.
+constexpr char kCiphers[] =
+    "SECURE128:-VERS-ALL:+VERS-TLS1.3:+VERS-TLS1.2:-KX-ALL:+ECDHE-ECDSA:+ECDHE-RSA:+DHE-RSA:-MAC-ALL:+AEAD:"
+    "-CIPHER-ALL:+AES-256-GCM:+CHACHA20-POLY1305:+AES-128-GCM";
 
 int socketOf(MHD_Connection* connection) {
   return MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd;
@@ -28,6 +31,27 @@ ClientAddress clientOf(MHD_Connection* connection) {
   return ClientAddress(*MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CLIENT_ADDRESS)->client_addr);
 }
 
+/// Numeric; empty when it cannot be told.
+std::string ownAddressOf(MHD_Connection* connection) {
+  sockaddr_storage own{};
+  socklen_t length = sizeof own;
+  auto* const generic = reinterpret_cast<sockaddr*>(&own);
+  return getsockname(socketOf(connection), generic, &length) == 0 ? ClientAddress(*generic).host
+                                                                  : std::string();
+}
+
+std::vector<std::string> namesIn(MHD_Connection* connection) {
+  std::vector<std::string> names;
+  MHD_get_connection_values(
+      connection, MHD_HEADER_KIND,
+      [](void* all, MHD_ValueKind, const char* name, const char*) {
+        static_cast<std::vector<std::string>*>(all)->emplace_back(name);
+        return MHD_YES;
+      },
+      &names);
+  return names;
+}
+
 HttpHead headOf(MHD_Connection* connection, const char* method) {
   const ClientAddress from = clientOf(connection);
   return {method,
@@ -35,7 +59,11 @@ HttpHead headOf(MHD_Connection* connection, const char* method) {
             const char* const value = MHD_lookup_connection_value(connection, MHD_HEADER_KIND, name.c_str());
             return std::string(value ? value : "");
           },
-          from.loopback, from.host, from.client};
+          from.loopback,
+          from.host,
+          from.client,
+          ownAddressOf(connection),
+          namesIn(connection)};
 }
 
 /// One request while it arrives.

@@ -32,15 +32,20 @@ std::optional<HttpAnswer> refuseUser(const std::optional<User>& user, const CimM
 }  // namespace
 
 Router::Router(Authenticator& users, ProviderSupervisor& plugin, const ClassRepository& repository,
-               Namespace* interop, unsigned deepest)
+               Namespace* interop, const ServerSettings& settings)
     : _users(users),
       _plugin(plugin),
       _noProvider(repository, kNameSpace),
       _classes(_noProvider),
       _interop(interop),
-      _deepest(deepest) {}
+      _hosts(settings.names),
+      _deepest(settings.requestDepth) {}
 
 std::optional<HttpAnswer> Router::refuse(const HttpHead& head) const {
+  if (auto refusal = refuseAmbiguous(head)) return refusal;
+  const std::string host = head.header("Host");
+  if (!host.empty() && !_hosts.mean(host, head.own))
+    return httpError(421, "", "Host does not name this machine");
   if (auto refusal = refuseHead(head)) return extended(head, std::move(*refusal));
   return std::nullopt;
 }

@@ -7,6 +7,7 @@
 #include "isolation/ProviderSupervisor.h"
 #include "plugin/PluginNamespace.h"
 #include "server/Authenticator.h"
+#include "server/HostNames.h"
 #include "server/HttpHead.h"
 #include "server/SharedBound.h"
 
@@ -15,9 +16,9 @@ namespace ZebManager {
 /// Safe from several threads.
 class Router {
  public:
-  /// `interop`: null when there is no such namespace. `deepest`: of elements of a request in each other.
+  /// `interop`: null when there is no such namespace.
   Router(Authenticator& users, ProviderSupervisor& plugin, const ClassRepository& repository,
-         Namespace* interop, unsigned deepest);
+         Namespace* interop, const ServerSettings& settings);
 
   /// What is wrong with a head, whoever it is from.
   std::optional<HttpAnswer> refuse(const HttpHead& head) const;
@@ -40,7 +41,8 @@ class Router {
   const ProviderCalls _noProvider;
   PluginNamespace _classes;
   Namespace* const _interop;
-  const unsigned _deepest;
+  const HostNames _hosts;
+  const unsigned _deepest;  ///< of elements of a request in each other
 };
 
 }  // namespace ZebManager

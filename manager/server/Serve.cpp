@@ -147,7 +147,7 @@ int serve(const Options& options, std::ostream& out, std::ostream& err) {
     throw ManagerError("there is nowhere to listen at");
   Core core(options, settings, log);
   Authenticator users(judgesOf(options), std::ref(log));
-  Router router(users, core.plugin(), core.classes(), &core.interop(), settings.requestDepth);
+  Router router(users, core.plugin(), core.classes(), &core.interop(), settings);
   HttpBounds bounds(settings);
   std::vector<std::unique_ptr<HttpServer>> servers;
   if (!isNowhere(settings.http)) {

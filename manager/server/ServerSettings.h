@@ -16,12 +16,13 @@ struct ServerSettings {
   std::string http =
       "127.0.0.1:5988";  ///< address and port, or none (see `isNowhere`); port 0: any that is free
   std::string https = "127.0.0.1:5989";  ///< likewise
+  std::vector<std::string> names;        ///< of this machine, besides those that it knows
   std::string certificate;               ///< PEM file; without it the server makes one
   std::string key;                       ///< PEM file; empty: it is in the file of the certificate
   LoginSettings login;
   std::string stateDirectory = "/var/lib/zebcim";
   unsigned connections = 256;
-  unsigned connectionsPerAddress = 128;     ///< that wait for a request
+  unsigned connectionsPerAddress = 128;  ///< that wait for a request
   unsigned requestBytes = 4U << 20;
   unsigned requestDepth = kDeepestElement;  ///< of elements in each other
   unsigned waitingBytes = 64U << 20;        ///< bodies of all requests that are under way

@@ -23,6 +23,11 @@ struct FlagRow {
   bool& (*of)(ServerSettings&);
 };
 
+struct TextsRow {
+  std::string_view key;
+  std::vector<std::string>& (*of)(ServerSettings&);
+};
+
 struct NumberRow {
   std::string_view key;
   std::int64_t lowest, highest;
@@ -58,6 +63,10 @@ constexpr std::array kTexts = {
 constexpr std::array kFlags = {
     FlagRow{"delivery.verify-listeners",
             [](ServerSettings& s) -> bool& { return s.delivery.verifyListeners; }},
+};
+
+constexpr std::array kLists = {
+    TextsRow{"listen.names", [](ServerSettings& s) -> std::vector<std::string>& { return s.names; }},
 };
 
 constexpr unsigned count(std::int64_t number) {
@@ -123,6 +132,19 @@ TakenKey take(ServerSettings& settings, const TextRow& row, const toml::node& va
   return {KeyState::Taken, {}};
 }
 
+TakenKey take(ServerSettings& settings, const TextsRow& row, const toml::node& value) {
+  const TakenKey bad{KeyState::Bad, "a list of texts that are not empty"};
+  if (!value.is_array()) return bad;
+  std::vector<std::string> texts;
+  for (const toml::node& element : *value.as_array()) {
+    const auto text = element.value_exact<std::string>();
+    if (!text || text->empty()) return bad;
+    texts.push_back(*text);
+  }
+  row.of(settings) = std::move(texts);
+  return {KeyState::Taken, {}};
+}
+
 TakenKey take(ServerSettings& settings, const FlagRow& row, const toml::node& value) {
   const auto flag = value.value_exact<bool>();
   if (!flag) return {KeyState::Bad, "true or false"};
@@ -144,6 +166,7 @@ TakenKey take(ServerSettings& settings, const NumberRow& row, const toml::node& 
 
 TakenKey takeKey(ServerSettings& settings, std::string_view key, const toml::node& value) {
   if (const auto* const text = rowOf(kTexts, key)) return take(settings, *text, value);
+  if (const auto* const texts = rowOf(kLists, key)) return take(settings, *texts, value);
   if (const auto* const flag = rowOf(kFlags, key)) return take(settings, *flag, value);
   if (const auto* const number = rowOf(kNumbers, key)) return take(settings, *number, value);
   return {KeyState::Unknown, {}};

@@ -151,7 +151,7 @@ bool eventually(const std::string& address, const std::string& request, const st
 }
 
 TEST(Access, WhileTooMuchIsUnderWayTheServerIsBusy) {
-  Server server(kOnePort, "[limits]\nwaiting-bytes = 1024\nrequest-seconds = 60\n");
+  Server server(kOnePort, "[limits]\nwaiting-bytes = 2048\nrequest-seconds = 60\n");
   const std::string request = post(call("EnumerateClassNames", ""), "EnumerateClassNames");
   EXPECT_TRUE(eventually(server.http(), request, "200"));
   {
@@ -164,7 +164,7 @@ TEST(Access, WhileTooMuchIsUnderWayTheServerIsBusy) {
 }
 
 TEST(Access, AnAnswerOverTheBoundOfAllAnswersIsNotGiven) {
-  Server server(kOnePort, "[limits]\nanswer-bytes = 1024\n");
+  Server server(kOnePort, "[limits]\nanswer-bytes = 8192\n");
   const std::string small = post(call("EnumerateClassNames", ""), "EnumerateClassNames");
   const std::string large = post(call("EnumerateClasses", ""), "EnumerateClasses");
   EXPECT_TRUE(eventually(server.http(), small, "200"));

@@ -45,7 +45,7 @@ class TestConnection {
       : _socket(std::move(socket)) {
     if (!certificate) return;
     gnutls_init(&_session, GNUTLS_SERVER);
-    gnutls_set_default_priority(_session);
+    gnutls_priority_set_direct(_session, certificate->_priorities.c_str(), nullptr);
     gnutls_credentials_set(_session, GNUTLS_CRD_CERTIFICATE, certificate->_credentials);
     gnutls_transport_set_int(_session, _socket.get());
     int result = 0;
@@ -101,7 +101,7 @@ std::optional<TestListener::Request> readRequest(TestConnection& connection) {
 
 }  // namespace
 
-TestCertificate::TestCertificate() {
+TestCertificate::TestCertificate(std::string priorities) : _priorities(std::move(priorities)) {
   gnutls_x509_privkey_t key = nullptr;
   gnutls_x509_privkey_init(&key);
   gnutls_x509_privkey_generate(key, GNUTLS_PK_ECDSA, GNUTLS_CURVE_TO_BITS(GNUTLS_ECC_CURVE_SECP256R1), 0);

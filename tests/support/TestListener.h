@@ -19,7 +19,8 @@ namespace ZebManager {
 /// What a listener needs for TLS: a key, and a certificate for 127.0.0.1 that it has signed itself.
 class TestCertificate {
  public:
-  TestCertificate();
+  /// `priorities`: what of TLS it takes, as GnuTLS writes them.
+  explicit TestCertificate(std::string priorities = "NORMAL");
   TestCertificate(const TestCertificate&) = delete;
   TestCertificate& operator=(const TestCertificate&) = delete;
   ~TestCertificate();
@@ -28,6 +29,7 @@ class TestCertificate {
 
  private:
   friend class TestConnection;
+  const std::string _priorities;
   std::string _pem;
   gnutls_certificate_credentials_st* _credentials = nullptr;
 };

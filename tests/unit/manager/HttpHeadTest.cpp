@@ -26,9 +26,33 @@ HttpHead head(const std::string& method, std::vector<std::pair<std::string, std:
           true};
 }
 
+/// One whose headers are known by name, too.
+HttpHead named(std::vector<std::pair<std::string, std::string>> headers) {
+  HttpHead made = head("POST", headers);
+  for (const auto& [name, value] : headers) made.names.push_back(name);
+  return made;
+}
+
 unsigned statusOf(const HttpHead& asked) {
   const auto refusal = refuseHead(asked);
   return refusal ? refusal->status : 200;
+}
+
+TEST(HttpHead, ALengthThatIsSaidInTwoWaysIsRefusedAndTheConnectionClosed) {
+  EXPECT_FALSE(refuseAmbiguous(named({{"Content-Length", "5"}, {"Host", "a"}, {"Authorization", "b"}})));
+  EXPECT_FALSE(refuseAmbiguous(named({{"transfer-encoding", "Chunked"}})));
+  for (const auto& refused :
+       {named({{"Content-Length", "5"}, {"Transfer-Encoding", "chunked"}}),
+        named({{"Content-Length", "5"}, {"content-length", "5"}}),
+        named({{"Transfer-Encoding", "chunked"}, {"Transfer-Encoding", "chunked"}}),
+        named({{"Transfer-Encoding", "gzip, chunked"}}), named({{"Transfer-Encoding", ""}}),
+        named({{"Host", "a"}, {"Host", "b"}}), named({{"Authorization", "a"}, {"Authorization", "a"}}),
+        named({{"Content-Length ", "5"}}), named({{" X", "5"}}), named({{"X\t", "5"}}), named({{"", "5"}})}) {
+    const auto refusal = refuseAmbiguous(refused);
+    ASSERT_TRUE(refusal) << testing::PrintToString(refused.names);
+    EXPECT_EQ(refusal->status, 400U);
+    EXPECT_THAT(refusal->headers, Contains(Pair("Connection", "close")));
+  }
 }
 
 TEST(HttpHead, PostNeedsTheHeadersOfCimAsTheyAre) {

@@ -42,5 +42,16 @@ TEST_F(SecureDeliveries, GoToAnyoneWhenToldTo) {
   ASSERT_TRUE(listener.waitFor(1));
 }
 
+TEST_F(SecureDeliveries, WaitForTlsThatIsNotTooOld) {
+  const TestCertificate old("NORMAL:-VERS-ALL:+VERS-TLS1.1:+VERS-TLS1.0");
+  TestListener antique([](std::size_t, const auto&) { return TestListener::acknowledgement(); }, 0, &old);
+  settings.verifyListeners = false;
+  start(antique.url());
+  deliver(1, 1);
+  EXPECT_TRUE(logs("unsupported version"));
+  EXPECT_EQ(delivery->waiting(), 1U);
+  EXPECT_THAT(antique.requests(), IsEmpty());
+}
+
 }  // namespace
 }  // namespace ZebManager

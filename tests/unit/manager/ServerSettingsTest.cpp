@@ -194,6 +194,17 @@ TEST_P(TextKeys, KeepTheirDefaultWhenTheValueDoesNotFit) {
   }
 }
 
+TEST(ServerSettings, NamesOfTheMachineAreAListOfTexts) {
+  EXPECT_THAT(ServerSettings().names, IsEmpty());
+  EXPECT_THAT(SettingsFile(fileWith("listen.names", R"(["a.example", "b"])")).settings().names,
+              ElementsAre("a.example", "b"));
+  for (const char* const value : {"\"a\"", "[5]", "[\"\"]", "{}"}) {
+    EXPECT_THAT(
+        refusalOf(fileWith("listen.names", value)),
+        testing::EndsWith(":2: 'listen.names' has a bad value: expected a list of texts that are not empty"));
+  }
+}
+
 TEST(ServerSettings, ListenersAreVerifiedUnlessTheFileSaysOtherwise) {
   const std::string key = "delivery.verify-listeners";
   EXPECT_TRUE(ServerSettings().delivery.verifyListeners);
@@ -299,8 +310,9 @@ TEST(ServerSettings, TheShippedFileNamesEveryKeyAndItsDefault) {
   }
   const SettingsFile file(content);
   EXPECT_THAT(file.warnings(), IsEmpty());
-  // All but access.pam-folder, and with delivery.verify-listeners.
-  EXPECT_EQ(keys, kNumbers.size() + kTexts.size());
+  // All but access.pam-folder, and with listen.names and delivery.verify-listeners.
+  EXPECT_EQ(keys, kNumbers.size() + kTexts.size() + 1);
+  EXPECT_THAT(content, testing::HasSubstr("\nnames = []\n"));
   EXPECT_THAT(content, testing::HasSubstr("\nverify-listeners = true\n"));
   for (const Number& number : kNumbers) EXPECT_EQ(number.of(file.settings()), number.byDefault) << number.key;
   for (const Text& text : kTexts) EXPECT_EQ(text.of(file.settings()), text.byDefault) << text.key;
