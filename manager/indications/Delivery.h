@@ -14,9 +14,10 @@
 namespace ZebManager {
 
 struct DeliverySettings {
-  std::string directory;              ///< of the queue's file; made when it is missing
-  std::size_t mostWaiting = 10'000;   ///< for one listener
-  std::size_t mostBytes = 64U << 20;  ///< for all listeners
+  std::string directory;                  ///< of the queue's file; made when it is missing
+  std::size_t mostWaiting = 10'000;       ///< for one listener
+  std::size_t mostBytes = 64U << 20;      ///< for all listeners
+  std::size_t mostHeldBytes = 16U << 20;  ///< of these, in memory while the file takes nothing
   std::chrono::seconds longestWait = std::chrono::hours(24);       ///< then an indication is dropped
   std::chrono::milliseconds firstPause = std::chrono::seconds(1);  ///< after a failure; doubled after each
   std::chrono::milliseconds longestPause = std::chrono::seconds(60);
@@ -40,8 +41,8 @@ struct DeliverySettings {
 /// Sending is a thread of this object's own. All members are safe from any thread.
 class Delivery {
  public:
-  /// Opens the queue; a damaged file is put aside. Nothing is sent before `setSubscriptions`. Throws
-  /// ManagerError.
+  /// Opens the queue; a damaged file is put aside, and one that cannot be written read. Nothing is sent
+  /// before `setSubscriptions`. Throws ManagerError.
   Delivery(const DeliverySettings& settings, LogLine log);
   Delivery(const Delivery&) = delete;
   Delivery& operator=(const Delivery&) = delete;
@@ -51,8 +52,8 @@ class Delivery {
   /// The subscriptions that are enabled, all of them.
   void setSubscriptions(std::vector<Subscription> subscriptions);
 
-  /// Queues an indication for every subscription to one of the filters. It is in the file when this returns.
-  /// Throws ManagerError when the file cannot be written.
+  /// Queues an indication for every subscription to one of the filters. It is in the file when this returns,
+  /// or in memory when the file cannot be written.
   void deliver(const std::vector<std::string>& filterNames, std::string_view instanceElement);
 
   /// How many indications wait, for all listeners together.

@@ -48,9 +48,10 @@ CMPIData appended(Arena& arena, const CMPIData* array, const CMPIData& element) 
 }  // namespace
 
 InstanceStore::InstanceStore(const std::string& directory, const InstanceNames& names, LogLine log)
-    : _names(names), _log(std::move(log)), _file(directory, "interop.db", kUpgrades, _log) {}
+    : _names(names), _log(std::move(log)), _file(directory, "interop.db", {kUpgrades}, _log) {}
 
 void InstanceStore::load(const std::function<void(std::unique_ptr<StoredInstance>)>& take) {
+  if (!_file.readable()) return;
   std::vector<std::pair<std::string, std::string>> found;
   SqliteStatement select = _file.prepare("SELECT name, class FROM instance ORDER BY rowid");
   while (select.step()) found.emplace_back(select.text(0), select.text(1));

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "indications/Sqlite.h"
+#include "indications/SqliteFile.h"
 #include "indications/StoredInstance.h"
 
 namespace ZebManager {
@@ -14,7 +14,7 @@ namespace ZebManager {
 /// that cannot be done, and nothing is changed then.
 class InstanceStore {
  public:
-  /// Throws ManagerError when the file cannot be opened.
+  /// Throws ManagerError when there is a file that cannot be read.
   InstanceStore(const std::string& directory, const InstanceNames& names, LogLine log);
 
   /// Reads every instance. What no longer fits its class is left in the file, with a line in the log.

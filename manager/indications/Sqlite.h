@@ -5,11 +5,9 @@
 
 #include <cstdint>
 #include <memory>
-#include <span>
 #include <string>
 #include <string_view>
 
-#include "indications/Subscription.h"
 #include "values/ManagerError.h"
 
 namespace ZebManager {
@@ -19,8 +17,12 @@ class SqliteError : public ManagerError {
   SqliteError(int errorCode, const std::string& text) : ManagerError(text), code(errorCode) {}
   /// Whether the file is not what SQLite wrote.
   bool damaged() const { return code == SQLITE_CORRUPT || code == SQLITE_NOTADB || code == SQLITE_FORMAT; }
+  /// Whether the disk is what does not let it be written.
+  bool unwritable() const;
   int code;
 };
+
+[[noreturn]] void failSqlite(sqlite3* database, int code);
 
 /// A prepared statement. Use by one thread at a time, like its database, which has to outlive it.
 class SqliteStatement {
@@ -53,57 +55,6 @@ class SqliteStatement {
   void check(int code) const;
 
   std::unique_ptr<sqlite3_stmt, Finalize> _statement;
-};
-
-/// An open file of a known format.
-class SqliteFile {
- public:
-  /// Opens `directory/name`, both of which are made when they are missing. `upgrades` brings the file from
-  /// each format to the next, from an empty one on, and has to outlive this. A damaged file is put aside
-  /// under a new name and a fresh one begun, with a line in the log. Throws ManagerError, also for a file of
-  /// a format that is not known yet.
-  SqliteFile(const std::string& directory, const std::string& name, std::span<const char* const> upgrades,
-             LogLine log);
-
-  /// The same for a file that turned out to be damaged while it was in use: from here on it is empty. No
-  /// statement may be left. Throws ManagerError.
-  void beginAnew(const std::string& why);
-
-  void execute(const char* statements);
-  SqliteStatement prepare(const char* text) { return {_database.get(), text}; }
-  /// Gives the disk back what much of the file is no longer used for. Throws SqliteError.
-  void shrink();
-
- private:
-  struct Close {
-    void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
-  };
-
-  void openOrRefuse();
-  void open();
-  void checkHeader();
-  void upgrade();
-  void checkContent();
-  std::int64_t numberOf(const char* question);
-
-  const std::string _path;
-  const std::span<const char* const> _upgrades;
-  const LogLine _log;
-  std::unique_ptr<sqlite3, Close> _database;
-};
-
-/// All or nothing: what is not committed is taken back.
-class SqliteTransaction {
- public:
-  explicit SqliteTransaction(SqliteFile& file) : _file(file) { _file.execute("BEGIN IMMEDIATE"); }
-  SqliteTransaction(const SqliteTransaction&) = delete;
-  SqliteTransaction& operator=(const SqliteTransaction&) = delete;
-  ~SqliteTransaction();
-  void commit();
-
- private:
-  SqliteFile& _file;
-  bool _open = true;
 };
 
 }  // namespace ZebManager

@@ -135,19 +135,24 @@ Certificate configured(const std::string& file, const std::string& keyFile) {
 
 }  // namespace
 
-Certificate certificateFor(const ServerSettings& settings) {
+Certificate certificateFor(const ServerSettings& settings, const LogLine& log) {
   if (!settings.certificate.empty()) {
     return configured(settings.certificate, settings.key.empty() ? settings.certificate : settings.key);
   }
   const std::string file = settings.stateDirectory + "/server.pem";
   std::error_code error;
-  if (!std::filesystem::exists(file, error)) {
-    std::filesystem::create_directories(settings.stateDirectory, error);
-    const Certificate made = make();
-    store(file, made.certificate + made.key);  // one file, so that they always belong together
+  if (std::filesystem::exists(file, error)) {
+    const std::string both = contentOf(file);
+    return {both, both};
   }
-  const std::string both = contentOf(file);
-  return {both, both};
+  Certificate made = make();
+  try {
+    std::filesystem::create_directories(settings.stateDirectory, error);
+    store(file, made.certificate + made.key);  // one file, so that they always belong together
+  } catch (const ManagerError& unwritable) {
+    log(std::string("the certificate is another one at the next start: ") + unwritable.what());
+  }
+  return made;
 }
 
 }  // namespace ZebManager

@@ -13,7 +13,8 @@ struct Certificate {
 };
 
 /// The configured one. Without it one that the server has signed itself, made at the first time and kept in
-/// the state directory, the key readable to its owner alone. Throws ManagerError.
-Certificate certificateFor(const ServerSettings& settings);
+/// the state directory, the key readable to its owner alone; where that cannot be, a line in the log. Throws
+/// ManagerError.
+Certificate certificateFor(const ServerSettings& settings, const LogLine& log);
 
 }  // namespace ZebManager

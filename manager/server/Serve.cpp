@@ -155,8 +155,8 @@ int serve(const Options& options, std::ostream& out, std::ostream& err) {
     out << "http " << servers.back()->address() << std::endl;
   }
   if (!isNowhere(settings.https)) {
-    servers.push_back(
-        std::make_unique<HttpServer>(listenAt(settings.https), router, bounds, certificateFor(settings)));
+    servers.push_back(std::make_unique<HttpServer>(listenAt(settings.https), router, bounds,
+                                                   certificateFor(settings, std::ref(log))));
     out << "https " << servers.back()->address() << std::endl;
   }
   stop.acquire();

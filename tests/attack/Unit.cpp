@@ -95,7 +95,7 @@ void Unit::configure(const UnitOptions& options) {
   std::ofstream(_folder / "pam/zebcim") << options.stack;
   std::ofstream(_folder / "zebcim.toml")
       << "[access]\npam-folder = \"" << (_folder / "pam").string() << "\"\n[state]\ndirectory = \""
-      << (_folder / "state").string() << "\"\n"
+      << (options.state.empty() ? (_folder / "state").string() : options.state) << "\"\n"
       << options.settings;
 }
 

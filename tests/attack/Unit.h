@@ -20,6 +20,7 @@ struct UnitOptions {
   std::string stack =
       "auth required pam_unix.so\naccount required pam_unix.so\n";  ///< of PAM, for this service
   std::string http = "127.0.0.1:0";
+  std::string state = {};  ///< folder; empty: one that goes with the object
 };
 
 /// The server is the user of `kServerUser`, without any of root's rights; the processes of the plug-in and of

@@ -9,6 +9,9 @@
 namespace ZebManager {
 namespace {
 
+using testing::_;
+using testing::AllOf;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -59,16 +62,42 @@ class Queue : public testing::Test {
   const Subscription a = subscription("f", "a", "http://a/"), b = subscription("f", "b", "http://b/");
 };
 
-TEST_F(Queue, WhatCouldNotBePutLeavesAGap) {
-  put(a);
+TEST_F(Queue, WhatTheFileDoesNotTakeIsKeptInMemoryAndInOrder) {
+  put(a, "<first/>");
   refuseWrites("INSERT");
-  EXPECT_THROW(queue->put({&a, &b}, "<x/>"), SqliteError);
-  EXPECT_THROW(put(a), SqliteError);
+  put(a, "<second/>");
+  queue->put({&a, &b}, "<third/>");
+  EXPECT_THAT(lines, ElementsAre(HasSubstr("goes on in memory, it cannot be written: the disk is full")));
+  EXPECT_EQ(queue->waiting(), 4U);
+  EXPECT_EQ(queue->oldest("a")->element, "<first/>");
   takeWrites();
+  theTime += 1s;
+  put(a, "<fourth/>");
+  EXPECT_THAT(lines, ElementsAre(_, HasSubstr("can be written again")));
+  open();
+  EXPECT_THAT(numbersFor("a"), ElementsAre(0, 1, 2, 3));
+  EXPECT_THAT(numbersFor("b"), ElementsAre(0));
+}
+
+TEST_F(Queue, WhatIsInMemoryIsSentToo) {
+  refuseWrites("INSERT");
   put(a);
-  put(b);
-  EXPECT_THAT(numbersFor("a"), ElementsAre(0, 3));
-  EXPECT_THAT(numbersFor("b"), ElementsAre(1));
+  put(a);
+  EXPECT_THAT(numbersFor("a"), ElementsAre(0, 1));
+  takeWrites();
+  open();
+  EXPECT_EQ(queue->waiting(), 0U);
+}
+
+TEST_F(Queue, WhatMemoryDoesNotTakeLeavesAGap) {
+  settings.mostHeldBytes = 200;
+  put(a, std::string(100, 'x'));
+  refuseWrites("INSERT");
+  for (int i = 0; i < 4; ++i) put(a, std::string(100, 'x'));
+  takeWrites();
+  theTime += 1s;
+  put(a);
+  EXPECT_THAT(numbersFor("a"), ElementsAre(0, 3, 4, 5));
 }
 
 TEST_F(Queue, WhatIsDroppedLeavesAGap) {
@@ -80,17 +109,15 @@ TEST_F(Queue, WhatIsDroppedLeavesAGap) {
 TEST_F(Queue, WhatWasAcknowledgedComesNoMoreThoughItCannotBeRemoved) {
   put(a);
   put(a);
-  const auto first = queue->oldest("a");
-  ASSERT_TRUE(first);
   refuseWrites("DELETE");
-  queue->remove("a", first->id);
-  const auto second = queue->oldest("a");
-  ASSERT_TRUE(second);
-  EXPECT_EQ(second->number, 1);
-  EXPECT_THAT(lines, ElementsAre(HasSubstr("what was sent cannot be removed yet")));
+  queue->remove("a", queue->oldest("a")->id);
+  EXPECT_EQ(queue->oldest("a")->number, 1);
+  EXPECT_THAT(lines, ElementsAre(HasSubstr("it cannot be written")));
   takeWrites();
+  theTime += 1s;
+  EXPECT_EQ(queue->oldest("a")->number, 1);
   open();
-  EXPECT_THAT(numbersFor("a"), ElementsAre(0, 1)) << "only a new process does not know";
+  EXPECT_THAT(numbersFor("a"), ElementsAre(1)) << "it is made up for";
 }
 
 TEST_F(Queue, AllListenersShareABound) {
@@ -116,19 +143,60 @@ TEST_F(Queue, AgesGoByTheTimeSinceTheMachineStarted) {
   EXPECT_THAT(numbersFor("a"), ElementsAre(1));
 }
 
-/// As after a restart of the machine, and in files that were written when ages went by the date.
-TEST_F(Queue, WhatSeemsToComeFromTheFutureIsTakenForFresh) {
+/// Whatever the date: the time that the machine was off is not known, the time before and after it is.
+TEST_F(Queue, AgesGoOnWhenTheMachineIsStartedAgain) {
+  settings.longestWait = 3600s;
+  put(a);
+  theTime += 600s;
+  put(a);
+  for (int starts = 0; starts < 2; ++starts) {
+    theTime = BootClock::time_point(10s);
+    open();
+    EXPECT_EQ(queue->oldest("a")->number, 0);
+    theTime += 1000s;
+    queue->oldest("a");
+  }
+  theTime += 999s;
+  EXPECT_EQ(queue->oldest("a")->number, 0) << "3599 s old";
+  put(a);
+  theTime += 2s;
+  EXPECT_THAT(numbersFor("a"), ElementsAre(1, 2));
+}
+
+/// Of a file that was written when ages went by the date.
+TEST_F(Queue, DatesFromBeforeCountAsNow) {
   settings.longestWait = 3600s;
   put(a);
   queue.reset();
   elsewhere("UPDATE indication SET queued = 1800000000");
-  theTime = BootClock::time_point(10s);
   open();
-  EXPECT_TRUE(queue->oldest("a"));
   theTime += 3600s;
   EXPECT_TRUE(queue->oldest("a"));
   theTime += 1s;
   EXPECT_FALSE(queue->oldest("a"));
+}
+
+TEST_F(Queue, WhatWasInADamagedFileLeavesAGapInTheSameSequence) {
+  put(a, std::string(5000, 'x'));
+  put(a, std::string(5000, 'x'));
+  const std::string context = queue->oldest("a")->context;
+  elsewhere("PRAGMA wal_checkpoint(TRUNCATE)");
+  {
+    std::fstream file(directory / "delivery.db", std::ios::in | std::ios::out | std::ios::binary);
+    for (int page = 2; page < 12; ++page) {
+      file.seekp(page * 4096);
+      file << std::string(64, 'x');
+    }
+  }
+  elsewhere("PRAGMA user_version = 2");  // the pages that are remembered are read again
+  put(a);
+  put(a);
+  EXPECT_THAT(lines,
+              Contains(AllOf(HasSubstr("delivery.db is damaged"), HasSubstr("delivery.db.damaged-1"))));
+  EXPECT_EQ(queue->oldest("a")->context, context);
+  open();
+  EXPECT_EQ(queue->oldest("a")->context, context);
+  EXPECT_EQ(numbersFor("a").back(), 3);
 }
 
 TEST_F(Queue, TheFileShrinksWhenItIsEmpty) {

@@ -178,9 +178,14 @@ TEST_F(Deliveries, FollowAListenerThatMoves) {
   ASSERT_TRUE(listener.waitFor(1)) << "a new address is tried at once";
 }
 
-TEST_F(Deliveries, NeedADirectory) {
+TEST_F(Deliveries, GoOnWithoutADirectory) {
   settings.directory = "/proc/nothing";
-  EXPECT_THROW(start(), ManagerError);
+  TestListener listener;
+  start(listener.url());
+  EXPECT_THAT(log(), testing::Contains(testing::HasSubstr("what should be in it is not kept")));
+  deliver(1, 3);
+  ASSERT_TRUE(becomesEmpty());
+  EXPECT_THAT(alertsIn(listener), testing::ElementsAre(1, 2, 3));
 }
 
 TEST_F(Deliveries, ComeFromSeveralThreads) {
