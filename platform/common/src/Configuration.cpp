@@ -58,7 +58,7 @@ bool set(Configuration& configuration, std::string_view text) {
 }
 
 bool setDirectory(std::string& directory, std::string_view text) {
-  if (text.empty()) return false;
+  if (!text.starts_with('/')) return false;
   directory = text;
   if (directory.back() != '/') directory += '/';
   return true;
@@ -67,6 +67,12 @@ bool setDirectory(std::string& directory, std::string_view text) {
 template <std::string Configuration::*Member>
 bool setDirectory(Configuration& configuration, std::string_view text) {
   return setDirectory(configuration.*Member, text);
+}
+
+bool setRunDirectory(Configuration& configuration, std::string_view text) {
+  if (text != "none") return setDirectory(configuration.runDirectory, text);
+  configuration.runDirectory.clear();
+  return true;
 }
 
 bool setLogTarget(Configuration& configuration, std::string_view text) {
@@ -87,8 +93,9 @@ struct Key {
 constexpr Key kKeys[] = {
     {"source-file", "ZEB_SOURCE_FILE", "a file name", set<&Configuration::sourceFile>},
     {"include-virtual", "ZEB_INCLUDE_VIRTUAL", "true or false", set<&Configuration::includeVirtual>},
-    {"store-directory", "ZEB_STORE_DIR", "a directory", setDirectory<&Configuration::storeDirectory>},
-    {"run-directory", "ZEB_RUN_DIR", "a directory", setDirectory<&Configuration::runDirectory>},
+    {"store-directory", "ZEB_STORE_DIR", "a directory, from / on",
+     setDirectory<&Configuration::storeDirectory>},
+    {"run-directory", "ZEB_RUN_DIR", "a directory, from / on, or \"none\"", setRunDirectory},
     {"records-file", "ZEB_RECORDS", "a file name", set<&Configuration::recordsFile>},
     {"log-target", "ZEB_LOG_TARGET", "\"syslog\" or \"stderr\"", setLogTarget},
     {"log-level", "ZEB_LOG_LEVEL", "\"error\", \"warn\" or \"info\"", set<&Configuration::logLevel>},

@@ -50,12 +50,14 @@ void replaceFile(const std::string& file, const std::string& text) {
 
 void replaceRunFile(const std::string& name, const std::string& text) {
   const std::string directory = Configuration::current()->runDirectory;
+  if (directory.empty()) return;
   std::filesystem::create_directories(directory);
   replaceFile(directory + name, text);
 }
 
 void removeRunFile(const std::string& name) {
-  unlink((Configuration::current()->runDirectory + name).c_str());
+  const std::string directory = Configuration::current()->runDirectory;
+  if (!directory.empty()) unlink((directory + name).c_str());
 }
 
 }  // namespace ZEB

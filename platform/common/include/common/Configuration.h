@@ -19,7 +19,7 @@ struct Configuration {
   std::string sourceFile;       ///< recorded snapshot to serve instead of this host; ZEB_SOURCE_FILE
   bool includeVirtual = false;  ///< virtual interfaces count as ports; ZEB_INCLUDE_VIRTUAL
   std::string storeDirectory = kDataStoreDirectory;  ///< where data stores are kept; ZEB_STORE_DIR
-  std::string runDirectory = "/run/qv-zeb/";         ///< where the status file is posted; ZEB_RUN_DIR
+  std::string runDirectory = "/run/qv-zeb/";  ///< where status is posted; empty for nowhere; ZEB_RUN_DIR
   std::string recordsFile;             ///< indication records; empty for the installed one; ZEB_RECORDS
   std::string logTarget = "syslog";    ///< "syslog" or "stderr"; ZEB_LOG_TARGET
   LogLevel logLevel = LogLevel::Warn;  ///< "error", "warn" or "info"; ZEB_LOG_LEVEL
