@@ -11,12 +11,10 @@ namespace {
 
 std::string envelope(const CimMessage& message, std::string_view content) {
   const std::string_view element = message.intrinsic ? "IMETHODRESPONSE" : "METHODRESPONSE";
-  std::string out =
-      "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE";
+  std::string out;
   out.reserve(content.size() + 512);
-  appendAttribute(out, "ID", message.id);
-  appendAttribute(out, "PROTOCOLVERSION", message.protocolVersion);
-  out.append("><SIMPLERSP><").append(element);
+  appendMessageStart(out, message.id, message.protocolVersion);
+  out.append("<SIMPLERSP><").append(element);
   appendAttribute(out, "NAME", message.operation);
   out.append(">").append(content).append("</").append(element).append(">");
   return out + "</SIMPLERSP></MESSAGE></CIM>\n";

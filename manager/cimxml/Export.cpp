@@ -12,11 +12,10 @@ std::string instanceElement(const Instance& instance) {
 }
 
 std::string exportMessage(std::string_view id, std::string_view instanceElement) {
-  std::string out =
-      "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE";
-  appendAttribute(out, "ID", id);
+  std::string out;
+  appendMessageStart(out, id, "1.0");
   out +=
-      " PROTOCOLVERSION=\"1.0\"><SIMPLEEXPREQ><EXPMETHODCALL NAME=\"ExportIndication\">"
+      "<SIMPLEEXPREQ><EXPMETHODCALL NAME=\"ExportIndication\">"
       "<EXPPARAMVALUE NAME=\"NewIndication\">";
   out.append(instanceElement);
   return out + "</EXPPARAMVALUE></EXPMETHODCALL></SIMPLEEXPREQ></MESSAGE></CIM>\n";

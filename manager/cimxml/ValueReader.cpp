@@ -55,6 +55,12 @@ void ValueReader::readKey(ObjectPath& path, const ClassDef& classDef, std::strin
   path.body().keys.append(_arena, key->name).data = data;
 }
 
+ObjectPath& ValueReader::newPath(std::string_view nameSpace, const ClassDef& classDef) const {
+  ObjectPath& path = *makePath(_arena, nameSpace, classDef.name);
+  path.body().host = _host;
+  return path;
+}
+
 ObjectPath* ValueReader::path(pugi::xml_node element) const {
   std::string nameSpace = _nameSpace;
   for (; element && !isNamed(element, "INSTANCENAME"); element = firstElement(element)) {
@@ -67,7 +73,7 @@ ObjectPath* ValueReader::path(pugi::xml_node element) const {
   }
   if (!isNamed(element, "INSTANCENAME")) invalid("the name of an instance is expected");
   const ClassDef& classDef = classNamed(element.attribute("CLASSNAME").value());
-  ObjectPath& path = *makePath(_arena, nameSpace, classDef.name);
+  ObjectPath& path = newPath(nameSpace, classDef);
   for (pugi::xml_node key = firstElement(element); key; key = nextElement(key)) {
     if (isNamed(key, "KEYBINDING")) {
       readKey(path, classDef, key.attribute("NAME").value(), firstElement(key));
@@ -142,7 +148,7 @@ Instance* ValueReader::instance(pugi::xml_node element, const ObjectPath* path) 
   if (path && !sameName(path->body().className, classDef.name)) {
     invalid("the path is of another class than the instance");
   }
-  ObjectPath& own = *makePath(_arena, _nameSpace, classDef.name);
+  ObjectPath& own = newPath(_nameSpace, classDef);
   const Instance& made = *makeInstance(_arena, path ? *path : own, classDef);
   for (pugi::xml_node child = firstElement(element); child; child = nextElement(child)) {
     if (!isNamed(child, "QUALIFIER")) setProperty(made, child);

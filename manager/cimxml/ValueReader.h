@@ -13,8 +13,10 @@ namespace ZebManager {
 /// What is read lives in the arena. Members throw CimError for what the schema does not know or allow.
 class ValueReader {
  public:
-  ValueReader(Arena& arena, const ClassRepository& repository, std::string_view nameSpace)
-      : _arena(arena), _repository(repository), _nameSpace(nameSpace) {}
+  /// `host`: of paths.
+  ValueReader(Arena& arena, const ClassRepository& repository, std::string_view nameSpace,
+              std::string_view host = {})
+      : _arena(arena), _repository(repository), _nameSpace(nameSpace), _host(arena.copy(host)) {}
 
   const ClassDef& classNamed(std::string_view name) const;
   /// INSTANCENAME, LOCALINSTANCEPATH, INSTANCEPATH, or what holds one of them.
@@ -27,6 +29,7 @@ class ValueReader {
   Arena& arena() const { return _arena; }
 
  private:
+  ObjectPath& newPath(std::string_view nameSpace, const ClassDef& classDef) const;
   CMPIData scalar(pugi::xml_node element, CMPIType type, const std::string& what) const;
   CMPIData text(const std::string& content, CMPIType type, const std::string& what) const;
   CMPIData array(pugi::xml_node element, CMPIType type, const std::string& what) const;
@@ -36,6 +39,7 @@ class ValueReader {
   Arena& _arena;
   const ClassRepository& _repository;
   std::string _nameSpace;
+  std::string_view _host;
 };
 
 }  // namespace ZebManager

@@ -84,18 +84,6 @@ void appendKeyValue(std::string& out, const CMPIData& data) {
   out += "</KEYVALUE>";
 }
 
-void appendLocalNameSpace(std::string& out, std::string_view nameSpace) {
-  out += "<LOCALNAMESPACEPATH>";
-  while (!nameSpace.empty()) {
-    const std::size_t slash = std::min(nameSpace.find('/'), nameSpace.size());
-    out += "<NAMESPACE";
-    appendAttribute(out, "NAME", nameSpace.substr(0, slash));
-    out += "/>";
-    nameSpace.remove_prefix(std::min(slash + 1, nameSpace.size()));
-  }
-  out += "</LOCALNAMESPACEPATH>";
-}
-
 void appendNameSpace(std::string& out, std::string_view host, std::string_view nameSpace) {
   out += "<NAMESPACEPATH><HOST>";
   appendEscaped(out, host.empty() ? std::string_view(hostName()) : host);
@@ -135,6 +123,18 @@ void appendProperty(std::string& out, const ClassDef& classDef, const NamedValue
 
 std::string xmlTypeName(CMPIType type) {
   return elementType(type) == CMPI_instance ? "string" : typeName(elementType(type));
+}
+
+void appendLocalNameSpace(std::string& out, std::string_view nameSpace) {
+  out += "<LOCALNAMESPACEPATH>";
+  while (!nameSpace.empty()) {
+    const std::size_t slash = std::min(nameSpace.find('/'), nameSpace.size());
+    out += "<NAMESPACE";
+    appendAttribute(out, "NAME", nameSpace.substr(0, slash));
+    out += "/>";
+    nameSpace.remove_prefix(std::min(slash + 1, nameSpace.size()));
+  }
+  out += "</LOCALNAMESPACEPATH>";
 }
 
 void appendInstanceName(std::string& out, const PathBody& path) {

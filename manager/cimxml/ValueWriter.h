@@ -18,6 +18,8 @@ struct InstanceView {
 void appendInstanceName(std::string& out, const PathBody& path);
 /// INSTANCEPATH; without a host in the path it is this machine's.
 void appendInstancePath(std::string& out, const PathBody& path);
+/// LOCALNAMESPACEPATH.
+void appendLocalNameSpace(std::string& out, std::string_view nameSpace);
 /// CLASSPATH.
 void appendClassPath(std::string& out, std::string_view nameSpace, std::string_view className);
 /// INSTANCE.

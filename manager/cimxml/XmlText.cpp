@@ -89,6 +89,13 @@ void appendAttribute(std::string& out, std::string_view name, std::string_view v
   out += '"';
 }
 
+void appendMessageStart(std::string& out, std::string_view id, std::string_view protocolVersion) {
+  out += "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE";
+  appendAttribute(out, "ID", id);
+  appendAttribute(out, "PROTOCOLVERSION", protocolVersion);
+  out += ">";
+}
+
 bool isXmlCharacter(std::uint32_t code) {
   if (code < 0x20) return code == '\t' || code == '\n' || code == '\r';
   return code < 0xd800 || (code >= 0xe000 && code <= 0xfffd) || (code >= 0x10000 && code <= 0x10ffff);

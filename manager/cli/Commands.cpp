@@ -9,7 +9,6 @@
 #include "cli/JsonOutput.h"
 #include "cli/PluginProcess.h"
 #include "cli/Programs.h"
-#include "cli/StopSignals.h"
 #include "cli/TextOutput.h"
 #include "cli/TreeModel.h"
 #include "cli/Watch.h"
@@ -46,20 +45,20 @@ void runClasses(const Options& options, Session& session, const Output& output) 
 
 void runInstances(const Options& options, Session& session, const Output& output) {
   const ClassDef& asked = requireClass(session.repository(), options.className);
-  const ProviderCalls& provider = session.provider();
-  Reply reply =
-      options.names ? provider.enumerateInstanceNames(asked.name) : provider.enumerateInstances(asked.name);
+  Namespace& model = session.model();
+  Reply reply = options.names ? model.enumerateInstanceNames(asked.name)
+                              : model.enumerateInstances(asked.name, nullptr);
   printItems(options, output, answered("class '" + asked.name + "'", std::move(reply)));
 }
 
 ObjectPath& pathOf(const Options& options, Session& session, Arena& arena) {
-  return *parsePath(arena, session.repository(), session.broker().provider().nameSpace(), options.path);
+  return *parsePath(arena, session.repository(), kNameSpace, options.path);
 }
 
 void runGet(const Options& options, Session& session, const Output& output) {
   Arena arena;
   const ObjectPath& path = pathOf(options, session, arena);
-  const Reply reply = answered(named(path.body()), session.provider().getInstance(path));
+  const Reply reply = answered(named(path.body()), session.model().getInstance(path, nullptr));
   if (reply.items().empty() || reply.items()[0].type != CMPI_instance) {
     throw ManagerError(named(path.body()) + ": " + codeText(CMPI_RC_ERR_NOT_FOUND));
   }
@@ -69,18 +68,18 @@ void runGet(const Options& options, Session& session, const Output& output) {
 void runAssociators(const Options& options, Session& session, const Output& output) {
   Arena arena;
   const ObjectPath& path = pathOf(options, session, arena);
-  const ProviderCalls& provider = session.provider();
-  Reply reply = options.names ? provider.associatorNames(path, options.filter)
-                              : provider.associators(path, options.filter);
+  Namespace& model = session.model();
+  Reply reply = options.names ? model.associatorNames(path, options.filter)
+                              : model.associators(path, options.filter, nullptr);
   printItems(options, output, answered(named(path.body()), std::move(reply)));
 }
 
 void runReferences(const Options& options, Session& session, const Output& output) {
   Arena arena;
   const ObjectPath& path = pathOf(options, session, arena);
-  const ProviderCalls& provider = session.provider();
-  Reply reply = options.names ? provider.referenceNames(path, options.filter)
-                              : provider.references(path, options.filter);
+  Namespace& model = session.model();
+  Reply reply = options.names ? model.referenceNames(path, options.filter)
+                              : model.references(path, options.filter, nullptr);
   printItems(options, output, answered(named(path.body()), std::move(reply)));
 }
 
@@ -95,13 +94,12 @@ void runModify(const Options& options, Session& session, const Output& output) {
     const Assignment assignment = splitAssignment(text);
     const PropertyDef* const property = classDef.property(assignment.name);
     if (!property) throw ManagerError(classDef.name + " has no property '" + assignment.name + "'");
-    const CMPIData value = parseValue(arena, session.repository(), session.broker().provider().nameSpace(),
-                                      *property, assignment.value);
+    const CMPIData value = parseValue(arena, session.repository(), kNameSpace, *property, assignment.value);
     instance.ft->setProperty(&instance, property->name.c_str(), &value.value, value.type);
     changed.push_back(property->name.c_str());
   }
   changed.push_back(nullptr);
-  answered(named(path.body()), session.provider().modifyInstance(path, instance, changed.data()));
+  answered(named(path.body()), session.model().modifyInstance(path, instance, changed.data()));
   if (options.json) output.out << jsonOfPath(path.body());
 }
 
@@ -109,7 +107,7 @@ void runModify(const Options& options, Session& session, const Output& output) {
 ObjectPath& targetOf(const Options& options, Session& session, Arena& arena) {
   const ClassDef* const target = session.repository().find(options.path);
   if (!target) return pathOf(options, session, arena);
-  return *makePath(arena, session.broker().provider().nameSpace(), target->name);
+  return *makePath(arena, kNameSpace, target->name);
 }
 
 const MethodDef& requireMethod(const ClassDef& classDef, const std::string& name) {
@@ -133,13 +131,12 @@ void runInvoke(const Options& options, Session& session, const Output& output) {
     if (!parameter || !parameter->in) {
       throw ManagerError(method.name + " takes no argument '" + assignment.name + "'");
     }
-    const CMPIData value = parseValue(arena, session.repository(), session.broker().provider().nameSpace(),
-                                      *parameter, assignment.value);
+    const CMPIData value = parseValue(arena, session.repository(), kNameSpace, *parameter, assignment.value);
     in.ft->addArg(&in, parameter->name.c_str(), &value.value, value.type);
   }
   Args& out = *makeArgs(arena);
   const Reply reply = answered(named(path.body()) + " method " + method.name,
-                               session.provider().invokeMethod(path, method.name.c_str(), in, out));
+                               session.model().invokeMethod(path, method.name.c_str(), in, out));
   const CMPIData returned = reply.items().empty() ? nullOf(method.type) : reply.items()[0];
   const NamedValues& arguments = out.body().values;
   output.out << (options.json ? jsonOfMethod(returned, arguments)
@@ -147,14 +144,12 @@ void runInvoke(const Options& options, Session& session, const Output& output) {
 }
 
 void runTree(const Options& options, Session& session, const Output& output) {
-  const Tree tree = readTree(session.provider());
+  const Tree tree = readTree(session.model());
   output.out << (options.json ? jsonOfTree(tree) : textOfTree(tree, output.colour, linesOfLocale()));
 }
 
 void runWatch(const Options& options, Session& session, const Output& output) {
-  const StopSignals signals([&queue = session.broker().indications()] { queue.wake(); });
-  session.provider();
-  watchAlerts(options, session, output, signals);
+  watchAlerts(options, session, output);
 }
 
 void runCapture(const Options& options, Session&, const Output&) {

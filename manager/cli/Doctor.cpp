@@ -10,6 +10,7 @@
 #include "cli/DoctorFindings.h"
 #include "cli/DoctorReport.h"
 #include "cli/PropertyView.h"
+#include "local/RunFolder.h"
 #include "posix/TemporaryFolder.h"
 #include "values/CallMemory.h"
 #include "values/Values.h"
@@ -33,7 +34,7 @@ class Doctor {
     std::unique_ptr<Session> session;
     const char* what = "schema";
     try {
-      session = std::make_unique<Session>(_options);
+      session = std::make_unique<Session>(_options, Session::Posts::AsConfigured);
       _findings.good(what, std::to_string(session->repository().classes().size()) + " classes");
       what = "plug-in";
       // Instead of the configured folder, so that a look leaves no traces there.

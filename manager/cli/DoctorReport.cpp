@@ -1,10 +1,8 @@
 #include "cli/DoctorReport.h"
 
 #include <signal.h>
-#include <toml++/toml.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -62,23 +60,6 @@ std::optional<DoctorReport> readReport(const std::string& folder) {
   } catch (const Json::exception& mistake) {
     throw ManagerError("'" + file + "' is no health report: " + mistake.what());
   }
-}
-
-std::string configuredRunFolder() {
-  constexpr char kDefault[] = "/run/qv-zeb/";
-  const char* const named = std::getenv("ZEB_RUN_DIR");
-  std::string folder = named ? named : "";
-  if (folder.empty()) {
-    const char* const file = std::getenv("ZEB_CONFIG");
-    try {
-      const toml::table table = toml::parse_file(file ? file : "/etc/qv-zeb/qv-zeb.toml");
-      folder = table["run-directory"].value_or("");
-    } catch (const toml::parse_error&) {
-      // Without a file, or with a bad one, the plug-in works with its defaults, too.
-    }
-  }
-  if (folder.empty()) return kDefault;
-  return folder.back() == '/' ? folder : folder + "/";
 }
 
 bool isAlive(const DoctorReport& report) {

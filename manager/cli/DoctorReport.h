@@ -40,9 +40,6 @@ struct DoctorReport {
 /// Nothing when there is no such file. Throws ManagerError for one that is no report.
 std::optional<DoctorReport> readReport(const std::string& folder);
 
-/// Where the plug-in of the system reports, by the environment and its configuration file; ends with a slash.
-std::string configuredRunFolder();
-
 /// Whether the process that wrote the report is still there.
 bool isAlive(const DoctorReport& report);
 

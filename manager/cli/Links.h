@@ -5,15 +5,15 @@
 #include <unordered_map>
 #include <vector>
 
-#include "broker/ProviderCalls.h"
+#include "broker/Namespace.h"
 #include "cli/PropertyView.h"
 
 namespace ZebManager {
 
 /// Calls `visit` with a view of every instance of a class. Throws ManagerError when the plug-in refuses.
 template <class Visit>
-void forEachInstance(const ProviderCalls& provider, const char* className, Visit visit) {
-  const Reply reply = provider.enumerateInstances(className);
+void forEachInstance(Namespace& model, const char* className, Visit visit) {
+  const Reply reply = model.enumerateInstances(className, nullptr);
   if (reply.code != CMPI_RC_OK) {
     throw ManagerError("class '" + std::string(className) +
                        "': " + CimError(reply.code, reply.message).what());
@@ -26,10 +26,9 @@ void forEachInstance(const ProviderCalls& provider, const char* className, Visit
 /// Paths that an association leads to, by the path at its other end.
 using Links = std::unordered_map<std::string, std::vector<std::string>>;
 
-inline Links readLinks(const ProviderCalls& provider, const char* association, const char* from,
-                       const char* to) {
+inline Links readLinks(Namespace& model, const char* association, const char* from, const char* to) {
   Links links;
-  forEachInstance(provider, association, [&](const PropertyView& view) {
+  forEachInstance(model, association, [&](const PropertyView& view) {
     links[view.reference(from)].push_back(view.reference(to));
   });
   return links;

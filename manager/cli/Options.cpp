@@ -9,7 +9,10 @@ namespace {
 void addGlobals(CLI::App& app, Options& options) {
   app.add_flag("--json", options.json, "Print JSON for programs");
   app.add_option("--source", options.source, "Serve a recorded snapshot instead of this machine")
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->envname("ZEB_SOURCE_FILE");
+  app.add_flag("--standalone", options.standalone, "Load the plug-in though a service runs");
+  app.add_flag("-v,--verbose", options.verbose, "Say on standard error who is asked");
   app.add_flag("--include-virtual", options.includeVirtual, "Treat virtual interfaces as ports");
   app.add_option("--plugin", options.plugin, "The plug-in to load")->type_name("FILE");
   app.add_option("--schema", options.schema, "The schema to serve")->type_name("FILE");

@@ -31,11 +31,16 @@ struct Options {
   std::string state;
 
   bool json = false;
+  bool verbose = false;
+  bool standalone = false;
   bool includeVirtual = false;
   std::string source;
   std::string plugin;
   std::string schema;
   unsigned timeoutSeconds = 60;  ///< 0: none
+
+  /// Whether the command has to load the plug-in itself though a service runs.
+  bool wantsPlugin() const { return standalone || includeVirtual || !source.empty() || !plugin.empty(); }
 };
 
 /// Reads the command line. Nothing when the process is to end with `exitStatus`: after help (0), and after a

@@ -11,7 +11,8 @@ namespace {
 
 class HostedPlugin : public HostedProvider {
  public:
-  explicit HostedPlugin(const Options& options) : _session(options), _namespace(_session.provider()) {}
+  explicit HostedPlugin(const Options& options)
+      : _session(options, Session::Posts::AsConfigured), _namespace(_session.provider()) {}
 
   Broker& broker() override { return _session.broker(); }
   std::string perform(std::string_view message) override { return answer(message, _namespace); }

@@ -5,15 +5,26 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 
 #include "cli/Programs.h"
+#include "local/RunFolder.h"
+#include "local/ServiceNamespace.h"
+#include "plugin/PluginNamespace.h"
 
 namespace ZebManager {
 namespace {
 
 constexpr char kSchemaFile[] = "zeb.mof";
 
-/// A snapshot that is not there is named before anything is loaded.
+void requireAbsolute(const char* variable) {
+  const char* const folder = std::getenv(variable);
+  if (!folder || *folder == '/') return;
+  throw ManagerError(std::string(variable) + " is '" + folder + "': expected a path that begins with /");
+}
+
+}  // namespace
+
 void requireReadable(const std::string& snapshot) {
   std::error_code error;
   const auto status = std::filesystem::status(snapshot, error);
@@ -25,8 +36,6 @@ void requireReadable(const std::string& snapshot) {
                        "; expected a recorded snapshot");
   }
 }
-
-}  // namespace
 
 std::string findSchema(const std::string& option) {
   if (!option.empty()) return option;
@@ -40,16 +49,48 @@ std::string findSchema(const std::string& option) {
                      (beside / ".." / ZEB_SCHEMA_FOLDER).lexically_normal().string());
 }
 
-Session::Session(const Options& options)
+Session::Session(const Options& options, Posts posts)
     : _deadline(options.timeoutSeconds),
       _options(options),
+      _posts(posts),
+      _runFolder(configuredRunFolder()),
       _repository(ClassRepository::fromFile(findSchema(options.schema))),
-      _broker(_repository) {}
+      _broker(_repository) {
+  if (!options.source.empty()) _folders.emplace();
+}
 
 Session::~Session() = default;
 
+void Session::say(const std::string& line) const {
+  if (_options.verbose) std::cerr << "zebcim: " << line << std::endl;
+}
+
+std::unique_ptr<ServiceLink> Session::service() const {
+  return _options.wantsPlugin() ? nullptr : ServiceLink::find(_runFolder);
+}
+
+Namespace& Session::model() {
+  if (_model) return *_model;
+  if (auto link = service()) {
+    say("asking the service behind " + serviceSocket(_runFolder));
+    _model = std::make_unique<ServiceNamespace>(std::move(link), _runFolder, _repository);
+  } else {
+    say(_options.wantsPlugin()
+            ? "loading the plug-in, as the options want it"
+            : "no service listens at " + serviceSocket(_runFolder) + "; loading the plug-in");
+    _model = std::make_unique<PluginNamespace>(provider());
+  }
+  return *_model;
+}
+
+void Session::restart() {
+  _model.reset();
+  _plugin.reset();
+}
+
 ProviderCalls& Session::provider() {
   if (_plugin) return _broker.provider();
+  requireAbsolute("ZEB_STORE_DIR");
   // The plug-in's configuration reads these when the library starts.
   if (!_options.source.empty()) {
     requireReadable(_options.source);
@@ -58,6 +99,7 @@ ProviderCalls& Session::provider() {
   if (_options.includeVirtual) setenv("ZEB_INCLUDE_VIRTUAL", "1", 1);
   // Whatever other object managers are configured to: here the plug-in's own computer system is served.
   setenv("ZEB_COMPUTER_SYSTEM_PATH", "", 1);
+  if (_posts == Posts::Nowhere) setenv("ZEB_RUN_DIR", "none", 1);
   _plugin = std::make_unique<PluginLibrary>(_broker, findPlugin(_options.plugin, programFolder()));
   return _broker.provider();
 }

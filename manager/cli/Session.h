@@ -1,12 +1,17 @@
 // What a command works with.
 #pragma once
 
+#include <iosfwd>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "broker/Broker.h"
+#include "broker/Namespace.h"
 #include "cli/Deadline.h"
 #include "cli/Options.h"
+#include "cli/OwnFolders.h"
+#include "local/ServiceLink.h"
 #include "plugin/PluginLibrary.h"
 
 namespace ZebManager {
@@ -14,28 +19,51 @@ namespace ZebManager {
 /// The schema that an option names, else the one that belongs to zebcim. Throws ManagerError.
 std::string findSchema(const std::string& option);
 
-/// The schema from the start, the plug-in from its first use on.
+/// A snapshot that is not there is named before anything is loaded. Throws ManagerError.
+void requireReadable(const std::string& snapshot);
+
+/// The schema from the start; the service of this machine, or the plug-in, from the first use on.
 class Session {
  public:
+  /// Where the plug-in of this process posts how it does.
+  enum class Posts { Nowhere, AsConfigured };
+
   /// Throws SchemaError or ManagerError.
-  explicit Session(const Options& options);
+  explicit Session(const Options& options, Posts posts = Posts::Nowhere);
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
   ~Session();
 
+  const Options& options() const { return _options; }
   const ClassRepository& repository() const { return _repository; }
   Broker& broker() { return _broker; }
   /// Runs from the start until the plug-in is gone again.
   Deadline& deadline() { return _deadline; }
+
+  /// What the service serves where one runs, else what the plug-in does. Throws ManagerError.
+  Namespace& model();
   /// Loads the plug-in when it is not loaded yet. Throws ManagerError.
   ProviderCalls& provider();
+  /// A connection to the service; null when this process has to load the plug-in.
+  std::unique_ptr<ServiceLink> service() const;
+  /// Forgets the model, so that the next use asks anew; a plug-in that is loaded goes.
+  void restart();
+  /// Whether what is changed is gone with this process.
+  bool keepsNothing() const { return _folders && _folders->keepsNothing(); }
+  const std::string& runFolder() const { return _runFolder; }
 
  private:
+  void say(const std::string& line) const;
+
   Deadline _deadline;
   const Options& _options;
+  const Posts _posts;
+  const std::string _runFolder;  ///< of this machine
+  std::optional<OwnFolders> _folders;
   ClassRepository _repository;
   Broker _broker;
   std::unique_ptr<PluginLibrary> _plugin;
+  std::unique_ptr<Namespace> _model;
 };
 
 }  // namespace ZebManager

@@ -9,9 +9,9 @@ struct Software {
   std::string version;
 };
 
-std::unordered_map<std::string, Software> readSoftware(const ProviderCalls& provider, const char* className) {
+std::unordered_map<std::string, Software> readSoftware(Namespace& model, const char* className) {
   std::unordered_map<std::string, Software> found;
-  forEachInstance(provider, className, [&](const PropertyView& view) {
+  forEachInstance(model, className, [&](const PropertyView& view) {
     found[view.path()] = {view.text("Name"), view.text("VersionString")};
   });
   return found;
@@ -25,16 +25,15 @@ std::string productOf(const std::string& caption) {
 }
 
 /// Cards as far as their packages tell, by the package's path.
-std::unordered_map<std::string, TreeCard> readPackages(const ProviderCalls& provider) {
+std::unordered_map<std::string, TreeCard> readPackages(Namespace& model) {
   std::unordered_map<std::string, TreeCard> packages;
   std::unordered_map<std::string, std::string> locations;
-  forEachInstance(provider, "ZEB_EthernetControllerLocation", [&](const PropertyView& view) {
+  forEachInstance(model, "ZEB_EthernetControllerLocation", [&](const PropertyView& view) {
     locations[view.path()] = view.text("ElementLocationTag");
   });
-  const Links toLocation =
-      readLinks(provider, "ZEB_EthernetControllerPhysicalPackageEthernetControllerLocation", "Element",
-                "PhysicalLocation");
-  forEachInstance(provider, "ZEB_EthernetPortControllerPhysicalPackage", [&](const PropertyView& view) {
+  const Links toLocation = readLinks(model, "ZEB_EthernetControllerPhysicalPackageEthernetControllerLocation",
+                                     "Element", "PhysicalLocation");
+  forEachInstance(model, "ZEB_EthernetPortControllerPhysicalPackage", [&](const PropertyView& view) {
     TreeCard& package = packages[view.path()];
     package.manufacturer = view.text("Manufacturer");
     package.product = productOf(view.text("Caption"));
@@ -45,18 +44,16 @@ std::unordered_map<std::string, TreeCard> readPackages(const ProviderCalls& prov
 
 }  // namespace
 
-std::vector<TreeCard> readCards(const ProviderCalls& provider) {
-  const auto packages = readPackages(provider);
-  const auto drivers = readSoftware(provider, "ZEB_EthernetPortControllerSoftwareIdentity");
-  const auto firmwares = readSoftware(provider, "ZEB_EthernetPortControllerFirmwareIdentity");
-  const Links toDriver =
-      readLinks(provider, "ZEB_EthernetElementSoftwareIdentity", "Dependent", "Antecedent");
-  const Links toFirmware =
-      readLinks(provider, "ZEB_EthernetElementFirmwareIdentity", "Dependent", "Antecedent");
-  const Links toPackage = readLinks(provider, "ZEB_EthernetControllerPhysicalPackageEthernetController",
-                                    "Dependent", "Antecedent");
+std::vector<TreeCard> readCards(Namespace& model) {
+  const auto packages = readPackages(model);
+  const auto drivers = readSoftware(model, "ZEB_EthernetPortControllerSoftwareIdentity");
+  const auto firmwares = readSoftware(model, "ZEB_EthernetPortControllerFirmwareIdentity");
+  const Links toDriver = readLinks(model, "ZEB_EthernetElementSoftwareIdentity", "Dependent", "Antecedent");
+  const Links toFirmware = readLinks(model, "ZEB_EthernetElementFirmwareIdentity", "Dependent", "Antecedent");
+  const Links toPackage =
+      readLinks(model, "ZEB_EthernetControllerPhysicalPackageEthernetController", "Dependent", "Antecedent");
   std::vector<TreeCard> cards;
-  forEachInstance(provider, "ZEB_EthernetPortController", [&](const PropertyView& view) {
+  forEachInstance(model, "ZEB_EthernetPortController", [&](const PropertyView& view) {
     const std::string path = view.path();
     const TreeCard* const package = firstOf(toPackage, path, packages);
     TreeCard card = package ? *package : TreeCard();

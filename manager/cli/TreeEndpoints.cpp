@@ -31,17 +31,17 @@ std::string deviceName(const PropertyView& endpoint) {
   return name.starts_with(kNameless) ? std::string() : name;
 }
 
-std::unordered_map<std::string, TreeAddress> readAddresses(const ProviderCalls& provider) {
+std::unordered_map<std::string, TreeAddress> readAddresses(Namespace& model) {
   std::unordered_map<std::string, std::string> gateways;
-  forEachInstance(provider, "ZEB_EthernetRemoteServiceAccessPoint", [&](const PropertyView& view) {
+  forEachInstance(model, "ZEB_EthernetRemoteServiceAccessPoint", [&](const PropertyView& view) {
     // The address stands before its mask or prefix length.
     const std::string info = view.text("AccessInfo");
     gateways[view.path()] = info.substr(0, info.find_first_of(" /"));
   });
   const Links toGateway =
-      readLinks(provider, "ZEB_EthernetRemoteAccessAvailableToIPEndpoint", "Dependent", "Antecedent");
+      readLinks(model, "ZEB_EthernetRemoteAccessAvailableToIPEndpoint", "Dependent", "Antecedent");
   std::unordered_map<std::string, TreeAddress> addresses;
-  forEachInstance(provider, "ZEB_IPProtocolEndpoint", [&](const PropertyView& view) {
+  forEachInstance(model, "ZEB_IPProtocolEndpoint", [&](const PropertyView& view) {
     TreeAddress address;
     address.address = view.text("IPv4Address");
     address.mask = view.text("SubnetMask");
@@ -73,11 +73,11 @@ TreeStatus statusOf(const PropertyView& view, const char* numbers, const char* w
   return {view.number(numbers), words ? view.text(words) : view.meaning(numbers)};
 }
 
-std::unordered_map<std::string, TreeEndpoint> readEndpoints(const ProviderCalls& provider) {
-  const auto addresses = readAddresses(provider);
-  const Links toAddress = readLinks(provider, "ZEB_IPBindsToEthernetLANEndpoint", "Antecedent", "Dependent");
+std::unordered_map<std::string, TreeEndpoint> readEndpoints(Namespace& model) {
+  const auto addresses = readAddresses(model);
+  const Links toAddress = readLinks(model, "ZEB_IPBindsToEthernetLANEndpoint", "Antecedent", "Dependent");
   std::unordered_map<std::string, TreeEndpoint> endpoints;
-  forEachInstance(provider, "ZEB_EthernetLANEndpoint", [&](const PropertyView& view) {
+  forEachInstance(model, "ZEB_EthernetLANEndpoint", [&](const PropertyView& view) {
     const std::string path = view.path();
     TreeEndpoint& endpoint = endpoints[path];
     endpoint.isVlan = view.number("VLANId") || !view.text("VLANName").empty();

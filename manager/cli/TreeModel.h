@@ -79,11 +79,11 @@ struct Tree {
   std::vector<TreeTeam> teams;
 };
 
-class ProviderCalls;
+class Namespace;
 
 /// Asks for each class once and joins in memory what belongs together, whatever the number of ports. Throws
 /// ManagerError that names the class when the plug-in refuses.
-Tree readTree(const ProviderCalls& provider);
+Tree readTree(Namespace& model);
 
 enum class TreeLines { Boxes, Ascii };
 

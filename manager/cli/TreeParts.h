@@ -18,9 +18,9 @@ struct TreeEndpoint {
 };
 
 /// LAN endpoints with their addresses and gateways, by path.
-std::unordered_map<std::string, TreeEndpoint> readEndpoints(const ProviderCalls& provider);
+std::unordered_map<std::string, TreeEndpoint> readEndpoints(Namespace& model);
 /// Cards without their ports, in the order in which they are served.
-std::vector<TreeCard> readCards(const ProviderCalls& provider);
+std::vector<TreeCard> readCards(Namespace& model);
 
 /// The status whose number and words two properties have; without a property for the words, the schema's.
 TreeStatus statusOf(const PropertyView& view, const char* numbers, const char* words = nullptr);

@@ -10,12 +10,12 @@ namespace {
 
 class Reader {
  public:
-  explicit Reader(const ProviderCalls& provider) : _provider(provider) {}
+  explicit Reader(Namespace& model) : _model(model) {}
 
   Tree read() {
     _tree.host = hostName();
-    _endpoints = readEndpoints(_provider);
-    _tree.cards = readCards(_provider);
+    _endpoints = readEndpoints(_model);
+    _tree.cards = readCards(_model);
     readPorts();
     readTeams();
     readMembers();
@@ -43,8 +43,8 @@ class Reader {
   }
 
   void readPorts() {
-    const Links toEndpoint = readLinks(_provider, "ZEB_EthernetPortToLANEndpoint", "Antecedent", "Dependent");
-    forEachInstance(_provider, "ZEB_EthernetPort", [&](const PropertyView& view) {
+    const Links toEndpoint = readLinks(_model, "ZEB_EthernetPortToLANEndpoint", "Antecedent", "Dependent");
+    forEachInstance(_model, "ZEB_EthernetPort", [&](const PropertyView& view) {
       TreePort port;
       port.path = view.path();
       port.number = view.number("PortNumber").value_or(0);
@@ -60,8 +60,8 @@ class Reader {
   }
 
   void readTeams() {
-    const Links toEndpoint = readLinks(_provider, "ZEB_EthernetTeamToLANEndpoint", "Antecedent", "Dependent");
-    forEachInstance(_provider, "ZEB_EthernetTeam", [&](const PropertyView& view) {
+    const Links toEndpoint = readLinks(_model, "ZEB_EthernetTeamToLANEndpoint", "Antecedent", "Dependent");
+    forEachInstance(_model, "ZEB_EthernetTeam", [&](const PropertyView& view) {
       TreeTeam team;
       team.path = view.path();
       team.status = statusOf(view, "GroupOperationalStatus");
@@ -98,7 +98,7 @@ class Reader {
   }
 
   void readMembers() {
-    forEachInstance(_provider, "ZEB_EthernetTeamMember", [&](const PropertyView& view) {
+    forEachInstance(_model, "ZEB_EthernetTeamMember", [&](const PropertyView& view) {
       const auto team = _teamPlaces.find(view.reference("Collection"));
       const auto port = _portPlaces.find(view.reference("Member"));
       if (team == _teamPlaces.end() || port == _portPlaces.end()) return;
@@ -118,7 +118,7 @@ class Reader {
   void takePortsToCards() {
     std::unordered_map<std::string, TreeCard*> cards;
     for (TreeCard& card : _tree.cards) cards[card.path] = &card;
-    forEachInstance(_provider, "ZEB_EthernetPortControllerEthernetPort", [&](const PropertyView& view) {
+    forEachInstance(_model, "ZEB_EthernetPortControllerEthernetPort", [&](const PropertyView& view) {
       const auto card = cards.find(view.reference("Antecedent"));
       const auto port = _portPlaces.find(view.reference("Dependent"));
       if (card == cards.end() || port == _portPlaces.end()) return;
@@ -126,7 +126,7 @@ class Reader {
     });
   }
 
-  const ProviderCalls& _provider;
+  Namespace& _model;
   Tree _tree;
   std::unordered_map<std::string, TreeEndpoint> _endpoints;
   std::vector<TreePort> _ports;
@@ -136,8 +136,8 @@ class Reader {
 
 }  // namespace
 
-Tree readTree(const ProviderCalls& provider) {
-  return Reader(provider).read();
+Tree readTree(Namespace& model) {
+  return Reader(model).read();
 }
 
 }  // namespace ZebManager

@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <ostream>
 
-#include "broker/SelectQuery.h"
+#include "cli/AlertSource.h"
 #include "cli/JsonOutput.h"
 #include "cli/PropertyView.h"
 #include "cli/StopSignals.h"
 #include "cli/WatchLine.h"
 #include "cli/WatchNames.h"
-#include "query/Condition.h"
 #include "values/Values.h"
 
 namespace ZebManager {
@@ -35,48 +34,17 @@ std::string queryOf(const Options& options) {
   return options.watchCondition.empty() ? query : query + " WHERE " + options.watchCondition;
 }
 
-/// Somebody listens for as long as this lives. Throws QueryError for a condition that cannot be met.
-class Subscription {
- public:
-  Subscription(const Options& options, Session& session)
-      : _broker(session.broker()), _provider(session.provider()), _filter(makeFilter(options, session)) {
-    _broker.indications().open();
-    std::move(_provider.startIndications(_filter, kAlertClass)).orThrow();
-  }
-  Subscription(const Subscription&) = delete;
-  Subscription& operator=(const Subscription&) = delete;
-  ~Subscription() {
-    _provider.stopIndications(_filter, kAlertClass);
-    _broker.indications().close();
-  }
-
-  bool wants(const Instance& alert) const { return _filter.ft->evaluate(&_filter, &alert, nullptr) != 0; }
-
- private:
-  const SelectExp& makeFilter(const Options& options, Session& session) {
-    const std::string query = queryOf(options);
-    checkQuery(OwnedQuery(query).query(), session.repository());
-    return *makeSelectExp(_arena, session.repository(), query);
-  }
-
-  Broker& _broker;
-  ProviderCalls& _provider;
-  Arena _arena;
-  const SelectExp& _filter;
-};
-
 class Watch {
  public:
   Watch(const Options& options, Session& session, const Output& output)
-      : _options(options), _session(session), _output(output), _names(session.provider()) {}
+      : _options(options), _session(session), _output(output), _names(session.model()) {}
 
-  void run(const StopSignals& signals) {
-    const Subscription subscription(_options, _session);
+  void run(ServiceLink* service, const StopSignals& signals) {
+    const auto alerts = openAlerts(_session, service, queryOf(_options));
     _output.err << "zebcim: " << announcement(_options, _names.read()) << std::endl;
     _session.deadline().suspend();
     while (!signals.requested() && !isOver()) {
-      const auto alert = _session.broker().indications().next(patience());
-      if (alert && subscription.wants(*alert->instance)) print(*alert);
+      if (const auto alert = alerts->next(patience())) print(*alert);
     }
     _session.deadline().resume();
   }
@@ -117,8 +85,11 @@ class Watch {
 
 }  // namespace
 
-void watchAlerts(const Options& options, Session& session, const Output& output, const StopSignals& signals) {
-  Watch(options, session, output).run(signals);
+void watchAlerts(const Options& options, Session& session, const Output& output) {
+  const auto service = session.service();
+  const StopSignals signals(
+      [&service, &queue = session.broker().indications()] { service ? service->wake() : queue.wake(); });
+  Watch(options, session, output).run(service.get(), signals);
 }
 
 }  // namespace ZebManager

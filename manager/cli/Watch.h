@@ -5,10 +5,8 @@
 
 namespace ZebManager {
 
-class StopSignals;
-
 /// Prints each alert at once, until a signal, the time or the number of alerts that the options name ends it.
 /// Throws ManagerError.
-void watchAlerts(const Options& options, Session& session, const Output& output, const StopSignals& signals);
+void watchAlerts(const Options& options, Session& session, const Output& output);
 
 }  // namespace ZebManager

@@ -6,7 +6,7 @@ namespace ZebManager {
 
 const Tree& WatchNames::read() {
   _readAt = Clock::now();
-  _tree = readTree(_provider);
+  _tree = readTree(_model);
   for (const TreeCard& card : _tree.cards) {
     for (const TreePort& port : card.ports) _names[port.path] = port.name;
   }

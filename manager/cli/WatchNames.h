@@ -13,7 +13,7 @@ namespace ZebManager {
 /// or goes, so what is known is read again when it is used, but no more than once a second.
 class WatchNames {
  public:
-  explicit WatchNames(const ProviderCalls& provider) : _provider(provider) {}
+  explicit WatchNames(Namespace& model) : _model(model) {}
 
   /// Throws ManagerError.
   const Tree& read();
@@ -23,7 +23,7 @@ class WatchNames {
  private:
   using Clock = std::chrono::steady_clock;
 
-  const ProviderCalls& _provider;
+  Namespace& _model;
   Tree _tree;
   std::unordered_map<std::string, std::string> _names;
   Clock::time_point _readAt;

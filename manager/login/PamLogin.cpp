@@ -1,13 +1,11 @@
 #include "login/PamLogin.h"
 
-#include <grp.h>
-#include <pwd.h>
 #include <security/pam_appl.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <vector>
+
+#include "login/WriteGroup.h"
 
 namespace ZebManager {
 namespace {
@@ -27,19 +25,6 @@ int converse(int count, const pam_message** messages, pam_response** responses, 
 
 /// Who guesses is slowed down by the server, without a process that sleeps.
 void doNotSleep(int, unsigned, void*) {}
-
-bool isMember(const char* user, const std::string& groupName) {
-  const group* const wanted = getgrnam(groupName.c_str());
-  if (!wanted) return false;
-  const gid_t id = wanted->gr_gid;
-  const passwd* const found = getpwnam(user);
-  if (!found) return false;
-  int count = 1024;
-  std::vector<gid_t> groups(static_cast<std::size_t>(count));
-  if (getgrouplist(user, found->pw_gid, groups.data(), &count) < 0) return false;
-  groups.resize(static_cast<std::size_t>(count));
-  return std::find(groups.begin(), groups.end(), id) != groups.end();
-}
 
 int authenticate(pam_handle_t* handle, const LoginAttempt& attempt) {
   constexpr int kFlags = PAM_SILENT | PAM_DISALLOW_NULL_AUTHTOK;
@@ -61,7 +46,7 @@ Verdict askPam(const LoginSettings& settings, const LoginAttempt& attempt) {
   const int result = authenticate(handle, attempt);
   Verdict verdict = Verdict::Refused;
   if (result == PAM_SUCCESS) {
-    verdict = isMember(attempt.user.c_str(), settings.writeGroup) ? Verdict::MayWrite : Verdict::MayRead;
+    verdict = isMember(attempt.user, settings.writeGroup) ? Verdict::MayWrite : Verdict::MayRead;
   }
   pam_end(handle, result);
   return verdict;

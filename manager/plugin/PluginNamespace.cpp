@@ -30,6 +30,7 @@ Reply refused(CMPIrc code, std::string why) {
 
 ObjectPath& systemPath(Arena& arena, const std::string& nameSpace) {
   ObjectPath& path = *makePath(arena, nameSpace, kSystemClass);
+  path.body().host = arena.copy(hostName());
   path.body().keys.append(arena, "CreationClassName").data = dataOf(makeString(arena, kSystemClass));
   path.body().keys.append(arena, "Name").data = dataOf(makeString(arena, hostName()));
   return path;

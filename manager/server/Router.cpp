@@ -92,6 +92,12 @@ HttpAnswer Router::answerTo(const HttpHead& head, const std::optional<User>& use
   }
 }
 
+std::string Router::answerTo(const User& user, std::string_view body) {
+  const CimMessage message = readMessage(body, _deepest);
+  if (auto refusal = refuseUser(user, message)) return std::move(refusal->body);
+  return perform(body, message);
+}
+
 HttpAnswer Router::handle(const HttpHead& head, const std::optional<User>& user, std::string_view body) {
   return extended(head, answerTo(head, user, body));
 }

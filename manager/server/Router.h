@@ -31,6 +31,8 @@ class Router {
   };
   Admission admit(const HttpHead& head);
   HttpAnswer handle(const HttpHead& head, const std::optional<User>& user, std::string_view body);
+  /// The document that answers a request of a user of this machine. Throws MessageError.
+  std::string answerTo(const User& user, std::string_view body);
 
  private:
   HttpAnswer answerTo(const HttpHead& head, const std::optional<User>& user, std::string_view body);

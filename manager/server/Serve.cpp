@@ -1,18 +1,44 @@
 #include "server/Serve.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+
+#include <algorithm>
+#include <cerrno>
 #include <filesystem>
+#include <iterator>
 #include <ostream>
 #include <semaphore>
 
+#include "cli/OwnFolders.h"
 #include "cli/Programs.h"
 #include "cli/Session.h"
 #include "cli/StopSignals.h"
 #include "indications/Delivery.h"
 #include "indications/InteropNamespace.h"
+#include "local/RunFolder.h"
 #include "server/HttpServer.h"
+#include "server/LocalServer.h"
 
 namespace ZebManager {
 namespace {
+
+/// Two of them would deliver the same alerts, and lose each other's subscriptions.
+class StateLock {
+ public:
+  explicit StateLock(const std::string& folder) {
+    std::error_code ignored;
+    std::filesystem::create_directories(folder, ignored);
+    const std::string file = folder + "/lock";
+    _file = ZEB::FileDescriptor(open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    if (_file && flock(_file.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+      throw ManagerError("another server uses the state folder " + folder + "; --state names another one");
+    }
+  }
+
+ private:
+  ZEB::FileDescriptor _file;
+};
 
 /// Lines for the service's log, whole ones from any thread.
 class Log {
@@ -32,12 +58,20 @@ std::string configurationOf(const Options& options) {
   return options.config.empty() ? kServerSettingsFile : options.config;
 }
 
-ServerSettings settingsOf(const Options& options, Log& log) {
+/// What a recording raises is not for the listeners of this machine: without a word on where, state goes with
+/// the server.
+std::string stateOf(const Options& options, const ServerSettings& settings, OwnFolders* own) {
+  if (!options.state.empty()) return options.state;
+  const bool named = !options.config.empty() && settings.stateDirectory != ServerSettings().stateDirectory;
+  return own && !named ? own->state() : settings.stateDirectory;
+}
+
+ServerSettings settingsOf(const Options& options, OwnFolders* own, Log& log) {
   ServerSettings settings =
       readServerSettings(configurationOf(options), options.config.empty(), std::ref(log));
   if (!options.http.empty()) settings.http = options.http;
   if (!options.https.empty()) settings.https = options.https;
-  if (!options.state.empty()) settings.stateDirectory = options.state;
+  settings.stateDirectory = stateOf(options, settings, own);
   return settings;
 }
 
@@ -83,9 +117,11 @@ class Core {
         _classes(ClassRepository::fromFile(_schema)),
         _interopClasses(interopClasses(_schema)),
         _delivery(deliverySettings(settings), std::ref(log)),
-        _supervisor(
-            supervisorOptions(options, settings, log),
-            [this](const auto& filters, const std::string& element) { _delivery.deliver(filters, element); }),
+        _watchers([this] { subscribe(); }),
+        _supervisor(supervisorOptions(options, settings, log),
+                    [this](const auto& filters, const std::string& element) {
+                      _delivery.deliver(_watchers.deliver(filters, element), element);
+                    }),
         _interop(_interopClasses, _classes, interopSettings(settings), std::ref(log),
                  [this] { subscribe(); }) {
     subscribe();
@@ -94,6 +130,7 @@ class Core {
   const ClassRepository& classes() const { return _classes; }
   ProviderSupervisor& plugin() { return _supervisor; }
   Namespace& interop() { return _interop; }
+  LocalWatchers& watchers() { return _watchers; }
 
  private:
   static DeliverySettings deliverySettings(const ServerSettings& settings) {
@@ -112,7 +149,9 @@ class Core {
   void subscribe() {
     const std::lock_guard lock(_mutex);
     _delivery.setSubscriptions(_interop.subscriptions());
-    _supervisor.setFilters(_interop.wantedFilters());
+    std::vector<IndicationFilter> filters = _interop.wantedFilters();
+    std::ranges::move(_watchers.filters(), std::back_inserter(filters));
+    _supervisor.setFilters(filters);
   }
 
   const std::string _schema;
@@ -120,13 +159,21 @@ class Core {
   const ClassRepository _interopClasses;
   std::mutex _mutex;
   Delivery _delivery;
+  LocalWatchers _watchers;
   ProviderSupervisor _supervisor;
   InteropNamespace _interop;
 };
 
-}  // namespace
-
-namespace {
+/// Without it commands of this machine load the plug-in themselves.
+std::unique_ptr<LocalServer> listenToCommands(Core& core, Router& router, HttpBounds& bounds, Log& log) {
+  try {
+    return std::make_unique<LocalServer>(serviceSocket(configuredRunFolder()), router, bounds,
+                                         core.watchers(), core.classes());
+  } catch (const ManagerError& error) {
+    log(std::string("commands do not find this service: ") + error.what());
+    return nullptr;
+  }
+}
 
 void checkOptions(const Options& options) {
   const bool ofPlugin = !options.source.empty() || !options.plugin.empty() || options.includeVirtual;
@@ -142,13 +189,20 @@ int serve(const Options& options, std::ostream& out, std::ostream& err) {
   std::binary_semaphore stop(0);
   const StopSignals signals([&] { stop.release(); });
   Log log(err);
-  const ServerSettings settings = settingsOf(options, log);
+  std::optional<OwnFolders> own;
+  if (!options.source.empty()) {
+    requireReadable(options.source);
+    own.emplace();
+  }
+  const ServerSettings settings = settingsOf(options, own ? &*own : nullptr, log);
   if (isNowhere(settings.http) && isNowhere(settings.https))
     throw ManagerError("there is nowhere to listen at");
+  const StateLock lock(settings.stateDirectory);
   Core core(options, settings, log);
   Authenticator users(judgesOf(options), std::ref(log));
   Router router(users, core.plugin(), core.classes(), &core.interop(), settings);
   HttpBounds bounds(settings);
+  const auto local = listenToCommands(core, router, bounds, log);
   std::vector<std::unique_ptr<HttpServer>> servers;
   if (!isNowhere(settings.http)) {
     servers.push_back(std::make_unique<HttpServer>(listenAt(settings.http), router, bounds, std::nullopt));

@@ -89,9 +89,11 @@ Unit::~Unit() {
 }
 
 void Unit::configure(const UnitOptions& options) {
-  for (const char* const folder : {"pam", "store", "state"})
+  for (const char* const folder : {"pam", "store", "state", "run"})
     std::filesystem::create_directories(_folder / folder);
-  if (chown((_folder / "state").c_str(), kServerUser, kServerUser) != 0) throw std::runtime_error("chown");
+  for (const char* const folder : {"state", "run"}) {
+    if (chown((_folder / folder).c_str(), kServerUser, kServerUser) != 0) throw std::runtime_error("chown");
+  }
   std::ofstream(_folder / "pam/zebcim") << options.stack;
   std::ofstream(_folder / "zebcim.toml")
       << "[access]\npam-folder = \"" << (_folder / "pam").string() << "\"\n[state]\ndirectory = \""
@@ -121,8 +123,9 @@ void Unit::serve(const UnitOptions& options) {
   ZEB::Pipe output = ZEB::makePipe();
   const std::string user = std::to_string(kServerUser);
   start(withRights("-all", {"--reuid=" + user, "--regid=" + user, "--clear-groups"},
-                   {ZEB_CIM, "serve", "--helpers", _folder.path().string(), "--config",
-                    (_folder / "zebcim.toml").string(), "--http", options.http, "--https", "127.0.0.1:0"}),
+                   {"/usr/bin/env", "ZEB_RUN_DIR=" + (_folder / "run").string(), ZEB_CIM, "serve",
+                    "--helpers", _folder.path().string(), "--config", (_folder / "zebcim.toml").string(),
+                    "--http", options.http, "--https", "127.0.0.1:0"}),
         output.writing.get());
   output.writing = {};
   std::string text;

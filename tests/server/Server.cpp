@@ -78,8 +78,10 @@ Server::Server(std::vector<std::string> arguments, const std::string& settings, 
 void Server::start() {
   ZEB::Pipe output = ZEB::makePipe();
   const std::string store = (_folder / "store").string();
+  const std::string run = (_folder / "run").string();
   _process.emplace([&] {
     setenv("ZEB_STORE_DIR", store.c_str(), 1);
+    setenv("ZEB_RUN_DIR", run.c_str(), 1);
     dup2(output.writing.get(), STDOUT_FILENO);
     execv(_arguments.front().c_str(), ZEB::argumentsOf(_arguments).data());
     return 127;

@@ -1,0 +1,17 @@
+// Where programs on this machine find each other.
+#pragma once
+
+#include <string>
+
+namespace ZebManager {
+
+/// The run directory of this system's plug-in, by the environment and its configuration file; ends with a
+/// slash.
+std::string configuredRunFolder();
+
+/// The socket of the service that uses a run directory.
+inline std::string serviceSocket(const std::string& runFolder) {
+  return runFolder + "zebcim/socket";
+}
+
+}  // namespace ZebManager

@@ -1,0 +1,41 @@
+// A running service, as a command sees it.
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "isolation/Frame.h"
+#include "posix/FileDescriptor.h"
+
+namespace ZebManager {
+
+/// One connection. For one thread, `wake` aside.
+class ServiceLink {
+ public:
+  /// Null when no service runs that uses the run directory. Throws ManagerError when one cannot be asked.
+  static std::unique_ptr<ServiceLink> find(const std::string& runFolder);
+
+  /// The answer to a request. Throws ManagerError when the service does not give any.
+  std::string ask(const std::string& request);
+
+  /// From now on alerts that satisfy the query come. Throws ManagerError.
+  void subscribe(const std::string& query);
+  /// The INSTANCE element of the next one; nothing when none comes within the time or `wake` was called.
+  /// Throws ManagerError when the service has gone.
+  std::optional<std::string> next(std::chrono::milliseconds patience);
+  /// Ends the wait for alerts, for good. From any thread.
+  void wake();
+
+ private:
+  explicit ServiceLink(ZEB::FileDescriptor socket);
+  void send(Frame::Kind kind, std::string body);
+  Frame receive();
+
+  const ZEB::FileDescriptor _socket;
+  const ZEB::FileDescriptor _woken;
+  FrameReader _reader;
+};
+
+}  // namespace ZebManager

@@ -1,0 +1,258 @@
+// Commands beside a service: it is asked, and it is left alone when it should be.
+#include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <thread>
+
+#include "Process.h"
+#include "Server.h"
+#include "posix/FileDescriptor.h"
+
+namespace ZebManager {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+namespace fs = std::filesystem;
+
+const std::string kSettings = R"(ZEB_EthEventSettings.InstanceId="JXV:0")";
+
+class Commands : public testing::Test {
+ protected:
+  Outcome zebcim(const std::vector<std::string>& words, const SignalAfter& after = {}) const {
+    return run(ZEB_CIM, words, environment(), after);
+  }
+  Outcome standalone(std::vector<std::string> words) const {
+    words.insert(words.end(), {"--source", ZEB_SNAPSHOTS "/two_cards.json"});
+    return zebcim(words);
+  }
+  std::vector<std::string> environment() const {
+    return {"ZEB_CONFIG=/dev/null", "ZEB_STORE_DIR=" + (server.folder() / "store").string(),
+            "ZEB_RUN_DIR=" + (server.folder() / "run").string(), "LC_ALL=C.UTF-8", "TZ=UTC"};
+  }
+  std::string socketPath() const { return (server.folder() / "run/zebcim/socket").string(); }
+  ZEB::FileDescriptor connected() const {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    socketPath().copy(address.sun_path, sizeof address.sun_path - 1);
+    ZEB::FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    EXPECT_EQ(connect(socket.get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    return socket;
+  }
+
+  Server server{{"--source", ZEB_SNAPSHOTS "/two_cards.json"}};
+};
+
+TEST_F(Commands, SayOfAServiceWhatTheySayByThemselves) {
+  const std::string port = zebcim({"instances", "ZEB_EthernetPort", "--names"}).out;
+  const std::string path = port.substr(0, port.find('\n'));
+  ASSERT_THAT(path, HasSubstr("root/jxv:ZEB_EthernetPort."));
+  for (const std::vector<std::string>& words : {std::vector<std::string>{"classes"},
+                                                {"instances", "ZEB_EthernetPort"},
+                                                {"instances", "CIM_System"},
+                                                {"instances", "CIM_Dependency", "--names"},
+                                                {"instances", "ZEB_EthernetStatistics", "--json"},
+                                                {"get", path},
+                                                {"get", path, "--json"},
+                                                {"associators", path},
+                                                {"associators", path, "--names"},
+                                                {"associators", path, "--assoc-class", "ZEB_EthernetDevice"},
+                                                {"references", path, "--role", "PartComponent"},
+                                                {"references", path, "--names"},
+                                                {"tree"},
+                                                {"tree", "--json"},
+                                                {"get", kSettings}}) {
+    const Outcome asked = zebcim(words), own = standalone(words);
+    EXPECT_EQ(asked.status, 0) << words[0];
+    EXPECT_EQ(asked.err, "");
+    EXPECT_EQ(asked.out, own.out) << words[0];
+  }
+}
+
+TEST_F(Commands, RefuseLikeTheyDoByThemselves) {
+  for (const std::vector<std::string>& words :
+       {std::vector<std::string>{"get", R"(ZEB_EthEventSettings.InstanceId="none")"},
+        {"instances", "ZEB_Nothing"},
+        {"modify", kSettings, "Nothing=1"},
+        {"invoke", kSettings, "Nothing"}}) {
+    const Outcome asked = zebcim(words), own = standalone(words);
+    EXPECT_EQ(asked.status, 1) << words[0];
+    EXPECT_EQ(asked.out, "");
+    EXPECT_EQ(asked.err, own.err) << words[0];
+  }
+}
+
+TEST_F(Commands, SayWhoIsAsked) {
+  EXPECT_EQ(zebcim({"-v", "get", kSettings}).err, "zebcim: asking the service behind " + socketPath() + "\n");
+  EXPECT_EQ(zebcim({"-v", "--standalone", "instances", "ZEB_EthEventSettings"}).err,
+            "zebcim: loading the plug-in, as the options want it\n");
+  EXPECT_EQ(server.stop(), 0);
+  EXPECT_EQ(zebcim({"-v", "instances", "ZEB_EthEventSettings"}).err,
+            "zebcim: no service listens at " + socketPath() + "; loading the plug-in\n");
+  EXPECT_EQ(zebcim({"instances", "ZEB_EthEventSettings"}).err, "");
+}
+
+TEST_F(Commands, ChangeWhatTheServiceServes) {
+  ASSERT_EQ(zebcim({"modify", kSettings, "FloodThreshold=23"}).status, 0);
+  EXPECT_THAT(ZebManager::exchange(server.http(), post(call("EnumerateInstances",
+                                                            "<IPARAMVALUE NAME=\"ClassName\"><CLASSNAME "
+                                                            "NAME=\"ZEB_EthEventSettings\"/></IPARAMVALUE>"),
+                                                       "EnumerateInstances")),
+              HasSubstr("<PROPERTY NAME=\"FloodThreshold\" TYPE=\"uint32\"><VALUE>23</VALUE>"));
+}
+
+TEST_F(Commands, CallMethodsOfTheService) {
+  const Outcome asked = zebcim({"invoke", "ZEB_AutoStartEthernetPort", "PerformWork"});
+  EXPECT_EQ(asked.err, "");
+  EXPECT_EQ(asked.out, standalone({"invoke", "ZEB_AutoStartEthernetPort", "PerformWork"}).out);
+}
+
+TEST_F(Commands, FindTheComputerSystemWhereAssociationsLead) {
+  const std::string path = zebcim({"instances", "ZEB_ComputerSystem", "--names"}).out;
+  const Outcome got = zebcim({"get", path.substr(0, path.find('\n'))});
+  EXPECT_EQ(got.status, 0) << got.err;
+  EXPECT_THAT(got.out, HasSubstr("ElementName        "));
+}
+
+TEST_F(Commands, LeaveAServiceAloneThatHasEndedInTheMiddle) {
+  fs::remove(socketPath());
+  fs::create_symlink("/dev/null", socketPath());
+  EXPECT_EQ(zebcim({"get", kSettings}).status, 0) << "what is no socket is no service";
+}
+
+TEST_F(Commands, KeepTheServiceFromNobody) {
+  std::vector<ZEB::FileDescriptor> idle;
+  for (int i = 0; i < 16; ++i) idle.push_back(connected());
+  // One user has so many; root is one.
+  const Outcome refused = zebcim({"get", kSettings});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_EQ(refused.err, "zebcim: the service answers too many commands at once\n");
+  idle.clear();
+  Outcome answered;
+  for (int i = 0; i < 100 && answered.status != 0; ++i) answered = zebcim({"get", kSettings});
+  EXPECT_EQ(answered.status, 0) << answered.err;
+}
+
+TEST_F(Commands, GarbageEndsItsConnectionAlone) {
+  const std::string header("\x02\0\0\0\xff\xff\xff\xff\0\0\0\0\0\0\0\0", 16);
+  for (const std::string& bytes : {std::string(64, '\xff'), header, std::string("GET / HTTP/1.1\r\n\r\n")}) {
+    const ZEB::FileDescriptor socket = connected();
+    ASSERT_EQ(write(socket.get(), bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+    char byte = 0;
+    EXPECT_EQ(read(socket.get(), &byte, 1), 0) << "the connection is closed without an answer";
+  }
+  EXPECT_EQ(zebcim({"get", kSettings}).status, 0);
+}
+
+TEST_F(Commands, ASecondServerOfTheSameStateIsRefused) {
+  const Outcome second = run(ZEB_CIM,
+                             {"--source", ZEB_SNAPSHOTS "/two_cards.json", "serve", "--http", "127.0.0.1:0",
+                              "--https", "none", "--state", (server.folder() / "state").string()},
+                             environment());
+  EXPECT_EQ(second.status, 1);
+  EXPECT_EQ(second.err, "zebcim: another server uses the state folder " +
+                            (server.folder() / "state").string() + "; --state names another one\n");
+}
+
+TEST_F(Commands, ARecordingHasFoldersOfItsOwn) {
+  const ZEB::TemporaryFolder machine;
+  const std::vector<std::string> live = {"ZEB_CONFIG=" + (machine / "qv-zeb.toml").string(),
+                                         "TMPDIR=" + machine.path().string()};
+  std::ofstream(machine / "qv-zeb.toml") << "store-directory = \"" << (machine / "store").string()
+                                         << "\"\nrun-directory = \"" << (machine / "run").string() << "\"\n";
+  for (const std::vector<std::string>& words : {std::vector<std::string>{"tree"},
+                                                {"watch", "--for", "1"},
+                                                {"invoke", "ZEB_AutoStartEthernetPort", "PerformWork"}}) {
+    std::vector<std::string> all = {"--source", ZEB_SNAPSHOTS "/two_cards.json"};
+    all.insert(all.end(), words.begin(), words.end());
+    EXPECT_EQ(run(ZEB_CIM, all, live).status, 0);
+  }
+  std::vector<std::string> left;
+  for (const auto& entry : fs::directory_iterator(machine.path())) left.push_back(entry.path().filename());
+  EXPECT_THAT(left, testing::ElementsAre("qv-zeb.toml"));
+}
+
+TEST_F(Commands, AServerOfARecordingHasFoldersOfItsOwn) {
+  const ZEB::TemporaryFolder machine;
+  std::ofstream(machine / "qv-zeb.toml") << "store-directory = \"" << (machine / "store").string()
+                                         << "\"\nrun-directory = \"" << (machine / "run").string() << "\"\n";
+  std::ofstream(machine / "zebcim.toml") << "[listen]\nhttp = \"127.0.0.1:0\"\nhttps = \"none\"\n";
+  const Outcome served =
+      run("/bin/sh",
+          {"-c",
+           "exec 3<&1; \"$@\" >$TMPDIR/out & while [ ! -s $TMPDIR/out ]; do sleep 0.05; done; ls $TMPDIR; "
+           "kill $!; "
+           "wait $!; echo $?; ls $TMPDIR",
+           "sh", ZEB_CIM, "--source", ZEB_SNAPSHOTS "/two_cards.json", "serve", "--config",
+           (machine / "zebcim.toml").string()},
+          {"ZEB_CONFIG=" + (machine / "qv-zeb.toml").string(), "TMPDIR=" + machine.path().string()});
+  EXPECT_THAT(served.out, testing::MatchesRegex("out\nqv-zeb.toml\nzebcim-......\nzebcim.toml\n0\n"
+                                                "out\nqv-zeb.toml\nzebcim.toml\n"));
+}
+
+/// A service of a host whose first cable is pulled three seconds later.
+class Alerts : public testing::Test {
+ protected:
+  Outcome watch(std::vector<std::string> words, const SignalAfter& after = {}) const {
+    words.insert(words.begin(), "watch");
+    return run(ZEB_CIM, words,
+               {"ZEB_CONFIG=/dev/null", "ZEB_STORE_DIR=/dev/null/none",
+                "ZEB_RUN_DIR=" + (server->folder() / "run").string()},
+               after);
+  }
+
+  void SetUp() override {
+    std::ifstream in(ZEB_SNAPSHOTS "/failover_timeline.json");
+    std::string timeline((std::istreambuf_iterator<char>(in)), {});
+    const auto at = timeline.find("\"at\": 1");
+    ASSERT_NE(at, std::string::npos);
+    timeline.replace(at, 7, "\"at\": 3").replace(timeline.find("\"at\": 2", at), 7, "\"at\": 4");
+    std::ofstream(folder / "failover.json") << timeline;
+    server.emplace(std::vector<std::string>{"--source", (folder / "failover.json").string()});
+  }
+
+  const ZEB::TemporaryFolder folder;
+  std::optional<Server> server;
+};
+
+// eth0 of bond0 loses its link.
+TEST_F(Alerts, OfTheServiceReachACommand) {
+  const Outcome watched = watch({"--count", "3", "--for", "30", "--where", "PerceivedSeverity >= 5"});
+  EXPECT_EQ(watched.status, 0);
+  EXPECT_THAT(watched.err, StartsWith("zebcim: watching 6 ports and 3 teams of "));
+  EXPECT_THAT(watched.out,
+              HasSubstr("Ethernet port 1 on ethernet controller 1; no link  [eth0, PCI Express slot 3]\n"));
+  EXPECT_EQ(std::ranges::count(watched.out, '\n'), 3);
+}
+
+TEST_F(Alerts, AreNotForAWrongCondition) {
+  const Outcome own = watch({"--standalone", "--where", "Nothing = 1"});
+  EXPECT_EQ(own.status, 1);
+  EXPECT_EQ(watch({"--where", "Nothing = 1"}).err, own.err);
+}
+
+TEST_F(Alerts, ASignalEndsTheWait) {
+  EXPECT_EQ(watch({}, {"watching", SIGINT}).status, 0);
+}
+
+TEST_F(Alerts, TheEndOfTheServiceEndsTheWait) {
+  std::thread end([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    server->stop();
+  });
+  const Outcome watched = watch({"--for", "30"});
+  end.join();
+  EXPECT_EQ(watched.status, 1);
+  EXPECT_THAT(watched.err, testing::EndsWith("zebcim: the service has ended the connection\n"));
+}
+
+}  // namespace
+}  // namespace ZebManager
