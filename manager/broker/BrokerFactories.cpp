@@ -8,6 +8,7 @@
 #include "broker/SelectQuery.h"
 #include "values/CallMemory.h"
 #include "values/DateTimeText.h"
+#include "values/ManagerError.h"
 #include "values/ObjectPathText.h"
 #include "values/Values.h"
 
@@ -180,14 +181,14 @@ int priorityOf(CMPISeverity severity) {
 
 CMPIStatus logMessage(const CMPIBroker*, CMPISeverity severity, const char* id, const char* text,
                       const CMPIString* string) {
-  const std::string shown = text ? text : std::string(textOf(string));
+  const std::string shown = oneLine(text ? text : textOf(string));
   syslog(LOG_DAEMON | priorityOf(severity), "%s: %s", id ? id : "provider", shown.c_str());
   return statusOf(CMPI_RC_OK);
 }
 
 CMPIStatus trace(const CMPIBroker*, CMPILevel, const char* component, const char* text,
                  const CMPIString* string) {
-  const std::string shown = text ? text : std::string(textOf(string));
+  const std::string shown = oneLine(text ? text : textOf(string));
   syslog(LOG_DAEMON | LOG_DEBUG, "%s: %s", component ? component : "provider", shown.c_str());
   return statusOf(CMPI_RC_OK);
 }

@@ -4,6 +4,8 @@
 
 #include <iostream>
 
+#include "values/ManagerError.h"
+
 namespace ZebManager {
 namespace {
 
@@ -75,7 +77,7 @@ void IndicationPump::send(const DeliveredIndication& delivered) {
     }
     _sender.send({Frame::Kind::Indication, 0, packTexts(texts)});
   } catch (const std::exception& error) {
-    std::cerr << "zebcim: an indication is lost: " << error.what() << std::endl;
+    std::cerr << "zebcim: an indication is lost: " << oneLine(error.what()) << std::endl;
   }
 }
 

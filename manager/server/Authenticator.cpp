@@ -35,6 +35,10 @@ std::optional<std::string> decodeBase64(std::string_view text) {
   return out;
 }
 
+bool isControl(unsigned char c) {
+  return c < ' ' || c == 0x7f;
+}
+
 std::optional<LoginAttempt> attemptOf(std::string_view authorization, const std::string& host) {
   constexpr std::string_view kBasic = "basic ";
   if (!sameName(authorization.substr(0, kBasic.size()), kBasic)) return std::nullopt;
@@ -43,6 +47,9 @@ std::optional<LoginAttempt> attemptOf(std::string_view authorization, const std:
   const std::size_t colon = plain->find(':');
   if (colon == std::string::npos || colon == 0 || colon > kLongestUser) return std::nullopt;
   if (plain->size() - colon - 1 > kLongestPassword) return std::nullopt;
+  // No user is called so, and modules of PAM write names into logs.
+  if (std::any_of(plain->begin(), plain->begin() + static_cast<std::ptrdiff_t>(colon), isControl))
+    return std::nullopt;
   return LoginAttempt{plain->substr(0, colon), plain->substr(colon + 1), host};
 }
 
@@ -130,7 +137,8 @@ void Authenticator::remember(const std::string& digest, const User& user) {
 
 void Authenticator::noteFailure(const std::string& user, const std::string& client) {
   const auto now = Clock::now();
-  if (_users.failed(user, now)) _log("logins of '" + user + "' keep failing: further ones have to wait");
+  if (_users.failed(user, now))
+    _log("logins of " + quotedForLog(user) + " keep failing: further ones have to wait");
   if (_clients.failed(client, now))
     _log("logins from " + client + " keep failing: further ones have to wait");
 }

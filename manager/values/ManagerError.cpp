@@ -45,6 +45,21 @@ std::string oneLine(std::string_view text) {
   return line;
 }
 
+std::string quotedForLog(std::string_view text) {
+  constexpr std::size_t kLongestQuoted = 100;
+  constexpr char kDigits[] = "0123456789abcdef";
+  std::string out = "'";
+  for (const char c : text.substr(0, kLongestQuoted)) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < ' ' || byte >= 0x7f || c == '\'' || c == '\\') {
+      out += {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 15]};
+    } else {
+      out += c;
+    }
+  }
+  return out + (text.size() > kLongestQuoted ? "'..." : "'");
+}
+
 CimError::CimError(CMPIrc errorCode, const std::string& message)
     : ManagerError(errorText(errorCode, message)), code(errorCode) {}
 

@@ -12,6 +12,9 @@ namespace ZebManager {
 /// Text on one line: line ends and other control characters become blanks, what is very long is cut.
 std::string oneLine(std::string_view text);
 
+/// Text that a client made up, for the log: in quotation marks, where it ends without doubt, and cut short.
+std::string quotedForLog(std::string_view text);
+
 class ManagerError : public std::runtime_error {
  public:
   explicit ManagerError(const std::string& text) : std::runtime_error(oneLine(text)) {}

@@ -79,8 +79,8 @@ Unit::Unit(const UnitOptions& options) {
   std::vector<std::string> plugin = {ZEB_CIM, "--timeout", "0", "--plugin", ZEB_REAL_PLUGIN};
   plugin.insert(plugin.end(), options.plugin.begin(), options.plugin.end());
   plugin.emplace_back("provide");
-  listen("plugin", "-all,+net_admin", plugin);
-  listen("login", "-all,+audit_write", {ZEB_CIM_LOGIN, (_folder / "zebcim.toml").string()});
+  listen("plugin", "-all,+net_admin", plugin, options);
+  listen("login", "-all,+audit_write", {ZEB_CIM_LOGIN, (_folder / "zebcim.toml").string()}, options);
   serve(options);
 }
 
@@ -102,7 +102,8 @@ void Unit::configure(const UnitOptions& options) {
 }
 
 /// Returns when the socket is there.
-void Unit::listen(const std::string& kind, const std::string& right, const std::vector<std::string>& words) {
+void Unit::listen(const std::string& kind, const std::string& right, const std::vector<std::string>& words,
+                  const UnitOptions& options) {
   const std::string socket = (_folder / kind).string();
   const auto started = withRights(right, {}, words);
   std::vector<std::string> all = {"/usr/bin/systemd-socket-activate",
@@ -110,7 +111,8 @@ void Unit::listen(const std::string& kind, const std::string& right, const std::
                                   "--listen=" + socket,
                                   "-EZEB_STORE_DIR=" + (_folder / "store").string(),
                                   "-EZEB_RUN_DIR=" + (_folder / "store").string(),
-                                  "-EZEB_LOG_TARGET=stderr"};
+                                  "-EZEB_LOG_TARGET=stderr",
+                                  "-EZEB_LOG_LEVEL=" + options.logLevel};
   all.insert(all.end(), started.begin(), started.end());
   start(all);
   for (int round = 0; chown(socket.c_str(), kServerUser, kServerUser) != 0; ++round) {

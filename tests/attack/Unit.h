@@ -20,7 +20,8 @@ struct UnitOptions {
   std::string stack =
       "auth required pam_unix.so\naccount required pam_unix.so\n";  ///< of PAM, for this service
   std::string http = "127.0.0.1:0";
-  std::string state = {};  ///< folder; empty: one that goes with the object
+  std::string state = {};         ///< folder; empty: one that goes with the object
+  std::string logLevel = "warn";  ///< of the plug-in
 };
 
 /// The server is the user of `kServerUser`, without any of root's rights; the processes of the plug-in and of
@@ -47,7 +48,8 @@ class Unit {
 
  private:
   std::vector<pid_t> all() const;
-  void listen(const std::string& kind, const std::string& right, const std::vector<std::string>& words);
+  void listen(const std::string& kind, const std::string& right, const std::vector<std::string>& words,
+              const UnitOptions& options);
   void serve(const UnitOptions& options);
   void configure(const UnitOptions& options);
   /// Standard output goes to the descriptor, or like errors to the log.

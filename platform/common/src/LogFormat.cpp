@@ -35,12 +35,32 @@ void print(std::string& out, const std::string& format, Value value) {
   if (written > 0) out.append(buffer.data(), std::min(static_cast<std::size_t>(written), buffer.size() - 1));
 }
 
+bool isControl(unsigned char c, unsigned char next) {
+  return c < ' ' || c == 0x7f || (c == 0xc2 && next >= 0x80 && next < 0xa0);  // the last in UTF-8
+}
+
+/// What a client wrote does not begin a line of its own, nor steer a terminal, nor fill the log.
+std::string shown(std::string_view text) {
+  constexpr std::size_t kLongest = 500;
+  const std::string_view part = text.substr(0, kLongest);
+  std::string out;
+  for (std::size_t i = 0; i < part.size(); ++i) {
+    const auto c = static_cast<unsigned char>(part[i]);
+    if (isControl(c, static_cast<unsigned char>(i + 1 < part.size() ? part[i + 1] : 0))) {
+      print(out, "\\x%02x", static_cast<unsigned>(c));
+    } else {
+      out += part[i];
+    }
+  }
+  return part.size() < text.size() ? out + "..." : out;
+}
+
 /// Text with the padding and truncation that its conversion asks for.
 void printText(std::string& out, const std::string& flags, std::string_view text) {
   if (flags.empty()) {
-    out += text;
+    out += shown(text);
   } else {
-    print(out, "%" + flags + "s", std::string(text).c_str());
+    print(out, "%" + flags + "s", shown(text).c_str());
   }
 }
 

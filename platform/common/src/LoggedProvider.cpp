@@ -14,7 +14,7 @@ void LoggedProvider::around(const char* operation, const CmpiCpp::CmpiObjectPath
   } catch (const CmpiCpp::CmpiStatus& status) {
     // A client that asks for what is not there has made no trouble.
     if (status.rc() == CMPI_RC_ERR_NOT_FOUND || status.rc() == CMPI_RC_ERR_NOT_SUPPORTED) {
-      logger().info("%s(%s) ends: %s", operation, subject.str(), status.what());
+      if (wanted) logger().info("%s(%s) ends: %s", operation, subject.str(), status.what());
     } else {
       logger().warn("%s(%s) failed: %s", operation, subject.str(), status.what());
     }

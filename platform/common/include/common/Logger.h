@@ -52,7 +52,8 @@ class LogArgument {
 /// A printf-style format filled with typed arguments: %d and %i decimal, %u the same, %x hexadecimal, %s and
 /// %S text, %c a character, %f %g %e floating point, %% a percent sign; flags, width and precision as in
 /// printf, length modifiers are passed over. An argument of another kind than its conversion is written in
-/// its own way, a conversion without an argument stays as it stands, a surplus argument is ignored.
+/// its own way, a conversion without an argument stays as it stands, a surplus argument is ignored. Text may
+/// come from a client: control characters are written as \xNN, and 500 bytes of each at most.
 std::string formatLog(const char* format, const LogArgument* arguments, std::size_t count);
 
 /// Writes lines for one source to a sink, if their level is wanted. A cheap handle: copies share the sink and
