@@ -1,10 +1,13 @@
 #include <pthread.h>
 
+#include <future>
 #include <stdexcept>
+#include <thread>
 #include <utility>
 
 #include "ProviderFixture.h"
 #include "cmpicpp/CmpiProvider.h"
+#include "common/ZEBUtil.h"
 #include "monitor/NetlinkThread.h"
 #include "provider/EntryPoints.h"
 #include "provider/ProviderRegistry.h"
@@ -167,6 +170,34 @@ TEST_F(EntryPointsTest, ACallAfterTheLastReleaseFailsAndALaterOneBuildsAnew) {
   EXPECT_EQ(enumerate(before, "ZEB_EthernetPort"), CMPI_RC_OK);
   EXPECT_EQ(log->count("_cmpiManagedInstanceFactory"), 2U);
   cleanup();
+}
+
+TEST_F(EntryPointsTest, ALastCleanUpThatIsRefusedLeavesTheBackgroundWorkGoing) {
+  create();
+  create();
+  std::promise<void> inside;
+  static std::promise<void> goOn;
+  std::thread client([&] {
+    FakeBroker::Call call(broker);
+    CMPIResultFT table = *call.result().ft;
+    table.returnDone = [](const CMPIResult*) -> CMPIStatus {
+      goOn.get_future().wait();
+      return {CMPI_RC_OK, nullptr};
+    };
+    call.result().ft = &table;
+    inside.set_value();
+    instance()->ft->enumerateInstanceNames(instance(), &call.context(), &call.result(),
+                                           call.path({"root/jxv", "ZEB_EthernetPort"}));
+  });
+  inside.get_future().wait();
+  EXPECT_EQ(cleanup(), CMPI_RC_OK);
+  EXPECT_TRUE(ZEBUtil::stopRequested());
+  EXPECT_EQ(cleanup(), CMPI_RC_DO_NOT_UNLOAD) << "the client is still there";
+  EXPECT_FALSE(ZEBUtil::stopRequested());
+  EXPECT_EQ(enumerate(instance(), "ZEB_EthernetPort"), CMPI_RC_OK);
+  goOn.set_value();
+  client.join();
+  EXPECT_EQ(cleanup(), CMPI_RC_OK);
 }
 
 TEST_F(EntryPointsTest, StaysLoadedWhileIndicationsAreEnabled) {

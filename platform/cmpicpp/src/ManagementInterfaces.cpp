@@ -49,11 +49,10 @@ bool ManagementInterfaces::closeForGood(Clock::duration patience) {
   _provider = nullptr;
   endStandstill();
   const bool all = _left.wait_for(lock, patience, [&] { return _standing == 0 && onlyOwnCallsLeft(); });
-  const std::vector<pid_t> leaving = std::exchange(_leaving, {});
+  std::set<pid_t> leaving = std::exchange(_leaving, {});
   lock.unlock();
-  for (const pid_t thread : leaving) {
-    if (thread != gettid()) awaitDeparture(thread);
-  }
+  leaving.erase(gettid());
+  awaitDeparture(std::move(leaving));
   return all;
 }
 
@@ -88,7 +87,7 @@ ManagementInterfaces::Call::~Call() {
   } else {
     _interfaces._calls.erase(_place);
   }
-  if (_interfaces._over) _interfaces._leaving.push_back(gettid());
+  if (_interfaces._over) _interfaces._leaving.insert(gettid());
   _interfaces._left.notify_all();
 }
 

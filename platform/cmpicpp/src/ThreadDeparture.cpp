@@ -30,10 +30,14 @@ bool runs(pid_t thread) {
 
 }  // namespace
 
-void awaitDeparture(pid_t thread) {
+void awaitDeparture(std::set<pid_t> threads) {
   using Clock = std::chrono::steady_clock;
   const auto deadline = Clock::now() + std::chrono::seconds(1);
-  while (runs(thread) && Clock::now() < deadline) std::this_thread::sleep_for(std::chrono::microseconds(100));
+  for (;;) {
+    std::erase_if(threads, [](pid_t thread) { return !runs(thread); });
+    if (threads.empty() || Clock::now() >= deadline) return;
+    std::this_thread::sleep_for(std::chrono::microseconds(100));
+  }
 }
 
 }  // namespace CmpiCpp

@@ -1,6 +1,7 @@
 #include <atomic>
 #include <future>
 #include <thread>
+#include <vector>
 
 #include "InterfaceFixture.h"
 
@@ -93,6 +94,26 @@ TEST_F(InterfaceTest, aProviderMayComeAndGoWhileCallsCome) {
   }
   stop = true;
   caller.join();
+}
+
+// Whether they have left cannot be seen while they run. They wait for each other's turn, not in a row.
+TEST_F(InterfaceTest, theEndGivesThreadsThatRunOnASecondAltogether) {
+  std::atomic<bool> stop{false};
+  std::vector<std::thread> callers;
+  for (int i = 0; i < 8; ++i) {
+    callers.emplace_back([&] {
+      while (!stop) {
+        FakeBroker::Call call(broker);
+        enumerateNames(call);
+      }
+    });
+  }
+  std::this_thread::sleep_for(milliseconds(50));
+  const auto begun = std::chrono::steady_clock::now();
+  EXPECT_TRUE(interfaces.closeForGood(std::chrono::seconds(10)));
+  EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(4));
+  stop = true;
+  for (std::thread& caller : callers) caller.join();
 }
 
 TEST_F(InterfaceTest, eachCleanUpDropsOneReference) {

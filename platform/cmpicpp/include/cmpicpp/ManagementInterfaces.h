@@ -8,8 +8,8 @@
 #include <functional>
 #include <list>
 #include <mutex>
+#include <set>
 #include <thread>
-#include <vector>
 
 #include "cmpicpp/CmpiProvider.h"
 
@@ -115,7 +115,7 @@ class ManagementInterfaces {
   std::size_t _standing = 0;
   unsigned _standstills = 0;  ///< how often they were ended
   bool _over = false;
-  std::vector<pid_t> _leaving;  ///< threads whose calls ended when all was over
+  std::set<pid_t> _leaving;  ///< threads whose calls ended when all was over
   bool _indicationsEnabled = false;
 };
 
