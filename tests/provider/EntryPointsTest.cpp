@@ -12,6 +12,7 @@
 #include "provider/EntryPoints.h"
 #include "provider/ProviderRegistry.h"
 #include "support/ProcessCounts.h"
+#include "support/ThrowingSink.h"
 
 namespace ZEB::test {
 namespace {
@@ -30,23 +31,6 @@ struct Interfaces {
   CMPIAssociationMI* association;
   CMPIMethodMI* method;
   CMPIIndicationMI* indication;
-};
-
-/// Throws `thrown` in place of writing a certain line, once: whoever logs fails at that point.
-template <class Thrown>
-class ThrowingSink : public RecordingLogSink {
- public:
-  ThrowingSink(std::string line, Thrown thrown) : _line(std::move(line)), _thrown(std::move(thrown)) {}
-
-  void write(LogLevel level, std::string_view source, std::string_view text) override {
-    if (text == _line && !std::exchange(_done, true)) throw _thrown;
-    RecordingLogSink::write(level, source, text);
-  }
-
- private:
-  const std::string _line;
-  const Thrown _thrown;
-  bool _done = false;
 };
 
 /// Each test makes its own provider and leaves none behind.
@@ -175,17 +159,16 @@ TEST_F(EntryPointsTest, ACallAfterTheLastReleaseFailsAndALaterOneBuildsAnew) {
 TEST_F(EntryPointsTest, ALastCleanUpThatIsRefusedLeavesTheBackgroundWorkGoing) {
   create();
   create();
-  std::promise<void> inside;
-  static std::promise<void> goOn;
+  static std::promise<void> inside, goOn;
   std::thread client([&] {
     FakeBroker::Call call(broker);
     CMPIResultFT table = *call.result().ft;
     table.returnDone = [](const CMPIResult*) -> CMPIStatus {
+      inside.set_value();
       goOn.get_future().wait();
       return {CMPI_RC_OK, nullptr};
     };
     call.result().ft = &table;
-    inside.set_value();
     instance()->ft->enumerateInstanceNames(instance(), &call.context(), &call.result(),
                                            call.path({"root/jxv", "ZEB_EthernetPort"}));
   });

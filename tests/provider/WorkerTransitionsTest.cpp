@@ -1,6 +1,8 @@
+#include <stdexcept>
 #include <thread>
 
 #include "WorkerFixture.h"
+#include "support/ThrowingSink.h"
 
 // No transition is lost, told twice or made up, whatever a pass meets.
 
@@ -34,6 +36,23 @@ TEST_F(WorkerTest, ATeamThatCameInARebuildThatFailedIsStillAnnounced) {
   sourcesFail = false;
   EXPECT_TRUE(succeeded(pass()));
   EXPECT_THAT(events(), ElementsAre("11"));
+}
+
+// Settings are there when the build fails, and the team is not there any more when it is done again.
+TEST_F(WorkerTest, ATeamThatWentInARebuildThatFailedIsAnnouncedOnce) {
+  enableIndications();
+  set("InterfaceUnAvailable", true);
+  host.remove("bond0");
+  host.link("eth2").team = host.link("eth3").team = 0;
+  host.play();
+  const auto sink =
+      std::make_shared<ThrowingSink<std::runtime_error>>("store key for ", std::runtime_error("no memory"));
+  setProcessLogSink(sink, LogLevel::Info);
+  EXPECT_EQ(pollingPass().message, "no memory");
+  EXPECT_THAT(events(), ElementsAre("12"));
+  EXPECT_TRUE(succeeded(pass()));
+  EXPECT_THAT(events(), ElementsAre("12"));
+  EXPECT_FALSE(sink->mentions(LogLevel::Error, "Failed to deliver"));
 }
 
 TEST_F(WorkerTest, WhatARequestReadsIsLeftToThePass) {
