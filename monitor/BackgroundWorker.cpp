@@ -167,15 +167,16 @@ void BackgroundWorker::settleEvents() {
   _monitored.memories.clear();
 }
 
+void BackgroundWorker::tryAgain() {
+  _monitored.linkWatch.lookAgainAt(std::chrono::steady_clock::now() + kAfterFailure);
+}
+
 void BackgroundWorker::arrangeNextLook() {
-  LinkWatch& watch = _monitored.linkWatch;
-  watch.nextLook.reset();
-  const auto settled = ethMRA()->nextSettled();
-  const auto retry = std::chrono::steady_clock::now() + kAfterFailure;
+  _monitored.linkWatch.nextLook.reset();
   if (_unread) {
-    watch.lookAgainAt(retry);
-  } else if (settled) {
-    watch.lookAgainAt(*settled);
+    tryAgain();
+  } else if (const auto settled = ethMRA()->nextSettled()) {
+    _monitored.linkWatch.lookAgainAt(*settled);
   }
 }
 
@@ -212,7 +213,7 @@ void BackgroundWorker::replaceInstances() {
   try {
     _monitored.rebuild();
   } catch (...) {
-    _monitored.linkWatch.lookAgainAt(std::chrono::steady_clock::now() + kAfterFailure);
+    tryAgain();
     ethMRA()->buildFailed();
     ethTeamMRA()->buildFailed();
     throw;

@@ -68,6 +68,8 @@ class BackgroundWorker {
   void settleEvents();
   /// Comes back when reading failed, and when an interface that waits for its link has had its time.
   void arrangeNextLook();
+  /// What could not be read or built has a pass of its own soon.
+  void tryAgain();
   void rebuild(const std::vector<std::string>& added, const std::vector<std::string>& removed);
   void replaceInstances();
   /// Alerts of teams that came or went; the failures are logged in the words of `failure`.

@@ -109,6 +109,7 @@ const PropertyRows<ZEB_EthEventSettings> kTexts{
 
 ZEB_EthEventSettings::ZEB_EthEventSettings(const Logger& theLogger, const std::string& theNameSpace)
     : ManagedObject(theLogger, theNameSpace, kClassName, {{"InstanceId", "JXV:0"}}) {
+  setSubject("settings");
   logger().info("calling makeDataStore...");
   _store = makeDataStore(std::string(kClassName.view()));
   if (!_store) logger().error("unable to open datastore %s", kClassName.view());
@@ -119,11 +120,6 @@ ZEB_EthEventSettings::ZEB_EthEventSettings(const Logger& theLogger, const std::s
   if (_store) _store->addDefaults(defaults());
   follow();
   _pollingDisabled = number(EventSetting::PollInterval) == 0;
-}
-
-const std::string& ZEB_EthEventSettings::subject() const {
-  static constinit const std::string kOnlyOne = "settings";
-  return kOnlyOne;
 }
 
 std::any ZEB_EthEventSettings::memory() const {

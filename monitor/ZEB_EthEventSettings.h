@@ -26,7 +26,6 @@ class ZEB_EthEventSettings : public ManagedObject, public EventSettings {
   CmpiCpp::CmpiInstance makeInstance() override;
 
   /// The values and the store, which knows more than a new one can read while the file is held or damaged.
-  const std::string& subject() const override;
   std::any memory() const override;
   void remember(const std::any& memory) override;
 

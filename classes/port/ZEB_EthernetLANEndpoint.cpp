@@ -80,8 +80,9 @@ ZEB_EthernetLANEndpoint::ZEB_EthernetLANEndpoint(const Logger& logger, const std
     : ManagedObject(logger, nameSpace, kClassName,
                     systemScopedKeys(kClassName, "Name", instanceName(kClassName, number(endpointNumber)))),
       _number(endpointNumber),
-      _interface(interface),
-      _subject(subjectOf(kClassName, interface)) {}
+      _interface(interface) {
+  setSubject(subjectOf(kClassName, interface));
+}
 
 CmpiInstance ZEB_EthernetLANEndpoint::makeInstance() {
   return kProperties.makeInstance(makeObjectPath(), {*this, refreshed(_interface, RefreshPart::Link)});

@@ -20,7 +20,6 @@ class ZEB_EthernetLANEndpoint : public ManagedObject {
 
   CmpiCpp::CmpiInstance makeInstance() override;
 
-  const std::string& subject() const override { return _subject; }
   std::any memory() const override { return _memory; }
   void remember(const std::any& memory) override { _memory = std::any_cast<const Memory&>(memory); }
 
@@ -38,7 +37,6 @@ class ZEB_EthernetLANEndpoint : public ManagedObject {
 
   const EndpointNumber _number;
   InterfaceRecord _interface;
-  const std::string _subject;
 
   struct Memory {
     bool firstReport = true;

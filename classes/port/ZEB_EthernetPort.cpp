@@ -104,8 +104,8 @@ ZEB_EthernetPort::ZEB_EthernetPort(const Logger& logger, const std::string& name
       _controllerNumber(controllerNumber),
       _location(location),
       _partNumber(partNumber),
-      _port(port),
-      _subject(subjectOf(kClassName, port)) {
+      _port(port) {
+  setSubject(subjectOf(kClassName, port));
   setWatchesStatus(true);
   _port.getPortStatus(_memory.lastStatus);
 }

@@ -34,7 +34,6 @@ class ZEB_EthernetPort : public ManagedObject, public StatusWatcher {
   bool look(const Watch& watch) override;
   operationalStatus lastStatus() override;
 
-  const std::string& subject() const override { return _subject; }
   std::any memory() const override;
   void remember(const std::any& memory) override;
 
@@ -57,8 +56,6 @@ class ZEB_EthernetPort : public ManagedObject, public StatusWatcher {
   const physloc_t _location;
   const std::string _partNumber;
   EthernetPort _port;
-
-  const std::string _subject;
 
   struct Memory {
     bool firstRefresh = true;

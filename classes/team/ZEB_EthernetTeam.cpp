@@ -101,8 +101,8 @@ ZEB_EthernetTeam::ZEB_EthernetTeam(const Logger& parent, const std::string& name
       StatusWatcher(Kind::Team, ManagedObject::makeObjectPath().str()),
       _index(index),
       _team(team),
-      _subject(subjectOf(kClassName, team)),
       _lastState{operationalStatus::Unknown, team.getSlaves()} {
+  setSubject(subjectOf(kClassName, team));
   setWatchesStatus(true);
   if (_team.getOsDeviceName(_teamName) != 0) {
     logger().error("ZEB_EthernetTeam:%d failed to call EthernetTeamDataObject::getOsDeviceName", _index);

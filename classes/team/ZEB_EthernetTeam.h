@@ -29,7 +29,6 @@ class ZEB_EthernetTeam : public ManagedObject, public StatusWatcher {
   operationalStatus lastStatus() override;
   std::string announcedName() const override { return _teamName; }
 
-  const std::string& subject() const override { return _subject; }
   std::any memory() const override;
   void remember(const std::any& memory) override;
 
@@ -61,7 +60,6 @@ class ZEB_EthernetTeam : public ManagedObject, public StatusWatcher {
   const std::uint32_t _index;
   EthernetTeamDataObject _team;
   std::string _teamName;
-  const std::string _subject;
 
   mutable std::mutex _mutex;  ///< guards `_lastState`; never held while something is sent
   State _lastState;

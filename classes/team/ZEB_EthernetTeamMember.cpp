@@ -59,10 +59,9 @@ ZEB_EthernetTeamMember::ZEB_EthernetTeamMember(const Logger& logger, const std::
                                                const CmpiCpp::CmpiObjectPath& port,
                                                const EthernetTeamDataObject& teamRecord,
                                                const EthernetPort& portRecord)
-    : AssociationFrame(logger, nameSpace, kClass, team, port),
-      _team(teamRecord),
-      _port(portRecord),
-      _subject(both(subjectOf(kClass.name, teamRecord), subjectOf(kClass.name, portRecord))) {}
+    : AssociationFrame(logger, nameSpace, kClass, team, port), _team(teamRecord), _port(portRecord) {
+  setSubject(both(subjectOf(kClass.name, teamRecord), subjectOf(kClass.name, portRecord)));
+}
 
 CmpiCpp::CmpiInstance ZEB_EthernetTeamMember::makeInstance() {
   CmpiCpp::CmpiInstance instance = AssociationFrame::makeInstance();

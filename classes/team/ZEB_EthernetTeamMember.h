@@ -18,7 +18,6 @@ class ZEB_EthernetTeamMember : public AssociationFrame {
 
   CmpiCpp::CmpiInstance makeInstance() override;
 
-  const std::string& subject() const override { return _subject; }
   std::any memory() const override { return _memory; }
   void remember(const std::any& memory) override { _memory = std::any_cast<const Memory&>(memory); }
 
@@ -33,7 +32,6 @@ class ZEB_EthernetTeamMember : public AssociationFrame {
 
   const EthernetTeamDataObject _team;
   const EthernetPort _port;
-  const std::string _subject;
 
   struct Memory {
     bool firstReport = true;

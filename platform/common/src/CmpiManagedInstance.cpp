@@ -10,11 +10,6 @@ void CmpiManagedInstance::invokeMethod(const CmpiCpp::CmpiName& method, const Cm
   throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_METHOD_NOT_FOUND, "no method " + method.str());
 }
 
-const std::string& CmpiManagedInstance::subject() const {
-  static constinit const std::string kNone;
-  return kNone;
-}
-
 CmpiCpp::CmpiObjectPath CmpiManagedInstanceAssociation::otherEnd(const CmpiCpp::CmpiObjectPath& path) const {
   if (path == _secondEnd) return _firstEnd;
   if (path == _firstEnd) return _secondEnd;

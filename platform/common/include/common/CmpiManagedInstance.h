@@ -3,6 +3,7 @@
 #include <any>
 #include <atomic>
 #include <string>
+#include <utility>
 
 #include "cmpicpp/CmpiArgs.h"
 #include "cmpicpp/CmpiInstance.h"
@@ -35,8 +36,8 @@ class CmpiManagedInstance {
   virtual const CmpiManagedInstanceAssociation* association() const { return nullptr; }
 
   /// Names what the instance stands for, whatever its path, so that an instance that takes its place can be
-  /// told what it remembers. Empty where nothing is remembered. The same for as long as the instance lives.
-  virtual const std::string& subject() const;
+  /// told what it remembers. Empty where nothing is remembered. Settled when the instance is constructed.
+  const std::string& subject() const { return _subject; }
   virtual std::any memory() const { return {}; }
   /// Takes over what an instance of the same subject had as its `memory`.
   virtual void remember(const std::any& /*memory*/) {}
@@ -49,9 +50,11 @@ class CmpiManagedInstance {
   bool watchesStatus() const { return _watchesStatus; }
 
  protected:
+  void setSubject(std::string subject) { _subject = std::move(subject); }
   void setWatchesStatus(bool watches) { _watchesStatus = watches; }
 
  private:
+  std::string _subject;
   std::atomic<bool> _visible{true};
   bool _watchesStatus = false;
 };
