@@ -7,6 +7,7 @@
 #include "cli/Assignments.h"
 #include "cli/Doctor.h"
 #include "cli/JsonOutput.h"
+#include "cli/Modify.h"
 #include "cli/PluginProcess.h"
 #include "cli/Programs.h"
 #include "cli/TextOutput.h"
@@ -22,7 +23,8 @@ namespace {
 using Command = void (*)(const Options&, Session&, const Output&);
 
 void printItems(const Options& options, const Output& output, const Reply& reply) {
-  output.out << (options.json ? jsonOfItems(reply.items()) : textOfItems(reply.items(), output.colour));
+  if (options.json) return writeItems(output.out, reply.items(), options.jsonForm());
+  output.out << textOfItems(reply.items(), output.colour);
 }
 
 /// The plug-in's refusal, with the thing that was asked for in front.
@@ -51,10 +53,6 @@ void runInstances(const Options& options, Session& session, const Output& output
   printItems(options, output, answered("class '" + asked.name + "'", std::move(reply)));
 }
 
-ObjectPath& pathOf(const Options& options, Session& session, Arena& arena) {
-  return *parsePath(arena, session.repository(), kNameSpace, options.path);
-}
-
 void runGet(const Options& options, Session& session, const Output& output) {
   Arena arena;
   const ObjectPath& path = pathOf(options, session, arena);
@@ -81,26 +79,6 @@ void runReferences(const Options& options, Session& session, const Output& outpu
   Reply reply = options.names ? model.referenceNames(path, options.filter)
                               : model.references(path, options.filter, nullptr);
   printItems(options, output, answered(named(path.body()), std::move(reply)));
-}
-
-void runModify(const Options& options, Session& session, const Output& output) {
-  Arena arena;
-  const ArenaScope scope(arena);  // an error message needs memory, too
-  const ObjectPath& path = pathOf(options, session, arena);
-  const ClassDef& classDef = requireClass(session.repository(), path.body().className);
-  const Instance& instance = *makeInstance(arena, path, classDef);
-  std::vector<const char*> changed;
-  for (const std::string& text : options.assignments) {
-    const Assignment assignment = splitAssignment(text);
-    const PropertyDef* const property = classDef.property(assignment.name);
-    if (!property) throw ManagerError(classDef.name + " has no property '" + assignment.name + "'");
-    const CMPIData value = parseValue(arena, session.repository(), kNameSpace, *property, assignment.value);
-    instance.ft->setProperty(&instance, property->name.c_str(), &value.value, value.type);
-    changed.push_back(property->name.c_str());
-  }
-  changed.push_back(nullptr);
-  answered(named(path.body()), session.model().modifyInstance(path, instance, changed.data()));
-  if (options.json) output.out << jsonOfPath(path.body());
 }
 
 /// A path with keys, or the name of a class for methods that belong to the class.
@@ -139,7 +117,7 @@ void runInvoke(const Options& options, Session& session, const Output& output) {
                                session.model().invokeMethod(path, method.name.c_str(), in, out));
   const CMPIData returned = reply.items().empty() ? nullOf(method.type) : reply.items()[0];
   const NamedValues& arguments = out.body().values;
-  output.out << (options.json ? jsonOfMethod(returned, arguments)
+  output.out << (options.json ? jsonOfMethod(returned, arguments, options.jsonForm())
                               : textOfMethod(method, returned, arguments));
 }
 
@@ -170,7 +148,7 @@ constexpr std::array kCommands = {
     CommandRow{"get", runGet},
     CommandRow{"associators", runAssociators},
     CommandRow{"references", runReferences},
-    CommandRow{"modify", runModify},
+    CommandRow{"modify", modify},
     CommandRow{"invoke", runInvoke},
     CommandRow{"tree", runTree},
     CommandRow{"watch", runWatch},
@@ -178,6 +156,10 @@ constexpr std::array kCommands = {
 };
 
 }  // namespace
+
+ObjectPath& pathOf(const Options& options, Session& session, Arena& arena) {
+  return *parsePath(arena, session.repository(), kNameSpace, options.path);
+}
 
 void runCommand(const Options& options, Session& session, const Output& output) {
   const auto* const found = std::find_if(kCommands.begin(), kCommands.end(),

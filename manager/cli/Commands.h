@@ -16,6 +16,9 @@ struct Output {
   bool colour = false;
 };
 
+/// The instance that the options name. Throws ManagerError.
+ObjectPath& pathOf(const Options& options, Session& session, Arena& arena);
+
 /// Runs the command that the options name. What it prints is complete when it is printed. Throws
 /// ManagerError.
 void runCommand(const Options& options, Session& session, const Output& output);

@@ -1,7 +1,9 @@
 #include "cli/JsonOutput.h"
 
 #include <nlohmann/json.hpp>
+#include <ostream>
 
+#include "cli/JsonWriter.h"
 #include "values/DateTimeText.h"
 #include "values/ObjectPathText.h"
 #include "values/Values.h"
@@ -9,102 +11,112 @@
 namespace ZebManager {
 namespace {
 
-using Json = nlohmann::ordered_json;
+class ValueWriter {
+ public:
+  ValueWriter(JsonWriter& json, JsonForm form) : _json(json), _form(form) {}
 
-/// One member of an object.
-using Member = Json::object_t::value_type;
-
-/// What an initializer list gives too, but through an array for each member.
-template <class... Members>
-Json objectOf(Members&&... members) {
-  Json object = Json::object();
-  auto& list = object.get_ref<Json::object_t&>();
-  list.reserve(sizeof...(members));
-  (list.push_back(std::forward<Members>(members)), ...);
-  return object;
-}
-
-Json instanceJson(const Instance& instance);
-
-Json scalarJson(const CMPIData& data) {
-  if (isNull(data)) return nullptr;
-  if (const auto range = integerRange(data.type)) {
-    return range->min < 0 ? Json(signedOf(data)) : Json(unsignedOf(data));
+  void scalar(const CMPIData& data) {
+    if (isNull(data)) return _json.word("null");
+    if (const auto range = integerRange(data.type)) {
+      return _json.word(range->min < 0 ? std::to_string(signedOf(data)) : std::to_string(unsignedOf(data)));
+    }
+    switch (data.type) {
+      case CMPI_boolean:
+        return _json.word(data.value.boolean ? "true" : "false");
+      case CMPI_real32:
+        return _json.word(nlohmann::json(data.value.real32).dump());
+      case CMPI_real64:
+        return _json.word(nlohmann::json(data.value.real64).dump());
+      case CMPI_char16:
+        return _json.text(utf8Of(data.value.char16));
+      case CMPI_dateTime:
+        return _json.text(formatDateTime(as<DateTime>(data.value.dateTime)->body()));
+      case CMPI_ref:
+        return _json.text(formatPath(as<ObjectPath>(data.value.ref)->body()));
+      case CMPI_instance:
+        return instance(*as<Instance>(data.value.inst));
+      default:
+        return _json.text(textOf(data.value.string));
+    }
   }
-  switch (data.type) {
-    case CMPI_boolean:
-      return data.value.boolean != 0;
-    case CMPI_real32:
-      return data.value.real32;
-    case CMPI_real64:
-      return data.value.real64;
-    case CMPI_char16:
-      return utf8Of(data.value.char16);
-    case CMPI_dateTime:
-      return formatDateTime(as<DateTime>(data.value.dateTime)->body());
-    case CMPI_ref:
-      return formatPath(as<ObjectPath>(data.value.ref)->body());
-    case CMPI_instance:
-      return instanceJson(*as<Instance>(data.value.inst));
-    default:
-      return textOf(data.value.string);
+
+  void value(const CMPIData& data) {
+    if (isNull(data) || !isArray(data.type)) return scalar(data);
+    const ArrayBody& array = as<Array>(data.value.array)->body();
+    _json.open('[');
+    for (CMPICount i = 0; i < array.count; ++i) scalar(array.elements[i]);
+    _json.close(']');
   }
-}
 
-Json valueJson(const CMPIData& data) {
-  if (isNull(data) || !isArray(data.type)) return scalarJson(data);
-  Json list = Json::array();
-  const ArrayBody& array = as<Array>(data.value.array)->body();
-  for (CMPICount i = 0; i < array.count; ++i) list.push_back(scalarJson(array.elements[i]));
-  return list;
-}
-
-Json namedJson(const NamedValues& values) {
-  Json list = Json::array();
-  for (const NamedValue& value : values) {
-    list.push_back(objectOf(Member("name", value.name), Member("type", typeName(value.data.type)),
-                            Member("value", valueJson(value.data))));
+  void typed(const CMPIData& data) {
+    _json.key("type");
+    _json.text(typeName(data.type));
+    _json.key("value");
+    value(data);
   }
-  return list;
-}
 
-Json instanceJson(const Instance& instance) {
-  const InstanceBody& body = instance.body();
-  return objectOf(Member("class", body.classDef->name), Member("path", formatPath(*body.path)),
-                  Member("properties", namedJson(body.properties)));
-}
-
-/// Text that is no UTF-8 is shown with replacement characters: better than no answer.
-std::string text(const Json& json) {
-  return json.dump(2, ' ', false, Json::error_handler_t::replace);
-}
-
-/// Appends text with its lines moved right; a line end in JSON text is never part of a value.
-void appendIndented(std::string& out, std::string_view lines) {
-  while (!lines.empty()) {
-    const std::size_t length = std::min(lines.find('\n'), lines.size() - 1) + 1;
-    out.append("  ").append(lines.substr(0, length));
-    lines.remove_prefix(length);
+  void named(const NamedValues& values) {
+    const bool plain = _form == JsonForm::Plain;
+    _json.open(plain ? '{' : '[');
+    for (const NamedValue& one : values) {
+      if (plain) {
+        _json.key(one.name);
+        value(one.data);
+        continue;
+      }
+      _json.open('{');
+      _json.key("name");
+      _json.text(one.name);
+      typed(one.data);
+      _json.close('}');
+    }
+    _json.close(plain ? '}' : ']');
   }
-}
+
+  void instance(const Instance& instance) {
+    const InstanceBody& body = instance.body();
+    _json.open('{');
+    _json.key("class");
+    _json.text(body.classDef->name);
+    _json.key("path");
+    _json.text(formatPath(*body.path));
+    _json.key("properties");
+    named(body.properties);
+    _json.close('}');
+  }
+
+ private:
+  JsonWriter& _json;
+  const JsonForm _form;
+};
 
 }  // namespace
 
-std::string jsonOfItems(std::span<const CMPIData> items) {
-  // One item at a time: the tree of a large answer would take many times the memory of its text.
-  std::string out = "[";
+void writeItems(std::ostream& out, std::span<const CMPIData> items, JsonForm form) {
+  // Piece by piece: the text of a large answer takes more memory than the answer.
+  constexpr std::size_t kPiece = 64U << 10;
+  std::string text;
+  JsonWriter json(text);
+  json.open('[');
   for (const CMPIData& item : items) {
-    out += out.size() == 1 ? "\n" : ",\n";
-    appendIndented(out, text(scalarJson(item)));
+    ValueWriter(json, form).scalar(item);
+    if (text.size() < kPiece) continue;
+    out << text;
+    text.clear();
   }
-  return out + (items.empty() ? "]\n" : "\n]\n");
+  json.close(']');
+  out << text << "\n";
 }
 
-std::string jsonLineOfInstance(const Instance& instance) {
-  return instanceJson(instance).dump(-1, ' ', false, Json::error_handler_t::replace);
+std::string jsonLineOfInstance(const Instance& instance, JsonForm form) {
+  std::string out;
+  JsonWriter json(out, false);
+  ValueWriter(json, form).instance(instance);
+  return out;
 }
 
 std::string jsonOfClasses(const std::vector<const ClassDef*>& classes) {
+  using Json = nlohmann::ordered_json;
   Json list = Json::array();
   for (const ClassDef* def : classes) {
     Json keys = Json::array();
@@ -116,17 +128,36 @@ std::string jsonOfClasses(const std::vector<const ClassDef*>& classes) {
                     {"keys", keys},
                     {"description", def->description}});
   }
-  return text(list) + "\n";
+  return list.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
-std::string jsonOfMethod(const CMPIData& returned, const NamedValues& arguments) {
-  return text({{"returnValue", {{"type", typeName(returned.type)}, {"value", valueJson(returned)}}},
-               {"parameters", namedJson(arguments)}}) +
-         "\n";
+std::string jsonOfMethod(const CMPIData& returned, const NamedValues& arguments, JsonForm form) {
+  std::string out;
+  JsonWriter json(out);
+  ValueWriter values(json, form);
+  json.open('{');
+  json.key("returnValue");
+  if (form == JsonForm::Plain) {
+    values.value(returned);
+  } else {
+    json.open('{');
+    values.typed(returned);
+    json.close('}');
+  }
+  json.key("parameters");
+  values.named(arguments);
+  json.close('}');
+  return out + "\n";
 }
 
 std::string jsonOfPath(const PathBody& path) {
-  return text({{"path", formatPath(path)}}) + "\n";
+  std::string out;
+  JsonWriter json(out);
+  json.open('{');
+  json.key("path");
+  json.text(formatPath(path));
+  json.close('}');
+  return out + "\n";
 }
 
 }  // namespace ZebManager

@@ -1,6 +1,7 @@
 // Answers as JSON for programs.
 #pragma once
 
+#include <iosfwd>
 #include <span>
 #include <string>
 #include <vector>
@@ -9,13 +10,19 @@
 
 namespace ZebManager {
 
+/// How properties and arguments are written.
+enum class JsonForm {
+  Plain,  ///< an object of values
+  Typed   ///< a list of objects with name, type and value
+};
+
 /// An array of objects with class, path and properties; paths in the list become their text.
-std::string jsonOfItems(std::span<const CMPIData> items);
+void writeItems(std::ostream& out, std::span<const CMPIData> items, JsonForm form);
 /// The same object of one instance, in one line without its end.
-std::string jsonLineOfInstance(const Instance& instance);
+std::string jsonLineOfInstance(const Instance& instance, JsonForm form);
 std::string jsonOfClasses(const std::vector<const ClassDef*>& classes);
 /// Return value and output arguments of a method.
-std::string jsonOfMethod(const CMPIData& returned, const NamedValues& arguments);
+std::string jsonOfMethod(const CMPIData& returned, const NamedValues& arguments, JsonForm form);
 /// An object that names the instance that was changed.
 std::string jsonOfPath(const PathBody& path);
 

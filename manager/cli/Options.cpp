@@ -7,7 +7,9 @@ namespace ZebManager {
 namespace {
 
 void addGlobals(CLI::App& app, Options& options) {
-  app.add_flag("--json", options.json, "Print JSON for programs");
+  app.add_flag("--json{plain}", options.jsonWord,
+               "Print JSON for programs; --json=typed with the type of each value")
+      ->check(CLI::IsMember({"plain", "typed"}));
   app.add_option("--source", options.source, "Serve a recorded snapshot instead of this machine")
       ->type_name("FILE")
       ->envname("ZEB_SOURCE_FILE");
@@ -129,6 +131,7 @@ std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostr
     exitStatus = 2;
     return std::nullopt;
   }
+  options.json = !options.jsonWord.empty();
   options.command = app.get_subcommands().front()->get_name();
   return options;
 }

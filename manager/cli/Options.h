@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "broker/ProviderCalls.h"
+#include "cli/JsonOutput.h"
 
 namespace ZebManager {
 
@@ -31,6 +32,7 @@ struct Options {
   std::string state;
 
   bool json = false;
+  std::string jsonWord;  ///< how; empty without
   bool verbose = false;
   bool standalone = false;
   bool includeVirtual = false;
@@ -39,6 +41,7 @@ struct Options {
   std::string schema;
   unsigned timeoutSeconds = 60;  ///< 0: none
 
+  JsonForm jsonForm() const { return jsonWord == "typed" ? JsonForm::Typed : JsonForm::Plain; }
   /// Whether the command has to load the plug-in itself though a service runs.
   bool wantsPlugin() const { return standalone || includeVirtual || !source.empty() || !plugin.empty(); }
 };

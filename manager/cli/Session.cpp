@@ -99,7 +99,13 @@ ProviderCalls& Session::provider() {
   if (_options.includeVirtual) setenv("ZEB_INCLUDE_VIRTUAL", "1", 1);
   // Whatever other object managers are configured to: here the plug-in's own computer system is served.
   setenv("ZEB_COMPUTER_SYSTEM_PATH", "", 1);
-  if (_posts == Posts::Nowhere) setenv("ZEB_RUN_DIR", "none", 1);
+  if (_posts == Posts::Nowhere) {
+    // Reports are a service's. A folder that the environment names is somebody's own, unless a service uses
+    // it.
+    setenv("ZEB_RUN_DIR", "none", ServiceLink::find(_runFolder) ? 1 : 0);
+    // What nobody waits for would only compete with what is asked.
+    if (_options.command != "watch") setenv("ZEB_AUTOSTART", "0", 0);
+  }
   _plugin = std::make_unique<PluginLibrary>(_broker, findPlugin(_options.plugin, programFolder()));
   return _broker.provider();
 }

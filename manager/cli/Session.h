@@ -48,6 +48,7 @@ class Session {
   std::unique_ptr<ServiceLink> service() const;
   /// Forgets the model, so that the next use asks anew; a plug-in that is loaded goes.
   void restart();
+  bool asksService() const { return _model && !_plugin; }
   /// Whether what is changed is gone with this process.
   bool keepsNothing() const { return _folders && _folders->keepsNothing(); }
   const std::string& runFolder() const { return _runFolder; }

@@ -80,6 +80,10 @@ std::string textOfItems(std::span<const CMPIData> items, bool colour) {
   return out;
 }
 
+std::string textOfValue(const CMPIData& data) {
+  return valueText(data, nullptr);
+}
+
 std::string textOfClasses(const std::vector<const ClassDef*>& classes, bool colour) {
   std::size_t width = 0;
   for (const ClassDef* def : classes) width = std::max(width, def->name.size());

@@ -12,6 +12,8 @@ namespace ZebManager {
 /// Instances with one property a line, or paths one a line. Numbers that the schema explains carry their
 /// meaning. Control characters are replaced, so that no value can steer the terminal.
 std::string textOfItems(std::span<const CMPIData> items, bool colour);
+/// Of one value, without what the schema says of it.
+std::string textOfValue(const CMPIData& data);
 std::string textOfClasses(const std::vector<const ClassDef*>& classes, bool colour);
 std::string textOfMethod(const MethodDef& method, const CMPIData& returned, const NamedValues& arguments);
 

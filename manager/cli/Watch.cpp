@@ -66,7 +66,7 @@ class Watch {
   void print(const DeliveredIndication& alert) {
     const Instance& instance = *alert.instance;
     if (_options.json) {
-      _output.out << jsonLineOfInstance(instance) << std::endl;
+      _output.out << jsonLineOfInstance(instance, _options.jsonForm()) << std::endl;
     } else {
       const std::string name = _names.nameOf(PropertyView(instance).text("AlertingManagedElement"));
       _output.out << lineOfAlert(instance, alert.arrival, name, _output.colour) << std::endl;

@@ -31,7 +31,7 @@ json ServedInstance::operator[](const std::string& property) const {
 
 void ServedModel::load(const std::string& className, Classes& into) {
   if (!loaded_.insert(className).second) return;
-  for (const json& object : json::parse(guest_.must(ZEBCIM " instances " + className + " --json"))) {
+  for (const json& object : json::parse(guest_.must(ZEBCIM " instances " + className + " --json=typed"))) {
     into[object.at("class")].push_back(instanceOf(object));
   }
 }

@@ -10,7 +10,7 @@
 
 namespace ZEB::guest {
 
-/// One instance as `zebcim --json` writes it.
+/// One instance as `zebcim --json=typed` writes it.
 struct ServedInstance {
   std::string className, path;
   nlohmann::json properties;

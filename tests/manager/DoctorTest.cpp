@@ -204,10 +204,13 @@ TEST_F(DoctorCommand, WhatTheRunningOneCannotReadOrOpenIsTrouble) {
 /// A command is no service: what it loads says nothing in the place of one, and takes nothing away.
 TEST_F(DoctorCommand, NothingButAServicePosts) {
   post("of a service");
+  const std::string configuration = (folder / "qv-zeb.toml").string();
+  std::ofstream(configuration) << "run-directory = \"" << (folder / "run").string()
+                               << "\"\nstore-directory = \"" << (folder / "store").string() << "\"\n";
   for (const std::vector<std::string>& words : {std::vector<std::string>{"watch", "--for", "1"},
                                                 {"watch", "--for", "1", "--source", snapshotFile("teams")},
                                                 {"tree", "--source", snapshotFile("teams")}}) {
-    EXPECT_EQ(zebcim(words).status, 0);
+    EXPECT_EQ(run(ZEB_CIM, words, {"ZEB_CONFIG=" + configuration}).status, 0);
     std::ifstream in(folder / "run/health.json");
     std::string text;
     std::getline(in, text, '\0');

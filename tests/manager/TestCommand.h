@@ -24,10 +24,10 @@ inline Outcome zebcim(std::vector<std::string> arguments, const std::vector<std:
   return run(ZEB_CIM, arguments, environment);
 }
 
-/// The JSON of a command that has to succeed and to print nothing else.
+/// The JSON, with types, of a command that has to succeed and to print nothing else.
 inline Json answer(const std::vector<std::string>& arguments) {
   std::vector<std::string> words = arguments;
-  words.emplace_back("--json");
+  words.emplace_back("--json=typed");
   const Outcome outcome = zebcim(words);
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.err, "");

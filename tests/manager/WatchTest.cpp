@@ -73,7 +73,7 @@ TEST_F(WatchCommand, PrintsEachAlertInALineAndNoOther) {
 }
 
 TEST_F(WatchCommand, JsonGivesTheWholeIndicationInALine) {
-  const Outcome outcome = zebcim({"watch", "--json", "--source", failover, "--count", "6"});
+  const Outcome outcome = zebcim({"watch", "--json=typed", "--source", failover, "--count", "6"});
   EXPECT_EQ(outcome.status, 0);
   std::vector<std::pair<std::string, std::string>> events;
   for (const std::string& line : linesOf(outcome.out)) {
@@ -92,7 +92,7 @@ TEST_F(WatchCommand, JsonGivesTheWholeIndicationInALine) {
 }
 
 TEST_F(WatchCommand, AConditionNarrows) {
-  const Outcome outcome = zebcim({"watch", "--json", "--source", failover, "--count", "1", "--where",
+  const Outcome outcome = zebcim({"watch", "--json=typed", "--source", failover, "--count", "1", "--where",
                                   "EventID = '3' AND PerceivedSeverity = 2"});
   EXPECT_EQ(outcome.status, 0);
   ASSERT_THAT(linesOf(outcome.out), testing::SizeIs(1)) << outcome.err;

@@ -109,6 +109,38 @@ TEST_F(Commands, ChangeWhatTheServiceServes) {
               HasSubstr("<PROPERTY NAME=\"FloodThreshold\" TYPE=\"uint32\"><VALUE>23</VALUE>"));
 }
 
+TEST_F(Commands, ChangeNothingThatTheSchemaLetsNobodyWrite) {
+  for (const bool service : {true, false}) {
+    const std::vector<std::string> words = {"modify", kSettings, "Caption=mine"};
+    const Outcome refused = service ? zebcim(words) : standalone(words);
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.err,
+                StartsWith("zebcim: ZEB_EthEventSettings.Caption cannot be written: can be written are "
+                           "PollInterval, FloodThreshold, "));
+  }
+}
+
+TEST_F(Commands, SayWhatIsNotKept) {
+  const std::vector<std::string> words = {"modify", kSettings, "FloodThreshold=24", "--source",
+                                          ZEB_SNAPSHOTS "/two_cards.json"};
+  const Outcome recording = run(ZEB_CIM, words, {"ZEB_CONFIG=/dev/null"});
+  EXPECT_EQ(recording.status, 1);
+  EXPECT_EQ(recording.err,
+            "zebcim: changes of a recording are kept where ZEB_STORE_DIR says, and it says nothing\n");
+  const Outcome nowhere = run(ZEB_CIM, words, {"ZEB_CONFIG=/dev/null", "ZEB_STORE_DIR=/dev/null/none"});
+  EXPECT_EQ(nowhere.status, 1);
+  EXPECT_THAT(nowhere.err, HasSubstr(R"(ZEB_EthEventSettings.InstanceId="JXV:0"': )"));
+  EXPECT_EQ(standalone({"modify", kSettings, "FloodThreshold=25"}).status, 0);
+  EXPECT_THAT(zebcim({"get", kSettings}).out, HasSubstr("FloodThreshold             25\n"));
+}
+
+TEST_F(Commands, RefuseAStoreThatDependsOnWhereTheyStand) {
+  const Outcome refused =
+      run(ZEB_CIM, {"--source", ZEB_SNAPSHOTS "/two_cards.json", "tree"}, {"ZEB_STORE_DIR=relative"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_EQ(refused.err, "zebcim: ZEB_STORE_DIR is 'relative': expected a path that begins with /\n");
+}
+
 TEST_F(Commands, CallMethodsOfTheService) {
   const Outcome asked = zebcim({"invoke", "ZEB_AutoStartEthernetPort", "PerformWork"});
   EXPECT_EQ(asked.err, "");
@@ -150,6 +182,17 @@ TEST_F(Commands, GarbageEndsItsConnectionAlone) {
     EXPECT_EQ(read(socket.get(), &byte, 1), 0) << "the connection is closed without an answer";
   }
   EXPECT_EQ(zebcim({"get", kSettings}).status, 0);
+}
+
+TEST_F(Commands, LeaveTheReportsOfTheServiceAlone) {
+  ASSERT_EQ(zebcim({"invoke", "ZEB_AutoStartEthernetPort", "PerformWork"}).status, 0);
+  const auto report = [&] {
+    std::ifstream in(server.folder() / "run/health.json");
+    return std::string((std::istreambuf_iterator<char>(in)), {});
+  };
+  ASSERT_THAT(report(), HasSubstr("\"process\":"));
+  ASSERT_EQ(zebcim({"--standalone", "watch", "--for", "1"}).status, 0);
+  EXPECT_THAT(report(), HasSubstr("zebcim-plugin"));
 }
 
 TEST_F(Commands, ASecondServerOfTheSameStateIsRefused) {

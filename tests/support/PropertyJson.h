@@ -4,7 +4,7 @@
 
 namespace ZEB::test {
 
-/// The value of a property in a list of them, as `zebcim --json` writes it; null when it is not there.
+/// The value of a property in a list of them, as `zebcim --json=typed` writes it; null when it is not there.
 template <class Json>
 Json propertyOf(const Json& properties, std::string_view name) {
   for (const Json& property : properties) {
