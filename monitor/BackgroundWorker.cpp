@@ -10,6 +10,7 @@
 #include "ethernet/EthernetMRA.h"
 #include "ethernet/EthernetTeamMRA.h"
 #include "ethernet/RefreshScope.h"
+#include "monitor/Reports.h"
 #include "monitor/ZEB_EthEventSettings.h"
 #include "monitor/ZEB_EthernetCollection.h"
 #include "monitor/alerts/Events.h"
@@ -218,6 +219,7 @@ void BackgroundWorker::replaceInstances() {
     ethTeamMRA()->buildFailed();
     throw;
   }
+  noteReports(_monitored.instances);
 }
 
 void BackgroundWorker::reportPresence(const std::vector<std::string>& names, int eventId,

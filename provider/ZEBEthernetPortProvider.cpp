@@ -1,9 +1,14 @@
 #include "provider/ZEBEthernetPortProvider.h"
 
+#include <cstdlib>
+
 #include "cmpicpp/CmpiStatus.h"
+#include "common/AutoMutex.h"
 #include "common/Configuration.h"
+#include "common/Handover.h"
 #include "common/Physloc.h"
 #include "common/ZEBUtil.h"
+#include "monitor/Reports.h"
 #include "monitor/ZEB_EthEventSettings.h"
 #include "monitor/ZEB_EthernetCollection.h"
 #include "provider/Names.h"
@@ -13,6 +18,8 @@ namespace {
 
 /// The background work of this provider, as `setStop` knows it.
 constexpr int kBackgroundWork = 3;
+/// Names the file of what is handed over. Not the site's to set.
+constexpr char kHandoverVariable[] = "ZEB_HANDOVER";
 
 }  // namespace
 
@@ -38,6 +45,8 @@ ZEBEthernetPortProvider::ZEBEthernetPortProvider(const CmpiCpp::CmpiBroker& brok
     makeDataSources();
   }
   _cmpiManagedInstanceFactory();
+  Handover::current().open(std::getenv(kHandoverVariable));
+  noteReports(_collection);
   checkRecording();
   // A kernel that did not answer may do so in a moment.
   if (!_ethMRA->failureText().empty()) LinkWatch::lookAgain();
@@ -139,8 +148,19 @@ void ZEBEthernetPortProvider::goOn() {
 }
 
 void ZEBEthernetPortProvider::enableIndications(const CmpiCpp::CmpiContext& /*context*/) {
+  if (Handover::current().pending()) takeOver();
   _indications.readyToSendIndications = true;
   goOn();
+}
+
+// Passes before this one have alerted nobody. None may come between the two.
+void ZEBEthernetPortProvider::takeOver() {
+  const std::lock_guard passes(_linkWatch->mutex);
+  const AutoMutex lock(_collectionMutex);
+  resumeReports(_collection);
+  _linkWatch->unfinished = true;
+  _indications.readyToSendIndications = true;
+  LinkWatch::lookAgain();
 }
 
 void ZEBEthernetPortProvider::disableIndications(const CmpiCpp::CmpiContext& /*context*/) {

@@ -87,6 +87,8 @@ class ZEBEthernetPortProvider : public CmpiCpp::CmpiInstanceProvider,
   /// Fills the collection from the data sources: adds, and never takes away.
   void _cmpiManagedInstanceFactory();
   void returnAutostart(CmpiCpp::CmpiInstanceResult& result);
+  /// What a process before this one has reported is what the next pass compares with.
+  void takeOver();
 
   std::unique_ptr<DataStore> _dataStore;  ///< null when it could not be opened
   Logger _logger;

@@ -26,6 +26,11 @@ class StatusWatcher : public CollectionMember {
 
   /// The name that its coming and going are announced by; empty where they are not.
   virtual std::string announcedName() const { return {}; }
+
+  /// What it has reported, as a text for another process, which makes that its own. What is no such text
+  /// changes nothing.
+  virtual std::string report() const = 0;
+  virtual void resume(const std::string& report) = 0;
 };
 
 }  // namespace ZEB

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <ctime>
+#include <sstream>
 #include <utility>
 
 #include "classes/port/Escalation.h"
@@ -10,6 +11,7 @@
 #include "classes/port/PropertyTable.h"
 #include "classes/port/Subject.h"
 #include "cmpicpp/CmpiFactories.h"
+#include "common/Handover.h"
 
 namespace ZEB {
 
@@ -134,11 +136,34 @@ operationalStatus ZEB_EthernetPort::lastStatus() {
 }
 
 void ZEB_EthernetPort::rememberStatus(operationalStatus status) {
-  const std::lock_guard lock(_mutex);
-  if (status != _memory.lastStatus) {
-    _memory.lastStatus = status;
-    _memory.timeOfLastStateChange = std::time(nullptr);
+  {
+    const std::lock_guard lock(_mutex);
+    if (status != _memory.lastStatus) {
+      _memory.lastStatus = status;
+      _memory.timeOfLastStateChange = std::time(nullptr);
+    }
+    _memory.firstRefresh = false;
   }
+  Handover::current().note(subject(), report());
+}
+
+std::string ZEB_EthernetPort::reportOf(operationalStatus status, std::int64_t timeOfChange) {
+  return std::to_string(static_cast<std::uint32_t>(status)) + " " + std::to_string(timeOfChange);
+}
+
+std::string ZEB_EthernetPort::report() const {
+  const std::lock_guard lock(_mutex);
+  return reportOf(_memory.lastStatus, _memory.timeOfLastStateChange);
+}
+
+void ZEB_EthernetPort::resume(const std::string& report) {
+  std::istringstream words(report);
+  std::uint32_t status = 0;
+  std::int64_t time = 0;
+  if (!(words >> status >> time)) return;
+  const std::lock_guard lock(_mutex);
+  _memory.lastStatus = static_cast<operationalStatus>(status);
+  _memory.timeOfLastStateChange = time;
   _memory.firstRefresh = false;
 }
 

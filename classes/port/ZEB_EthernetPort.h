@@ -36,6 +36,8 @@ class ZEB_EthernetPort : public ManagedObject, public StatusWatcher {
 
   std::any memory() const override;
   void remember(const std::any& memory) override;
+  std::string report() const override;
+  void resume(const std::string& report) override;
 
  private:
   struct Reading;
@@ -51,6 +53,7 @@ class ZEB_EthernetPort : public ManagedObject, public StatusWatcher {
   void sendStatusAlert(ZEB_EthernetIndication& sender, const EthernetPort& record, operationalStatus before,
                        operationalStatus now, const CmpiCpp::CmpiContext& context);
   void rememberStatus(operationalStatus status);
+  static std::string reportOf(operationalStatus status, std::int64_t timeOfChange);
 
   const std::uint32_t _controllerNumber;
   const physloc_t _location;

@@ -1,6 +1,9 @@
+#include <ctime>
+
 #include "classes/port/Known.h"
 #include "classes/port/PortDescription.h"
 #include "classes/port/ZEB_EthernetPort.h"
+#include "common/Handover.h"
 #include "monitor/alerts/Events.h"
 #include "monitor/alerts/IndicationSender.h"
 
@@ -80,6 +83,7 @@ void ZEB_EthernetPort::sendStatusAlert(ZEB_EthernetIndication& sender, const Eth
   std::string linkMessage;
   record.getPortLinkMessage(linkMessage);
   if (!alert->loggedAfterSend) logger().info(alert->logLine);
+  Handover::current().note(subject(), reportOf(now, std::time(nullptr)), Handover::Alert::Follows);
   sender.send(alert->event, makeObjectPath().str(), portDescription(record, _controllerNumber),
               kPortSubCategory, _location, _partNumber, linkMessage, context);
   if (alert->loggedAfterSend) logger().info(alert->logLine);

@@ -1,6 +1,7 @@
 #include "classes/team/ZEB_EthernetTeam.h"
 
 #include <array>
+#include <sstream>
 
 #include "classes/port/Escalation.h"
 #include "classes/port/Known.h"
@@ -136,6 +137,33 @@ void ZEB_EthernetTeam::remember(const std::any& memory) {
   const std::lock_guard lock(_mutex);
   _lastState = state;
   setIncluded(wasIncluded);
+}
+
+std::string ZEB_EthernetTeam::reportOf(const State& state) {
+  std::ostringstream words;
+  words << static_cast<std::uint32_t>(state.status);
+  for (const EthernetTeamSlave& slave : state.slaves) {
+    words << ' ' << slave.name << ' ' << slave.active << ' ' << static_cast<std::uint16_t>(slave.role) << ' '
+          << static_cast<std::uint32_t>(slave.status) << ' ' << slave.joining;
+  }
+  return words.str();
+}
+
+void ZEB_EthernetTeam::resume(const std::string& report) {
+  std::istringstream words(report);
+  State state;
+  std::uint32_t status = 0;
+  std::uint16_t role = 0;
+  if (!(words >> status)) return;
+  state.status = static_cast<operationalStatus>(status);
+  EthernetTeamSlave slave;
+  while (words >> slave.name >> slave.active >> role >> status >> slave.joining) {
+    slave.role = static_cast<EthTeamMemberRoleEnum>(role);
+    slave.status = static_cast<operationalStatus>(status);
+    state.slaves.push_back(slave);
+  }
+  const std::lock_guard lock(_mutex);
+  _lastState = std::move(state);
 }
 
 }  // namespace ZEB

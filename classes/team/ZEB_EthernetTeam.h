@@ -31,6 +31,8 @@ class ZEB_EthernetTeam : public ManagedObject, public StatusWatcher {
 
   std::any memory() const override;
   void remember(const std::any& memory) override;
+  std::string report() const override { return reportOf(lastState()); }
+  void resume(const std::string& report) override;
 
   /// Reads the team anew and, while indications are enabled, sends an alert for each change of its status and
   /// its members since the last time that the settings let through. What was read is remembered in any case,
@@ -54,6 +56,7 @@ class ZEB_EthernetTeam : public ManagedObject, public StatusWatcher {
   static const PropertyRows<Reading> kProperties;
 
   State lastState() const;
+  static std::string reportOf(const State& state);
   void sendAlerts(const EthernetTeamDataObject& record, const State& before, const State& now,
                   const CmpiCpp::CmpiContext& context, const EventSettings& settings);
 

@@ -2,6 +2,7 @@
 #include "classes/port/Known.h"
 #include "classes/team/TeamChanges.h"
 #include "classes/team/ZEB_EthernetTeam.h"
+#include "common/Handover.h"
 #include "common/Physloc.h"
 #include "monitor/alerts/Events.h"
 #include "monitor/alerts/IndicationSender.h"
@@ -47,8 +48,11 @@ void ZEB_EthernetTeam::manageDynamic(bool& visible, bool indicationsEnabled,
   State now{escalated(status.value_or(before.status), before.status), record.getSlaves()};
   if (indicationsEnabled) sendAlerts(record, before, now, context, settings);
 
-  const std::lock_guard lock(_mutex);
-  _lastState = std::move(now);
+  {
+    const std::lock_guard lock(_mutex);
+    _lastState = std::move(now);
+  }
+  Handover::current().note(subject(), report());
 }
 
 void ZEB_EthernetTeam::sendAlerts(const EthernetTeamDataObject& record, const State& before, const State& now,
@@ -67,6 +71,8 @@ void ZEB_EthernetTeam::sendAlerts(const EthernetTeamDataObject& record, const St
   IndicationSender sender(logger(), nameSpace());
   const std::string path = makeObjectPath().str();
   for (const TeamAlert& alert : alerts) {
+    // With the last one all have been sent that the change calls for.
+    if (&alert == &alerts.back()) Handover::current().note(subject(), reportOf(now), Handover::Alert::Follows);
     sender.send(alert.eventId, path, alert.message, kTeamSubCategory, BMC_physloc_NULL, kPartNumber,
                 teamMessage, context);
   }

@@ -39,8 +39,12 @@ bool IndicationQueue::deliver(const Instance& indication) {
   delivered->arrival = std::chrono::system_clock::now();
   const std::lock_guard lock(_mutex);
   if (_shut) return false;
-  if (!_open) return true;
+  if (!_open) {
+    if (_reported) _reported();
+    return true;
+  }
   if (_waiting.size() >= kMostWaiting) return false;
+  if (_reported) delivered->reported = _reported();
   _waiting.push_back(std::move(delivered));
   _changed.notify_one();
   return true;

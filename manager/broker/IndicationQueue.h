@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -18,11 +19,16 @@ struct DeliveredIndication {
   Arena arena;
   const Instance* instance = nullptr;
   std::chrono::system_clock::time_point arrival;
+  std::string reported;  ///< see `IndicationQueue::setReported`
 };
 
 /// Delivery only puts a copy here, so it never comes back into the provider. Safe from any thread.
 class IndicationQueue {
  public:
+  /// `reported` is asked for what goes along with each indication that is accepted, on the thread that
+  /// delivers, one call at a time. Before anything is delivered.
+  void setReported(std::function<std::string()> reported) { _reported = std::move(reported); }
+
   /// Until somebody listens, deliveries are accepted and dropped.
   void open();
   void close();
@@ -43,6 +49,7 @@ class IndicationQueue {
   mutable std::mutex _mutex;
   std::condition_variable _changed;
   std::deque<std::unique_ptr<DeliveredIndication>> _waiting;
+  std::function<std::string()> _reported;
   bool _open = false;
   bool _shut = false;
   bool _woken = false;

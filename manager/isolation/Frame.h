@@ -24,12 +24,14 @@ struct Frame {
     Ready,        ///< from the provider: the plug-in is loaded
     Answer,       ///< from the provider: of the message with this number
     Refusal,      ///< from the provider: why the message with this number got no answer
-    Indication,   ///< from the provider: names of filters, then the element
+    Indication,   ///< from the provider: what it adds to the reported, names of filters, the element
     Fault,        ///< from the provider: why it cannot start
     AskPulse,     ///< to the provider: how are calls getting on?
     Pulse,        ///< from the provider: see `Pulse`
     Retire,       ///< to the provider: take no indication from the plug-in any more
-    Retired,      ///< from the provider: none is taken any more; then, with 1: and all were sent
+    Retired,      ///< from the provider: and all that were taken were sent
+    Begin,        ///< to the provider, first of all: what the process before it had reported
+    Reported,     ///< from the provider: all that the plug-in has reported
     Login,        ///< to the process that judges logins: an attempt
     Verdict,      ///< from that process: the number is the verdict
   };

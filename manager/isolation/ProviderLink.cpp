@@ -12,10 +12,11 @@ constexpr int kReadsInARow = 64;
 }  // namespace
 
 ProviderLink::ProviderLink(const SupervisorOptions& options, std::uint64_t processNumber,
-                           const std::string& filters)
+                           const std::string& filters, const std::string& reported)
     : number(processNumber),
       progress(options.patience, options.alertPatience),
       _child(options.process, kProviderSocket) {
+  send(Frame::Kind::Begin, reported);
   send(Frame::Kind::Filters, filters);
 }
 

@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "isolation/Call.h"
 #include "isolation/ConnectedProcess.h"
@@ -29,7 +30,8 @@ class ProviderLink {
   };
 
   /// Throws ManagerError when the process cannot be started.
-  ProviderLink(const SupervisorOptions& options, std::uint64_t processNumber, const std::string& filters);
+  ProviderLink(const SupervisorOptions& options, std::uint64_t processNumber, const std::string& filters,
+               const std::string& reported);
 
   void send(const std::shared_ptr<Call>& call);
   void send(Frame::Kind kind, std::string body);
@@ -66,11 +68,11 @@ class ProviderLink {
   Stage stage = Stage::Starting;
   Clock::time_point since = Clock::now();      ///< in this stage
   std::optional<Clock::time_point> condemned;  ///< serving, but to be replaced; since when
-  bool fenced = false;                         ///< it takes no indication from the plug-in any more
-  bool drained = false;                        ///< and all that it took were sent
-  bool useful = false;                         ///< it answered something
-  bool gone = false;                           ///< ended and reaped
-  std::deque<Frame> held;               ///< indications that have to wait for those of the process before
+  bool drained = false;  ///< it takes no indication from the plug-in any more, and all that it took were sent
+  bool useful = false;   ///< it answered something
+  bool gone = false;     ///< ended and reaped
+  std::deque<std::vector<std::string>>
+      held;                             ///< indications that have to wait for those of the process before
   std::string fault;                    ///< why it cannot start
   std::map<std::uint64_t, Sent> calls;  ///< by number, which is the order of arrival
   ProgressWatch progress;

@@ -37,10 +37,9 @@ std::vector<IndicationFilter> filtersOf(const Frame& frame) {
 /// What the process does with the frames that come.
 class Service {
  public:
-  Service(HostedProvider& provider, FrameSender& sender)
-      : _provider(provider),
-        _sender(sender),
-        _pump(provider, sender),
+  Service(HostedProvider& provider, FrameSender& sender, HandoverFile& handover)
+      : _sender(sender),
+        _pump(provider, sender, handover),
         _subscriptions(provider.broker()),
         _workers(provider, sender) {}
   Service(const Service&) = delete;
@@ -62,29 +61,38 @@ class Service {
         _sender.send({Frame::Kind::Pulse, 0, pack(_workers.pulse(_pump.thread()))});
         return;
       case Frame::Kind::Retire:
-        _provider.broker().indications().shut();
-        _sender.send({Frame::Kind::Retired, 0, {}});
-        return;
+        return _pump.retire();
       default:
         throw FrameError("a frame that is not for this end");
     }
   }
 
  private:
-  HostedProvider& _provider;
   FrameSender& _sender;
   IndicationPump _pump;
   Subscriptions _subscriptions;
   CallWorkers _workers;
 };
 
-void serve(int socket, HostedProvider& provider, FrameSender& sender) {
+/// The next frame; none when the other end has closed.
+std::optional<Frame> nextFrame(int socket, FrameReader& reader) {
+  auto frame = reader.next();
+  while (!frame && reader.receive(socket) == Transfer::Done) frame = reader.next();
+  return frame;
+}
+
+/// Loads the plug-in once it is known what the process before it has reported.
+void serve(int socket, FrameSender& sender, const std::function<std::unique_ptr<HostedProvider>()>& load) {
   FrameReader reader;
-  Service service(provider, sender);
+  const auto begin = nextFrame(socket, reader);
+  if (!begin) return;
+  if (begin->kind != Frame::Kind::Begin) throw FrameError("a frame that is not for the beginning");
+  HandoverFile handover(begin->body);
+  const auto provider = load();
+  provider->broker().indications().setReported([&handover] { return handover.takeAll(); });
+  Service service(*provider, sender, handover);
   sender.send({Frame::Kind::Ready, 0, {}});
-  while (reader.receive(socket) == Transfer::Done) {
-    while (auto frame = reader.next()) service.handle(std::move(*frame));
-  }
+  while (auto frame = nextFrame(socket, reader)) service.handle(std::move(*frame));
 }
 
 }  // namespace
@@ -94,8 +102,7 @@ int runProviderProcess(int socket, const std::function<std::unique_ptr<HostedPro
   followParent(socket);
   FrameSender sender(socket);
   try {
-    const auto provider = load();
-    serve(socket, *provider, sender);
+    serve(socket, sender, load);
     return 0;
   } catch (const std::exception& error) {
     sender.send({Frame::Kind::Fault, 0, error.what()});

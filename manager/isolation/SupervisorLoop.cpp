@@ -105,6 +105,7 @@ bool ProviderSupervisor::Loop::takeArrivals() {
 }
 
 void ProviderSupervisor::Loop::takeFilters(std::string filters) {
+  if (_filters.empty() || filters.empty()) _reported.clear();
   _filters = std::move(filters);
   for (ProviderLink* const link : {_serving, _starting}) {
     if (link) link->send(Frame::Kind::Filters, _filters);
@@ -172,14 +173,15 @@ void ProviderSupervisor::Loop::handle(ProviderLink& link, Frame frame) {
     case Frame::Kind::Fault:
       link.fault = std::move(frame.body);
       return;
+    case Frame::Kind::Reported:
+      _reported.clear();
+      return noteReported(link, frame.body);
     case Frame::Kind::Indication:
-      if (!mayPassOn(link)) return link.held.push_back(std::move(frame));
-      return passOn(link, std::move(frame));
+      return takeIndication(link, std::move(frame));
     case Frame::Kind::Pulse:
       return link.progress.note(unpackPulse(frame.body), _now);
     case Frame::Kind::Retired:
-      link.fenced = true;
-      link.drained |= frame.number == 1;
+      link.drained = true;
       return;
     default:
       throw FrameError("a frame that is not for this end");
@@ -203,9 +205,21 @@ bool ProviderSupervisor::Loop::mayPassOn(const ProviderLink& link) const {
   return true;
 }
 
-void ProviderSupervisor::Loop::passOn(ProviderLink& link, Frame indication) {
-  std::vector<std::string> texts = unpackTexts(indication.body);
+void ProviderSupervisor::Loop::noteReported(const ProviderLink& link, std::string_view lines) {
+  if (&link == _serving || &link == _starting) _reported.apply(lines);
+}
+
+void ProviderSupervisor::Loop::takeIndication(ProviderLink& link, Frame frame) {
+  std::vector<std::string> texts = unpackTexts(frame.body);
+  if (texts.empty()) throw FrameError("an indication without anything");
+  noteReported(link, texts.front());
+  texts.erase(texts.begin());
   if (texts.empty()) return;
+  if (mayPassOn(link)) return passOn(link, std::move(texts));
+  link.held.push_back(std::move(texts));
+}
+
+void ProviderSupervisor::Loop::passOn(const ProviderLink& link, std::vector<std::string> texts) {
   std::string element = std::move(texts.back());
   texts.pop_back();
   _sink.add(link.number, std::move(texts), std::move(element));

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "isolation/BackOff.h"
+#include "isolation/Handover.h"
 #include "isolation/ProviderLink.h"
 #include "isolation/SinkThread.h"
 
@@ -52,7 +53,9 @@ class ProviderSupervisor::Loop {
   void waitForEvents();
   void handleFrames(ProviderLink& link);
   void handle(ProviderLink& link, Frame frame);
-  void passOn(ProviderLink& link, Frame indication);
+  void noteReported(const ProviderLink& link, std::string_view lines);
+  void takeIndication(ProviderLink& link, Frame frame);
+  void passOn(const ProviderLink& link, std::vector<std::string> texts);
   bool mayPassOn(const ProviderLink& link) const;
   void passOnWhatIsHeld();
   void promote(ProviderLink& link);
@@ -77,6 +80,7 @@ class ProviderSupervisor::Loop {
   ProviderLink* _serving = nullptr;
   ProviderLink* _starting = nullptr;
   std::string _filters;
+  Handover _reported;  // to somebody who listens
   BackOff _backOff;
   std::string _lastFault;
   Clock::time_point _now = Clock::now();

@@ -100,7 +100,8 @@ void ProviderSupervisor::Loop::startWhenNeeded() {
     return _starting->kill();
   }
   if (_serving && !_serving->condemned) return;
-  if (_serving && !_serving->fenced) {
+  // What it has taken is what the fresh one does not have to report.
+  if (_serving && !_serving->drained) {
     if (_now - *_serving->condemned > _options.alertPatience) _serving->kill();
     return;
   }
@@ -118,7 +119,7 @@ void ProviderSupervisor::Loop::startWhenNeeded() {
     return (*first)->leave();
   }
   try {
-    _links.push_back(std::make_unique<ProviderLink>(_options, ++_processNumber, _filters));
+    _links.push_back(std::make_unique<ProviderLink>(_options, ++_processNumber, _filters, _reported.text()));
     _starting = _links.back().get();
   } catch (const ManagerError& error) {
     _backOff.ended(BackOff::Life::InVain, _now);

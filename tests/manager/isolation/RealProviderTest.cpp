@@ -13,6 +13,8 @@ namespace {
 
 /// The event of a port that has lost its connectivity.
 constexpr char kLost[] = "alerts 2";
+/// Of one that has it again.
+constexpr char kRestored[] = "alerts 3";
 
 class RealProvider : public Supervised {
  protected:
@@ -115,6 +117,50 @@ TEST_F(RealProvider, ASubscriptionOutlivesAKilledProvider) {
     EXPECT_EQ(read("count ZEB_EthernetPort").body, "1");
     EXPECT_TRUE(pullUntilAlerted()) << round;
   }
+}
+
+/// Whenever a process is killed, the next one goes on where it was: what it has reported comes no second
+/// time, and what has changed meanwhile comes.
+TEST_F(RealProvider, EveryTransitionIsReportedOnceWhateverIsKilled) {
+  start();
+  listen();
+  ASSERT_TRUE(pullUntilAlerted());
+  const std::vector<std::string> before = indications();
+  std::vector<std::string> expected = before;
+  bool in = false;
+  for (int round = 0; round < 24; ++round) {
+    // Killed before the cable is moved, right with it, when the alert may be on its way, or when it has come.
+    const auto kill = [&](int when) {
+      if (round % 4 == when) ::kill(provider(), SIGKILL);
+    };
+    kill(0);
+    in = !in;
+    play(in);
+    kill(1);
+    std::this_thread::sleep_for(std::chrono::milliseconds(round % 4 == 2 ? 20 * (round / 4) : 0));
+    kill(2);
+    expected.emplace_back(in ? kRestored : kLost);
+    ASSERT_TRUE(eventually([&] { return indications().size() >= expected.size(); })) << "round " << round;
+    kill(3);
+    EXPECT_EQ(indications(), expected);
+  }
+  // Nothing is left that comes late.
+  std::this_thread::sleep_for(1s);
+  EXPECT_EQ(indications(), expected);
+}
+
+/// The cable is moved while no process is there to see it.
+TEST_F(RealProvider, WhatChangesWhileThereIsNoProcessIsReported) {
+  start();
+  listen();
+  ASSERT_TRUE(pullUntilAlerted());
+  const std::size_t before = indications().size();
+  const pid_t first = provider();
+  ::kill(first, SIGSTOP);
+  play(true);
+  ::kill(first, SIGKILL);
+  ASSERT_TRUE(eventually([&] { return indications().size() > before; }));
+  EXPECT_EQ(indications().back(), kRestored);
 }
 
 }  // namespace
