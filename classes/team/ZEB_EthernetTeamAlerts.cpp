@@ -72,7 +72,8 @@ void ZEB_EthernetTeam::sendAlerts(const EthernetTeamDataObject& record, const St
   const std::string path = makeObjectPath().str();
   for (const TeamAlert& alert : alerts) {
     // With the last one all have been sent that the change calls for.
-    if (&alert == &alerts.back()) Handover::current().note(subject(), reportOf(now), Handover::Alert::Follows);
+    if (&alert == &alerts.back())
+      Handover::current().note(subject(), reportOf(now), Handover::Alert::Follows);
     sender.send(alert.eventId, path, alert.message, kTeamSubCategory, BMC_physloc_NULL, kPartNumber,
                 teamMessage, context);
   }
