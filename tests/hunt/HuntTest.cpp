@@ -144,7 +144,7 @@ class Hunt : public ProviderTest {
       _instances = _Generic_Create_InstanceMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr);
       _methods = _Generic_Create_MethodMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr);
       _indications = _Generic_Create_IndicationMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr);
-      _indications->ft->enableIndications(_indications, &call.context());
+      call.enableIndications(_indications);
       openEveryGate();
     }
     ~Long() {

@@ -53,7 +53,7 @@ class Meeting : public ProviderTest {
     instances = _Generic_Create_InstanceMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr);
     methods = _Generic_Create_MethodMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr);
     indications = _Generic_Create_IndicationMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr);
-    indications->ft->enableIndications(indications, &call.context());
+    call.enableIndications(indications);
   }
   ~Meeting() override {
     FakeBroker::Call call(broker);

@@ -17,7 +17,7 @@ LoadedPlugin::LoadedPlugin(FakeBroker& broker)
   _indications = reinterpret_cast<decltype(&_Generic_Create_IndicationMI)>(
       entry("_Generic_Create_IndicationMI"))(_broker.get(), &call.context(), "ZEBEthernetPort", nullptr);
   if (!_instances || !_indications) throw std::runtime_error("the plug-in makes no provider");
-  _indications->ft->enableIndications(_indications, &call.context());
+  call.enableIndications(_indications);
 }
 
 LoadedPlugin::~LoadedPlugin() {

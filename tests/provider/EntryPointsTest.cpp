@@ -187,7 +187,7 @@ TEST_F(EntryPointsTest, StaysLoadedWhileIndicationsAreEnabled) {
   FakeBroker::Call call(broker);
   create();
   auto* indication = _Generic_Create_IndicationMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr);
-  EXPECT_EQ(indication->ft->enableIndications(indication, &call.context()).rc, CMPI_RC_OK);
+  EXPECT_EQ(call.enableIndications(indication).rc, CMPI_RC_OK);
   log->clear();
   EXPECT_EQ(cleanup(false), CMPI_RC_DO_NOT_UNLOAD);
   EXPECT_EQ(indication->ft->cleanup(indication, &call.context(), 0).rc, CMPI_RC_DO_NOT_UNLOAD);
@@ -196,7 +196,7 @@ TEST_F(EntryPointsTest, StaysLoadedWhileIndicationsAreEnabled) {
   EXPECT_EQ(log->count("setStop: 1, 3"), 0U);
   EXPECT_EQ(enumerate(instance(), "ZEB_EthernetPort"), CMPI_RC_OK);
 
-  EXPECT_EQ(indication->ft->disableIndications(indication, &call.context()).rc, CMPI_RC_OK);
+  EXPECT_EQ(call.disableIndications(indication).rc, CMPI_RC_OK);
   EXPECT_EQ(cleanup(false), CMPI_RC_OK);
   EXPECT_EQ(indication->ft->cleanup(indication, &call.context(), 0).rc, CMPI_RC_OK);
   EXPECT_EQ(log->count("setStop: 1, 3"), 2U);
@@ -206,7 +206,7 @@ TEST_F(EntryPointsTest, StaysLoadedWhileIndicationsAreEnabled) {
 TEST_F(EntryPointsTest, TerminatingIsNotPutOffByIndications) {
   FakeBroker::Call call(broker);
   auto* indication = _Generic_Create_IndicationMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr);
-  indication->ft->enableIndications(indication, &call.context());
+  call.enableIndications(indication);
   EXPECT_EQ(indication->ft->cleanup(indication, &call.context(), 1).rc, CMPI_RC_OK);
   EXPECT_EQ(log->count("dxtor() unloading provider"), 1U);
 }

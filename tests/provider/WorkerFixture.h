@@ -62,7 +62,7 @@ class WorkerTest : public ProviderTest {
   }
   void enableIndications() {
     FakeBroker::Call call(broker);
-    indications->ft->enableIndications(indications, &call.context());
+    call.enableIndications(indications);
   }
 
   struct Outcome {

@@ -1,15 +1,13 @@
 #include "FakeBroker.h"
 
 #include <cstddef>
+#include <utility>
 
 #include "FakeEncapsulation.h"
+#include "FakeServices.h"
 
 namespace ZEB::test {
 namespace {
-
-FakeBroker& of(const CMPIBroker* broker) {
-  return *static_cast<FakeBroker*>(const_cast<void*>(broker->hdl));
-}
 
 bool nameBefore(const CmpiCpp::CmpiName& a, const CmpiCpp::CmpiName& b) {
   const auto lower = [](const CmpiCpp::CmpiName& name) {
@@ -22,98 +20,6 @@ bool nameBefore(const CmpiCpp::CmpiName& a, const CmpiCpp::CmpiName& b) {
 }
 
 }  // namespace
-
-/// What the broker's tables point to.
-struct FakeTables {
-  static CMPIContext* prepareAttachThread(const CMPIBroker* broker, const CMPIContext* context) {
-    FakeBroker& self = of(broker);
-    if (!context) {
-      self.violation("prepareAttachThread without a context");
-      return nullptr;
-    }
-    auto made = std::make_unique<FakeContext>(self);
-    CMPIContext* prepared = made.get();
-    const std::lock_guard lock(self._mutex);
-    ++self._counts.prepared;
-    self._prepared.emplace(prepared, std::move(made));
-    return prepared;
-  }
-
-  static CMPIStatus attachThread(const CMPIBroker* broker, const CMPIContext* context) {
-    FakeBroker& self = of(broker);
-    {
-      const std::lock_guard lock(self._mutex);
-      if (!self._prepared.contains(context)) {
-        self._violations.push_back("attachThread with a context that was not prepared");
-        return {CMPI_RC_ERR_FAILED, nullptr};
-      }
-      ++self._counts.attached;
-    }
-    self.pushArena();
-    return {CMPI_RC_OK, nullptr};
-  }
-
-  static CMPIStatus detachThread(const CMPIBroker* broker, const CMPIContext* context) {
-    FakeBroker& self = of(broker);
-    self.popArena();
-    const std::lock_guard lock(self._mutex);
-    ++self._counts.detached;
-    // Each prepared context serves for one attach and is gone with the detach.
-    if (self._prepared.erase(context) == 0)
-      self._violations.push_back("detachThread of a thread not attached");
-    return {CMPI_RC_OK, nullptr};
-  }
-
-  static CMPIStatus deliverIndication(const CMPIBroker* broker, const CMPIContext* context,
-                                      const char* nameSpace, const CMPIInstance* indication) {
-    FakeBroker& self = of(broker);
-    const CmpiCpp::CmpiInstance value = static_cast<const FakeInstance*>(indication)->asSent();
-    CMPIrc answer;
-    std::string message;
-    {
-      const std::lock_guard lock(self._mutex);
-      answer = self._deliveryAnswer;
-      message = self._deliveryMessage;
-      if (answer == CMPI_RC_OK) {
-        self._deliveries.push_back({context, nameSpace, value, std::this_thread::get_id()});
-        self._delivered.notify_all();
-      }
-    }
-    return {answer, message.empty() ? nullptr : self.make<FakeString>(message)};
-  }
-
-  static CMPIBoolean classPathIsA(const CMPIBroker* broker, const CMPIObjectPath* path, const char* ancestor,
-                                  CMPIStatus* status) {
-    FakeBroker& self = of(broker);
-    ++self._ancestryQuestions;
-    if (status) *status = {CMPI_RC_OK, nullptr};
-    const std::lock_guard lock(self._mutex);
-    CmpiCpp::CmpiName name = static_cast<const FakeObjectPath*>(path)->value.className();
-    while (!(name == CmpiCpp::CmpiName(ancestor))) {
-      const auto above = self._superclasses.find(name);
-      if (above == self._superclasses.end()) return 0;
-      name = above->second;
-    }
-    return 1;
-  }
-
-  static CMPIGcStat* mark(const CMPIBroker* broker, CMPIStatus* status) {
-    FakeBroker& self = of(broker);
-    if (status) *status = {CMPI_RC_OK, nullptr};
-    self.pushArena();
-    const std::lock_guard lock(self._mutex);
-    ++self._counts.marks;
-    return &self;
-  }
-
-  static CMPIStatus release(const CMPIBroker* broker, const CMPIGcStat* /*mark*/) {
-    FakeBroker& self = of(broker);
-    self.popArena();
-    const std::lock_guard lock(self._mutex);
-    ++self._counts.releases;
-    return {CMPI_RC_OK, nullptr};
-  }
-};
 
 FakeBroker::FakeBroker(const Habits& habits)
     : _habits(habits),
@@ -129,16 +35,10 @@ FakeBroker::FakeBroker(const Habits& habits)
   bft.brokerCapabilities = CMPI_MB_Indications;
   bft.brokerVersion = habits.brokerVersion;
   bft.brokerName = "fake";
-  bft.prepareAttachThread = FakeTables::prepareAttachThread;
-  bft.attachThread = FakeTables::attachThread;
-  bft.detachThread = FakeTables::detachThread;
-  bft.deliverIndication = FakeTables::deliverIndication;
+  FakeServices::fill(bft, eft, mft);
   eft.ftVersion = habits.tableVersion;
   fillFactories(eft);
-  eft.classPathIsA = FakeTables::classPathIsA;
   mft.ftVersion = habits.tableVersion;
-  mft.mark = FakeTables::mark;
-  mft.release = FakeTables::release;
 }
 
 FakeBroker::~FakeBroker() = default;
@@ -170,6 +70,18 @@ void FakeBroker::popArena() {
   freed = std::move(arenas->second.back());
   arenas->second.pop_back();
   if (arenas->second.empty()) _arenas.erase(arenas);
+}
+
+bool FakeBroker::waitsForEver() {
+  const std::lock_guard lock(_mutex);
+  if (!_habits.callsUpOneLevel || !_reachedByCallUp.contains(std::this_thread::get_id())) return false;
+  _violations.emplace_back("a call up in a call that a call up reached waits for ever");
+  return true;
+}
+
+void FakeBroker::setIndicationsEnabled(bool enabled) {
+  const std::lock_guard lock(_mutex);
+  _indicationsEnabled = enabled;
 }
 
 void FakeBroker::violation(std::string text) {
@@ -220,6 +132,17 @@ CMPIStatus FakeBroker::Call::modify(CMPIInstanceMI* mi, const CmpiCpp::CmpiObjec
                                 this->instance(std::move(instance)), names ? list.data() : nullptr);
 }
 
+// Delivery works within the call that enables it, and ends when the one that disables it has returned.
+CMPIStatus FakeBroker::Call::enableIndications(CMPIIndicationMI* mi) {
+  _broker.setIndicationsEnabled(true);
+  return mi->ft->enableIndications(mi, &context());
+}
+CMPIStatus FakeBroker::Call::disableIndications(CMPIIndicationMI* mi) {
+  const CMPIStatus status = mi->ft->disableIndications(mi, &context());
+  _broker.setIndicationsEnabled(false);
+  return status;
+}
+
 void FakeBroker::declareDefaults(const CmpiCpp::CmpiName& className,
                                  std::vector<CmpiCpp::CmpiInstance::Property> defaults) {
   const std::lock_guard lock(_mutex);
@@ -242,14 +165,20 @@ std::vector<CmpiCpp::CmpiInstance::Property> FakeBroker::prefilled(
   return all;
 }
 
-void FakeBroker::declareClass(const std::string& className, const std::string& superclass) {
+void FakeBroker::declareClass(const std::string& className, const std::string& superclass,
+                              const std::string& nameSpace) {
   const std::lock_guard lock(_mutex);
-  _superclasses[className] = superclass;
+  _superclasses[className] = {nameSpace, superclass};
 }
 
 std::vector<FakeBroker::Delivery> FakeBroker::deliveries() const {
   const std::lock_guard lock(_mutex);
   return _deliveries;
+}
+
+std::vector<FakeBroker::Delivery> FakeBroker::takeDeliveries() {
+  const std::lock_guard lock(_mutex);
+  return std::exchange(_deliveries, {});
 }
 
 bool FakeBroker::waitForDeliveries(std::size_t count, std::chrono::milliseconds patience) const {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -63,6 +64,9 @@ class FakeBroker {
     /// A client's change as this object manager passes it on. `names` is the client's property list.
     CMPIStatus modify(CMPIInstanceMI* mi, const CmpiCpp::CmpiObjectPath& path, CmpiCpp::CmpiInstance instance,
                       std::optional<std::vector<std::string>> names);
+    /// The first subscription, and the end of the last.
+    CMPIStatus enableIndications(CMPIIndicationMI* mi);
+    CMPIStatus disableIndications(CMPIIndicationMI* mi);
 
    private:
     FakeBroker& _broker;
@@ -73,8 +77,9 @@ class FakeBroker {
   /// Values that instances of a class begin with where the object manager knows such.
   void declareDefaults(const CmpiCpp::CmpiName& className,
                        std::vector<CmpiCpp::CmpiInstance::Property> defaults);
-  /// `className` descends from `superclass`.
-  void declareClass(const std::string& className, const std::string& superclass);
+  /// `className` descends from `superclass`: in that namespace, or in every one.
+  void declareClass(const std::string& className, const std::string& superclass,
+                    const std::string& nameSpace = "");
   /// Number of questions for ancestry.
   int ancestryQuestions() const { return _ancestryQuestions; }
 
@@ -85,10 +90,18 @@ class FakeBroker {
     std::thread::id thread;
   };
   std::vector<Delivery> deliveries() const;
+  /// Those since the last time, which are then forgotten.
+  std::vector<Delivery> takeDeliveries();
   /// False when there are not that many after `patience`.
   bool waitForDeliveries(std::size_t count, std::chrono::milliseconds patience) const;
   /// Answer of every delivery from now on; one that is refused is not recorded.
   void answerDeliveries(CMPIrc rc, std::string message = "");
+
+  /// As after a call that enabled or disabled them.
+  void setIndicationsEnabled(bool enabled);
+
+  /// Whom calls up for methods reach.
+  void serve(CMPIMethodMI* methods) { _methods = methods; }
 
   struct Counts {
     int prepared = 0, attached = 0, detached = 0, marks = 0, releases = 0;
@@ -114,10 +127,12 @@ class FakeBroker {
   }
 
  private:
-  friend struct FakeTables;
+  friend struct FakeServices;
   friend struct FakeObjectTables;
   using Arena = std::vector<std::unique_ptr<FakeObject>>;
 
+  /// Of a call up that is being made; one that would is a violation.
+  bool waitsForEver();
   void keep(std::unique_ptr<FakeObject> object);
   void pushArena();
   void popArena();
@@ -130,13 +145,16 @@ class FakeBroker {
   template <class Value>
   using ByName =
       std::map<CmpiCpp::CmpiName, Value, bool (*)(const CmpiCpp::CmpiName&, const CmpiCpp::CmpiName&)>;
-  ByName<CmpiCpp::CmpiName> _superclasses;
+  ByName<CmpiCpp::CmpiObjectPath> _superclasses;
   ByName<std::vector<CmpiCpp::CmpiInstance::Property>> _defaults;
   std::atomic<int> _ancestryQuestions{0};
   std::atomic<int> _liveClones{0};
   std::vector<Delivery> _deliveries;
   CMPIrc _deliveryAnswer = CMPI_RC_OK;
   std::string _deliveryMessage;
+  bool _indicationsEnabled = false;
+  CMPIMethodMI* _methods = nullptr;
+  std::multiset<std::thread::id> _reachedByCallUp;
   std::map<const CMPIContext*, std::unique_ptr<FakeContext>> _prepared;
   Counts _counts;
   std::vector<std::string> _violations;

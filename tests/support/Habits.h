@@ -23,6 +23,10 @@ struct Habits {
   bool listsChanges = false;
   /// Principal and role of a call are strings without characters.
   bool hasNullTexts = false;
+  /// Takes indications between enabling and disabling them, and refuses them before and after.
+  bool deliversWhileEnabledOnly = false;
+  /// An operation that was itself reached by a call up and calls up again waits for ever.
+  bool callsUpOneLevel = false;
   /// Class paths count keys that they do not have.
   bool countsKeysOfClassPaths = false;
 };
@@ -45,6 +49,8 @@ inline constexpr Habits kAgentHabits{.profile = "agent",
                                      .prefillsInstances = true,
                                      .completesChanges = true,
                                      .listsChanges = true,
+                                     .deliversWhileEnabledOnly = true,
+                                     .callsUpOneLevel = true,
                                      .countsKeysOfClassPaths = true};
 
 /// Those of the profile that the environment variable ZEB_TEST_MANAGER names; embedded without it.

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstddef>
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <thread>
 
@@ -15,6 +16,12 @@ namespace ZEB::test {
 inline std::size_t entriesOf(const char* folder) {
   const std::filesystem::directory_iterator entries(folder);
   return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+}
+
+inline std::size_t residentBytes() {
+  std::size_t all = 0, resident = 0;
+  std::ifstream("/proc/self/statm") >> all >> resident;
+  return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
 inline std::size_t openDescriptors() {

@@ -19,7 +19,10 @@ using CmpiCpp::CmpiInstance;
 /// Port 2 of controller 1 in PCI Express slot 3, whose status is what the test says.
 class PortAlertsTest : public ProviderTest {
  protected:
-  PortAlertsTest() { ZEBUtil::setBroker(broker.handle()); }
+  PortAlertsTest() {
+    ZEBUtil::setBroker(broker.handle());
+    broker.setIndicationsEnabled(true);
+  }
   ~PortAlertsTest() override { ZEBUtil::setBroker({}); }
 
   /// The port, with `status` as the one seen last.

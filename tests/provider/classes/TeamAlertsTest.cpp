@@ -45,6 +45,7 @@ class TeamAlertsTest : public ProviderTest {
     records.close();
     configure("ZEB_RECORDS", (folder / "records.toml").string());
     ZEBUtil::setBroker(broker.handle());
+    broker.setIndicationsEnabled(true);
     host.addTeam("bond0");
     for (const char* port : {"eth0", "eth1"}) {
       host.addPort(port);

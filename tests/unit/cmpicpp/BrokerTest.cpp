@@ -158,5 +158,58 @@ TEST(BrokerTest, indicationsAreHandedOver) {
   EXPECT_EQ(deliver(broker), CMPI_RC_ERR_NOT_SUPPORTED);
 }
 
+TEST(BrokerTest, anAgentTakesIndicationsWhileTheyAreEnabledAlone) {
+  FakeBroker broker(ZEB::test::kAgentHabits);
+  EXPECT_EQ(deliver(broker), CMPI_RC_ERR_FAILED);
+  static CMPIrc during;
+  during = CMPI_RC_OK;
+  CMPIIndicationMIFT table{};
+  table.enableIndications = [](CMPIIndicationMI* mi, const CMPIContext*) {
+    during = deliver(*static_cast<FakeBroker*>(const_cast<void*>(mi->hdl)));
+    return CMPIStatus{CMPI_RC_OK, nullptr};
+  };
+  table.disableIndications = table.enableIndications;
+  CMPIIndicationMI mi{&broker, &table};
+  FakeBroker::Call call(broker);
+  call.enableIndications(&mi);
+  EXPECT_EQ(during, CMPI_RC_OK);
+  EXPECT_EQ(deliver(broker), CMPI_RC_OK);
+  call.disableIndications(&mi);
+  EXPECT_EQ(during, CMPI_RC_OK);
+  EXPECT_EQ(deliver(broker), CMPI_RC_ERR_FAILED);
+  EXPECT_EQ(broker.deliveries().size(), 3u);
+}
+
+/// The answers of a method that a call up reaches, and that delivers an indication itself.
+std::vector<CMPIrc> deliverInCallUp(FakeBroker& broker) {
+  static std::vector<CMPIrc> answers;
+  answers.clear();
+  CMPIMethodMIFT table{};
+  table.invokeMethod = [](CMPIMethodMI* mi, const CMPIContext*, const CMPIResult*, const CMPIObjectPath*,
+                          const char*, const CMPIArgs*, CMPIArgs*) {
+    answers.push_back(deliver(*static_cast<FakeBroker*>(const_cast<void*>(mi->hdl))));
+    return CMPIStatus{CMPI_RC_OK, nullptr};
+  };
+  CMPIMethodMI mi{&broker, &table};
+  broker.serve(&mi);
+  FakeBroker::Call call(broker);
+  CMPIStatus status{CMPI_RC_OK, nullptr};
+  broker.bft.invokeMethod(broker.get(), &call.context(), call.path({"n", "C"}), "m", call.args(), call.args(),
+                          &status);
+  answers.push_back(status.rc);
+  answers.push_back(deliver(broker));
+  return answers;
+}
+
+TEST(BrokerTest, whereCallsUpAreOneLevelDeepASecondOneIsAViolation) {
+  using Answers = std::vector<CMPIrc>;
+  FakeBroker several(ZEB::test::kGroupHabits);
+  EXPECT_EQ(deliverInCallUp(several), (Answers{CMPI_RC_OK, CMPI_RC_OK, CMPI_RC_OK}));
+  EXPECT_TRUE(several.violations().empty());
+  FakeBroker one({.callsUpOneLevel = true});
+  EXPECT_EQ(deliverInCallUp(one), (Answers{CMPI_RC_ERR_FAILED, CMPI_RC_OK, CMPI_RC_OK}));
+  EXPECT_EQ(one.violations().size(), 1u);
+}
+
 }  // namespace
 }  // namespace CmpiCpp
