@@ -14,18 +14,21 @@ namespace fs = std::filesystem;
 
 constexpr const char* kFile = "indication-records.toml";
 
-/// The file that this code was loaded from: the plug-in, or a program that it is linked into.
-fs::path ownFile() {
+fs::path findOwnFile() {
   Dl_info info{};
-  if (dladdr(reinterpret_cast<const void*>(&ownFile), &info) == 0 || !info.dli_fname) return {};
+  if (dladdr(reinterpret_cast<const void*>(&findOwnFile), &info) == 0 || !info.dli_fname) return {};
   std::error_code error;
   return fs::canonical(info.dli_fname, error);
 }
 
+/// The file that this code was loaded from: the plug-in, or a program that it is linked into. Found when it
+/// is loaded: whoever unloads it holds the loader's lock while it waits for a pass to end.
+const fs::path kOwnFile = findOwnFile();
+
 /// Without a file anywhere, its first place, so that the log names one.
 std::string installedFile() {
   std::error_code error;
-  const fs::path own = ownFile().parent_path();
+  const fs::path own = kOwnFile.parent_path();
   const fs::path beside = own / kFile;
   if (fs::exists(beside, error)) return beside;
   for (fs::path folder = own; folder.has_relative_path(); folder = folder.parent_path()) {
