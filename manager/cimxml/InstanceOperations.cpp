@@ -120,7 +120,8 @@ bool getProperty(const Request& request, std::string& out) {
   return true;
 }
 
-/// The instance with one property changed: what else the provider takes from an instance stays as it is.
+/// The instance with one property changed, and that one alone named: what others change meanwhile stays as it
+/// is.
 bool setProperty(const Request& request, std::string&) {
   const ObjectPath& path = askedPath(request);
   const PropertyDef& property = askedProperty(request, path);
@@ -130,7 +131,7 @@ bool setProperty(const Request& request, std::string&) {
   Instance& changed = *makeHandle<Instance>(
       request.reader.arena(), copyInstance(request.reader.arena(), onlyInstance(current, "").body()));
   changed.ft->setProperty(&changed, property.name.c_str(), isNull(data) ? nullptr : &data.value, data.type);
-  static_cast<void>(request.target.modifyInstance(path, changed, nullptr).orThrow());
+  static_cast<void>(request.target.modifyInstance(path, changed, NameList({property.name}).get()).orThrow());
   return false;
 }
 

@@ -31,6 +31,10 @@ void requireReadable(const std::string& snapshot) {
   if (std::filesystem::is_directory(status)) {
     throw ManagerError("cannot read the snapshot '" + snapshot + "': expected a file, not a folder");
   }
+  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+    throw ManagerError("cannot read the snapshot '" + snapshot +
+                       "': expected a file, not a device or a pipe");
+  }
   if (!std::ifstream(snapshot)) {
     throw ManagerError("cannot read the snapshot '" + snapshot + "': " + std::strerror(errno) +
                        "; expected a recorded snapshot");

@@ -15,6 +15,10 @@ ProviderSupervisor::Answer ProviderSupervisor::perform(std::string_view message,
   return call->wait();
 }
 
+void ProviderSupervisor::stop() {
+  _loop->stop();
+}
+
 void ProviderSupervisor::setFilters(const std::vector<IndicationFilter>& filters) {
   _loop->setFilters(filters);
 }

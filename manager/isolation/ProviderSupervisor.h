@@ -64,12 +64,16 @@ class ProviderSupervisor {
   ProviderSupervisor(SupervisorOptions options, Sink sink);
   ProviderSupervisor(const ProviderSupervisor&) = delete;
   ProviderSupervisor& operator=(const ProviderSupervisor&) = delete;
-  /// Ends every process; indications that arrived still reach the sink. No call may be under way.
+  /// Ends every process, as `stop` does; indications that arrived still reach the sink. No call may be under
+  /// way.
   ~ProviderSupervisor();
 
   /// One CIM-XML message, performed in the provider's process. Blocks for at most the time limit.
   /// `repeatable`: reads; they are sent again to a fresh process when theirs ended or stuck under them.
   Answer perform(std::string_view message, bool repeatable);
+
+  /// Answers everything that is under way, and all that comes, with an error, and ends every process.
+  void stop();
 
   /// What is subscribed to from now on; a fresh process gets the same.
   void setFilters(const std::vector<IndicationFilter>& filters);

@@ -46,16 +46,19 @@ ProviderSupervisor::Loop::Loop(SupervisorOptions options, Sink sink)
       _thread([this] { run(); }) {}
 
 ProviderSupervisor::Loop::~Loop() {
-  {
-    const std::lock_guard lock(_mutex);
-    _stopping = true;
-  }
-  wake();
+  stop();
   _thread.join();
+}
+
+void ProviderSupervisor::Loop::stop() {
+  const std::lock_guard lock(_mutex);
+  _stopping = true;
+  wake();
 }
 
 void ProviderSupervisor::Loop::add(std::shared_ptr<Call> call) {
   const std::lock_guard lock(_mutex);
+  if (_stopping) return call->answer(Outcome::Ended, kEnds);
   _arrived.push_back(std::move(call));
   wake();
 }
@@ -78,6 +81,7 @@ void ProviderSupervisor::Loop::run() {
     waitForEvents();
     std::erase_if(_links, [](const auto& link) { return link->gone; });
   }
+  for (const auto& call : _waiting) call->answer(Outcome::Ended, kEnds);
 }
 
 bool ProviderSupervisor::Loop::takeArrivals() {

@@ -14,6 +14,9 @@
 
 namespace ZebManager {
 
+/// What calls are told that are under way when the server ends.
+inline constexpr char kEnds[] = "the server ends";
+
 /// Everything below the first group of members belongs to the loop's thread, which also starts the processes:
 /// they die with the thread that started them.
 class ProviderSupervisor::Loop {
@@ -24,6 +27,7 @@ class ProviderSupervisor::Loop {
   ~Loop();
 
   void add(std::shared_ptr<Call> call);
+  void stop();
   void setFilters(const std::vector<IndicationFilter>& filters);
 
  private:

@@ -20,7 +20,7 @@ constexpr Milliseconds kLongestDrain{30'000};
 
 void ProviderSupervisor::Loop::watchTime() {
   if (_ending) {
-    for (const auto& call : _waiting) call->answer(Outcome::Ended, "the server ends");
+    for (const auto& call : _waiting) call->answer(Outcome::Ended, kEnds);
     for (const auto& link : _links) {
       if (link->stage == ProviderLink::Stage::Starting) link->kill();
       if (link->stage == ProviderLink::Stage::Serving) {
@@ -28,7 +28,7 @@ void ProviderSupervisor::Loop::watchTime() {
         link->since = _now;
         if (!link->condemned) link->send(Frame::Kind::Retire, {});
       }
-      for (const auto& [number, sent] : link->calls) sent.call->answer(Outcome::Ended, "the server ends");
+      for (const auto& [number, sent] : link->calls) sent.call->answer(Outcome::Ended, kEnds);
     }
   } else {
     expireCalls();

@@ -16,7 +16,7 @@ constexpr std::size_t kThreadStack = 512U << 10;
 /// Connections that have been shut down and whose threads have not noticed yet.
 constexpr unsigned kLeaving = 64;
 constexpr std::chrono::seconds kWhenFull{1};
-/// For a client to take a big answer.
+/// For a client that takes a big answer, but slowly.
 constexpr int kTimesForAnswer = 30;
 /// Keys that go with the connection, and ciphers that see to it that nothing is changed.
 constexpr char kCiphers[] =
@@ -165,6 +165,9 @@ MHD_Result finish(HttpServer& server, MHD_Connection* connection, const HttpHead
   HttpAnswer answer = exchange.refusal() ? httpError(exchange.refusal())
                                          : server.router().handle(head, exchange.user, exchange.body());
   server.connections().allow(socket, bounds.settings.requestTime * kTimesForAnswer);
+  // From now on, without a byte that the client takes.
+  MHD_set_connection_option(connection, MHD_CONNECTION_OPTION_TIMEOUT,
+                            static_cast<unsigned>(bounds.settings.requestTime.count()));
   return send(connection, bounds, exchange.party(), std::move(answer));
 }
 
@@ -187,16 +190,18 @@ void onCompleted(void* server, MHD_Connection* connection, void** state, MHD_Req
   delete static_cast<Exchange*>(*state);
   *state = nullptr;
   HttpServer& self = *static_cast<HttpServer*>(server);
+  MHD_set_connection_option(connection, MHD_CONNECTION_OPTION_TIMEOUT, 0U);
   self.connections().wait(socketOf(connection), self.bounds().settings.requestTime);
 }
 
 void onConnection(void* server, MHD_Connection* connection, void**, MHD_ConnectionNotificationCode code) {
   HttpServer& self = *static_cast<HttpServer*>(server);
-  if (code == MHD_CONNECTION_NOTIFY_STARTED) {
-    self.connections().add(socketOf(connection), clientOf(connection).client,
-                           self.bounds().settings.requestTime);
-  } else {
-    self.connections().remove(socketOf(connection));
+  const int socket = socketOf(connection);
+  if (code != MHD_CONNECTION_NOTIFY_STARTED) return self.connections().remove(socket);
+  try {
+    self.connections().add(socket, clientOf(connection).client, self.bounds().settings.requestTime);
+  } catch (const std::exception&) {
+    shutdown(socket, SHUT_RDWR);  // there is no memory to remember it
   }
 }
 
@@ -228,6 +233,10 @@ HttpServer::HttpServer(ListeningSocket listener, Router& router, HttpBounds& bou
       kHeadBytes, MHD_OPTION_THREAD_STACK_SIZE, kThreadStack, MHD_OPTION_NOTIFY_COMPLETED, onCompleted, this,
       MHD_OPTION_NOTIFY_CONNECTION, onConnection, this, MHD_OPTION_ARRAY, options.data(), MHD_OPTION_END);
   if (!_daemon) throw ManagerError("cannot serve at " + _address);
+}
+
+void HttpServer::quiesce() {
+  _quiesced = ZEB::FileDescriptor(MHD_quiesce_daemon(_daemon));
 }
 
 HttpServer::~HttpServer() {

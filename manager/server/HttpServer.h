@@ -36,11 +36,15 @@ class HttpServer {
   HttpServer& operator=(const HttpServer&) = delete;
   ~HttpServer();
 
+  /// Takes no more connections. To be called once.
+  void quiesce();
+
   const std::string& address() const { return _address; }
 
   Router& router() { return _router; }
   HttpBounds& bounds() { return _bounds; }
   Connections& connections() { return _connections; }
+  const SharedBound& requests() const { return _requests; }
   SharedBound& requests() { return _requests; }
 
  private:
@@ -51,6 +55,7 @@ class HttpServer {
   std::string _address;
   std::optional<Certificate> _certificate;
   MHD_Daemon* _daemon = nullptr;
+  ZEB::FileDescriptor _quiesced;  ///< the socket that it listened at, which the library still watches
 };
 
 }  // namespace ZebManager

@@ -1,8 +1,10 @@
 #include "server/LoginLine.h"
 
 #include <poll.h>
+#include <sys/eventfd.h>
 
 #include <algorithm>
+#include <array>
 
 #include "isolation/ProviderProcess.h"
 #include "values/ManagerError.h"
@@ -25,17 +27,19 @@ constexpr int kLongestJudging = 90'000;
 class LoginLine::Seat {
  public:
   /// Throws ManagerError. One that failed is used no more.
-  Verdict judge(const ProcessSource& source, const LoginAttempt& attempt) {
+  Verdict judge(const ProcessSource& source, const LoginAttempt& attempt, int stop) {
     try {
-      return tryOnce(source, attempt);
+      return tryOnce(source, attempt, stop);
     } catch (const ManagerError&) {
       _process.reset();  // it may have ended long ago
-      return tryOnce(source, attempt);
+      pollfd stopped{stop, POLLIN, 0};
+      if (poll(&stopped, 1, 0) != 0) throw;
+      return tryOnce(source, attempt, stop);
     }
   }
 
  private:
-  Verdict tryOnce(const ProcessSource& source, const LoginAttempt& attempt) {
+  Verdict tryOnce(const ProcessSource& source, const LoginAttempt& attempt, int stop) {
     if (!_process) {
       _process = std::make_unique<ConnectedProcess>(source, kProviderSocket);
       _reader.emplace();
@@ -45,8 +49,9 @@ class LoginLine::Seat {
     if (writer.send(_process->socket()) != Transfer::Done) throw ManagerError("nobody judges logins");
     for (;;) {
       if (const auto frame = _reader->next()) return verdictOf(*frame);
-      pollfd ready{_process->socket(), POLLIN, 0};
-      if (poll(&ready, 1, kLongestJudging) != 1 || _reader->receive(_process->socket()) == Transfer::Ended) {
+      std::array<pollfd, 2> ready = {{{_process->socket(), POLLIN, 0}, {stop, POLLIN, 0}}};
+      if (poll(ready.data(), ready.size(), kLongestJudging) < 1 || ready[1].revents != 0 ||
+          _reader->receive(_process->socket()) == Transfer::Ended) {
         throw ManagerError("nobody judges logins");
       }
     }
@@ -56,11 +61,20 @@ class LoginLine::Seat {
   std::optional<FrameReader> _reader;
 };
 
-LoginLine::LoginLine(ProcessSource source) : _source(std::move(source)) {
+LoginLine::LoginLine(ProcessSource source)
+    : _source(std::move(source)), _stop(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+  if (!_stop) throw ManagerError("there is no descriptor left for logins");
   while (_free.size() < kSeats) _free.push_back(std::make_unique<Seat>());
 }
 
 LoginLine::~LoginLine() = default;
+
+void LoginLine::stop() {
+  const std::lock_guard lock(_mutex);
+  _closed = true;
+  eventfd_write(_stop.get(), 1);
+  _changed.notify_all();
+}
 
 bool LoginLine::mayWait(const Waiting& waiting) const {
   const auto like = [&](const Waiting& other) { return other.knownBefore == waiting.knownBefore; };
@@ -79,7 +93,8 @@ std::unique_ptr<LoginLine::Seat> LoginLine::takeSeat(const std::string& client, 
   std::unique_lock lock(_mutex);
   if (!mayWait({client, knownBefore})) return nullptr;
   const auto place = _line.insert(_line.end(), {client, knownBefore});
-  const bool come = _changed.wait_for(lock, kLongestWait, [&] { return isNext(*place); });
+  const bool come =
+      _changed.wait_for(lock, kLongestWait, [&] { return _closed || isNext(*place); }) && !_closed;
   _line.erase(place);
   std::unique_ptr<Seat> seat;
   if (come) {
@@ -101,7 +116,7 @@ std::optional<Verdict> LoginLine::judge(const LoginAttempt& attempt, const std::
   std::unique_ptr<Seat> seat = takeSeat(client, knownBefore);
   if (!seat) return std::nullopt;
   try {
-    const Verdict verdict = seat->judge(_source, attempt);
+    const Verdict verdict = seat->judge(_source, attempt, _stop.get());
     giveBack(std::move(seat));
     return verdict;
   } catch (...) {

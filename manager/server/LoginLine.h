@@ -27,6 +27,8 @@ class LoginLine {
   /// Nothing when the line is too long. `client`: whose place it takes; `knownBefore`: somebody with these
   /// credentials has been let in. Throws ManagerError when nobody judges.
   std::optional<Verdict> judge(const LoginAttempt& attempt, const std::string& client, bool knownBefore);
+  /// From now on nobody judges, not even those who have begun.
+  void stop();
 
  private:
   class Seat;
@@ -45,6 +47,8 @@ class LoginLine {
   std::condition_variable _changed;
   std::vector<std::unique_ptr<Seat>> _free;  // two, those that are taken left out
   std::list<Waiting> _line;
+  bool _closed = false;
+  const ZEB::FileDescriptor _stop;  // readable then
 };
 
 }  // namespace ZebManager

@@ -5,10 +5,13 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <filesystem>
 #include <iterator>
 #include <ostream>
 #include <semaphore>
+#include <thread>
+#include <utility>
 
 #include "cli/OwnFolders.h"
 #include "cli/Programs.h"
@@ -184,6 +187,33 @@ void checkOptions(const Options& options) {
 
 }  // namespace
 
+namespace {
+
+using Servers = std::vector<std::unique_ptr<HttpServer>>;
+
+/// Until no request is under way.
+void waitUntilFree(const Servers& servers, std::chrono::steady_clock::time_point end) {
+  constexpr std::chrono::milliseconds kRound{10};
+  const auto isFree = [](const auto& server) { return std::as_const(*server).requests().isFree(); };
+  while (!std::ranges::all_of(servers, isFree) && std::chrono::steady_clock::now() < end)
+    std::this_thread::sleep_for(kRound);
+}
+
+/// What does not return by itself is answered while there is time to send that, and to end processes.
+void endInTime(const Servers& servers, Authenticator& users, ProviderSupervisor& plugin,
+               std::chrono::seconds time) {
+  constexpr std::chrono::seconds kForProcesses{3};
+  constexpr std::chrono::seconds kForAnswers{1};
+  const auto patience = std::chrono::steady_clock::now() + time - kForProcesses;
+  for (const auto& server : servers) server->quiesce();
+  waitUntilFree(servers, patience);
+  users.stop();
+  plugin.stop();
+  waitUntilFree(servers, std::chrono::steady_clock::now() + kForAnswers);
+}
+
+}  // namespace
+
 int serve(const Options& options, std::ostream& out, std::ostream& err) {
   checkOptions(options);
   std::binary_semaphore stop(0);
@@ -203,7 +233,7 @@ int serve(const Options& options, std::ostream& out, std::ostream& err) {
   Router router(users, core.plugin(), core.classes(), &core.interop(), settings);
   HttpBounds bounds(settings);
   const auto local = listenToCommands(core, router, bounds, log);
-  std::vector<std::unique_ptr<HttpServer>> servers;
+  Servers servers;
   if (!isNowhere(settings.http)) {
     servers.push_back(std::make_unique<HttpServer>(listenAt(settings.http), router, bounds, std::nullopt));
     out << "http " << servers.back()->address() << std::endl;
@@ -214,6 +244,7 @@ int serve(const Options& options, std::ostream& out, std::ostream& err) {
     out << "https " << servers.back()->address() << std::endl;
   }
   stop.acquire();
+  endInTime(servers, users, core.plugin(), settings.stopTime);
   return 0;
 }
 

@@ -28,6 +28,7 @@ struct ServerSettings {
   unsigned waitingBytes = 64U << 20;        ///< bodies of all requests that are under way
   unsigned answerBytes = 256U << 20;        ///< all answers that their clients have not taken yet
   std::chrono::seconds requestTime{10};     ///< until a request has arrived, and between two of a connection
+  std::chrono::seconds stopTime{5};         ///< from being asked to end until the end
   SupervisorOptions plugin;                 ///< without program, arguments and log
   DeliverySettings delivery;                ///< without the directory
 };

@@ -88,6 +88,8 @@ constexpr std::array kNumbers = {
               [](ServerSettings& s, std::int64_t n) { s.answerBytes = count(n); }},
     NumberRow{"limits.request-seconds", 1, 3600,
               [](ServerSettings& s, std::int64_t n) { s.requestTime = seconds(n); }},
+    NumberRow{"limits.stop-seconds", 3, 3600,
+              [](ServerSettings& s, std::int64_t n) { s.stopTime = seconds(n); }},
     NumberRow{"limits.call-seconds", 1, 3600,
               [](ServerSettings& s, std::int64_t n) { s.plugin.timeLimit = seconds(n); }},
     NumberRow{"limits.patience-milliseconds", 10, 3'600'000,

@@ -31,6 +31,11 @@ bool SharedBound::take(const Party& party, std::size_t amount) {
   return true;
 }
 
+bool SharedBound::isFree() const {
+  const std::lock_guard lock(_mutex);
+  return _all == 0;
+}
+
 void SharedBound::giveBack(const Party& party, std::size_t amount) {
   if (amount == 0) return;
   const std::lock_guard lock(_mutex);

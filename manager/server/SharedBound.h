@@ -28,10 +28,11 @@ class SharedBound {
   /// False, and nothing is taken, beyond a bound.
   bool take(const Party& party, std::size_t amount);
   void giveBack(const Party& party, std::size_t amount);
+  bool isFree() const;
 
  private:
   const std::size_t _most;
-  std::mutex _mutex;
+  mutable std::mutex _mutex;
   std::size_t _all = 0;
   std::array<std::size_t, 3> _ofKind{};
   std::map<Party, std::size_t> _ofParty;

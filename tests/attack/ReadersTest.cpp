@@ -45,13 +45,44 @@ class Readers : public testing::Test {
   void SetUp() override {
     REQUIRE_GROUND();
     ports.emplace();
-    unit.emplace(UnitOptions{.plugin = {"--include-virtual"}});
+    unit.emplace(UnitOptions{.plugin = {"--include-virtual"}, .settings = "[limits]\nrequest-seconds = 3\n"});
     ASSERT_EQ(statusOf(ask(unit->http(), instancesOf("ZEB_EthernetPort"))), 200);
   }
 
   std::optional<ManyPorts> ports;
   std::optional<Unit> unit;
 };
+
+TEST_F(Readers, StayWithinTheMemoryWhenAllAskForEverythingAtOnce) {
+  std::atomic<int> answered = 0;
+  std::atomic<bool> done = false;
+  std::size_t memory = 0;
+  std::thread readers([&] {
+    together(16, [&](int) {
+      answered += statusOf(ask(unit->http(), instancesOf("CIM_ManagedElement"), 120)) == 200;
+    });
+    done = true;
+  });
+  while (!done) {
+    memory = std::max(memory, unit->memory());
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  readers.join();
+  std::cout << "16 at once: " << (memory >> 20) << " MiB\n";
+  EXPECT_EQ(answered, 16);
+  EXPECT_LT(memory, 512U << 20);
+}
+
+/// An answer that does not fit into what the kernel keeps for the two ends.
+TEST_F(Readers, AreNotWaitedForWhenTheyDoNotTakeTheirAnswer) {
+  const std::string request = instancesOf("CIM_ManagedElement");
+  const std::size_t whole = ask(unit->http(), request).size();
+  ASSERT_GT(whole, 4U << 20);
+  const OpenConnection idle(unit->http(), request);
+  std::this_thread::sleep_for(seconds(8));
+  EXPECT_LT(idle.receiveAll().size(), whole);
+  EXPECT_EQ(statusOf(ask(unit->http(), request)), 200);
+}
 
 /// A cable that is pulled and put back every second beside them: nothing is replaced, nothing is lost, and
 /// nothing comes twice.

@@ -30,6 +30,11 @@ pid_t parentOf(pid_t process) {
   return found == status.end() ? 0 : std::stoi(found->second);
 }
 
+std::vector<std::string> withMemory(std::size_t bytes, std::vector<std::string> words) {
+  if (bytes != 0) words.insert(words.begin(), {"/usr/bin/prlimit", "--as=" + std::to_string(bytes)});
+  return words;
+}
+
 std::vector<std::string> withRights(const std::string& bounding, const std::vector<std::string>& more,
                                     const std::vector<std::string>& words) {
   std::vector<std::string> all = {"/usr/bin/setpriv", "--no-new-privs", "--inh-caps=-all",
@@ -114,7 +119,7 @@ void Unit::listen(const std::string& kind, const std::string& right, const std::
                                   "-EZEB_LOG_TARGET=stderr",
                                   "-EZEB_LOG_LEVEL=" + options.logLevel};
   all.insert(all.end(), started.begin(), started.end());
-  start(all);
+  start(withMemory(kind == "plugin" ? options.addressSpace : 0, all));
   for (int round = 0; chown(socket.c_str(), kServerUser, kServerUser) != 0; ++round) {
     if (round > 2000) throw std::runtime_error("no socket " + socket);
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
@@ -124,10 +129,12 @@ void Unit::listen(const std::string& kind, const std::string& right, const std::
 void Unit::serve(const UnitOptions& options) {
   ZEB::Pipe output = ZEB::makePipe();
   const std::string user = std::to_string(kServerUser);
-  start(withRights("-all", {"--reuid=" + user, "--regid=" + user, "--clear-groups"},
-                   {"/usr/bin/env", "ZEB_RUN_DIR=" + (_folder / "run").string(), ZEB_CIM, "serve",
-                    "--helpers", _folder.path().string(), "--config", (_folder / "zebcim.toml").string(),
-                    "--http", options.http, "--https", "127.0.0.1:0"}),
+  start(withMemory(
+            options.addressSpace,
+            withRights("-all", {"--reuid=" + user, "--regid=" + user, "--clear-groups"},
+                       {"/usr/bin/env", "ZEB_RUN_DIR=" + (_folder / "run").string(), ZEB_CIM, "serve",
+                        "--helpers", _folder.path().string(), "--config", (_folder / "zebcim.toml").string(),
+                        "--http", options.http, "--https", "127.0.0.1:0"})),
         output.writing.get());
   output.writing = {};
   std::string text;

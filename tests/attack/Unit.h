@@ -20,7 +20,9 @@ struct UnitOptions {
   std::string stack =
       "auth required pam_unix.so\naccount required pam_unix.so\n";  ///< of PAM, for this service
   std::string http = "127.0.0.1:0";
-  std::string state = {};         ///< folder; empty: one that goes with the object
+  std::string state = {};  ///< folder; empty: one that goes with the object
+  std::size_t addressSpace =
+      0;  ///< of the server and of the plug-in's process, in bytes; 0: as much as there is
   std::string logLevel = "warn";  ///< of the plug-in
 };
 

@@ -75,7 +75,7 @@ TEST_F(CaptureTest, SaysWhatIsWrong) {
   EXPECT_EQ(run("--frobnicate x"), 2);
   EXPECT_EQ(run("--check --anonymize x"), 2);
   EXPECT_EQ(run("/nowhere/host.json"), 1);
-  EXPECT_EQ(contents("errors"), "zeb-capture: cannot write /nowhere/host.json\n");
+  EXPECT_EQ(contents("errors"), "zeb-capture: cannot write /nowhere/host.json: No such file or directory\n");
   EXPECT_EQ(run("--check /nowhere/host.json"), 1);
   EXPECT_EQ(contents("errors"), "zeb-capture: snapshot /nowhere/host.json: No such file or directory\n");
 }

@@ -57,6 +57,43 @@ TEST_F(CaptureCommand, AFileThatCannotBeWrittenIsAnError) {
   EXPECT_NE(outcome.err, "");
 }
 
+/// Links that somebody else has put where root captures to.
+TEST_F(CaptureCommand, FollowsNoLink) {
+  const std::string other = (folder / "other").string();
+  std::ofstream(other) << "theirs";
+  const auto isUntouched = [&] {
+    std::ifstream in(other);
+    return std::string(std::istreambuf_iterator<char>(in), {}) == "theirs";
+  };
+  std::filesystem::create_symlink(other, file + ".part");
+  captured({});
+  EXPECT_TRUE(isUntouched());
+  std::filesystem::remove(file);
+  std::filesystem::create_symlink(other, file);
+  const Outcome outcome = zebcim({"capture", file});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_THAT(outcome.err, HasSubstr("cannot write " + file + ": Too many levels of symbolic links"));
+  EXPECT_TRUE(isUntouched());
+  EXPECT_TRUE(std::filesystem::is_symlink(file));
+}
+
+TEST_F(CaptureCommand, LeavesNothingButTheFile) {
+  captured({});
+  const auto entries = std::filesystem::directory_iterator(folder.path());
+  for (const auto& entry : entries) EXPECT_THAT(entry.path().string(), Not(HasSubstr("part")));
+}
+
+TEST_F(CaptureCommand, PlaysNoDeviceBack) {
+  for (const std::vector<std::string>& words : {std::vector<std::string>{"--source", "/dev/zero", "tree"},
+                                                {"--source", "/dev/zero", "serve", "--http", "127.0.0.1:0",
+                                                 "--https", "none", "--state", folder.path().string()}}) {
+    const Outcome outcome = zebcim(words);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err,
+                HasSubstr("cannot read the snapshot '/dev/zero': expected a file, not a device or a pipe"));
+  }
+}
+
 TEST_F(CaptureCommand, WrongUsageShowsTheUsage) {
   for (const std::vector<std::string>& words :
        {std::vector<std::string>{"capture"}, {"capture", "a", "b"}, {"capture", "a", "--anonymise"}}) {

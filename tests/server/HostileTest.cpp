@@ -39,13 +39,15 @@ std::string asked(const std::string& className) {
 }
 
 TEST_F(HostileTest, MethodsOtherThanPostAreNotAllowed) {
-  EXPECT_THAT(ask("GET / HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n"), StartsWith("HTTP/1.1 405 "));
+  EXPECT_THAT(ask("GET / HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n"),
+              StartsWith("HTTP/1.1 405 "));
 }
 
 TEST_F(HostileTest, OtherContentsThanXmlAreUnsupported) {
-  EXPECT_THAT(ask("POST / HTTP/1.1\r\nHost: localhost\r\nContent-Type: text/html\r\nCIMOperation: MethodCall\r\n"
-                  "Content-Length: 0\r\n\r\n"),
-              StartsWith("HTTP/1.1 415 "));
+  EXPECT_THAT(
+      ask("POST / HTTP/1.1\r\nHost: localhost\r\nContent-Type: text/html\r\nCIMOperation: MethodCall\r\n"
+          "Content-Length: 0\r\n\r\n"),
+      StartsWith("HTTP/1.1 415 "));
   EXPECT_THAT(ask(post("x", "GetClass", "root/jxv", "Content-Encoding: gzip\r\nConnection: close\r\n")),
               StartsWith("HTTP/1.1 415 "));
 }

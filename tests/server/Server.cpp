@@ -143,6 +143,18 @@ OpenConnection::OpenConnection(const std::string& address, const std::string& by
   }
 }
 
+std::string OpenConnection::receiveAll() const {
+  std::string all;
+  std::array<char, 65536> buffer{};
+  for (ssize_t got = 0; (got = recv(_socket.get(), buffer.data(), buffer.size(), 0)) > 0;)
+    all.append(buffer.data(), static_cast<std::size_t>(got));
+  return all;
+}
+
+void OpenConnection::sendByte(char byte) const {
+  static_cast<void>(send(_socket.get(), &byte, 1, MSG_NOSIGNAL));
+}
+
 bool OpenConnection::isClosedWithin(double seconds) const {
   pollfd ready{_socket.get(), POLLRDHUP, 0};
   return poll(&ready, 1, static_cast<int>(seconds * 1000)) == 1;

@@ -58,6 +58,9 @@ class OpenConnection {
   int socket() const { return _socket.get(); }
   /// Whether the server has closed it, or does so in time.
   bool isClosedWithin(double seconds) const;
+  void sendByte(char byte) const;
+  /// What has come, until the end.
+  std::string receiveAll() const;
 
  private:
   ZEB::FileDescriptor _socket;

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <mutex>
 
 namespace ZEB {
@@ -136,6 +137,22 @@ void apply(Configuration& configuration, const std::string& file, const toml::ke
   }
 }
 
+/// What is no configuration, by its size or its lines, is none: the parser goes as deep as it is told.
+std::string boundedContentOf(const std::string& file) {
+  constexpr std::size_t kLongestFile = 256U << 10;
+  constexpr std::size_t kLongestLine = 4096;
+  std::string content(kLongestFile + 1, '\0');
+  std::ifstream in(file, std::ios::binary);
+  in.read(content.data(), static_cast<std::streamsize>(content.size()));
+  content.resize(static_cast<std::size_t>(in.gcount()));
+  for (std::size_t begin = 0, end = 0; begin < content.size(); begin = end + 1) {
+    end = std::min(content.find('\n', begin), content.size());
+    if (end - begin > kLongestLine || content.size() > kLongestFile)
+      throw toml::parse_error("a line or the file is too long", toml::source_region{});
+  }
+  return content;
+}
+
 void readFile(Configuration& configuration, const std::string& file) {
   std::error_code error;
   if (!std::filesystem::exists(file, error)) return;
@@ -145,7 +162,7 @@ void readFile(Configuration& configuration, const std::string& file) {
     return;
   }
   try {
-    const toml::table table = toml::parse_file(file);
+    const toml::table table = toml::parse(boundedContentOf(file), file);
     for (const auto& [name, node] : table) apply(configuration, file, name, node);
   } catch (const toml::parse_error& failure) {
     configuration.warnings.push_back(file + ":" + std::to_string(failure.source().begin.line) + ": " +

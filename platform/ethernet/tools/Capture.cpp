@@ -5,9 +5,14 @@
 //
 // Exit status: 0 done, 1 failed with one line on standard error, 2 wrong usage.
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <random>
 #include <string>
@@ -15,6 +20,7 @@
 
 #include "ethernet/Sources.h"
 #include "kernel/KernelSource.h"
+#include "posix/FileDescriptor.h"
 #include "recorded/Anonymizer.h"
 #include "recorded/SnapshotWriter.h"
 
@@ -45,10 +51,19 @@ std::uint64_t randomKey() {
   return static_cast<std::uint64_t>(device()) << 32 | device();
 }
 
-/// A pipe or a device, say.
+bool writeAll(int descriptor, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t went = ::write(descriptor, text.data(), text.size());
+    if (went < 0 && errno != EINTR) return false;
+    text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(went, 0)));
+  }
+  return true;
+}
+
+/// A pipe or a device, say, or a link, which is not followed.
 bool isThereAndNoFile(const std::string& file) {
   std::error_code error;
-  const auto status = std::filesystem::status(file, error);
+  const auto status = std::filesystem::symlink_status(file, error);
   return std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
 }
 
@@ -56,14 +71,19 @@ bool isThereAndNoFile(const std::string& file) {
 /// away for one.
 bool write(const std::string& file, const std::string& text) {
   if (file == "-") return static_cast<bool>(std::cout << text << std::flush);
-  if (isThereAndNoFile(file))
-    return static_cast<bool>(std::ofstream(file, std::ios::binary) << text << std::flush);
-  const std::string partial = file + ".part";
-  std::ofstream out(partial, std::ios::binary | std::ios::trunc);
-  const bool written = static_cast<bool>(out << text << std::flush);
-  out.close();
+  constexpr int kHow = O_WRONLY | O_NOFOLLOW | O_NOCTTY | O_CLOEXEC;
+  if (isThereAndNoFile(file)) {
+    const ZEB::FileDescriptor there(open(file.c_str(), kHow));
+    return there && writeAll(there.get(), text);
+  }
+  const std::string partial = file + "." + std::to_string(randomKey()) + ".part";
+  ZEB::FileDescriptor fresh(open(partial.c_str(), kHow | O_CREAT | O_EXCL, 0666));
+  if (!fresh) return false;
+  const bool written = writeAll(fresh.get(), text) && fsync(fresh.get()) == 0;
   if (written && std::rename(partial.c_str(), file.c_str()) == 0) return true;
+  const int error = errno;
   std::remove(partial.c_str());
+  errno = error;
   return false;
 }
 
@@ -71,7 +91,9 @@ int capture(const std::string& file, bool anonymous) {
   auto snapshot = KernelSource().readAll();
   if (!snapshot) return fail(snapshot.failure().what);
   if (anonymous) anonymize(*snapshot, randomKey());
-  return write(file, writeSnapshot(std::move(*snapshot))) ? 0 : fail("cannot write " + file);
+  return write(file, writeSnapshot(std::move(*snapshot)))
+             ? 0
+             : fail("cannot write " + file + ": " + std::strerror(errno));
 }
 
 }  // namespace

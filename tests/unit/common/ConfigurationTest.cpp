@@ -163,6 +163,20 @@ TEST_F(ConfigurationTest, aFileThatIsNoTomlIsNamedWithTheLine) {
   EXPECT_THAT(configuration.warnings[0], testing::StartsWith(directory.file("zeb.toml") + ":2: "));
 }
 
+/// The parser goes as deep as it is told.
+TEST_F(ConfigurationTest, aLineOrAFileThatIsTooLongIsNamedAndTheDefaultsHold) {
+  std::string deep = "a";
+  for (int i = 0; i < 3'000'000; ++i) deep += ".a";
+  for (const std::string& content :
+       {"perfmon = true\n" + deep + " = 1\n", std::string(300'000, '\n') + "perfmon = true\n",
+        "perfmon = true\n#" + std::string(5000, 'x') + "\n"}) {
+    const Configuration configuration = load(content);
+    EXPECT_FALSE(configuration.perfmon);
+    ASSERT_EQ(configuration.warnings.size(), 1u);
+    EXPECT_THAT(configuration.warnings[0], testing::EndsWith(": a line or the file is too long"));
+  }
+}
+
 TEST_F(ConfigurationTest, aDirectoryInPlaceOfTheFileIsAWarning) {
   std::filesystem::create_directory(directory.file("zeb.toml"));
   EXPECT_EQ(Configuration::load().warnings.size(), 1u);

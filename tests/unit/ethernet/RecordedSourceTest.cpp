@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -65,6 +66,15 @@ TEST_F(RecordedSourceTest, MissingAndBadFilesAreOneLineThatNamesThem) {
 
 TEST_F(RecordedSourceTest, FolderIsNoSnapshot) {
   EXPECT_FALSE(RecordedSource(folder.path().string()).readAll());
+}
+
+TEST_F(RecordedSourceTest, DevicesAndPipesAreNoSnapshots) {
+  const std::string pipe = (folder / "pipe").string();
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  for (const std::string& other : {std::string("/dev/zero"), std::string("/dev/null"), pipe}) {
+    EXPECT_THAT(RecordedSource(other).readAll().failure().what,
+                HasSubstr("snapshot " + other + ": No such device"));
+  }
 }
 
 TEST_F(RecordedSourceTest, HugeFileIsRefusedUnread) {

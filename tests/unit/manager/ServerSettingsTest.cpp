@@ -72,6 +72,7 @@ const std::vector<Number> kNumbers = {
      [](const S& s) -> std::int64_t { return s.answerBytes; }},
     {"limits.request-seconds", 10, 1, 3600,
      [](const S& s) -> std::int64_t { return seconds(s.requestTime).count(); }},
+    {"limits.stop-seconds", 5, 3, 3600, [](const S& s) -> std::int64_t { return s.stopTime.count(); }},
     {"limits.call-seconds", 30, 1, 3600,
      [](const S& s) -> std::int64_t { return milliseconds(s.plugin.timeLimit).count() / 1000; }},
     {"limits.patience-milliseconds", 1000, 10, 3'600'000,

@@ -5,7 +5,6 @@
 #include <cstring>
 #include <ctime>
 #include <fstream>
-#include <sstream>
 
 namespace ZEB::ethernet {
 
@@ -19,7 +18,12 @@ RecordedSource::RecordedSource(std::string file, std::function<Clock::time_point
 
 RecordedSource::Stamp RecordedSource::stampOf(const std::string& file) {
   struct stat status {};
+  // A device or a pipe may go on for ever.
   if (::stat(file.c_str(), &status) != 0) return {};
+  if (!S_ISREG(status.st_mode)) {
+    errno = S_ISDIR(status.st_mode) ? EISDIR : ENODEV;
+    return {};
+  }
   return {status.st_dev, status.st_ino, status.st_size, status.st_mtim};
 }
 
@@ -32,11 +36,14 @@ std::optional<Failure> RecordedSource::load() {
   };
   if (stamp.size > static_cast<off_t>(kLargestSnapshotFile))
     return fail(EFBIG, "larger than any snapshot of a host");
+  if (stamp.size < 0) return fail(errno, std::strerror(errno));
   std::ifstream in(_file, std::ios::binary);
-  if (!in || stamp.size < 0) return fail(errno, std::strerror(errno));
-  std::ostringstream text;
-  text << in.rdbuf();
-  auto moments = readSnapshots(text.str());
+  if (!in) return fail(errno, std::strerror(errno));
+  std::string text(static_cast<std::size_t>(stamp.size) + 1,
+                   '\0');  // more has come while it is read: that is seen
+  in.read(text.data(), static_cast<std::streamsize>(text.size()));
+  text.resize(static_cast<std::size_t>(in.gcount()));
+  auto moments = readSnapshots(text);
   if (!moments) return fail(0, moments.failure().what);
   _index.reset();
   _moments = std::move(*moments);
