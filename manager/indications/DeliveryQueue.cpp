@@ -39,6 +39,11 @@ DeliveryQueue::DeliveryQueue(const DeliverySettings& settings, LogLine log)
   }
 }
 
+DeliveryQueue::~DeliveryQueue() {
+  _nextTry = 0;
+  save();
+}
+
 std::int64_t DeliveryQueue::now() const {
   return std::chrono::floor<std::chrono::seconds>(_settings.clock().time_since_epoch()).count();
 }

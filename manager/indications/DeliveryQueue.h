@@ -36,6 +36,10 @@ class DeliveryQueue {
  public:
   /// Throws ManagerError when there is a file that cannot be read.
   DeliveryQueue(const DeliverySettings& settings, LogLine log);
+  DeliveryQueue(const DeliveryQueue&) = delete;
+  DeliveryQueue& operator=(const DeliveryQueue&) = delete;
+  /// Tries for the last time to bring the file up to date.
+  ~DeliveryQueue();
 
   /// Queues an indication once for each subscription.
   void put(const std::vector<const Subscription*>& subscriptions, std::string_view element);

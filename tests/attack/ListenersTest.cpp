@@ -1,6 +1,5 @@
 // As many listeners as there may be.
 #include <gmock/gmock.h>
-
 #include <unistd.h>
 
 #include <chrono>
