@@ -1,10 +1,7 @@
 #include "ThreadDeparture.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <array>
 #include <chrono>
+#include <fstream>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -14,18 +11,14 @@ namespace {
 
 /// Whether the thread is on a processor, or waits for one.
 bool runs(pid_t thread) {
-  const int file =
-      open(("/proc/self/task/" + std::to_string(thread) + "/stat").c_str(), O_RDONLY | O_CLOEXEC);
-  if (file < 0) return false;
-  std::array<char, 128> text{};
-  const ssize_t size = read(file, text.data(), text.size());
-  close(file);
+  std::ifstream file("/proc/self/task/" + std::to_string(thread) + "/stat");
+  std::string text;
+  std::getline(file, text, '\0');
   // The state follows the name, which may hold anything and stands in brackets.
-  const std::string_view line(text.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
-  const std::size_t end = line.rfind(')');
-  if (end == std::string_view::npos || end + 2 >= line.size()) return false;
+  const std::size_t end = text.rfind(')');
+  if (end == std::string::npos || end + 2 >= text.size()) return false;
   constexpr std::string_view kRunningOrReading = "RD";
-  return kRunningOrReading.find(line[end + 2]) != std::string_view::npos;
+  return kRunningOrReading.find(text[end + 2]) != std::string_view::npos;
 }
 
 }  // namespace
