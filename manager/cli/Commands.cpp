@@ -1,15 +1,22 @@
 #include "cli/Commands.h"
 
+#include <net/if.h>
+
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <ostream>
 
 #include "cli/Assignments.h"
+#include "cli/Check.h"
 #include "cli/Doctor.h"
+#include "cli/InterfaceNames.h"
 #include "cli/JsonOutput.h"
 #include "cli/Modify.h"
+#include "cli/Nearest.h"
 #include "cli/PluginProcess.h"
 #include "cli/Programs.h"
+#include "cli/ShortNames.h"
 #include "cli/TextOutput.h"
 #include "cli/TreeModel.h"
 #include "cli/Watch.h"
@@ -22,9 +29,23 @@ namespace {
 
 using Command = void (*)(const Options&, Session&, const Output&);
 
-void printItems(const Options& options, const Output& output, const Reply& reply) {
+bool anyNamed(const ClassRepository& repository, const Reply& reply) {
+  return std::ranges::any_of(reply.items(), [&](const CMPIData& item) {
+    const PathBody* const path = item.type == CMPI_instance ? as<Instance>(item.value.inst)->body().path
+                                 : item.type == CMPI_ref    ? &as<ObjectPath>(item.value.ref)->body()
+                                                            : nullptr;
+    return path && InterfaceNames::has(repository, path->className);
+  });
+}
+
+void printItems(const Options& options, Session& session, const Output& output, const Reply& reply) {
   if (options.json) return writeItems(output.out, reply.items(), options.jsonForm());
-  output.out << textOfItems(reply.items(), output.colour);
+  // What is printed for programs has paths alone.
+  std::optional<InterfaceNames> names;
+  if ((!options.names || output.width > 0) && anyNamed(session.repository(), reply)) {
+    names.emplace(session.model());
+  }
+  output.out << textOfItems(reply.items(), output.colour, names ? &*names : nullptr);
 }
 
 /// The plug-in's refusal, with the thing that was asked for in front.
@@ -46,11 +67,11 @@ void runClasses(const Options& options, Session& session, const Output& output) 
 }
 
 void runInstances(const Options& options, Session& session, const Output& output) {
-  const ClassDef& asked = requireClass(session.repository(), options.className);
+  const ClassDef& asked = classMeant(session.repository(), options.className);
   Namespace& model = session.model();
   Reply reply = options.names ? model.enumerateInstanceNames(asked.name)
                               : model.enumerateInstances(asked.name, nullptr);
-  printItems(options, output, answered("class '" + asked.name + "'", std::move(reply)));
+  printItems(options, session, output, answered("class '" + asked.name + "'", std::move(reply)));
 }
 
 void runGet(const Options& options, Session& session, const Output& output) {
@@ -60,25 +81,33 @@ void runGet(const Options& options, Session& session, const Output& output) {
   if (reply.items().empty() || reply.items()[0].type != CMPI_instance) {
     throw ManagerError(named(path.body()) + ": " + codeText(CMPI_RC_ERR_NOT_FOUND));
   }
-  printItems(options, output, reply);
+  printItems(options, session, output, reply);
+}
+
+void requireClasses(const Options& options, const ClassRepository& repository) {
+  for (const std::string& name : {options.filter.associationClass, options.filter.resultClass}) {
+    if (!name.empty() && !repository.find(name)) classMeant(repository, name);
+  }
 }
 
 void runAssociators(const Options& options, Session& session, const Output& output) {
+  requireClasses(options, session.repository());
   Arena arena;
   const ObjectPath& path = pathOf(options, session, arena);
   Namespace& model = session.model();
   Reply reply = options.names ? model.associatorNames(path, options.filter)
                               : model.associators(path, options.filter, nullptr);
-  printItems(options, output, answered(named(path.body()), std::move(reply)));
+  printItems(options, session, output, answered(named(path.body()), std::move(reply)));
 }
 
 void runReferences(const Options& options, Session& session, const Output& output) {
+  requireClasses(options, session.repository());
   Arena arena;
   const ObjectPath& path = pathOf(options, session, arena);
   Namespace& model = session.model();
   Reply reply = options.names ? model.referenceNames(path, options.filter)
                               : model.references(path, options.filter, nullptr);
-  printItems(options, output, answered(named(path.body()), std::move(reply)));
+  printItems(options, session, output, answered(named(path.body()), std::move(reply)));
 }
 
 /// A path with keys, or the name of a class for methods that belong to the class.
@@ -121,16 +150,41 @@ void runInvoke(const Options& options, Session& session, const Output& output) {
                               : textOfMethod(method, returned, arguments));
 }
 
+/// Names of what is no adapter and could be shown.
+std::string virtualHint(const Options& options) {
+  if (!options.source.empty() || options.includeVirtual) return {};
+  std::vector<std::string> names;
+  struct if_nameindex* const all = if_nameindex();
+  for (const struct if_nameindex* one = all; one && one->if_name; ++one) {
+    if (std::string_view(one->if_name) != "lo") names.emplace_back(one->if_name);
+  }
+  if (all) if_freenameindex(all);
+  return names.empty() ? "" : "--include-virtual shows " + listed(names);
+}
+
 void runTree(const Options& options, Session& session, const Output& output) {
-  const Tree tree = readTree(session.model());
-  output.out << (options.json ? jsonOfTree(tree) : textOfTree(tree, output.colour, linesOfLocale()));
+  Tree tree = readTree(session.model());
+  if (tree.cards.empty()) tree.hint = virtualHint(options);
+  output.out << (options.json ? jsonOfTree(tree)
+                              : textOfTree(tree, output.colour, linesOfLocale(), output.width));
 }
 
 void runWatch(const Options& options, Session& session, const Output& output) {
   watchAlerts(options, session, output);
 }
 
+/// What a shell may complete a word to, one a line.
+void runComplete(const Options& options, Session& session, const Output& output) {
+  for (const std::string& word :
+       options.className == "classes" ? classWords(session.repository()) : instanceWords(session.model())) {
+    output.out << word << "\n";
+  }
+}
+
 void runCapture(const Options& options, Session&, const Output&) {
+  if (!options.source.empty()) {
+    throw ManagerError("capture records this machine, and takes no --source: a recording is there already");
+  }
   std::vector<std::string> words = {"zeb-capture"};
   if (options.anonymize) words.emplace_back("--anonymize");
   words.push_back(options.path);
@@ -153,12 +207,13 @@ constexpr std::array kCommands = {
     CommandRow{"tree", runTree},
     CommandRow{"watch", runWatch},
     CommandRow{"capture", runCapture},
+    CommandRow{"complete", runComplete},
 };
 
 }  // namespace
 
 ObjectPath& pathOf(const Options& options, Session& session, Arena& arena) {
-  return *parsePath(arena, session.repository(), kNameSpace, options.path);
+  return instanceMeant(session, arena, options.path);
 }
 
 void runCommand(const Options& options, Session& session, const Output& output) {
@@ -167,16 +222,19 @@ void runCommand(const Options& options, Session& session, const Output& output) 
   found->run(options, session, output);
 }
 
-int runZebcim(int argc, const char* const* argv, std::ostream& out, std::ostream& err, bool colour) {
+int runZebcim(int argc, const char* const* argv, const Output& output) {
+  std::ostream& out = output.out;
+  std::ostream& err = output.err;
   int exitStatus = 0;
   const auto options = parseOptions(argc, argv, out, err, exitStatus);
   if (!options) return exitStatus;
   try {
-    if (options->command == "doctor") return diagnose(*options, {out, err, colour});
+    if (options->command == "doctor") return diagnose(*options, output);
+    if (options->command == "check") return check(*options, output);
     if (options->command == "serve") become("zebcim-server", {argv, argv + argc});
     if (options->command == "provide") return runPluginProcess(*options);
     Session session(*options);
-    runCommand(*options, session, {out, err, colour});
+    runCommand(*options, session, output);
     if (!out.flush()) throw ManagerError("cannot write the output");
     return 0;
   } catch (const std::exception& error) {

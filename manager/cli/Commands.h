@@ -14,6 +14,7 @@ struct Output {
   std::ostream& out;
   std::ostream& err;
   bool colour = false;
+  std::size_t width = 0;  ///< columns of the terminal; 0: it is none
 };
 
 /// The instance that the options name. Throws ManagerError.
@@ -23,8 +24,8 @@ ObjectPath& pathOf(const Options& options, Session& session, Arena& arena);
 /// ManagerError.
 void runCommand(const Options& options, Session& session, const Output& output);
 
-/// The whole program: status 0, 1 after an error, which is one line on `err`, 2 after a wrong command line.
-/// For what needs libraries that no other command does it becomes another program.
-int runZebcim(int argc, const char* const* argv, std::ostream& out, std::ostream& err, bool colour);
+/// The whole program: status 0, 1 after an error, which is one line on `err` of the output, 2 after a wrong
+/// command line. For what needs libraries that no other command does it becomes another program.
+int runZebcim(int argc, const char* const* argv, const Output& output);
 
 }  // namespace ZebManager

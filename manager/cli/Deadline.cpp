@@ -10,7 +10,7 @@ namespace ZebManager {
 
 using Clock = std::chrono::steady_clock;
 
-Deadline::Deadline(unsigned seconds) : _limit(seconds) {
+Deadline::Deadline(unsigned seconds, int status) : _limit(seconds), _status(status) {
   resume();
   if (seconds == 0) return;
   // Signals are for the thread that runs the command.
@@ -56,7 +56,7 @@ void Deadline::watch() {
   const std::string line = "zebcim: the plug-in did not answer within " + std::to_string(_limit.count()) +
                            " s; --timeout allows more\n";
   static_cast<void>(!write(STDERR_FILENO, line.data(), line.size()));
-  std::_Exit(1);
+  std::_Exit(_status);
 }
 
 }  // namespace ZebManager

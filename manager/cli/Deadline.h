@@ -9,11 +9,11 @@
 
 namespace ZebManager {
 
-/// Ends the process with one line and status 1 when the time is up before the object goes: a call that does
+/// Ends the process with one line and a status when the time is up before the object goes: a call that does
 /// not return cannot be taken back, and nothing has been printed yet. Zero seconds: no limit.
 class Deadline {
  public:
-  explicit Deadline(unsigned seconds);
+  explicit Deadline(unsigned seconds, int status = 1);
   Deadline(const Deadline&) = delete;
   Deadline& operator=(const Deadline&) = delete;
   ~Deadline();
@@ -26,6 +26,7 @@ class Deadline {
   void watch();
 
   const std::chrono::seconds _limit;
+  const int _status;
   std::mutex _mutex;
   std::condition_variable _changed;
   std::optional<std::chrono::steady_clock::time_point> _end;

@@ -1,5 +1,7 @@
 #include "cli/Doctor.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -9,6 +11,7 @@
 
 #include "cli/DoctorFindings.h"
 #include "cli/DoctorReport.h"
+#include "cli/DoctorSurroundings.h"
 #include "cli/PropertyView.h"
 #include "local/RunFolder.h"
 #include "posix/TemporaryFolder.h"
@@ -24,8 +27,11 @@ class Doctor {
 
   DoctorFindings look() {
     const std::string runFolder = configuredRunFolder();
+    lookAtThisMachine(_findings);
     lookInside();
+    lookAtService(_findings, _options, runFolder);
     lookAtTheRunningOne(runFolder);
+    lookAtObjectManagers(_findings);
     return std::move(_findings);
   }
 
@@ -70,7 +76,15 @@ class Doctor {
     if (!report) throw ManagerError("it has not reported");
     const std::string source = report->source.empty() ? "this machine" : "the recording " + report->source;
     _findings.add("reading", source, report->unread);
-    for (const DoctorFile& store : report->stores) _findings.add("store", store.file, store.failure);
+    for (const std::string& wrong : report->configuration) _findings.bad("settings", wrong);
+    if (report->configuration.empty()) _findings.good("settings", configurationFile());
+    for (const DoctorFile& store : report->stores) {
+      if (store.failure.empty() || geteuid() == 0) {
+        _findings.add("store", store.file, store.failure);
+      } else {
+        _findings.note("store", store.file + ": " + store.failure + "; root sees more");
+      }
+    }
     _findings.add("records", report->records.file, report->records.failure);
   }
 
@@ -87,7 +101,7 @@ class Doctor {
       _findings.add("running", where, isAlive(*report) ? "" : "it is gone and has not ended in good order");
       if (isAlive(*report)) lookAt(*report);
     } catch (const ManagerError& error) {
-      _findings.bad("running", error.what());
+      geteuid() == 0 ? _findings.bad("running", error.what()) : _findings.note("running", error.what());
     }
   }
 

@@ -3,6 +3,7 @@
 #include <signal.h>
 
 #include <cerrno>
+#include <cstring>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -40,6 +41,7 @@ DoctorReport parseReport(const std::string& text) {
   report.indications = json.at("indications");
   report.source = textAt(json, "source");
   report.unread = textAt(json, "unread");
+  report.configuration = json.value("configuration", std::vector<std::string>());
   for (const Json& store : json.at("stores")) {
     report.stores.push_back({textAt(store, "file"), textAt(store, "failure")});
   }
@@ -53,6 +55,7 @@ std::optional<DoctorReport> readReport(const std::string& folder) {
   const std::string file = folder + kReportFile;
   std::ifstream in(file);
   if (!in && errno == ENOENT) return std::nullopt;
+  if (!in) throw ManagerError("'" + file + "' cannot be read: " + std::strerror(errno) + "; root can");
   std::ostringstream text;
   text << in.rdbuf();
   try {

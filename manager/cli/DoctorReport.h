@@ -33,6 +33,7 @@ struct DoctorReport {
   bool indications = false;
   std::string source;
   std::string unread;
+  std::vector<std::string> configuration;  ///< what is wrong with it
   std::vector<DoctorFile> stores;
   DoctorFile records;
 };

@@ -78,7 +78,12 @@ class Change {
 
 /// What a service serves is lost with it where it cannot write.
 void requireStores(const std::string& runFolder) {
-  const auto report = readReport(runFolder);
+  std::optional<DoctorReport> report;
+  try {
+    report = readReport(runFolder);
+  } catch (const ManagerError&) {
+    // Reports are for root alone.
+  }
   if (!report) return;
   for (const DoctorFile& store : report->stores) {
     if (!store.failure.empty()) {

@@ -3,6 +3,8 @@
 #include <CLI/CLI.hpp>
 #include <ostream>
 
+#include "cli/Nearest.h"
+
 namespace ZebManager {
 namespace {
 
@@ -27,7 +29,10 @@ void addNames(CLI::App& command, Options& options) {
 }
 
 void addPath(CLI::App& command, Options& options) {
-  command.add_option("PATH", options.path, "Object path, for example 'ZEB_EthernetTeam.InstanceID=\"...\"'")
+  command
+      .add_option("NAME", options.path,
+                  "Name of an interface, a slot, a MAC address, or an object path, for example "
+                  "'ZEB_EthernetTeam.InstanceID=\"...\"'")
       ->required();
 }
 
@@ -36,7 +41,7 @@ void addAssociators(CLI::App& app, Options& options) {
   addPath(command, options);
   command.add_option("--assoc-class", options.filter.associationClass, "Through this association only");
   command.add_option("--result-class", options.filter.resultClass, "Instances of this class only");
-  command.add_option("--role", options.filter.role, "Role of PATH in the association");
+  command.add_option("--role", options.filter.role, "Role of NAME in the association");
   command.add_option("--result-role", options.filter.resultRole, "Role of the other end");
   addNames(command, options);
 }
@@ -45,7 +50,7 @@ void addReferences(CLI::App& app, Options& options) {
   CLI::App& command = *app.add_subcommand("references", "Associations that refer to an instance");
   addPath(command, options);
   command.add_option("--result-class", options.filter.resultClass, "Associations of this class only");
-  command.add_option("--role", options.filter.role, "Role of PATH in the association");
+  command.add_option("--role", options.filter.role, "Role of NAME in the association");
   addNames(command, options);
 }
 
@@ -53,6 +58,7 @@ void addWatch(CLI::App& app, Options& options) {
   CLI::App& command = *app.add_subcommand("watch", "Alerts as they come, until interrupted");
   command.add_option("--where", options.watchCondition, "Only alerts that meet this condition of a query")
       ->type_name("CONDITION");
+  command.add_flag("--advice", options.advice, "With what is recommended to do");
   command.add_option("--for", options.watchSeconds, "End after this many seconds")
       ->type_name("SECONDS")
       ->check(CLI::Range(0.001, 1e8));
@@ -80,19 +86,29 @@ void addServe(CLI::App& app, Options& options) {
       .add_option("--helpers", options.helpers,
                   "Folder of the sockets behind which the other processes start")
       ->type_name("FOLDER");
+  CLI::App& complete = *app.add_subcommand("complete", "Words for a shell")->group("");
+  complete.add_option("KIND", options.className)->required()->check(CLI::IsMember({"classes", "names"}));
+  app.add_subcommand("examine", "What doctor asks the server's program")
+      ->group("")
+      ->add_option("--config", options.config);
   app.add_subcommand("provide", "The plug-in's process of a server")->group("");
 }
 
 void addCommands(CLI::App& app, Options& options) {
   app.add_subcommand("tree", "Cards, ports, teams and their addresses at a glance");
   addWatch(app, options);
-  app.add_subcommand("doctor", "Whether everything is as it should be");
+  app.add_subcommand("doctor", "Whether everything is as it should be, and what to do")
+      ->add_option("--config", options.config, "The configuration of the server")
+      ->type_name("FILE");
+  app.add_subcommand("check", "One line for monitoring, with exit status 0 to 3");
   addCapture(app, options);
   addServe(app, options);
   app.add_subcommand("classes", "Classes that are served");
 
   CLI::App& instances = *app.add_subcommand("instances", "Instances of a class and of its subclasses");
-  instances.add_option("CLASS", options.className, "Name of the class")->required();
+  instances
+      .add_option("CLASS", options.className, "Name of the class, or a word such as ports, teams, cards")
+      ->required();
   addNames(instances, options);
 
   addPath(*app.add_subcommand("get", "One instance"), options);
@@ -105,9 +121,29 @@ void addCommands(CLI::App& app, Options& options) {
       ->required();
 
   CLI::App& invoke = *app.add_subcommand("invoke", "Call a method of an instance or of a class");
-  invoke.add_option("PATH", options.path, "Object path, or the name of a class")->required();
+  invoke.add_option("NAME", options.path, "Name or object path of an instance, or the name of a class")
+      ->required();
   invoke.add_option("METHOD", options.method, "Name of the method")->required();
   invoke.add_option("Name=Value", options.assignments, "Arguments");
+}
+
+/// The word that stands where a command is expected; empty when there is none.
+std::string wrongCommand(const CLI::App& app, int argc, const char* const* argv) {
+  std::vector<std::string> known;
+  for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
+    if (!command->get_group().empty()) known.push_back(command->get_name());
+  }
+  for (int i = 1; i < argc; ++i) {
+    const std::string word = argv[i];
+    if (word.starts_with("-")) {
+      const CLI::Option* const option = app.get_option_no_throw(word.substr(0, word.find('=')));
+      if (!option) return {};
+      if (option->get_expected_min() > 0 && word.find('=') == std::string::npos) ++i;
+      continue;
+    }
+    return "there is no command '" + word + "'" + suggestion(word, known);
+  }
+  return {};
 }
 
 }  // namespace
@@ -118,6 +154,7 @@ std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostr
   CLI::App app("CIM object manager for the Ethernet of this machine", "zebcim");
   app.require_subcommand(1);
   app.fallthrough();
+  app.set_version_flag("--version", "zebcim " ZEB_VERSION, "Print the version and end");
   addGlobals(app, options);
   addCommands(app, options);
   try {
@@ -127,8 +164,11 @@ std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostr
     return std::nullopt;
   } catch (const CLI::ParseError& error) {
     const auto commands = app.get_subcommands();
-    err << "zebcim: " << error.what() << "\n" << (commands.empty() ? app : *commands.front()).help();
-    exitStatus = 2;
+    const std::string wrong = commands.empty() ? wrongCommand(app, argc, argv) : "";
+    err << "zebcim: " << (wrong.empty() ? error.what() : wrong) << "\n"
+        << (commands.empty() ? app : *commands.front()).help();
+    const bool check = !commands.empty() && commands.front()->get_name() == "check";
+    exitStatus = check ? kUnknown : 2;
     return std::nullopt;
   }
   options.json = !options.jsonWord.empty();

@@ -12,6 +12,9 @@
 
 namespace ZebManager {
 
+/// Exit status of `check` when nothing can be said.
+inline constexpr int kUnknown = 3;
+
 struct Options {
   std::string command;
   std::string className;
@@ -21,6 +24,7 @@ struct Options {
   AssociationFilter filter;
   bool names = false;
   bool anonymize = false;
+  bool advice = false;
   std::string watchCondition;               ///< of a query, empty for every alert
   std::optional<double> watchSeconds;       ///< nothing: until a signal comes
   std::optional<std::uint64_t> watchCount;  ///< likewise

@@ -22,6 +22,18 @@ std::string PropertyView::text(std::string_view name) const {
   return data && data->type == CMPI_string ? std::string(textOf(data->value.string)) : std::string();
 }
 
+std::vector<std::string> PropertyView::texts(std::string_view name) const {
+  std::vector<std::string> all;
+  const NamedValue* const value = _body.properties.find(name);
+  if (!value || isNull(value->data) || !isArray(value->data.type)) return all;
+  const ArrayBody& array = as<Array>(value->data.value.array)->body();
+  for (CMPICount i = 0; i < array.count; ++i) {
+    if (array.elementType == CMPI_string && !isNull(array.elements[i]))
+      all.emplace_back(textOf(array.elements[i].value.string));
+  }
+  return all;
+}
+
 std::optional<std::uint64_t> PropertyView::number(std::string_view name) const {
   const CMPIData* const data = find(name);
   return data && integerRange(data->type) ? std::optional(unsignedOf(*data)) : std::nullopt;

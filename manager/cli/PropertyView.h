@@ -19,6 +19,8 @@ class PropertyView {
 
   std::string path() const;
   std::string text(std::string_view name) const;
+  /// The elements of an array.
+  std::vector<std::string> texts(std::string_view name) const;
   /// The first element of an array counts as the property.
   std::optional<std::uint64_t> number(std::string_view name) const;
   std::optional<bool> flag(std::string_view name) const;

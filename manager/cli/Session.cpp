@@ -54,7 +54,7 @@ std::string findSchema(const std::string& option) {
 }
 
 Session::Session(const Options& options, Posts posts)
-    : _deadline(options.timeoutSeconds),
+    : _deadline(options.timeoutSeconds, options.command == "check" ? kUnknown : 1),
       _options(options),
       _posts(posts),
       _runFolder(configuredRunFolder()),

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "cli/InterfaceNames.h"
 #include "cli/Printable.h"
 #include "values/DateTimeText.h"
 #include "values/ObjectPathText.h"
@@ -54,12 +55,19 @@ void appendLine(std::string& out, const std::string& name, std::size_t width, co
   out += line + "\n";
 }
 
-void appendInstance(std::string& out, const Instance& instance, bool colour) {
+/// The path, and what the operating system calls the thing.
+std::string pathText(const PathBody& path, const InterfaceNames* names) {
+  const std::string text = formatPath(path);
+  const std::string name = names ? names->nameOf(text) : "";
+  return printable(name.empty() ? text : text + "  " + name);
+}
+
+void appendInstance(std::string& out, const Instance& instance, bool colour, const InterfaceNames* names) {
   const InstanceBody& body = instance.body();
   std::size_t width = 0;
   for (const NamedValue& value : body.properties) width = std::max(width, value.name.size());
   if (!out.empty()) out += "\n";
-  out += heading(printable(formatPath(*body.path)), colour) + "\n";
+  out += heading(pathText(*body.path, names), colour) + "\n";
   for (const NamedValue& value : body.properties) {
     const PropertyDef* const property = body.classDef->property(value.name);
     appendLine(out, std::string(value.name), width, valueText(value.data, property));
@@ -68,11 +76,13 @@ void appendInstance(std::string& out, const Instance& instance, bool colour) {
 
 }  // namespace
 
-std::string textOfItems(std::span<const CMPIData> items, bool colour) {
+std::string textOfItems(std::span<const CMPIData> items, bool colour, const InterfaceNames* names) {
   std::string out;
   for (const CMPIData& item : items) {
     if (item.type == CMPI_instance) {
-      appendInstance(out, *as<Instance>(item.value.inst), colour);
+      appendInstance(out, *as<Instance>(item.value.inst), colour, names);
+    } else if (item.type == CMPI_ref) {
+      out += pathText(as<ObjectPath>(item.value.ref)->body(), names) + "\n";
     } else {
       out += scalarText(item, nullptr) + "\n";
     }

@@ -24,13 +24,6 @@ std::optional<std::uint64_t> prefixOfMask(std::string_view mask) {
   return static_cast<std::uint64_t>(ones);
 }
 
-/// The endpoint is named after its number where the system's name is not known.
-std::string deviceName(const PropertyView& endpoint) {
-  const std::string name = endpoint.text("Description");
-  constexpr std::string_view kNameless = "LAN Endpoint ";
-  return name.starts_with(kNameless) ? std::string() : name;
-}
-
 std::unordered_map<std::string, TreeAddress> readAddresses(Namespace& model) {
   std::unordered_map<std::string, std::string> gateways;
   forEachInstance(model, "ZEB_EthernetRemoteServiceAccessPoint", [&](const PropertyView& view) {
@@ -60,6 +53,17 @@ std::unordered_map<std::string, TreeAddress> readAddresses(Namespace& model) {
 
 }  // namespace
 
+/// The endpoint is named after its number where the system's name is not known.
+std::string deviceName(const PropertyView& endpoint) {
+  const std::string name = endpoint.text("Description");
+  constexpr std::string_view kNameless = "LAN Endpoint ";
+  return name.starts_with(kNameless) ? std::string() : name;
+}
+
+bool isVlan(const PropertyView& endpoint) {
+  return endpoint.number("VLANId") || !endpoint.text("VLANName").empty();
+}
+
 std::string withColons(const std::string& address) {
   std::string shown;
   for (std::size_t i = 0; i < address.size(); ++i) {
@@ -80,7 +84,7 @@ std::unordered_map<std::string, TreeEndpoint> readEndpoints(Namespace& model) {
   forEachInstance(model, "ZEB_EthernetLANEndpoint", [&](const PropertyView& view) {
     const std::string path = view.path();
     TreeEndpoint& endpoint = endpoints[path];
-    endpoint.isVlan = view.number("VLANId") || !view.text("VLANName").empty();
+    endpoint.isVlan = isVlan(view);
     endpoint.interface.path = path;
     endpoint.interface.name = deviceName(view);
     endpoint.interface.macAddress = withColons(view.text("MACAddress"));

@@ -58,6 +58,7 @@ Json portJson(const TreePort& port) {
   Json json = interfaceJson(port);
   json["number"] = counted(port.number);
   json["speed"] = counted(port.speed);
+  json["maxSpeed"] = counted(port.maxSpeed);
   json["fullDuplex"] = known(port.fullDuplex);
   json["mtu"] = counted(port.mtu);
   json["team"] = known(port.team);

@@ -36,8 +36,9 @@ struct TreeVlan : TreeInterface {
 };
 
 struct TreePort : TreeInterface {
-  std::uint64_t number = 0;  ///< on its card, from 1; 0 when it is not known
-  std::uint64_t speed = 0;   ///< bits a second; 0 when there is none
+  std::uint64_t number = 0;    ///< on its card, from 1; 0 when it is not known
+  std::uint64_t speed = 0;     ///< bits a second; 0 when there is none
+  std::uint64_t maxSpeed = 0;  ///< that the port can; 0 when it is not known
   std::optional<bool> fullDuplex;
   std::uint64_t mtu = 0;  ///< bytes; 0 when it is not known
   std::string team;       ///< name of the team that it is a member of
@@ -75,6 +76,7 @@ struct TreeTeam : TreeInterface {
 
 struct Tree {
   std::string host;  ///< name of this machine
+  std::string hint;  ///< where there are no cards: what there is
   std::vector<TreeCard> cards;
   std::vector<TreeTeam> teams;
 };
@@ -87,8 +89,9 @@ Tree readTree(Namespace& model);
 
 enum class TreeLines { Boxes, Ascii };
 
-/// Lines of the tree, the columns of things of one kind aligned.
-std::string textOfTree(const Tree& tree, bool colour, TreeLines lines);
+/// Lines of the tree, the columns of things of one kind aligned. `width`: what a line may take, 0 for as much
+/// as it needs; beyond it columns close up, and what comes last goes to a line of its own.
+std::string textOfTree(const Tree& tree, bool colour, TreeLines lines, std::size_t width);
 /// One nested document. What is not known is null.
 std::string jsonOfTree(const Tree& tree);
 

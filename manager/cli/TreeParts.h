@@ -22,6 +22,11 @@ std::unordered_map<std::string, TreeEndpoint> readEndpoints(Namespace& model);
 /// Cards without their ports, in the order in which they are served.
 std::vector<TreeCard> readCards(Namespace& model);
 
+/// The operating system's name of what an endpoint stands for; empty when it is not known.
+std::string deviceName(const PropertyView& endpoint);
+/// Whether an endpoint is that of a VLAN.
+bool isVlan(const PropertyView& endpoint);
+
 /// The status whose number and words two properties have; without a property for the words, the schema's.
 TreeStatus statusOf(const PropertyView& view, const char* numbers, const char* words = nullptr);
 /// "001b21000001" as "00:1b:21:00:00:01".

@@ -51,6 +51,7 @@ class Reader {
       port.macAddress = withColons(view.text("PermanentAddress"));
       port.status = statusOf(view, "OperationalStatus", "StatusDescriptions");
       port.speed = view.number("Speed").value_or(0);
+      port.maxSpeed = view.number("MaxSpeed").value_or(0);
       port.fullDuplex = view.flag("FullDuplex");
       port.mtu = view.number("ActiveMaximumTransmissionUnit").value_or(0);
       takeEndpoints(port, toEndpoint);

@@ -36,12 +36,6 @@ struct Branches {
 constexpr Branches kBoxes = {"├─ ", "└─ ", "│  ", "   "};
 constexpr Branches kAscii = {"|- ", "`- ", "|  ", "   "};
 
-/// Characters, not bytes.
-std::size_t widthOf(std::string_view text) {
-  return static_cast<std::size_t>(
-      std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; }));
-}
-
 /// Leaves out what is empty.
 std::string joined(std::initializer_list<std::string> texts, std::string_view between) {
   std::string all;
@@ -94,6 +88,15 @@ std::string portName(const TreePort& port) {
   return port.number == 0 ? "port" : "port " + std::to_string(port.number);
 }
 
+/// What a link gives away of what the port can.
+std::string shortfall(const TreePort& port) {
+  if (port.speed == 0) return {};
+  const bool slow = port.speed < port.maxSpeed;
+  return joined({slow ? "below its " + speedWords(port.maxSpeed) : "",
+                 port.fullDuplex && !*port.fullDuplex ? "one direction at a time" : ""},
+                ", ");
+}
+
 Line portLine(const TreePort& port) {
   const std::string team = joined({labelled("in ", port.team), port.team.empty() ? "" : port.role}, ", ");
   Line line{Kind::Port,
@@ -101,6 +104,7 @@ Line portLine(const TreePort& port) {
              statusCell(port.status),
              {linkWords(port.status.code)},
              {joined({speedWords(port.speed), duplexWords(port)}, " ")},
+             {shortfall(port), Tone::Warning},
              {port.macAddress},
              {team}},
             {}};
@@ -160,43 +164,67 @@ void measure(std::vector<Line>& lines, Widths& widths) {
   }
 }
 
-std::string textOfCells(const Line& line, Widths& widths, bool colour) {
+/// The cells in their columns. What does not fit into `room` goes to further lines, which begin with `below`;
+/// 0: everything fits.
+std::string textOfCells(const Line& line, Widths& widths, std::size_t room, const std::string& below,
+                        bool colour) {
   std::string text;
   std::size_t gap = 0;
+  std::size_t taken = 0;
   for (std::size_t i = 0; i < line.cells.size(); ++i) {
     const Cell& cell = line.cells[i];
     const std::size_t width = widthIn(widths, line, i);
     if (width == 0) continue;
-    if (!cell.text.empty()) {
-      text.append(gap, ' ').append(toned(cell.text, cell.tone, colour));
+    const std::size_t own = widthOf(cell.text);
+    if (own > 0) {
+      if (room > 0 && taken > 0 && taken + gap + own > room) {
+        text += "\n" + below;
+        taken = gap = 0;
+      }
+      text.append(gap, ' ').append(toned(cut(cell.text, room), cell.tone, colour));
+      taken += gap + own;
       gap = 0;
     }
-    gap += width - widthOf(cell.text) + 2;
+    gap += width - own + 2;
   }
   return text;
 }
 
+struct Drawing {
+  const Branches& branches;
+  std::size_t width;
+  bool colour;
+};
+
 void append(std::string& out, const std::string& indent, const std::vector<Line>& lines, Widths& widths,
-            const Branches& branches, bool colour) {
+            const Drawing& drawing) {
+  constexpr std::size_t kLeast = 30;
   for (const Line& line : lines) {
     const bool last = &line == &lines.back();
-    out += toned(indent + (last ? branches.lastItem : branches.item), Tone::Faint, colour) +
-           textOfCells(line, widths, colour) + "\n";
-    append(out, indent + (last ? branches.belowLast : branches.below), line.below, widths, branches, colour);
+    const std::string inside = indent + (last ? drawing.branches.belowLast : drawing.branches.below);
+    const std::string stem =
+        inside + (line.below.empty() ? "    " : std::string(drawing.branches.below) + " ");
+    const std::size_t used = widthOf(stem);
+    const std::size_t room =
+        drawing.width == 0 ? 0 : std::max(kLeast, drawing.width - std::min(used, drawing.width));
+    out += toned(indent + (last ? drawing.branches.lastItem : drawing.branches.item), Tone::Faint,
+                 drawing.colour) +
+           textOfCells(line, widths, room, toned(stem, Tone::Faint, drawing.colour), drawing.colour) + "\n";
+    append(out, inside, line.below, widths, drawing);
   }
 }
 
 }  // namespace
 
-std::string textOfTree(const Tree& tree, bool colour, TreeLines lines) {
+std::string textOfTree(const Tree& tree, bool colour, TreeLines lines, std::size_t width) {
   std::vector<Line> top;
   for (const TreeCard& card : tree.cards) top.push_back(cardLine(card));
   for (const TreeTeam& team : tree.teams) top.push_back(teamLine(team));
   Widths widths{};
   measure(top, widths);
   std::string out = toned(printable(tree.host), Tone::Strong, colour) +
-                    (tree.cards.empty() ? ": no Ethernet adapters\n" : "\n");
-  append(out, "", top, widths, lines == TreeLines::Boxes ? kBoxes : kAscii, colour);
+                    (tree.cards.empty() ? ": no Ethernet adapters" + labelled("; ", tree.hint) : "") + "\n";
+  append(out, "", top, widths, {lines == TreeLines::Boxes ? kBoxes : kAscii, width, colour});
   return out;
 }
 

@@ -69,7 +69,9 @@ class Watch {
       _output.out << jsonLineOfInstance(instance, _options.jsonForm()) << std::endl;
     } else {
       const std::string name = _names.nameOf(PropertyView(instance).text("AlertingManagedElement"));
-      _output.out << lineOfAlert(instance, alert.arrival, name, _output.colour) << std::endl;
+      _output.out << lineOfAlert(instance, alert.arrival, name,
+                                 {_output.colour, _output.width, _options.advice})
+                  << std::endl;
     }
     if (!_output.out) throw ManagerError("cannot write the output");
     ++_printed;

@@ -47,30 +47,48 @@ void appendAfter(std::string& text, const char* mark, const std::string& more) {
   if (!more.empty()) text += (text.empty() ? "" : mark) + more;
 }
 
-std::string placeOf(const PropertyView& view, const std::string& name) {
-  std::string place = name;
-  appendAfter(place, ", ", view.text("HWPhysicalLocation"));
+std::string placeOf(const PropertyView& view) {
+  std::string place = view.text("HWPhysicalLocation");
   const std::string partNumber = view.text("HWPartNumber");
   if (!partNumber.empty() && partNumber != "N/A") appendAfter(place, ", ", "part " + partNumber);
   return place;
 }
 
+std::string padded(std::string text, std::size_t width) {
+  text.resize(std::max(text.size(), width), ' ');
+  return text;
+}
+
+std::string adviceOf(const Instance& alert, std::size_t width) {
+  std::string lines;
+  for (const std::string& action : PropertyView(alert).texts("RecommendedActions")) {
+    lines += "\n" + wrapped("  - " + printable(action), width);
+  }
+  return lines;
+}
+
 }  // namespace
 
 std::string lineOfAlert(const Instance& alert, std::chrono::system_clock::time_point arrival,
-                        const std::string& name, bool colour) {
+                        const std::string& name, const LineStyle& style) {
+  constexpr std::size_t kNameWidth = 8;
   constexpr std::size_t kSeverityWidth = sizeof "Information" - 1;
   const PropertyView view(alert);
-  std::string severity = severityOf(view);
-  severity.resize(std::max(severity.size(), kSeverityWidth), ' ');
+  const std::string severity = printable(severityOf(view));
   std::string what = view.text("Summary");
   appendAfter(what, ": ", detailOf(view.text("Description")));
   appendAfter(what, "; ", view.text("UserComment"));
-  const std::string place = placeOf(view, name);
-  return localTime(arrival) + "  " +
-         toned(printable(severity), toneOfSeverity(view.number("PerceivedSeverity").value_or(0)), colour) +
-         "  " + printable(what) +
-         (place.empty() ? "" : toned("  [" + printable(place) + "]", Tone::Strong, colour));
+  const std::string place = placeOf(view);
+  const std::string head =
+      localTime(arrival) + "  " + padded(printable(name.empty() ? "-" : name), kNameWidth) + "  ";
+  std::string line = wrapped(head + padded(severity, kSeverityWidth) + "  " +
+                                 printable(what + (place.empty() ? "" : "  [" + place + "]")),
+                             style.width);
+  if (line.compare(head.size(), severity.size(), severity) == 0) {
+    line.replace(head.size(), severity.size(),
+                 toned(severity, toneOfSeverity(view.number("PerceivedSeverity").value_or(0)), style.colour));
+  }
+  return style.advice ? line + adviceOf(alert, style.width) : line;
 }
 
 }  // namespace ZebManager

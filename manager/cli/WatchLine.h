@@ -8,9 +8,16 @@
 
 namespace ZebManager {
 
-/// Local time, severity, what happened, and where in brackets, without a line end. `name` is that of the port
-/// or team, or empty.
+/// How a line is shown.
+struct LineStyle {
+  bool colour = false;
+  std::size_t width = 0;  ///< columns; 0: as many as it takes
+  bool advice = false;    ///< with what is recommended, one a line
+};
+
+/// Local time, name, severity, what happened, and where in brackets, without a line end. `name` is that of
+/// the port or team, or empty.
 std::string lineOfAlert(const Instance& alert, std::chrono::system_clock::time_point arrival,
-                        const std::string& name, bool colour);
+                        const std::string& name, const LineStyle& style);
 
 }  // namespace ZebManager

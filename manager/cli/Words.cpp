@@ -1,5 +1,6 @@
 #include "cli/Words.h"
 
+#include <algorithm>
 #include <array>
 
 namespace ZebManager {
@@ -61,6 +62,41 @@ std::string speedWords(std::uint64_t bitsPerSecond) {
     return (tenths % 10 == 0 ? whole : whole + "." + std::to_string(tenths % 10)) + unit.name;
   }
   return std::to_string(bitsPerSecond) + " bit/s";
+}
+
+std::size_t widthOf(std::string_view text) {
+  return static_cast<std::size_t>(
+      std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; }));
+}
+
+std::string cut(const std::string& text, std::size_t width) {
+  if (width == 0 || widthOf(text) <= width) return text;
+  std::size_t end = 0;
+  for (std::size_t columns = 0; columns + 2 < width; ++columns) {
+    do {
+      ++end;
+    } while ((static_cast<unsigned char>(text[end]) & 0xc0) == 0x80);
+  }
+  return text.substr(0, end) + "..";
+}
+
+std::string wrapped(const std::string& text, std::size_t width) {
+  constexpr std::string_view kIndent = "    ";
+  std::string out;
+  std::string line;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t word = std::min(text.find_first_not_of(' ', at), text.size());
+    const std::size_t end = std::min(text.find(' ', word), text.size());
+    if (width > 0 && widthOf(line) > kIndent.size() &&
+        widthOf(line) + widthOf(text.substr(at, end - at)) > width) {
+      out += line + "\n";
+      line = kIndent;
+      at = word;
+    }
+    line += text.substr(at, end - at);
+    at = end;
+  }
+  return out + line;
 }
 
 }  // namespace ZebManager

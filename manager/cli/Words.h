@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace ZebManager {
 
@@ -18,5 +19,12 @@ Tone toneOfStatus(std::optional<std::uint64_t> status);
 const char* linkWords(std::optional<std::uint64_t> status);
 /// "10 Gbit/s"; empty for no speed.
 std::string speedWords(std::uint64_t bitsPerSecond);
+
+/// Columns of a text: characters, not bytes.
+std::size_t widthOf(std::string_view text);
+/// A text that takes no more columns than `width`; 0 for all of it.
+std::string cut(const std::string& text, std::size_t width);
+/// Lines of at most `width` columns, parted between words; all but the first begin with blanks. 0: one line.
+std::string wrapped(const std::string& text, std::size_t width);
 
 }  // namespace ZebManager

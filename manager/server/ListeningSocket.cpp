@@ -26,6 +26,7 @@ Addresses resolve(const std::string& where) {
     throw ManagerError("'" + where + "': expected a port behind the colon");
   std::string host = where.substr(0, colon);
   if (host.size() > 1 && host.front() == '[' && host.back() == ']') host = host.substr(1, host.size() - 2);
+  if (host == "localhost") host = "127.0.0.1";
   addrinfo hints{};
   hints.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV | AI_PASSIVE;
   hints.ai_socktype = SOCK_STREAM;

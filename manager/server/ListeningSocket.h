@@ -15,7 +15,8 @@ struct ListeningSocket {
 /// Whether `listenAt` can read it.
 bool isListeningAddress(const std::string& where);
 
-/// Binds "ADDRESS:PORT"; the address is numeric, in brackets for IPv6, or * for all. Throws ManagerError.
+/// Binds "ADDRESS:PORT"; the address is numeric, in brackets for IPv6, localhost, or * for
+/// all. Throws ManagerError.
 ListeningSocket listenAt(const std::string& where);
 
 }  // namespace ZebManager

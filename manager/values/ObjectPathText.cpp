@@ -40,7 +40,7 @@ class PathParser {
   PathParser(Arena& arena, const ClassRepository& repository, std::string_view nameSpace)
       : _arena(arena), _repository(repository), _nameSpace(nameSpace) {}
 
-  ObjectPath* parse(std::string_view text, int depth);
+  ObjectPath* parse(std::string_view text, int depth, KeysGiven given = KeysGiven::All);
 
  private:
   [[noreturn]] void fail(const std::string& what) const {
@@ -60,7 +60,7 @@ class PathParser {
   int _depth = 0;
 };
 
-ObjectPath* PathParser::parse(std::string_view text, int depth) {
+ObjectPath* PathParser::parse(std::string_view text, int depth, KeysGiven given) {
   _text = _rest = text;
   _depth = depth;
   if (depth > kDeepestReference) fail("references are nested too deep");
@@ -75,7 +75,7 @@ ObjectPath* PathParser::parse(std::string_view text, int depth) {
   path->body().className = classDef->name;
   _rest.remove_prefix(className.size());
   if (!_rest.empty()) readKeys(*path, *classDef);
-  requireKeys(path->body(), *classDef);
+  if (given == KeysGiven::All) requireKeys(path->body(), *classDef);
   return path;
 }
 
@@ -226,8 +226,8 @@ std::string formatPath(const PathBody& path) {
 }
 
 ObjectPath* parsePath(Arena& arena, const ClassRepository& repository, std::string_view nameSpace,
-                      std::string_view text) {
-  return PathParser(arena, repository, nameSpace).parse(text, 0);
+                      std::string_view text, KeysGiven given) {
+  return PathParser(arena, repository, nameSpace).parse(text, 0, given);
 }
 
 const ClassDef& requireClass(const ClassRepository& repository, std::string_view className) {

@@ -15,11 +15,14 @@ std::string formatPath(const PathBody& path);
 /// A single value as it stands behind a key.
 std::string formatKeyValue(const CMPIData& value);
 
+/// Whether all keys have to be there.
+enum class KeysGiven { All, Some };
+
 /// Reads the text form of an instance path. Key types come from the schema; namespace and host may be left
 /// out, the namespace is then `nameSpace`. Throws ManagerError that names the path and what was expected: an
 /// unknown class, another namespace, keys that are missing, unknown, given twice or of the wrong type.
 ObjectPath* parsePath(Arena& arena, const ClassRepository& repository, std::string_view nameSpace,
-                      std::string_view text);
+                      std::string_view text, KeysGiven given = KeysGiven::All);
 
 /// The class that a name stands for. Throws ManagerError.
 const ClassDef& requireClass(const ClassRepository& repository, std::string_view className);

@@ -39,7 +39,7 @@ INSTANTIATE_TEST_SUITE_P(All, WrongLines,
 struct BadRequest {
   const char* name;
   std::vector<std::string> arguments;
-  const char* error;
+  std::string error;
 };
 
 class BadRequests : public testing::TestWithParam<BadRequest> {};
@@ -59,8 +59,11 @@ INSTANTIATE_TEST_SUITE_P(
             {"get", "T_None.Name=\"a\""},
             "path 'T_None.Name=\"a\"': unknown class 'T_None': expected one that 'zebcim classes' lists"},
         BadRequest{"MissingKeys",
+                   {"get", "T_Numbered.Number=7"},
+                   "path 'T_Numbered.Number=7': key 'Flag' is missing: T_Numbered has the keys Number, Flag"},
+        BadRequest{"Ambiguous",
                    {"get", "T_Thing"},
-                   "path 'T_Thing': key 'Name' is missing: T_Thing has the keys Name"},
+                   std::string("'T_Thing' could be any of ") + kOnePath + ", " + kTwoPath},
         BadRequest{"WrongKey",
                    {"get", "T_Thing.Caption=\"a\""},
                    "path 'T_Thing.Caption=\"a\"': 'Caption' is no key of T_Thing: expected Name"},

@@ -87,7 +87,7 @@ TEST_F(DoctorCommand, JsonHasFindingsAndTheReport) {
   EXPECT_EQ(document["healthy"], true);
   EXPECT_EQ(document["report"]["linkMessages"], 5);
   EXPECT_LT(document["reportAge"], 60);
-  EXPECT_EQ(document["findings"][1],
+  EXPECT_EQ(document["findings"][3],
             (Json{{"what", "plug-in"}, {"state", "ok"}, {"text", "loads and starts"}}));
 }
 
@@ -217,6 +217,91 @@ TEST_F(DoctorCommand, NothingButAServicePosts) {
     EXPECT_EQ(text, "of a service") << words.front();
     EXPECT_FALSE(std::filesystem::exists(folder / "run/status.json"));
   }
+}
+
+/// What the server's own reader says, and what its file names.
+TEST_F(DoctorCommand, LooksAtTheConfigurationOfTheServer) {
+  const std::string file = (folder / "zebcim.toml").string();
+  const auto doctorOf = [&](const std::string& text) {
+    std::ofstream(file) << text;
+    return zebcim({"doctor", "--source", snapshotFile("teams"), "--config", file});
+  };
+  expectTrouble(doctorOf("[listen\n"), "server     FAILED  " + file + ":1: ");
+  expectTrouble(doctorOf("[listen]\nhtpp = \"none\"\n"),
+                "'listen.htpp' is unknown; the server does not start with it\n");
+  expectTrouble(doctorOf("[limits]\nconnections = -1\n"),
+                "server     FAILED  " + file + ":2: 'limits.connections' has a bad value");
+  expectTrouble(doctorOf("[access]\nwrite-group = \"no-such-group\"\n"),
+                "writers    FAILED  there is no group 'no-such-group': root alone may write; groupadd");
+  expectTrouble(doctorOf("[access]\npam-folder = \"" + folder.path().string() + "\"\n"),
+                "logins     FAILED  there is no PAM service " + (folder / "zebcim").string());
+  expectTrouble(doctorOf("[listen]\ncertificate = \"/nope.pem\"\n"),
+                "https      FAILED  the certificate /nope.pem cannot be read");
+  std::ofstream(folder / "zebcim") << "auth required pam_deny.so\n";
+  const Outcome well = doctorOf(
+      "[listen]\nhttp = \"none\"\nhttps = \"none\"\n[access]\nwrite-group = \"root\"\npam-folder = \"" +
+      folder.path().string() + "\"\n[state]\ndirectory = \"" + (folder / "state").string() + "\"\n");
+  EXPECT_EQ(well.status, 0) << well.out;
+  EXPECT_THAT(well.out, HasSubstr("server     ok      " + file + "\n"));
+  EXPECT_THAT(well.out, HasSubstr("writers    ok      root and the group 'root': "));
+  EXPECT_FALSE(std::filesystem::exists(folder / "state")) << "a look makes nothing";
+}
+
+TEST_F(DoctorCommand, LooksAtTheConfigurationOfThePlugIn) {
+  const std::string file = (folder / "qv-zeb.toml").string();
+  std::ofstream(file) << "include-vrtual = true\nperfmon = 3\n";
+  const Outcome outcome = zebcim({"doctor", "--source", snapshotFile("teams")}, {"ZEB_CONFIG=" + file});
+  expectTrouble(outcome, "settings   FAILED  " + file + ":1: unknown key include-vrtual\n");
+  expectTrouble(outcome, "settings   FAILED  " + file + ":2: perfmon has to be true or false\n");
+}
+
+/// A user who is nobody in particular is told what only root sees, and nothing fails for it.
+TEST_F(DoctorCommand, SaysToAnOrdinaryUserWhatItCannotSee) {
+  if (geteuid() != 0) GTEST_SKIP() << "needs to be root to be somebody else";
+  std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
+  std::filesystem::create_directories(folder / "store");
+  std::filesystem::permissions(folder / "store", std::filesystem::perms(0700));
+  post(report().dump());
+  std::filesystem::permissions(folder / "run/health.json", std::filesystem::perms(0600));
+  const Outcome outcome =
+      run("/usr/bin/setpriv",
+          {"--reuid=64009", "--regid=64009", "--clear-groups", ZEB_CIM, "doctor", "--source",
+           snapshotFile("teams"), "--plugin", ZEB_REAL_PLUGIN, "--schema", ZEB_SCHEMA_FILE},
+          environment());
+  EXPECT_EQ(outcome.status, 0) << outcome.out;
+  EXPECT_THAT(outcome.out, HasSubstr("rights     -       an ordinary user: "));
+  EXPECT_THAT(outcome.out, HasSubstr("store      -       " + (folder / "store").string()));
+  EXPECT_THAT(outcome.out, HasSubstr("running    -       '" + (folder / "run/health.json").string() +
+                                     "' cannot be read: "));
+}
+
+class CheckCommand : public RealCommand {};
+
+TEST_F(CheckCommand, IsOneLineWithTheStatusOfMonitoringSystems) {
+  struct Row {
+    const char* host;
+    int status;
+    const char* line;
+  };
+  for (const Row& row :
+       {Row{"one_port", 0,
+            "ETHERNET OK - 1 of 1 ports up | ports=1 up=1 down=0 degraded=0 switched_off=0 teams=0\n"},
+        Row{"two_cards", 2,
+            "ETHERNET CRITICAL - 4 of 6 ports up: eth1 without link | ports=6 up=4 down=1 degraded=0 "
+            "switched_off=1 "
+            "teams=0\n"}}) {
+    const Outcome outcome = zebcim({"check", "--source", snapshotFile(row.host)});
+    EXPECT_EQ(outcome.status, row.status);
+    EXPECT_EQ(outcome.out, row.line);
+    EXPECT_EQ(outcome.err, "");
+  }
+}
+
+TEST_F(CheckCommand, KnowsWhatItCannotSay) {
+  const Outcome missing = zebcim({"check", "--source", "/nope.json"});
+  EXPECT_EQ(missing.status, 3);
+  EXPECT_THAT(missing.out, testing::StartsWith("ETHERNET UNKNOWN - cannot read the snapshot '/nope.json'"));
+  EXPECT_EQ(zebcim({"check", "eth0"}).status, 3);
 }
 
 TEST_F(DoctorCommand, WrongUsageShowsTheUsage) {

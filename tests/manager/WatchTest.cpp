@@ -58,18 +58,19 @@ TEST_F(WatchCommand, PrintsEachAlertInALineAndNoOther) {
   }
   EXPECT_THAT(
       alerts,
-      ElementsAre("Major        Ethernet connectivity lost: Ethernet Team bond0 has lost connectivity; "
-                  "1 of 2 members up  [bond0]",
-                  "Major        Redundancy of an Ethernet team lost: The redundancy of Ethernet Team "
-                  "bond0 has lost; 1 of 2 members up  [bond0]",
-                  "Major        Ethernet connectivity lost: Ethernet port 1 on ethernet controller 1; "
-                  "no link  [eth0, PCI Express slot 3]",
-                  "Information  Ethernet connectivity restored: The connectivity of Ethernet Team "
-                  "bond0 has restored; 2 of 2 members up  [bond0]",
-                  "Information  Redundancy of an Ethernet team fully restored: The redundancy of "
-                  "Ethernet Team bond0 has fully restored; 2 of 2 members up  [bond0]",
-                  "Information  Ethernet connectivity restored: Ethernet port 1 on ethernet controller "
-                  "1; link up, 1000 Mbit/s full duplex  [eth0, PCI Express slot 3]"));
+      ElementsAre(
+          "bond0     Major        Ethernet connectivity lost: Ethernet Team bond0 has lost connectivity; "
+          "1 of 2 members up",
+          "bond0     Major        Redundancy of an Ethernet team lost: The redundancy of Ethernet Team "
+          "bond0 has lost; 1 of 2 members up",
+          "eth0      Major        Ethernet connectivity lost: Ethernet port 1 on ethernet controller 1; "
+          "no link  [PCI Express slot 3]",
+          "bond0     Information  Ethernet connectivity restored: The connectivity of Ethernet Team "
+          "bond0 has restored; 2 of 2 members up",
+          "bond0     Information  Redundancy of an Ethernet team fully restored: The redundancy of "
+          "Ethernet Team bond0 has fully restored; 2 of 2 members up",
+          "eth0      Information  Ethernet connectivity restored: Ethernet port 1 on ethernet controller "
+          "1; link up, 1000 Mbit/s full duplex  [PCI Express slot 3]"));
 }
 
 TEST_F(WatchCommand, JsonGivesTheWholeIndicationInALine) {

@@ -271,8 +271,8 @@ TEST_F(Alerts, OfTheServiceReachACommand) {
   const Outcome watched = watch({"--count", "3", "--for", "30", "--where", "PerceivedSeverity >= 5"});
   EXPECT_EQ(watched.status, 0);
   EXPECT_THAT(watched.err, StartsWith("zebcim: watching 6 ports and 3 teams of "));
-  EXPECT_THAT(watched.out,
-              HasSubstr("Ethernet port 1 on ethernet controller 1; no link  [eth0, PCI Express slot 3]\n"));
+  EXPECT_THAT(watched.out, HasSubstr("  eth0      Major        Ethernet connectivity lost: Ethernet port 1 "
+                                     "on ethernet controller 1; no link  [PCI Express slot 3]\n"));
   EXPECT_EQ(std::ranges::count(watched.out, '\n'), 3);
 }
 

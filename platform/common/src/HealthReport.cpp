@@ -40,6 +40,7 @@ std::string healthText(const HealthReport& report) {
       {"started", report.started},
       {"source", known(configuration->sourceFile)},
       {"autostart", configuration->autostart},
+      {"configuration", configuration->warnings},
       {"pass",
        {{"at", report.passAt},
         {"outcome", report.passOutcome},
