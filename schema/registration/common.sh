@@ -141,7 +141,7 @@ among_folders() {
 
 # Of the system that stands behind all the associations, which zebcim serves and others do not.
 say_computer_system() {
-  grep -q '^[[:space:]]*computer-system-path' "$(within /etc/qv-zeb/qv-zeb.toml)" 2>/dev/null ||
+  grep -q "^[[:space:]]*computer-system-path[[:space:]]*=[[:space:]]*[\"'][^\"']" "$(within /etc/qv-zeb/qv-zeb.toml)" 2>/dev/null ||
     say "nobody serves ZEB_ComputerSystem there, so associations with it lead nowhere;" \
       "computer-system-path in qv-zeb.toml names an instance that they lead to instead"
 }

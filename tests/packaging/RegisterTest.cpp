@@ -65,6 +65,8 @@ TEST(Register, SaysThatNobodyServesTheComputerSystem) {
   const FakeRoot root;
   addSfcb(root);
   addPegasus(root);
+  // A value that is the default says nothing.
+  root.write("/etc/qv-zeb/qv-zeb.toml", "computer-system-path = \"\"\n");
   const Outcome outcome = root.doRegister();
   for (const std::string manager : {"sfcb", "OpenPegasus"}) {
     EXPECT_THAT(
