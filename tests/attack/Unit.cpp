@@ -1,6 +1,7 @@
 #include "Unit.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/stat.h>
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstdlib>
 #include <fstream>
 #include <set>
 #include <sstream>
@@ -91,6 +93,10 @@ Unit::Unit(const UnitOptions& options) {
 
 Unit::~Unit() {
   while (!_programs.empty()) _programs.pop_back();
+  const std::string said = log();
+  for (const char* const tool : {"ThreadSanitizer", "AddressSanitizer", "runtime error: "}) {
+    if (said.find(tool) != std::string::npos) ADD_FAILURE() << said;
+  }
 }
 
 void Unit::configure(const UnitOptions& options) {
@@ -118,6 +124,10 @@ void Unit::listen(const std::string& kind, const std::string& right, const std::
                                   "-EZEB_RUN_DIR=" + (_folder / "store").string(),
                                   "-EZEB_LOG_TARGET=stderr",
                                   "-EZEB_LOG_LEVEL=" + options.logLevel};
+  // Nothing else of the environment is handed on.
+  for (const char* const name : {"ASAN_OPTIONS", "TSAN_OPTIONS"}) {
+    if (const char* const value = std::getenv(name)) all.push_back(std::string("-E") + name + "=" + value);
+  }
   all.insert(all.end(), started.begin(), started.end());
   start(withMemory(kind == "plugin" ? options.addressSpace : 0, all));
   for (int round = 0; chown(socket.c_str(), kServerUser, kServerUser) != 0; ++round) {

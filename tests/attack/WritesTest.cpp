@@ -210,8 +210,8 @@ TEST(Writes, WhatWasAcknowledgedOutlivesKills) {
     server.start();
     const auto value = settingIn(ask(server.http(), instancesOf("ZEB_EthEventSettings")), "PollInterval");
     ASSERT_TRUE(value);
-    if (last != 0)
-      ASSERT_TRUE(*value >= last && *value <= tried) << *value << ", " << last << " of " << tried;
+    if (last == 0) continue;
+    ASSERT_TRUE(*value >= last && *value <= tried) << *value << ", " << last << " of " << tried;
   }
   std::cout << acknowledged << " acknowledged writes, " << kills << " kills\n";
   EXPECT_GT(acknowledged, 10);
