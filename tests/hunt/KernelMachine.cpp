@@ -1,0 +1,125 @@
+#include "KernelMachine.h"
+
+#include <fcntl.h>
+#include <sched.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <stdexcept>
+#include <thread>
+
+#include "support/TestFolder.h"
+
+namespace ZEB::test {
+namespace {
+
+using Interface = Machine::Interface;
+using Kind = Machine::Kind;
+
+/// Many commands of `ip`, one a line. What cannot be done is left out: no route leads through an interface
+/// that is down.
+void run(const std::string& commands) {
+  if (commands.empty()) return;
+  const TestFolder folder;
+  const std::string file = folder.write("batch", commands);
+  (void)!std::system(("ip -force -batch " + file + " >/dev/null 2>&1").c_str());
+}
+
+void runIn(const FileDescriptor& nameSpace, const std::string& commands) {
+  if (commands.empty()) return;
+  std::thread([&] {
+    if (setns(nameSpace.get(), CLONE_NEWNET) == 0) run(commands);
+  }).join();
+}
+
+std::string farEnd(std::uint32_t number) {
+  return "p" + std::to_string(number);
+}
+
+std::string addition(std::uint32_t number, const Interface& one, const Machine& now, int farEnds) {
+  const std::string begin = "link add ", mac = " address " + Machine::addressOf(number);
+  switch (one.kind) {
+    case Kind::Team:
+      return begin + one.name + mac + " type bond mode active-backup miimon 100\n";
+    case Kind::Vlan:
+      return begin + "link " + now.interfaces.at(one.carriedBy).name + " name " + one.name + mac +
+             " type vlan id " + std::to_string(number) + "\n";
+    default:
+      return begin + one.name + mac + " type veth peer name " + farEnd(number) + " netns /proc/" +
+             std::to_string(getpid()) + "/fd/" + std::to_string(farEnds) + "\n";
+  }
+}
+
+std::string membership(const Interface& old, const Interface& one, const Machine& now) {
+  if (old.team == one.team) return {};
+  const std::string set = "link set " + one.name;
+  if (one.team == 0) return set + " nomaster\n";
+  return set + " down\n" + set + " master " + now.interfaces.at(one.team).name + "\n";
+}
+
+std::string addresses(const Interface& old, const Interface& one) {
+  std::string commands;
+  const auto each = [&](const char* verb, const Interface& with, const Interface& without) {
+    for (const std::string& address : with.addresses) {
+      if (std::ranges::count(without.addresses, address) != 0) continue;
+      const bool isIPv6 = address.find(':') != std::string::npos;
+      commands += std::string("address ") + verb + " " + address + (isIPv6 ? "/64" : "/24") + " dev " +
+                  one.name + (isIPv6 && with.addresses == one.addresses ? " nodad\n" : "\n");
+    }
+  };
+  each("del", old, one);
+  each("add", one, old);
+  return commands;
+}
+
+std::string gateway(std::uint32_t number, const Interface& old, const Interface& one) {
+  if (old.gateway == one.gateway) return {};
+  const auto route = [&](const char* verb, int family) {
+    return std::string("route ") + verb + " default via " + (family == 4 ? "10.0.0.254" : "2001:db8::fe") +
+           " dev " + one.name + " onlink metric " + std::to_string(number) + "\n";
+  };
+  return (old.gateway != 0 ? route("del", old.gateway) : "") +
+         (one.gateway != 0 ? route("add", one.gateway) : "");
+}
+
+}  // namespace
+
+KernelMachine::KernelMachine() {
+  std::thread([this] {
+    if (unshare(CLONE_NEWNET) == 0)
+      _farEnds = FileDescriptor(open("/proc/thread-self/ns/net", O_RDONLY | O_CLOEXEC));
+  }).join();
+  if (!_farEnds) throw std::runtime_error("no namespace");
+}
+
+bool KernelMachine::has(const std::string& kind) {
+  const bool made = std::system(("ip link add probed type " + kind + " 2>/dev/null").c_str()) == 0;
+  if (made) run("link del probed\n");
+  return made;
+}
+
+void KernelMachine::play(const Machine& before, const Machine& now) {
+  std::string here, there;
+  for (const auto& [number, old] : before.interfaces) {
+    if (!now.interfaces.contains(number)) here += "link del " + old.name + "\n";
+  }
+  for (const auto& [number, one] : now.interfaces) {
+    const auto known = before.interfaces.find(number);
+    const bool isNew = known == before.interfaces.end();
+    const Interface nothing{.kind = one.kind, .name = one.name, .up = false, .carrier = false};
+    const Interface& old = isNew ? nothing : known->second;
+    if (isNew) here += addition(number, one, now, _farEnds.get());
+    if (old.name != one.name) here += "link set " + old.name + " name " + one.name + "\n";
+    here += membership(old, one, now);
+    if (old.up != one.up || old.team != one.team)
+      here += "link set " + one.name + (one.up ? " up\n" : " down\n");
+    if (one.kind == Kind::Port && old.carrier != one.carrier)
+      there += "link set " + farEnd(number) + (one.carrier ? " up\n" : " down\n");
+    here += addresses(old, one) + gateway(number, old, one);
+  }
+  run(here);
+  runIn(_farEnds, there);
+}
+
+}  // namespace ZEB::test
