@@ -18,12 +18,12 @@ using Interface = Machine::Interface;
 using Kind = Machine::Kind;
 
 /// Many commands of `ip`, one a line. What cannot be done is left out: no route leads through an interface
-/// that is down.
+/// that is down. A batch would end with the first name that it does not know.
 void run(const std::string& commands) {
   if (commands.empty()) return;
   const TestFolder folder;
   const std::string file = folder.write("batch", commands);
-  (void)!std::system(("ip -force -batch " + file + " >/dev/null 2>&1").c_str());
+  (void)!std::system(("while read -r line; do ip $line; done <" + file + " >/dev/null 2>&1").c_str());
 }
 
 void runIn(const FileDescriptor& nameSpace, const std::string& commands) {
@@ -49,6 +49,22 @@ std::string addition(std::uint32_t number, const Interface& one, const Machine& 
       return begin + one.name + mac + " type veth peer name " + farEnd(number) + " netns /proc/" +
              std::to_string(getpid()) + "/fd/" + std::to_string(farEnds) + "\n";
   }
+}
+
+std::string renaming(const Interface& old, const Interface& one, bool whileUp) {
+  if (old.name == one.name) return {};
+  const std::string command = "link set " + old.name + " name " + one.name + "\n";
+  if (whileUp || !old.up) return command;
+  return "link set " + old.name + " down\n" + command + "link set " + one.name + " up\n";
+}
+
+/// Kernels before 6.2 name no interface anew that is up.
+bool renamesWhileUp() {
+  const bool does = std::system(
+                        "{ ip link add probed type veth peer name probed-far && ip link set probed up && "
+                        "ip link set probed name renamed; } 2>/dev/null") == 0;
+  run("link del probed-far\n");
+  return does;
 }
 
 std::string membership(const Interface& old, const Interface& one, const Machine& now) {
@@ -85,7 +101,7 @@ std::string gateway(std::uint32_t number, const Interface& old, const Interface&
 
 }  // namespace
 
-KernelMachine::KernelMachine() {
+KernelMachine::KernelMachine() : _renamesWhileUp(renamesWhileUp()) {
   std::thread([this] {
     if (unshare(CLONE_NEWNET) == 0)
       _farEnds = FileDescriptor(open("/proc/thread-self/ns/net", O_RDONLY | O_CLOEXEC));
@@ -105,13 +121,13 @@ void KernelMachine::play(const Machine& before, const Machine& now) {
     if (!now.interfaces.contains(number)) here += "link del " + old.name + "\n";
   }
   for (const auto& [number, one] : now.interfaces) {
+    if (!before.interfaces.contains(number)) here += addition(number, one, now, _farEnds.get());
+  }
+  for (const auto& [number, one] : now.interfaces) {
     const auto known = before.interfaces.find(number);
-    const bool isNew = known == before.interfaces.end();
     const Interface nothing{.kind = one.kind, .name = one.name, .up = false, .carrier = false};
-    const Interface& old = isNew ? nothing : known->second;
-    if (isNew) here += addition(number, one, now, _farEnds.get());
-    if (old.name != one.name) here += "link set " + old.name + " name " + one.name + "\n";
-    here += membership(old, one, now);
+    const Interface& old = known == before.interfaces.end() ? nothing : known->second;
+    here += renaming(old, one, _renamesWhileUp) + membership(old, one, now);
     if (old.up != one.up || old.team != one.team)
       here += "link set " + one.name + (one.up ? " up\n" : " down\n");
     if (one.kind == Kind::Port && old.carrier != one.carrier)

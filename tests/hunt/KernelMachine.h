@@ -21,6 +21,7 @@ class KernelMachine {
   void play(const Machine& before, const Machine& now);
 
  private:
+  const bool _renamesWhileUp;
   FileDescriptor _farEnds;  ///< their namespace
 };
 
