@@ -77,7 +77,7 @@ TEST_F(EndingTest, AProcessThatEndsInADeliveryOfTheTimersHangsNowhere) {
     FakeBroker::Call call(broker);
     CMPIIndicationMI* indications =
         createIndicationMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr);
-    indications->ft->enableIndications(indications, &call.context());
+    call.enableIndications(indications);
     host.link("eth0").carrier = false;
     host.play();
     for (;;) pause();
