@@ -28,7 +28,7 @@ std::size_t distance(std::string_view one, std::string_view other) {
 std::string suggestion(std::string_view word, const std::vector<std::string>& known) {
   constexpr std::size_t kLongestWord = 100;
   if (word.size() > kLongestWord) return {};
-  std::size_t least = std::max<std::size_t>(1, word.size() / 3) + 1;
+  std::size_t least = std::max<std::size_t>(1, (word.size() + 1) / 3) + 1;
   std::string nearest;
   for (const std::string& other : known) {
     const std::size_t apart = distance(word, other);
