@@ -60,8 +60,8 @@ void Subscriptions::activate(const std::string& query) {
   active->className = active->filter->body().query->className;
   const Reply reply = _broker.provider().startIndications(*active->filter, active->className);
   if (reply.code != CMPI_RC_OK) {
-    std::cerr << "zebcim: the plug-in refuses the filter " << quotedForLog(query) << ": " << oneLine(reply.message)
-              << std::endl;
+    std::cerr << "zebcim: the plug-in refuses the filter " << quotedForLog(query) << ": "
+              << oneLine(reply.message) << std::endl;
   }
   _active.emplace(query, std::move(active));
 }

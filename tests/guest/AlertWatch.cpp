@@ -95,8 +95,9 @@ void AlertWatch::exclude(int portNumber) {
 
 void AlertWatch::start() {
   started_ = true;
-  guest_.must("setsid env " + kCommand +
-              "watch --json=typed </dev/null >/tmp/watch/alerts 2>/tmp/watch/said &\necho $! >/tmp/watch/pid");
+  guest_.must(
+      "setsid env " + kCommand +
+      "watch --json=typed </dev/null >/tmp/watch/alerts 2>/tmp/watch/said &\necho $! >/tmp/watch/pid");
   if (!guest_.await("grep -q watching /tmp/watch/said")) {
     throw GuestError("nothing is watched: " + guest_.run("cat /tmp/watch/said").output);
   }
