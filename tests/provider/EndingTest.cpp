@@ -17,7 +17,7 @@
 
 #ifdef __SANITIZE_THREAD__
 // A library that stays does so with the threads that it had.
-extern "C" const char* __tsan_default_options();
+extern "C" __attribute__((visibility("default"))) const char* __tsan_default_options();
 extern "C" const char* __tsan_default_options() {
   return "report_thread_leaks=0";
 }
