@@ -76,6 +76,7 @@ TEST_F(Bounds, RequestsThatStopHalfWayLeaveUsersTheirShare) {
 }
 
 TEST_F(Bounds, AUserLeavesOthersTheirs) {
+  ASSERT_EQ(statusOf(ask(here, namesOfClasses(kReader))), 200);  // known from now on, and judged no more
   hold(200, half(1000, kReader), "127.0.0.2");
   // Some of them may not have been read yet.
   int status = 200;
