@@ -36,8 +36,9 @@ void replaceFile(const std::string& file, const std::string& text) {
   const std::string temporary = file + "." + std::to_string(getpid());
   try {
     const FileDescriptor opened(
-        open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644));
-    if (!opened) throwErrno(temporary);
+        open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0600));
+    // Everybody on this machine may read it, whatever the umask of the process.
+    if (!opened || fchmod(opened.get(), 0644) != 0) throwErrno(temporary);
     writeAll(opened.get(), temporary, text);
     if (std::rename(temporary.c_str(), file.c_str()) != 0) throwErrno(file);
   } catch (const std::system_error&) {

@@ -78,8 +78,10 @@ TEST_F(PostStatusTest, everyKindOfValueHasAForm) {
 }
 
 TEST_F(PostStatusTest, isReadableForEverybodyAndLeavesNothingElse) {
+  const mode_t before = umask(0077);  // as services have it
   post(collection(2, "OK"));
   post(collection(3, "Degraded"));
+  umask(before);
   struct stat status {};
   ASSERT_EQ(stat(file().c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0444, 0444u);
