@@ -4,7 +4,6 @@
 #include <nlohmann/json.hpp>
 
 #include "manager/Process.h"
-#include "support/PropertyJson.h"
 #include "support/TestFolder.h"
 
 // What is changed at the command line, seen by the next command: each is a process that loads the plug-in
@@ -39,7 +38,7 @@ class KeptChangesTest : public testing::Test {
   Json value(const char* className, const std::string& part, const std::string& property) const {
     for (const Json& instance : answer({"instances", className})) {
       if (instance["path"].get<std::string>().find(part) == std::string::npos) continue;
-      return propertyOf(instance["properties"], property);
+      return instance["properties"][property];
     }
     return nullptr;
   }
@@ -92,9 +91,9 @@ TEST_F(KeptChangesTest, ofTwoProcessesAtOnce) {
   EXPECT_EQ(value("ZEB_EthEventSettings", "JXV:0", "MaxFloodLevel"), 16);
 }
 
-TEST_F(KeptChangesTest, withoutAStoreTheClientIsServedAndNothingIsKept) {
+TEST_F(KeptChangesTest, withoutAStoreNothingIsKeptAndTheCommandSaysSo) {
   directory.write("store", "a file where the directory should be");
-  EXPECT_EQ(zebcim({"modify", path("ZEB_EthEventSettings", "JXV:0"), "PollInterval=60"}).status, 0);
+  EXPECT_EQ(zebcim({"modify", path("ZEB_EthEventSettings", "JXV:0"), "PollInterval=60"}).status, 1);
   EXPECT_EQ(value("ZEB_EthEventSettings", "JXV:0", "PollInterval"), 200);
 }
 
