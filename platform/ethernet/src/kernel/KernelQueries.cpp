@@ -164,8 +164,7 @@ Outcome<std::vector<RuleFacts>> KernelQueries::rules() {
   if (!rules && rules.failure().code == EOPNOTSUPP) return std::vector<RuleFacts>{};
   if (!rules) return rules;
   std::ranges::sort(*rules);
-  const auto repeated = std::ranges::unique(*rules);
-  rules->erase(repeated.begin(), repeated.end());
+  rules->erase(std::unique(rules->begin(), rules->end()), rules->end());
   return rules;
 }
 
