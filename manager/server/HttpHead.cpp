@@ -93,7 +93,6 @@ std::string HttpHead::prefix() const {
 HttpAnswer httpError(unsigned status, const std::string& cimError, const std::string& why) {
   HttpAnswer refusal{status, why.empty() ? "" : why + "\n", {{"Content-Type", "text/plain; charset=utf-8"}}};
   if (!cimError.empty()) refusal.headers.emplace_back("CIMError", cimError);
-  if (status == 405) refusal.headers.emplace_back("Allow", "POST, M-POST");
   if (status == 401) refusal.headers.emplace_back("WWW-Authenticate", "Basic realm=\"zebcim\"");
   return refusal;
 }
@@ -127,7 +126,6 @@ std::optional<HttpAnswer> refuseAmbiguous(const HttpHead& head) {
 }
 
 std::optional<HttpAnswer> refuseHead(const HttpHead& head) {
-  if (head.method != "POST" && head.method != "M-POST") return httpError(405);
   if (head.method == "M-POST" && head.prefix().empty()) {
     return httpError(510, "", "Man does not name the mapping of CIM");
   }

@@ -3,12 +3,14 @@
 
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "cimxml/Message.h"
+#include "server/ByteStream.h"
 
 namespace ZebManager {
 
@@ -16,6 +18,7 @@ struct HttpAnswer {
   unsigned status = 200;
   std::string body;
   std::vector<std::pair<std::string, std::string>> headers;
+  std::shared_ptr<ByteStream> stream = nullptr;  ///< what follows the body, until it ends; null for nothing
 };
 
 struct HttpHead {
@@ -26,6 +29,7 @@ struct HttpHead {
   std::string client = {};              ///< what the client counts as: its address, or a network that is one
   std::string own = {};                 ///< address of ours that the client has reached
   std::vector<std::string> names = {};  ///< of all headers, as they came
+  std::string path = {};                ///< what is asked for, without what follows a question mark
 
   /// Prefix of the headers of CIM: empty, or for M-POST the number that Man gives, and a hyphen.
   std::string prefix() const;
@@ -41,7 +45,7 @@ HttpAnswer busy(std::chrono::seconds later);
 /// whom it is for. The connection is closed behind the answer.
 std::optional<HttpAnswer> refuseAmbiguous(const HttpHead& head);
 
-/// What is wrong with a head, before any of the body has come.
+/// What is wrong with the head of an operation, before any of the body has come.
 std::optional<HttpAnswer> refuseHead(const HttpHead& head);
 
 /// What headers say of the message must be what the message says.

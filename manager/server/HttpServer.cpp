@@ -1,11 +1,13 @@
 #include "server/HttpServer.h"
 
 #include <microhttpd.h>
+#include <sys/eventfd.h>
 
 #include <charconv>
 #include <memory>
 
 #include "server/ClientAddress.h"
+#include "server/Outgoing.h"
 #include "values/ManagerError.h"
 
 namespace ZebManager {
@@ -52,7 +54,7 @@ std::vector<std::string> namesIn(MHD_Connection* connection) {
   return names;
 }
 
-HttpHead headOf(MHD_Connection* connection, const char* method) {
+HttpHead headOf(MHD_Connection* connection, const char* method, const char* path) {
   const ClientAddress from = clientOf(connection);
   return {method,
           [connection](const std::string& name) {
@@ -63,7 +65,8 @@ HttpHead headOf(MHD_Connection* connection, const char* method) {
           from.host,
           from.client,
           ownAddressOf(connection),
-          namesIn(connection)};
+          namesIn(connection),
+          path};
 }
 
 /// One request while it arrives.
@@ -103,26 +106,9 @@ class Exchange {
   unsigned _refusal = 0;
 };
 
-/// An answer until its client has it.
-struct Outgoing {
-  Share share;
-  std::string text;
-};
-
-MHD_Result send(MHD_Connection* connection, HttpBounds& bounds, const Party& party, HttpAnswer answer) {
-  auto outgoing = std::unique_ptr<Outgoing>(new Outgoing{{bounds.answerBytes, party}, {}});
-  if (!outgoing->share.grow(answer.body.size())) answer = httpError(503);
-  outgoing->text = std::move(answer.body);
-  MHD_Response* const response = MHD_create_response_from_buffer_with_free_callback_cls(
-      outgoing->text.size(), outgoing->text.data(), [](void* sent) { delete static_cast<Outgoing*>(sent); },
-      outgoing.get());
-  if (!response) return MHD_NO;
-  (void)outgoing.release();
-  for (const auto& [name, value] : answer.headers)
-    MHD_add_response_header(response, name.c_str(), value.c_str());
-  const MHD_Result result = MHD_queue_response(connection, answer.status, response);
-  MHD_destroy_response(response);
-  return result;
+MHD_Result send(HttpServer& server, MHD_Connection* connection, const Party& party, HttpAnswer answer) {
+  const SendingBounds bounds{server.bounds().answerBytes, server.bounds().streams, server.ending()};
+  return sendAnswer(connection, bounds, party, std::move(answer)) ? MHD_YES : MHD_NO;
 }
 
 /// The size that a client announces is refused before it is sent.
@@ -140,7 +126,7 @@ MHD_Result begin(HttpServer& server, MHD_Connection* connection, const HttpHead&
   HttpBounds& bounds = server.bounds();
   Router& router = server.router();
   Party party = router.partyOf(head);
-  const auto refuse = [&](HttpAnswer answer) { return send(connection, bounds, party, std::move(answer)); };
+  const auto refuse = [&](HttpAnswer answer) { return send(server, connection, party, std::move(answer)); };
   if (auto refusal = router.refuse(head)) return refuse(std::move(*refusal));
   if (auto refusal = refuseSize(head, bounds.settings)) return refuse(std::move(*refusal));
   auto exchange = std::make_unique<Exchange>(server, std::nullopt, party);
@@ -160,24 +146,26 @@ MHD_Result begin(HttpServer& server, MHD_Connection* connection, const HttpHead&
 MHD_Result finish(HttpServer& server, MHD_Connection* connection, const HttpHead& head,
                   const Exchange& exchange) {
   const int socket = socketOf(connection);
-  HttpBounds& bounds = server.bounds();
+  const auto requestTime = server.bounds().settings.requestTime;
   server.connections().allow(socket, std::chrono::seconds(0));
   HttpAnswer answer = exchange.refusal() ? httpError(exchange.refusal())
                                          : server.router().handle(head, exchange.user, exchange.body());
-  server.connections().allow(socket, bounds.settings.requestTime * kTimesForAnswer);
+  const bool streams = answer.stream != nullptr;
+  if (!streams) server.connections().allow(socket, requestTime * kTimesForAnswer);
   // From now on, without a byte that the client takes.
+  const auto patience = static_cast<unsigned>(requestTime.count());
   MHD_set_connection_option(connection, MHD_CONNECTION_OPTION_TIMEOUT,
-                            static_cast<unsigned>(bounds.settings.requestTime.count()));
-  return send(connection, bounds, exchange.party(), std::move(answer));
+                            streams ? kHeartbeatSeconds + patience : patience);
+  return send(server, connection, exchange.party(), std::move(answer));
 }
 
-MHD_Result onAccess(void* server, MHD_Connection* connection, const char*, const char* method, const char*,
-                    const char* data, std::size_t* size, void** state) {
+MHD_Result onAccess(void* server, MHD_Connection* connection, const char* path, const char* method,
+                    const char*, const char* data, std::size_t* size, void** state) {
   HttpServer& self = *static_cast<HttpServer*>(server);
   try {
-    if (!*state) return begin(self, connection, headOf(connection, method), state);
+    if (!*state) return begin(self, connection, headOf(connection, method, path), state);
     Exchange& exchange = *static_cast<Exchange*>(*state);
-    if (*size == 0) return finish(self, connection, headOf(connection, method), exchange);
+    if (*size == 0) return finish(self, connection, headOf(connection, method, path), exchange);
     exchange.take(data, *size);
     *size = 0;
     return MHD_YES;
@@ -214,7 +202,8 @@ HttpServer::HttpServer(ListeningSocket listener, Router& router, HttpBounds& bou
       _connections(bounds.settings.connections, bounds.settings.connectionsPerAddress),
       _requests(bounds.settings.connections),
       _address(listener.address),
-      _certificate(std::move(certificate)) {
+      _certificate(std::move(certificate)),
+      _ending(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
   std::vector<MHD_OptionItem> options;
   if (_certificate) {
     options = {{MHD_OPTION_HTTPS_MEM_CERT, 0, _certificate->certificate.data()},
@@ -236,10 +225,16 @@ HttpServer::HttpServer(ListeningSocket listener, Router& router, HttpBounds& bou
 }
 
 void HttpServer::quiesce() {
+  endStreams();
   _quiesced = ZEB::FileDescriptor(MHD_quiesce_daemon(_daemon));
 }
 
+void HttpServer::endStreams() {
+  eventfd_write(_ending.get(), 1);
+}
+
 HttpServer::~HttpServer() {
+  endStreams();
   MHD_stop_daemon(_daemon);
 }
 

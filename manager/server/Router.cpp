@@ -32,13 +32,14 @@ std::optional<HttpAnswer> refuseUser(const std::optional<User>& user, const CimM
 }  // namespace
 
 Router::Router(Authenticator& users, ProviderSupervisor& plugin, const ClassRepository& repository,
-               Namespace* interop, const ServerSettings& settings)
+               Namespace* interop, const ServerSettings& settings, Resources resources)
     : _users(users),
       _plugin(plugin),
       _noProvider(repository, kNameSpace),
       _classes(_noProvider),
       _interop(interop),
       _hosts(settings.names),
+      _resources(std::move(resources)),
       _deepest(settings.requestDepth) {}
 
 std::optional<HttpAnswer> Router::refuse(const HttpHead& head) const {
@@ -46,6 +47,7 @@ std::optional<HttpAnswer> Router::refuse(const HttpHead& head) const {
   const std::string host = head.header("Host");
   if (!host.empty() && !_hosts.mean(host, head.own))
     return httpError(421, "", "Host does not name this machine");
+  if (isForResource(head, _resources)) return refuseResource(head, _resources);
   if (auto refusal = refuseHead(head)) return extended(head, std::move(*refusal));
   return std::nullopt;
 }
@@ -98,7 +100,16 @@ std::string Router::answerTo(const User& user, std::string_view body) {
   return perform(body, message);
 }
 
+HttpAnswer Router::resourceAnswer(const HttpHead& head) const {
+  try {
+    return _resources.at(head.path)(head);
+  } catch (const std::exception&) {
+    return httpError(500);
+  }
+}
+
 HttpAnswer Router::handle(const HttpHead& head, const std::optional<User>& user, std::string_view body) {
+  if (isForResource(head, _resources)) return resourceAnswer(head);
   return extended(head, answerTo(head, user, body));
 }
 

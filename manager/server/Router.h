@@ -9,6 +9,7 @@
 #include "server/Authenticator.h"
 #include "server/HostNames.h"
 #include "server/HttpHead.h"
+#include "server/Resources.h"
 #include "server/SharedBound.h"
 
 namespace ZebManager {
@@ -18,7 +19,7 @@ class Router {
  public:
   /// `interop`: null when there is no such namespace.
   Router(Authenticator& users, ProviderSupervisor& plugin, const ClassRepository& repository,
-         Namespace* interop, const ServerSettings& settings);
+         Namespace* interop, const ServerSettings& settings, Resources resources);
 
   /// What is wrong with a head, whoever it is from.
   std::optional<HttpAnswer> refuse(const HttpHead& head) const;
@@ -36,6 +37,7 @@ class Router {
 
  private:
   HttpAnswer answerTo(const HttpHead& head, const std::optional<User>& user, std::string_view body);
+  HttpAnswer resourceAnswer(const HttpHead& head) const;
   std::string perform(std::string_view body, const CimMessage& message);
 
   Authenticator& _users;
@@ -44,6 +46,7 @@ class Router {
   PluginNamespace _classes;
   Namespace* const _interop;
   const HostNames _hosts;
+  const Resources _resources;
   const unsigned _deepest;  ///< of elements of a request in each other
 };
 

@@ -167,6 +167,11 @@ class Core {
   InteropNamespace _interop;
 };
 
+/// What is served besides CIM, by path.
+Resources resourcesOf(Core&) {
+  return {};
+}
+
 /// Without it commands of this machine load the plug-in themselves.
 std::unique_ptr<LocalServer> listenToCommands(Core& core, Router& router, HttpBounds& bounds, Log& log) {
   try {
@@ -230,7 +235,7 @@ int serve(const Options& options, std::ostream& out, std::ostream& err) {
   const StateLock lock(settings.stateDirectory);
   Core core(options, settings, log);
   Authenticator users(judgesOf(options), std::ref(log));
-  Router router(users, core.plugin(), core.classes(), &core.interop(), settings);
+  Router router(users, core.plugin(), core.classes(), &core.interop(), settings, resourcesOf(core));
   HttpBounds bounds(settings);
   const auto local = listenToCommands(core, router, bounds, log);
   Servers servers;
