@@ -4,10 +4,10 @@
 #include <array>
 #include <ostream>
 
-#include "cli/Links.h"
 #include "cli/Nearest.h"
 #include "cli/Printable.h"
 #include "cli/TreeModel.h"
+#include "tree/Links.h"
 
 namespace ZebManager {
 namespace {

@@ -12,9 +12,9 @@
 #include "cli/DoctorFindings.h"
 #include "cli/DoctorReport.h"
 #include "cli/DoctorSurroundings.h"
-#include "cli/PropertyView.h"
 #include "local/RunFolder.h"
 #include "posix/TemporaryFolder.h"
+#include "tree/PropertyView.h"
 #include "values/CallMemory.h"
 #include "values/Values.h"
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "cli/Links.h"
-#include "cli/TreeParts.h"
+#include "tree/Links.h"
+#include "tree/TreeParts.h"
 
 namespace ZebManager {
 namespace {

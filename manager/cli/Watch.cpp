@@ -5,10 +5,10 @@
 
 #include "cli/AlertSource.h"
 #include "cli/JsonOutput.h"
-#include "cli/PropertyView.h"
 #include "cli/StopSignals.h"
 #include "cli/WatchLine.h"
 #include "cli/WatchNames.h"
+#include "tree/PropertyView.h"
 #include "values/Values.h"
 
 namespace ZebManager {

@@ -5,8 +5,8 @@
 #include <ctime>
 
 #include "cli/Printable.h"
-#include "cli/PropertyView.h"
 #include "cli/Words.h"
+#include "tree/PropertyView.h"
 
 namespace ZebManager {
 namespace {

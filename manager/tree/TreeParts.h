@@ -5,7 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "cli/TreeModel.h"
+#include "tree/Tree.h"
 
 namespace ZebManager {
 

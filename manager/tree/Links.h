@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "broker/Namespace.h"
-#include "cli/PropertyView.h"
+#include "tree/PropertyView.h"
 
 namespace ZebManager {
 

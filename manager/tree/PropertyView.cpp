@@ -1,4 +1,4 @@
-#include "cli/PropertyView.h"
+#include "tree/PropertyView.h"
 
 #include "values/ObjectPathText.h"
 #include "values/Values.h"

@@ -1,5 +1,5 @@
-#include "cli/Links.h"
-#include "cli/TreeParts.h"
+#include "tree/Links.h"
+#include "tree/TreeParts.h"
 
 namespace ZebManager {
 namespace {

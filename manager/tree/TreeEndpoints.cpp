@@ -1,8 +1,8 @@
 #include <bit>
 #include <charconv>
 
-#include "cli/Links.h"
-#include "cli/TreeParts.h"
+#include "tree/Links.h"
+#include "tree/TreeParts.h"
 
 namespace ZebManager {
 namespace {
