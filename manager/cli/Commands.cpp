@@ -12,6 +12,7 @@
 #include "cli/Doctor.h"
 #include "cli/InterfaceNames.h"
 #include "cli/JsonOutput.h"
+#include "cli/LargePages.h"
 #include "cli/Modify.h"
 #include "cli/Nearest.h"
 #include "cli/PluginProcess.h"
@@ -233,6 +234,7 @@ int runZebcim(int argc, const char* const* argv, const Output& output) {
     if (options->command == "check") return check(*options, output);
     if (options->command == "serve") become("zebcim-server", {argv, argv + argc});
     if (options->command == "provide") return runPluginProcess(*options);
+    useLargePages();
     Session session(*options);
     runCommand(*options, session, output);
     if (!out.flush()) throw ManagerError("cannot write the output");

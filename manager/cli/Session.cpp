@@ -107,8 +107,11 @@ ProviderCalls& Session::provider() {
     // Reports are a service's. A folder that the environment names is somebody's own, unless a service uses
     // it.
     setenv("ZEB_RUN_DIR", "none", ServiceLink::find(_runFolder) ? 1 : 0);
-    // What nobody waits for would only compete with what is asked.
-    if (_options.command != "watch") setenv("ZEB_AUTOSTART", "0", 0);
+    if (_options.command != "watch") {
+      // What nobody waits for would only compete with what is asked.
+      setenv("ZEB_AUTOSTART", "0", 0);
+      setenv("ZEB_ONE_QUESTION", "1", 1);
+    }
   }
   _plugin = std::make_unique<PluginLibrary>(_broker, findPlugin(_options.plugin, programFolder()));
   return _broker.provider();
