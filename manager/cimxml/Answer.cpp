@@ -17,9 +17,11 @@ void performIntrinsic(const CimMessage& message, pugi::xml_node call, Namespace&
   }
   const Parameters parameters(call);
   parameters.allowOnly(operation->parameters);
-  std::string returned;
-  if (operation->perform({target, parameters, reader, message.nameSpace}, returned)) {
-    out.append("<IRETURNVALUE>").append(returned).append("</IRETURNVALUE>");
+  out = "<IRETURNVALUE>";
+  if (operation->perform({target, parameters, reader, message.nameSpace}, out)) {
+    out.append("</IRETURNVALUE>");
+  } else {
+    out.clear();
   }
 }
 
@@ -38,8 +40,8 @@ std::string contentAnswer(const CimMessage& message, std::string_view content) {
   appendMessageStart(out, message.id, message.protocolVersion);
   out.append("<SIMPLERSP><").append(element);
   appendAttribute(out, "NAME", message.operation);
-  out.append(">").append(content).append("</").append(element).append(">");
-  return out + "</SIMPLERSP></MESSAGE></CIM>\n";
+  out.append(">").append(content).append("</").append(element).append("></SIMPLERSP></MESSAGE></CIM>\n");
+  return out;
 }
 
 std::string_view descriptionOf(const CimError& error) {

@@ -126,7 +126,7 @@ bool setProperty(const Request& request, std::string&) {
   const ObjectPath& path = askedPath(request);
   const PropertyDef& property = askedProperty(request, path);
   const CMPIData data =
-      request.reader.value(request.parameters.holder("NewValue"), property.type, "'" + property.name + "'");
+      request.reader.value(request.parameters.holder("NewValue"), property.type, {"", property.name});
   const Reply current = request.target.getInstance(path, nullptr).orThrow();
   Instance& changed = *makeHandle<Instance>(
       request.reader.arena(), copyInstance(request.reader.arena(), onlyInstance(current, "").body()));

@@ -238,6 +238,7 @@ int runZebcim(int argc, const char* const* argv, const Output& output) {
     Session session(*options);
     runCommand(*options, session, output);
     if (!out.flush()) throw ManagerError("cannot write the output");
+    session.endProcess();
     return 0;
   } catch (const std::exception& error) {
     err << "zebcim: " << oneLine(error.what()) << "\n";

@@ -48,6 +48,9 @@ class Session {
   std::unique_ptr<ServiceLink> service() const;
   /// Forgets the model, so that the next use asks anew; a plug-in that is loaded goes.
   void restart();
+  /// Ends the process with status 0 where nothing is left to do: to take thousands of instances apart takes
+  /// as long as to make them. Else returns.
+  void endProcess();
   bool asksService() const { return _model && !_plugin; }
   /// Whether what is changed is gone with this process.
   bool keepsNothing() const { return _folders && _folders->keepsNothing(); }
