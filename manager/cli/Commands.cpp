@@ -44,7 +44,7 @@ void printItems(const Options& options, Session& session, const Output& output, 
   // What is printed for programs has paths alone.
   std::optional<InterfaceNames> names;
   if ((!options.names || output.width > 0) && anyNamed(session.repository(), reply)) {
-    names.emplace(session.model());
+    names.emplace(session.model(), reply.items());
   }
   output.out << textOfItems(reply.items(), output.colour, names ? &*names : nullptr);
 }

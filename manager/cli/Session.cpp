@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <utility>
 
 #include "cli/Programs.h"
 #include "local/RunFolder.h"
@@ -77,9 +78,11 @@ std::unique_ptr<ServiceLink> Session::service() const {
 
 Namespace& Session::model() {
   if (_model) return *_model;
-  if (auto link = service()) {
+  if ((_link = service())) {
+    _linkUsed = std::chrono::steady_clock::now();
     say("asking the service behind " + serviceSocket(_runFolder));
-    _model = std::make_unique<ServiceNamespace>(std::move(link), _runFolder, _repository);
+    _model = std::make_unique<ServiceNamespace>(
+        [this](const std::string& request) { return link().ask(request); }, _repository);
   } else {
     say(_options.wantsPlugin()
             ? "loading the plug-in, as the options want it"
@@ -87,6 +90,19 @@ Namespace& Session::model() {
     _model = std::make_unique<PluginNamespace>(provider());
   }
   return *_model;
+}
+
+ServiceLink& Session::link() {
+  constexpr std::chrono::milliseconds kFresh(500);
+  const auto now = std::chrono::steady_clock::now();
+  if (now - std::exchange(_linkUsed, now) > kFresh) _link = ServiceLink::find(_runFolder);
+  if (!_link) throw ManagerError("the service has ended");
+  return *_link;
+}
+
+std::string Session::hintOf(const std::string& name, bool again) {
+  model();
+  return asksService() ? link().pathOf(name, again) : std::string();
 }
 
 void Session::restart() {

@@ -1,7 +1,5 @@
 #include "local/ServiceNamespace.h"
 
-#include <utility>
-
 #include "broker/Broker.h"
 #include "cimxml/AnswerReader.h"
 #include "cimxml/RequestWriter.h"
@@ -41,16 +39,8 @@ RequestWriter associationRequest(std::string_view operation, const CMPIObjectPat
 
 }  // namespace
 
-ServiceLink& ServiceNamespace::link() {
-  constexpr std::chrono::milliseconds kFresh(500);
-  const auto now = Clock::now();
-  if (now - std::exchange(_used, now) > kFresh) _link = ServiceLink::find(_runFolder);
-  if (!_link) throw ManagerError("the service has ended");
-  return *_link;
-}
-
 Reply ServiceNamespace::ask(const std::string& request) {
-  return readAnswer(link().ask(request), _repository, kNameSpace);
+  return readAnswer(_ask(request), _repository, kNameSpace);
 }
 
 Reply ServiceNamespace::enumerateInstances(std::string_view className, PropertyList properties) {
@@ -111,7 +101,7 @@ Reply ServiceNamespace::invokeMethod(const CMPIObjectPath& path, const char* met
   const ClassDef* const classDef = _repository.find(target.className);
   const MethodDef* const def = classDef ? classDef->method(method) : nullptr;
   if (!def) return ask(methodRequest(target, method, as<Args>(&in)->body().values));
-  std::string answer = link().ask(methodRequest(target, method, as<Args>(&in)->body().values));
+  std::string answer = _ask(methodRequest(target, method, as<Args>(&in)->body().values));
   return readAnswer(std::move(answer), _repository, kNameSpace, def, as<Args>(&out));
 }
 

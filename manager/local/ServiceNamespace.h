@@ -1,17 +1,21 @@
 // What a running service serves.
 #pragma once
 
+#include <functional>
+#include <string>
+
 #include "broker/Namespace.h"
-#include "local/ServiceLink.h"
 
 namespace ZebManager {
 
-/// For one thread. Operations throw ManagerError when the service gives no answer.
+/// For one thread. Operations throw what `ask` does.
 class ServiceNamespace : public Namespace {
  public:
-  ServiceNamespace(std::unique_ptr<ServiceLink> link, std::string runFolder,
-                   const ClassRepository& repository)
-      : _link(std::move(link)), _runFolder(std::move(runFolder)), _repository(repository) {}
+  /// The answer to a request.
+  using Ask = std::function<std::string(const std::string& request)>;
+
+  ServiceNamespace(Ask ask, const ClassRepository& repository)
+      : _ask(std::move(ask)), _repository(repository) {}
 
   const ClassRepository& repository() const override { return _repository; }
   Reply enumerateInstances(std::string_view className, PropertyList properties) override;
@@ -31,15 +35,9 @@ class ServiceNamespace : public Namespace {
                      CMPIArgs& out) override;
 
  private:
-  using Clock = std::chrono::steady_clock;
-
   Reply ask(const std::string& request);
-  /// The service ends connections on which nothing is asked.
-  ServiceLink& link();
 
-  std::unique_ptr<ServiceLink> _link;
-  const std::string _runFolder;
-  Clock::time_point _used = Clock::now();
+  const Ask _ask;
   const ClassRepository& _repository;
 };
 
