@@ -1,44 +1,31 @@
 // What a running service serves.
 #pragma once
 
-#include <functional>
+#include <chrono>
+#include <memory>
 #include <string>
 
-#include "broker/Namespace.h"
+#include "cimxml/MessageNamespace.h"
+#include "local/ServiceLink.h"
 
 namespace ZebManager {
 
-/// For one thread. Operations throw what `ask` does.
-class ServiceNamespace : public Namespace {
+/// For one thread. Operations throw ManagerError when the service gives no answer.
+class ServiceNamespace : public MessageNamespace {
  public:
-  /// The answer to a request.
-  using Ask = std::function<std::string(const std::string& request)>;
+  ServiceNamespace(std::unique_ptr<ServiceLink> link, std::string runFolder,
+                   const ClassRepository& repository)
+      : MessageNamespace(repository), _link(std::move(link)), _runFolder(std::move(runFolder)) {}
 
-  ServiceNamespace(Ask ask, const ClassRepository& repository)
-      : _ask(std::move(ask)), _repository(repository) {}
-
-  const ClassRepository& repository() const override { return _repository; }
-  Reply enumerateInstances(std::string_view className, PropertyList properties) override;
-  Reply enumerateInstanceNames(std::string_view className) override;
-  Reply getInstance(const CMPIObjectPath& path, PropertyList properties) override;
-  Reply createInstance(const CMPIObjectPath& path, const CMPIInstance& instance) override;
-  Reply modifyInstance(const CMPIObjectPath& path, const CMPIInstance& instance,
-                       PropertyList properties) override;
-  Reply deleteInstance(const CMPIObjectPath& path) override;
-  Reply associators(const CMPIObjectPath& path, const AssociationFilter& filter,
-                    PropertyList properties) override;
-  Reply associatorNames(const CMPIObjectPath& path, const AssociationFilter& filter) override;
-  Reply references(const CMPIObjectPath& path, const AssociationFilter& filter,
-                   PropertyList properties) override;
-  Reply referenceNames(const CMPIObjectPath& path, const AssociationFilter& filter) override;
-  Reply invokeMethod(const CMPIObjectPath& path, const char* method, const CMPIArgs& in,
-                     CMPIArgs& out) override;
+ protected:
+  std::string send(const std::string& request) override;
 
  private:
-  Reply ask(const std::string& request);
+  using Clock = std::chrono::steady_clock;
 
-  const Ask _ask;
-  const ClassRepository& _repository;
+  std::unique_ptr<ServiceLink> _link;
+  const std::string _runFolder;
+  Clock::time_point _used = Clock::now();
 };
 
 }  // namespace ZebManager
