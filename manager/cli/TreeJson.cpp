@@ -1,11 +1,12 @@
-#include <nlohmann/json.hpp>
+#include "cli/TreeJson.h"
 
 #include "cli/TreeModel.h"
 
 namespace ZebManager {
-namespace {
 
 using Json = nlohmann::ordered_json;
+
+namespace {
 
 Json known(const std::string& text) {
   return text.empty() ? Json(nullptr) : Json(text);
@@ -67,7 +68,20 @@ Json portJson(const TreePort& port) {
   return json;
 }
 
-Json cardJson(const TreeCard& card) {
+Json memberJson(const TreeMember& member) {
+  return {{"port", known(member.port)},
+          {"role", known(member.role)},
+          {"portStatus", statusJson(member.portStatus)},
+          {"memberStatus", statusJson(member.memberStatus)}};
+}
+
+}  // namespace
+
+Json jsonOf(const TreeStatus& status) {
+  return statusJson(status);
+}
+
+Json jsonOf(const TreeCard& card) {
   return {{"product", known(card.product)},
           {"path", card.path},
           {"manufacturer", known(card.manufacturer)},
@@ -78,14 +92,7 @@ Json cardJson(const TreeCard& card) {
           {"ports", listOf(card.ports, portJson)}};
 }
 
-Json memberJson(const TreeMember& member) {
-  return {{"port", known(member.port)},
-          {"role", known(member.role)},
-          {"portStatus", statusJson(member.portStatus)},
-          {"memberStatus", statusJson(member.memberStatus)}};
-}
-
-Json teamJson(const TreeTeam& team) {
+Json jsonOf(const TreeTeam& team) {
   Json json = interfaceJson(team);
   json["mode"] = known(team.mode);
   json["redundancy"] = known(team.redundancy);
@@ -96,11 +103,10 @@ Json teamJson(const TreeTeam& team) {
   return json;
 }
 
-}  // namespace
-
 std::string jsonOfTree(const Tree& tree) {
+  const auto one = [](const auto& part) { return jsonOf(part); };
   const Json json = {
-      {"host", tree.host}, {"cards", listOf(tree.cards, cardJson)}, {"teams", listOf(tree.teams, teamJson)}};
+      {"host", tree.host}, {"cards", listOf(tree.cards, one)}, {"teams", listOf(tree.teams, one)}};
   return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 

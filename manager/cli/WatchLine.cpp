@@ -37,21 +37,8 @@ Tone toneOfSeverity(std::uint64_t severity) {
   return severity <= kMinor ? Tone::Warning : Tone::Bad;
 }
 
-std::string severityOf(const PropertyView& view) {
-  // The schema's words for warnings and fatal errors are two words for one thing.
-  const std::string words = view.meaning("PerceivedSeverity");
-  return words.substr(words.starts_with("Degraded/") ? sizeof "Degraded" : 0, words.find("/Non"));
-}
-
 void appendAfter(std::string& text, const char* mark, const std::string& more) {
   if (!more.empty()) text += (text.empty() ? "" : mark) + more;
-}
-
-std::string placeOf(const PropertyView& view) {
-  std::string place = view.text("HWPhysicalLocation");
-  const std::string partNumber = view.text("HWPartNumber");
-  if (!partNumber.empty() && partNumber != "N/A") appendAfter(place, ", ", "part " + partNumber);
-  return place;
 }
 
 std::string padded(std::string text, std::size_t width) {
@@ -68,6 +55,19 @@ std::string adviceOf(const Instance& alert, std::size_t width) {
 }
 
 }  // namespace
+
+std::string severityOf(const PropertyView& view) {
+  // The schema's words for warnings and fatal errors are two words for one thing.
+  const std::string words = view.meaning("PerceivedSeverity");
+  return words.substr(words.starts_with("Degraded/") ? sizeof "Degraded" : 0, words.find("/Non"));
+}
+
+std::string placeOf(const PropertyView& view) {
+  std::string place = view.text("HWPhysicalLocation");
+  const std::string partNumber = view.text("HWPartNumber");
+  if (!partNumber.empty() && partNumber != "N/A") appendAfter(place, ", ", "part " + partNumber);
+  return place;
+}
 
 std::string lineOfAlert(const Instance& alert, std::chrono::system_clock::time_point arrival,
                         const std::string& name, const LineStyle& style) {

@@ -8,6 +8,13 @@
 
 namespace ZebManager {
 
+class PropertyView;
+
+/// How bad an alert is, in a word or two.
+std::string severityOf(const PropertyView& alert);
+/// Where the hardware is that it is about; empty when it does not say.
+std::string placeOf(const PropertyView& alert);
+
 /// How a line is shown.
 struct LineStyle {
   bool colour = false;

@@ -30,6 +30,8 @@ struct HttpHead {
   std::string own = {};                 ///< address of ours that the client has reached
   std::vector<std::string> names = {};  ///< of all headers, as they came
   std::string path = {};                ///< what is asked for, without what follows a question mark
+  /// What follows it under a name, unescaped; empty when there is none.
+  std::function<std::string(const std::string& name)> argument = {};
 
   /// Prefix of the headers of CIM: empty, or for M-POST the number that Man gives, and a hyphen.
   std::string prefix() const;

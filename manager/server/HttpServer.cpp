@@ -54,19 +54,25 @@ std::vector<std::string> namesIn(MHD_Connection* connection) {
   return names;
 }
 
+/// What a connection says under a name.
+std::function<std::string(const std::string&)> valuesIn(MHD_Connection* connection, MHD_ValueKind kind) {
+  return [connection, kind](const std::string& name) {
+    const char* const value = MHD_lookup_connection_value(connection, kind, name.c_str());
+    return std::string(value ? value : "");
+  };
+}
+
 HttpHead headOf(MHD_Connection* connection, const char* method, const char* path) {
   const ClientAddress from = clientOf(connection);
   return {method,
-          [connection](const std::string& name) {
-            const char* const value = MHD_lookup_connection_value(connection, MHD_HEADER_KIND, name.c_str());
-            return std::string(value ? value : "");
-          },
+          valuesIn(connection, MHD_HEADER_KIND),
           from.loopback,
           from.host,
           from.client,
           ownAddressOf(connection),
           namesIn(connection),
-          path};
+          path,
+          valuesIn(connection, MHD_GET_ARGUMENT_KIND)};
 }
 
 /// One request while it arrives.

@@ -24,7 +24,7 @@ struct HttpBounds {
         streams(all.connections / kForStreams) {}
 
   /// The part of all connections that answers without an end may have.
-  static constexpr std::size_t kForStreams = 8;
+  static constexpr std::size_t kForStreams = 2;
 
   const ServerSettings& settings;
   SharedBound waitingBytes;  ///< of bodies that are under way

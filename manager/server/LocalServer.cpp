@@ -9,7 +9,6 @@
 #include <array>
 
 #include "local/LocalSocket.h"
-#include "local/ServiceNamespace.h"
 #include "login/WriteGroup.h"
 #include "query/Condition.h"
 
@@ -121,8 +120,8 @@ void LocalServer::serve(int socket, const User& user) {
     _connections.work(socket);
     _connections.allow(socket, Connections::Seconds(0));
     if (frame->kind == Frame::Kind::Filters) return watch(socket, *frame);
-    if (frame->kind != Frame::Kind::Perform && frame->kind != Frame::Kind::Name) return;
-    Frame answer = answerTo(user, *frame);
+    if (frame->kind != Frame::Kind::Perform) return;
+    Frame answer = answerTo(user, frame->body);
     Share share(_bounds.answerBytes, {Party::Kind::User, user.name});
     if (!share.grow(answer.body.size()))
       answer = refusal("the service has too many answers that nobody takes");
@@ -132,13 +131,9 @@ void LocalServer::serve(int socket, const User& user) {
   }
 }
 
-Frame LocalServer::answerTo(const User& user, const Frame& frame) {
+Frame LocalServer::answerTo(const User& user, std::string_view request) {
   try {
-    if (frame.kind == Frame::Kind::Perform)
-      return {Frame::Kind::Answer, 0, _router.answerTo(user, frame.body)};
-    ServiceNamespace model([&](const std::string& request) { return _router.answerTo(user, request); },
-                           _classes);
-    return {Frame::Kind::Answer, 0, _names.pathOf(model, frame.body, frame.number != 0)};
+    return {Frame::Kind::Answer, 0, _router.answerTo(user, request)};
   } catch (const std::exception& error) {
     return refusal(error.what());
   }

@@ -10,7 +10,6 @@
 #include "posix/FileDescriptor.h"
 #include "server/HttpServer.h"
 #include "server/LocalWatchers.h"
-#include "server/NameHints.h"
 
 namespace ZebManager {
 
@@ -31,7 +30,7 @@ class LocalServer {
   bool admit(int socket, uid_t user);
   void begin(ZEB::FileDescriptor socket);
   void serve(int socket, const User& user);
-  Frame answerTo(const User& user, const Frame& frame);
+  Frame answerTo(const User& user, std::string_view request);
   void watch(int socket, const Frame& frame);
   static void passOn(int socket, LocalWatcher& watcher);
 
@@ -41,7 +40,6 @@ class LocalServer {
   HttpBounds& _bounds;
   LocalWatchers& _watchers;
   const ClassRepository& _classes;
-  NameHints _names;
   Connections _connections;
   std::mutex _mutex;
   std::condition_variable _ended;

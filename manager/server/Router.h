@@ -6,7 +6,6 @@
 
 #include "isolation/ProviderSupervisor.h"
 #include "plugin/PluginNamespace.h"
-#include "pull/PulledOperations.h"
 #include "server/Authenticator.h"
 #include "server/HostNames.h"
 #include "server/HttpHead.h"
@@ -39,15 +38,13 @@ class Router {
  private:
   HttpAnswer answerTo(const HttpHead& head, const std::optional<User>& user, std::string_view body);
   HttpAnswer resourceAnswer(const HttpHead& head) const;
-  std::string perform(std::string_view body, const CimMessage& message, const std::string& user);
-  std::string performOnPlugin(std::string_view message, bool repeatable);
+  std::string perform(std::string_view body, const CimMessage& message);
 
   Authenticator& _users;
   ProviderSupervisor& _plugin;
   const ProviderCalls _noProvider;
   PluginNamespace _classes;
   Namespace* const _interop;
-  PulledOperations _pulled;
   const HostNames _hosts;
   const Resources _resources;
   const unsigned _deepest;  ///< of elements of a request in each other

@@ -22,6 +22,8 @@
 #include "local/RunFolder.h"
 #include "server/HttpServer.h"
 #include "server/LocalServer.h"
+#include "server/PageResources.h"
+#include "server/PluginModel.h"
 
 namespace ZebManager {
 namespace {
@@ -112,6 +114,9 @@ ClassRepository interopClasses(const std::string& schema) {
   return ClassRepository::fromFile(std::filesystem::path(schema).replace_filename("interop.mof").string());
 }
 
+/// No name that a client can give a filter begins so.
+constexpr char kPageFilter[] = "\npage";
+
 /// The plug-in's process, what is subscribed to, and the way of indications from the one to the other.
 class Core {
  public:
@@ -121,16 +126,20 @@ class Core {
         _interopClasses(interopClasses(_schema)),
         _delivery(deliverySettings(settings), std::ref(log)),
         _watchers([this] { subscribe(); }),
+        _model(_classes, [this](const std::string& request) { return _supervisor.perform(request, true); }),
+        _live(_model, options.source),
         _supervisor(supervisorOptions(options, settings, log),
-                    [this](const auto& filters, const std::string& element) {
-                      _delivery.deliver(_watchers.deliver(filters, element), element);
-                    }),
+                    [this](const auto& filters, const std::string& element) { deliver(filters, element); }),
         _interop(_interopClasses, _classes, interopSettings(settings), std::ref(log),
                  [this] { subscribe(); }) {
     subscribe();
   }
 
+  ~Core() { _live.stop(); }
+
   const ClassRepository& classes() const { return _classes; }
+  Namespace& model() { return _model; }
+  LiveModel& live() { return _live; }
   ProviderSupervisor& plugin() { return _supervisor; }
   Namespace& interop() { return _interop; }
   LocalWatchers& watchers() { return _watchers; }
@@ -148,12 +157,20 @@ class Core {
     return interop;
   }
 
+  void deliver(const std::vector<std::string>& filters, const std::string& element) {
+    std::vector<std::string> others = _watchers.deliver(filters, element);
+    const bool forPages = std::erase(others, kPageFilter) > 0;
+    _delivery.deliver(others, element);
+    if (forPages) _live.alert(element);
+  }
+
   /// One at a time, so that the newest state is the last to be told.
   void subscribe() {
     const std::lock_guard lock(_mutex);
     _delivery.setSubscriptions(_interop.subscriptions());
     std::vector<IndicationFilter> filters = _interop.wantedFilters();
     std::ranges::move(_watchers.filters(), std::back_inserter(filters));
+    filters.push_back({kPageFilter, "SELECT * FROM ZEB_EthernetIndication", "WQL"});
     _supervisor.setFilters(filters);
   }
 
@@ -163,13 +180,17 @@ class Core {
   std::mutex _mutex;
   Delivery _delivery;
   LocalWatchers _watchers;
+  PluginModel _model;
+  LiveModel _live;
   ProviderSupervisor _supervisor;
   InteropNamespace _interop;
 };
 
 /// What is served besides CIM, by path.
-Resources resourcesOf(Core&) {
-  return {};
+Resources resourcesOf(Core& core) {
+  Resources resources;
+  addPage(resources, core.live(), core.model());
+  return resources;
 }
 
 /// Without it commands of this machine load the plug-in themselves.

@@ -165,9 +165,9 @@ TEST_F(ResourcesTest, AStreamEndsWithItsClientAndWithTheServer) {
   EXPECT_TRUE(allAreGone());
 }
 
-/// A quarter of the nameless' half stays free for what has an end.
+/// Half of the nameless' half stays free for what has an end: 64 pages of this machine may be open.
 TEST_F(ResourcesTest, StreamsAreBounded) {
-  constexpr std::size_t kForTheNameless = 256 / 8 / 2;
+  constexpr std::size_t kForTheNameless = 64;
   std::vector<std::unique_ptr<OpenConnection>> clients;
   for (std::size_t i = 0; i < kForTheNameless; ++i) {
     clients.push_back(std::make_unique<OpenConnection>(server->address(), asked("GET", "/events")));
