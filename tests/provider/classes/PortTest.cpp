@@ -241,6 +241,46 @@ TEST_F(PortTest, IsReadAnewForEveryInstance) {
   EXPECT_EQ(textOf(port.makeInstance().getProperty("ActiveMaximumTransmissionUnit")), "uint64 1280");
 }
 
+/// Not those alone that stand behind the first few.
+TEST_F(PortTest, ReadsEveryRowAnew) {
+  MemoryHost host;
+  host.addPort("eth0");
+  auto port = make(host.port(0));
+  auto& link = host.link("eth0");
+  auto facts = everyPortFacts().link;
+  facts.index = link.index;
+  facts.name = link.name;
+  facts.parentBus = link.parentBus;
+  facts.parentDevice = link.parentDevice;
+  link = facts;
+  const auto shown = port.makeInstance();
+  EXPECT_EQ(textOf(shown.getProperty("Caption")), "string \"Gigabit Adapter\"");
+  EXPECT_EQ(textOf(shown.getProperty("ElementName")), "string \"Gigabit Adapter\"");
+  EXPECT_EQ(textOf(shown.getProperty("PermanentAddress")), "string \"001a2b3c4d5e\"");
+  EXPECT_EQ(textOf(shown.getProperty("Name")), "string \"001a2b3c4d5e\"");
+}
+
+TEST_F(PortTest, APassTakesTheFirstReport) {
+  MemoryHost host;
+  host.addPort("eth0");
+  auto port = make(host.port(0));
+  bool visible = false;
+  port.manageDynamic(visible, 0, 0, {});
+  setStatus(host.link("eth0"), operationalStatus::Degraded);
+  EXPECT_EQ(statusOf(port), "uint16[] {6}");
+}
+
+TEST_F(PortTest, ReadingIsNoChange) {
+  MemoryHost host;
+  host.addPort("eth0");
+  auto port = make(host.port(0));
+  setStatus(host.link("eth0"), operationalStatus::Error);
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(textOf(port.makeInstance().getProperty("TimeOfLastStateChange")),
+              "datetime 00000000000000.000000:000");
+  }
+}
+
 TEST_F(PortTest, RecordsTheTimeOfAChange) {
   MemoryHost host;
   host.addPort("eth0");
