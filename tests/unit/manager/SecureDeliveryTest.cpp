@@ -48,7 +48,7 @@ TEST_F(SecureDeliveries, WaitForTlsThatIsNotTooOld) {
   settings.verifyListeners = false;
   start(antique.url());
   deliver(1, 1);
-  EXPECT_TRUE(logs("unsupported version"));
+  EXPECT_TRUE(logs("unsupported")) << "version or protocol, by the library that curl has";
   EXPECT_EQ(delivery->waiting(), 1U);
   EXPECT_THAT(antique.requests(), IsEmpty());
 }
