@@ -15,6 +15,7 @@ namespace fs = std::filesystem;
 
 constexpr std::int64_t kIncremental = 2;  // what SQLite calls a file that can be shrunk
 constexpr std::int64_t kManyPages = 256;  // that are worth to be given back
+constexpr int kWhole = -1;                // of a copy, in one step
 constexpr int kPatience = 5000;           // milliseconds, for another process that has the file
 
 void makeDirectory(const fs::path& directory) {
@@ -167,10 +168,23 @@ void SqliteFile::openForReading() {
   }
   asContent([this] {
     checkHeader();
-    if (numberOf("PRAGMA user_version") != formatNumber())
-      throw ManagerError("it is of an earlier version and cannot be written");
+    if (numberOf("PRAGMA user_version") != formatNumber()) {
+      copyToMemory();
+      upgrade();
+    }
     checkContent();
   });
+}
+
+/// Where what an earlier version wrote can be brought to this one.
+void SqliteFile::copyToMemory() {
+  const Database file = std::move(_database);
+  connect(":memory:", SQLITE_OPEN_READWRITE);
+  sqlite3_backup* const copy = sqlite3_backup_init(_database.get(), "main", file.get(), "main");
+  if (!copy) failSqlite(_database.get(), sqlite3_errcode(_database.get()));
+  sqlite3_backup_step(copy, kWhole);
+  const int code = sqlite3_backup_finish(copy);
+  if (code != SQLITE_OK) failSqlite(_database.get(), code);
 }
 
 void SqliteFile::connect(const std::string& name, int flags) {

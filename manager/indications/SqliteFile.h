@@ -47,6 +47,7 @@ class SqliteFile {
   void open();
   void openForWriting();
   void openForReading();
+  void copyToMemory();
   void connect(const std::string& name, int flags);
   std::int64_t formatNumber() const;
   void checkHeader();

@@ -1,4 +1,6 @@
 // The queue by itself: what it drops, what its numbers tell, and a clock and a disk that play tricks.
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -172,6 +174,51 @@ TEST_F(Queue, DatesFromBeforeCountAsNow) {
   EXPECT_TRUE(queue->oldest("a"));
   theTime += 1s;
   EXPECT_FALSE(queue->oldest("a"));
+}
+
+/// While this lives, the files in the folder cannot be written, nor others made.
+class ReadOnly {
+ public:
+  explicit ReadOnly(const std::filesystem::path& folder) : _folder(folder) {
+    std::filesystem::permissions(folder, std::filesystem::perms(0555));
+    if (setresuid(kNobody, kNobody, 0) != 0) ADD_FAILURE();
+  }
+  ReadOnly(const ReadOnly&) = delete;
+  ReadOnly& operator=(const ReadOnly&) = delete;
+  ~ReadOnly() {
+    if (setresuid(0, 0, 0) != 0) ADD_FAILURE();
+    std::filesystem::permissions(_folder, std::filesystem::perms(0700));
+  }
+
+ private:
+  static constexpr uid_t kNobody = 65534;
+  const std::filesystem::path _folder;
+};
+
+/// As the first version left it, on a disk that takes nothing: what waits in it is sent all the same.
+TEST_F(Queue, AFileOfAnEarlierVersionThatCannotBeWrittenIsRead) {
+  if (getuid() != 0) GTEST_SKIP() << "what this user may write cannot be told apart";
+  put(a, "<first/>");
+  put(b);
+  queue.reset();
+  elsewhere(
+      "DROP TABLE clock; CREATE INDEX of_listener ON indication (handler, id);"
+      "PRAGMA user_version = 1; PRAGMA application_id = 0; PRAGMA wal_checkpoint(TRUNCATE)");
+  {
+    const ReadOnly disk(directory.path());
+    ASSERT_NO_THROW(open());
+    EXPECT_THAT(lines, ElementsAre(HasSubstr("delivery.db cannot be written")));
+    ASSERT_TRUE(queue->oldest("a"));
+    EXPECT_EQ(queue->oldest("a")->element, "<first/>");
+    queue->remove("a", queue->oldest("a")->id);
+    put(a, "<second/>");
+    EXPECT_EQ(queue->oldest("a")->element, "<second/>");
+  }
+  theTime += 1s;
+  put(a, "<third/>");
+  open();
+  EXPECT_THAT(numbersFor("a"), ElementsAre(1, 2)) << "it was brought to this version";
+  EXPECT_THAT(numbersFor("b"), ElementsAre(0));
 }
 
 TEST_F(Queue, WhatWasInADamagedFileLeavesAGapInTheSameSequence) {
