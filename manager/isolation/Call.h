@@ -13,6 +13,9 @@ namespace ZebManager {
 
 using Clock = std::chrono::steady_clock;
 
+/// Behind the reason why there is no answer to what may change something.
+inline constexpr char kUnknownEffect[] = "; whether it has taken effect is not known";
+
 /// One thread waits for the answer; everything else belongs to the supervisor's thread.
 class Call {
  public:
@@ -29,13 +32,16 @@ class Call {
   bool blamed = false;   ///< it was the oldest in a process that was blocked
   bool suspect = false;  ///< a process ended under it
   bool timedOut = false;
+  bool sent = false;  ///< to a process
 
   bool live() const { return !_closed; }
 
+  /// What a process did before it ended, or does yet, nobody knows: a client must not take it for undone.
   void answer(Answer::Outcome outcome, std::string body) {
     if (_closed) return;
     _closed = true;
     timedOut = outcome == Answer::Outcome::TimedOut;
+    if (outcome != Answer::Outcome::Done && sent && !repeatable) body += kUnknownEffect;
     const std::lock_guard lock(_mutex);
     _answer = Answer{outcome, std::move(body)};
     _answered.notify_one();

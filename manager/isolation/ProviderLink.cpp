@@ -21,6 +21,7 @@ ProviderLink::ProviderLink(const SupervisorOptions& options, std::uint64_t proce
 }
 
 void ProviderLink::send(const std::shared_ptr<Call>& call) {
+  call->sent = true;
   calls.insert_or_assign(call->number, Sent{call, Clock::now()});
   _writer.add({Frame::Kind::Perform, call->number, call->message});
   flush();

@@ -52,7 +52,7 @@ class ProviderSupervisor {
   struct Answer {
     enum class Outcome { Done, TimedOut, Ended };
     Outcome outcome = Outcome::Ended;
-    std::string body;  ///< the answer; without one, a line that says why
+    std::string body;  ///< the answer; without one, a line that says why, and whether it may have an effect
   };
 
   /// An indication and the names of the filters that it satisfies. Called on one thread of the supervisor's,

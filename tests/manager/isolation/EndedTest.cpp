@@ -11,7 +11,9 @@
 namespace ZebManager {
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::Not;
 
 class Ended : public Supervised {};
 
@@ -26,6 +28,24 @@ TEST_F(Ended, AWriteUnderACrashIsAnErrorAndNotRepeated) {
   EXPECT_NE(after, before);
   EXPECT_EQ(linesOf(file("starts")), 2U);
   EXPECT_TRUE(logged("signal 11"));
+}
+
+/// What was done before the end stays done, so nobody is told that it was not.
+TEST_F(Ended, AWriteThatIsDoneBeforeTheEndIsNotSaidToBeUndone) {
+  start();
+  const Answer written = write("crash-once " + file("written"));
+  EXPECT_EQ(written.outcome, How::Ended);
+  EXPECT_TRUE(std::filesystem::exists(file("written")));
+  EXPECT_THAT(written.body, EndsWith("; whether it has taken effect is not known"));
+  EXPECT_THAT(read("crash").body, Not(HasSubstr("whether")));
+}
+
+TEST_F(Ended, AWriteThatReachedNoProcessIsUndone) {
+  std::ofstream(file("gate"));
+  start();
+  const Answer answer = write("pid");
+  EXPECT_EQ(answer.outcome, How::Ended);
+  EXPECT_THAT(answer.body, Not(HasSubstr("whether")));
 }
 
 TEST_F(Ended, AReadUnderACrashIsRepeated) {
