@@ -18,6 +18,7 @@ namespace {
 constexpr std::size_t kMostConnections = 64;
 constexpr std::size_t kMostOfOne = 16;
 constexpr std::size_t kLongestRequest = 256U << 10;
+constexpr char kTooMany[] = "the service answers too many commands at once";
 /// For a command to take a big answer.
 constexpr int kTimesForAnswer = 30;
 
@@ -50,13 +51,19 @@ LocalServer::LocalServer(const std::string& path, Router& router, HttpBounds& bo
       _watchers(watchers),
       _classes(classes),
       _connections(kMostConnections + kMostOfOne, kMostConnections + kMostOfOne),
+      _requests(kMostConnections + kMostOfOne),
       _thread([this] { accept(); }) {}
 
-LocalServer::~LocalServer() {
-  unlink(_path.c_str());
-  std::unique_lock lock(_mutex);
+void LocalServer::quiesce() {
+  const std::lock_guard lock(_mutex);
+  if (!_closed) unlink(_path.c_str());
   _closed = true;
   shutdown(_listener.get(), SHUT_RDWR);
+}
+
+LocalServer::~LocalServer() {
+  quiesce();
+  std::unique_lock lock(_mutex);
   for (const auto& [socket, user] : _open) shutdown(socket, SHUT_RDWR);
   _ended.wait(lock, [this] { return _open.empty(); });
   lock.unlock();
@@ -91,7 +98,7 @@ bool LocalServer::admit(int socket, uid_t user) {
 void LocalServer::begin(ZEB::FileDescriptor socket) {
   const int number = socket.get();
   if (!admit(number, peerOf(number).user)) {
-    FrameSender(number).send(refusal("the service answers too many commands at once"));
+    FrameSender(number).send(refusal(kTooMany));
     return;
   }
   std::thread([this, owned = std::move(socket)]() mutable {
@@ -117,12 +124,14 @@ void LocalServer::serve(int socket, const User& user) {
   for (;;) {
     const auto frame = nextFrame(reader, socket);
     if (!frame) return;
+    const Party party{Party::Kind::User, user.name};
+    Share place(_requests, party);
     _connections.work(socket);
     _connections.allow(socket, Connections::Seconds(0));
     if (frame->kind == Frame::Kind::Filters) return watch(socket, *frame);
     if (frame->kind != Frame::Kind::Perform) return;
-    Frame answer = answerTo(user, frame->body);
-    Share share(_bounds.answerBytes, {Party::Kind::User, user.name});
+    Frame answer = place.grow(1) ? answerTo(user, frame->body) : refusal(kTooMany);
+    Share share(_bounds.answerBytes, party);
     if (!share.grow(answer.body.size()))
       answer = refusal("the service has too many answers that nobody takes");
     _connections.allow(socket, _bounds.settings.requestTime * kTimesForAnswer);

@@ -24,6 +24,11 @@ class LocalServer {
   LocalServer& operator=(const LocalServer&) = delete;
   ~LocalServer();
 
+  /// Takes no more connections.
+  void quiesce();
+  /// Requests that are under way, from when they are there until their answer is sent.
+  const SharedBound& requests() const { return _requests; }
+
  private:
   void accept();
   /// False when there are too many.
@@ -41,6 +46,7 @@ class LocalServer {
   LocalWatchers& _watchers;
   const ClassRepository& _classes;
   Connections _connections;
+  SharedBound _requests;
   std::mutex _mutex;
   std::condition_variable _ended;
   std::map<int, uid_t> _open;  // connections

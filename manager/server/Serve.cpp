@@ -218,24 +218,29 @@ namespace {
 using Servers = std::vector<std::unique_ptr<HttpServer>>;
 
 /// Until no request is under way.
-void waitUntilFree(const Servers& servers, std::chrono::steady_clock::time_point end) {
+void waitUntilFree(const Servers& servers, const LocalServer* local,
+                   std::chrono::steady_clock::time_point end) {
   constexpr std::chrono::milliseconds kRound{10};
-  const auto isFree = [](const auto& server) { return std::as_const(*server).requests().isFree(); };
-  while (!std::ranges::all_of(servers, isFree) && std::chrono::steady_clock::now() < end)
-    std::this_thread::sleep_for(kRound);
+  const auto isFree = [&] {
+    return (!local || local->requests().isFree()) && std::ranges::all_of(servers, [](const auto& server) {
+             return std::as_const(*server).requests().isFree();
+           });
+  };
+  while (!isFree() && std::chrono::steady_clock::now() < end) std::this_thread::sleep_for(kRound);
 }
 
 /// What does not return by itself is answered while there is time to send that, and to end processes.
-void endInTime(const Servers& servers, Authenticator& users, ProviderSupervisor& plugin,
+void endInTime(const Servers& servers, LocalServer* local, Authenticator& users, ProviderSupervisor& plugin,
                std::chrono::seconds time) {
   constexpr std::chrono::seconds kForProcesses{3};
   constexpr std::chrono::seconds kForAnswers{1};
   const auto patience = std::chrono::steady_clock::now() + time - kForProcesses;
   for (const auto& server : servers) server->quiesce();
-  waitUntilFree(servers, patience);
+  if (local) local->quiesce();
+  waitUntilFree(servers, local, patience);
   users.stop();
   plugin.stop();
-  waitUntilFree(servers, std::chrono::steady_clock::now() + kForAnswers);
+  waitUntilFree(servers, local, std::chrono::steady_clock::now() + kForAnswers);
 }
 
 }  // namespace
@@ -270,7 +275,7 @@ int serve(const Options& options, std::ostream& out, std::ostream& err) {
     out << "https " << servers.back()->address() << std::endl;
   }
   stop.acquire();
-  endInTime(servers, users, core.plugin(), settings.stopTime);
+  endInTime(servers, local.get(), users, core.plugin(), settings.stopTime);
   return 0;
 }
 

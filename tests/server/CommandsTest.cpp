@@ -1,6 +1,8 @@
 // Commands beside a service: it is asked, and it is left alone when it should be.
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -158,6 +160,43 @@ TEST_F(Commands, LeaveAServiceAloneThatHasEndedInTheMiddle) {
   fs::remove(socketPath());
   fs::create_symlink("/dev/null", socketPath());
   EXPECT_EQ(zebcim({"get", kSettings}).status, 0) << "what is no socket is no service";
+}
+
+/// Somebody keeps the folder of the stores to himself, so that the change hangs, and goes on doing so for
+/// that long when the service is asked to end.
+class CommandsAtTheEnd : public Commands {
+ protected:
+  Outcome changeWhileItIsHeldFor(std::chrono::milliseconds time) {
+    EXPECT_EQ(zebcim({"get", kSettings}).status, 0);
+    ZEB::FileDescriptor folder(open((server.folder() / "store").c_str(), O_RDONLY | O_CLOEXEC));
+    EXPECT_EQ(flock(folder.get(), LOCK_EX), 0);
+    std::thread end([&] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+      std::thread([&] {
+        std::this_thread::sleep_for(time);
+        folder = {};
+      }).swap(_release);
+      EXPECT_EQ(server.stop(), 0);
+    });
+    const Outcome changed = zebcim({"modify", kSettings, "PollInterval=61"});
+    end.join();
+    _release.join();
+    return changed;
+  }
+
+ private:
+  std::thread _release;
+};
+
+TEST_F(CommandsAtTheEnd, AreWaitedFor) {
+  const Outcome changed = changeWhileItIsHeldFor(std::chrono::milliseconds(500));
+  EXPECT_EQ(changed.status, 0) << changed.err;
+}
+
+TEST_F(CommandsAtTheEnd, AreAnsweredWhenTheyTakeTooLong) {
+  const Outcome changed = changeWhileItIsHeldFor(std::chrono::seconds(8));
+  EXPECT_EQ(changed.status, 1);
+  EXPECT_THAT(changed.err, HasSubstr("the server ends; whether it has taken effect is not known"));
 }
 
 TEST_F(Commands, KeepTheServiceFromNobody) {
