@@ -85,7 +85,8 @@ class Delivery::Exporter {
   const LogLine _log;
   mutable std::mutex _mutex;
   DeliveryQueue _queue;
-  std::vector<Subscription> _subscriptions;
+  std::shared_ptr<const std::vector<Subscription>> _subscriptions =
+      std::make_shared<const std::vector<Subscription>>();
   bool _changed = false;           // `_subscriptions`, since the thread looked
   std::set<std::string> _touched;  // handlers that something was queued for
   bool _stopping = false;
@@ -97,15 +98,16 @@ class Delivery::Exporter {
 };
 
 void Delivery::Exporter::setSubscriptions(std::vector<Subscription> subscriptions) {
-  std::set<std::string> names;
-  std::set<std::string> handlers;
-  for (const Subscription& subscription : subscriptions) {
-    names.insert(subscription.name);
-    handlers.insert(subscription.handlerName);
+  const auto all = std::make_shared<const std::vector<Subscription>>(std::move(subscriptions));
+  std::set<std::string_view> names;
+  std::set<std::string_view> handlers;
+  for (const Subscription& subscription : *all) {
+    names.insert(names.end(), subscription.name);
+    handlers.insert(handlers.end(), subscription.handlerName);
   }
   {
     const std::lock_guard lock(_mutex);
-    _subscriptions = std::move(subscriptions);
+    _subscriptions = all;
     _changed = true;
     _queue.keepOnly(names, handlers);
   }
@@ -118,7 +120,7 @@ void Delivery::Exporter::deliver(const std::vector<std::string>& filterNames,
   {
     const std::lock_guard lock(_mutex);
     std::vector<const Subscription*> wanting;
-    for (const Subscription& subscription : _subscriptions) {
+    for (const Subscription& subscription : *_subscriptions) {
       const bool selected = std::ranges::find(filterNames, subscription.filterName) != filterNames.end();
       if (selected && !(subscription.end && *subscription.end <= now)) wanting.push_back(&subscription);
     }
@@ -144,7 +146,7 @@ void Delivery::Exporter::run() {
 
 /// False when it is time to end.
 bool Delivery::Exporter::takeChanges() {
-  std::vector<Subscription> subscriptions;
+  std::shared_ptr<const std::vector<Subscription>> subscriptions;
   std::set<std::string> touched;
   bool changed = false;
   {
@@ -154,7 +156,7 @@ bool Delivery::Exporter::takeChanges() {
     if (changed) subscriptions = _subscriptions;
     touched.swap(_touched);
   }
-  if (changed) takeSubscriptions(subscriptions);
+  if (changed) takeSubscriptions(*subscriptions);
   for (const std::string& handler : touched) {
     if (const auto found = _destinations.find(handler); found != _destinations.end())
       found->second.empty = false;
@@ -163,14 +165,14 @@ bool Delivery::Exporter::takeChanges() {
 }
 
 void Delivery::Exporter::takeSubscriptions(const std::vector<Subscription>& subscriptions) {
-  std::map<std::string, std::string> urls;
-  for (const Subscription& subscription : subscriptions)
-    urls[subscription.handlerName] = subscription.destination;
-  std::erase_if(_destinations, [&](const auto& entry) { return !urls.contains(entry.first); });
-  for (const auto& [handler, url] : urls) {
-    const auto made = _destinations.try_emplace(handler, _multi.get(), _settings, url).first;
-    made->second.listener.setUrl(url);
+  std::set<std::string_view> handlers;
+  for (const Subscription& subscription : subscriptions) {
+    handlers.insert(handlers.end(), subscription.handlerName);
+    const auto made = _destinations.try_emplace(subscription.handlerName, _multi.get(), _settings,
+                                                subscription.destination);
+    made.first->second.listener.setUrl(subscription.destination);
   }
+  std::erase_if(_destinations, [&](const auto& entry) { return !handlers.contains(entry.first); });
 }
 
 void Delivery::Exporter::work() {

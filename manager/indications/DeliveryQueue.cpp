@@ -188,8 +188,8 @@ void DeliveryQueue::remove(const std::string& handler, std::int64_t id) {
   save();
 }
 
-void DeliveryQueue::keepOnly(const std::set<std::string>& subscriptions,
-                             const std::set<std::string>& handlers) {
+void DeliveryQueue::keepOnly(const std::set<std::string_view>& subscriptions,
+                             const std::set<std::string_view>& handlers) {
   for (auto& [handler, line] : _lines) {
     const auto isGone = [&](const std::string& name) { return !subscriptions.contains(name); };
     if (std::ranges::none_of(line.subscriptions, isGone)) continue;

@@ -47,7 +47,7 @@ class DeliveryQueue {
   std::optional<QueuedIndication> oldest(const std::string& handler);
   void remove(const std::string& handler, std::int64_t id);
   /// Drops what waits for other subscriptions than these, and forgets the sequences of other listeners.
-  void keepOnly(const std::set<std::string>& subscriptions, const std::set<std::string>& handlers);
+  void keepOnly(const std::set<std::string_view>& subscriptions, const std::set<std::string_view>& handlers);
 
   std::size_t waiting() const;
 

@@ -1,4 +1,7 @@
 // What the instances of the table are to each other: associations, and the subscriptions that they come to.
+#include <algorithm>
+#include <set>
+
 #include "indications/InteropTable.h"
 
 namespace ZebManager {
@@ -36,33 +39,45 @@ void InteropTable::linksThrough(const StoredInstance& association, const std::st
   }
 }
 
-std::vector<InteropTable::Enabled> InteropTable::enabledSubscriptions() const {
-  std::vector<Enabled> enabled;
-  for (const auto& [name, stored] : _instances) {
-    const bool subscription = _repository.isA(stored->classDef().name, kSubscriptionClass);
-    if (!subscription || !isEnabled(*stored)) continue;
-    const StoredInstance* const filter = find(stored->endAt("Filter"));
-    const StoredInstance* const handler = find(stored->endAt("Handler"));
-    if (filter && handler) enabled.push_back({*stored, *filter, *handler});
+/// Of a subscription that is enabled and has both ends.
+std::optional<Subscription> InteropTable::subscriptionOf(const StoredInstance& stored) const {
+  if (!stored.subscribes || !isEnabled(stored)) return std::nullopt;
+  const StoredInstance* const filter = find(stored.endAt("Filter"));
+  const StoredInstance* const handler = find(stored.endAt("Handler"));
+  if (!filter || !handler) return std::nullopt;
+  return Subscription{stored.name, filter->name, handler->name, handler->text("Destination"), stored.until};
+}
+
+/// What a change of an instance makes of subscriptions: of that one, or of those that lead to it.
+void InteropTable::follow(const std::string& name) {
+  for (const auto& [subscriber, stored] : _instances) {
+    const bool concerned =
+        stored->subscribes && (subscriber == name || std::ranges::any_of(stored->ends, [&](const auto& end) {
+                                 return end.second == name;
+                               }));
+    if (!concerned) continue;
+    ++_subscribed;
+    _subscriptions.erase(subscriber);
+    if (auto subscription = subscriptionOf(*stored))
+      _subscriptions.emplace(subscriber, std::move(*subscription));
   }
-  return enabled;
 }
 
 std::vector<IndicationFilter> InteropTable::wantedFilters() const {
-  std::map<std::string, const StoredInstance*> wanted;
-  for (const Enabled& enabled : enabledSubscriptions()) wanted.emplace(enabled.filter.name, &enabled.filter);
+  std::set<std::string_view> wanted;
+  for (const auto& [name, subscription] : _subscriptions) wanted.insert(subscription.filterName);
   std::vector<IndicationFilter> filters;
-  for (const auto& [name, filter] : wanted)
-    filters.push_back({name, filter->text("Query"), filter->text("QueryLanguage")});
+  for (const std::string_view name : wanted) {
+    const StoredInstance& filter = *find(std::string(name));
+    filters.push_back({filter.name, filter.text("Query"), filter.text("QueryLanguage")});
+  }
   return filters;
 }
 
 std::vector<Subscription> InteropTable::subscriptions() const {
   std::vector<Subscription> list;
-  for (const auto& [subscription, filter, handler] : enabledSubscriptions()) {
-    list.push_back(
-        {subscription.name, filter.name, handler.name, handler.text("Destination"), subscription.until});
-  }
+  list.reserve(_subscriptions.size());
+  for (const auto& [name, subscription] : _subscriptions) list.push_back(subscription);
   return list;
 }
 

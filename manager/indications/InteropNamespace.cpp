@@ -105,8 +105,14 @@ std::vector<Subscription> InteropNamespace::subscriptions() const {
 }
 
 /// One after the other, so that the last one sees what the last change made.
-Reply InteropNamespace::announced(Reply reply) {
-  if (reply.code != CMPI_RC_OK || !_changed) return reply;
+Reply InteropNamespace::change(const std::function<void(Reply&)>& work) {
+  bool subscribed = false;
+  Reply reply = perform(_mutex, [&](Reply& made) {
+    const std::size_t before = _table->subscribed();
+    work(made);
+    subscribed = _table->subscribed() != before;
+  });
+  if (!subscribed || !_changed) return reply;
   const std::lock_guard lock(_announcing);
   _changed();
   return reply;
@@ -129,20 +135,19 @@ Reply InteropNamespace::getInstance(const CMPIObjectPath& path, PropertyList pro
 }
 
 Reply InteropNamespace::createInstance(const CMPIObjectPath& path, const CMPIInstance& instance) {
-  return announced(perform(_mutex, [&](Reply& reply) {
+  return change([&](Reply& reply) {
     bodyOf(path);
     addPath(reply, _table->create(*as<ObjectPath>(&path), ownOf(instance)));
-  }));
+  });
 }
 
 Reply InteropNamespace::modifyInstance(const CMPIObjectPath& path, const CMPIInstance& instance,
                                        PropertyList properties) {
-  return announced(
-      perform(_mutex, [&](Reply&) { _table->modify(bodyOf(path), ownOf(instance), properties); }));
+  return change([&](Reply&) { _table->modify(bodyOf(path), ownOf(instance), properties); });
 }
 
 Reply InteropNamespace::deleteInstance(const CMPIObjectPath& path) {
-  return announced(perform(_mutex, [&](Reply&) { _table->remove(bodyOf(path)); }));
+  return change([&](Reply&) { _table->remove(bodyOf(path)); });
 }
 
 Reply InteropNamespace::associators(const CMPIObjectPath& path, const AssociationFilter& filter,

@@ -65,7 +65,7 @@ class InteropNamespace : public Namespace {
                      CMPIArgs& out) override;
 
  private:
-  Reply announced(Reply reply);
+  Reply change(const std::function<void(Reply&)>& work);
 
   const ClassRepository& _repository;
   std::function<void()> _changed;

@@ -84,6 +84,9 @@ InteropTable::InteropTable(const ClassRepository& repository, const ClassReposit
     if (!error.damaged()) throw;
     saveAnew(error.what());
   }
+  for (const auto& [name, stored] : _instances) {
+    if (auto subscription = subscriptionOf(*stored)) _subscriptions.emplace(name, std::move(*subscription));
+  }
 }
 
 /// What is asked of an instance again and again.
@@ -96,7 +99,8 @@ void InteropTable::complete(StoredInstance& stored) const {
     if (property.data.type == CMPI_ref && !isNull(property.data))
       stored.ends[std::string(property.name)] = _names.nameOf(property.data);
   }
-  if (_repository.isA(stored.classDef().name, kSubscriptionClass)) stored.until = endOf(stored);
+  stored.subscribes = _repository.isA(stored.classDef().name, kSubscriptionClass);
+  if (stored.subscribes) stored.until = endOf(stored);
 }
 
 void InteropTable::take(std::unique_ptr<StoredInstance> stored) {
@@ -200,7 +204,9 @@ void InteropTable::keep(std::unique_ptr<StoredInstance> stored) {
     _log(std::string("an instance cannot be kept: ") + error.what());
     throw Refusal(CMPI_RC_ERR_FAILED, std::string("it cannot be kept: ") + error.what());
   }
+  const std::string name = stored->name;
   take(std::move(stored));
+  follow(name);
 }
 
 const StoredInstance& InteropTable::create(const ObjectPath& path, const Instance& given) {
@@ -258,6 +264,7 @@ void InteropTable::remove(const PathBody& path) {
   _bytes -= stored.bytes;
   _instances.erase(name);
   --_made;
+  _subscribed += _subscriptions.erase(name);
 }
 
 bool InteropTable::isUsed(const std::string& name) const {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -38,30 +39,26 @@ class InteropTable {
   };
   std::vector<Link> links(const PathBody& path, const AssociationFilter& filter) const;
 
+  /// Another number after each change that may have made these two others.
+  std::size_t subscribed() const { return _subscribed; }
   std::vector<IndicationFilter> wantedFilters() const;
   std::vector<Subscription> subscriptions() const;
 
  private:
   const StoredInstance* find(const std::string& name) const;
   const ClassDef& requireClass(std::string_view className, CMPIrc code) const;
-  /// A subscription that is enabled and whole.
-  struct Enabled {
-    const StoredInstance& subscription;
-    const StoredInstance& filter;
-    const StoredInstance& handler;
-  };
-
   void complete(StoredInstance& stored) const;
   void take(std::unique_ptr<StoredInstance> stored);
   void checkPlace(const StoredInstance& stored) const;
   void keep(std::unique_ptr<StoredInstance> stored);
   bool isUsed(const std::string& name) const;
+  void follow(const std::string& name);
+  std::optional<Subscription> subscriptionOf(const StoredInstance& stored) const;
   void change(const std::function<void()>& write);
   void saveAnew(const std::string& why);
   void addFixed();
   void linksThrough(const StoredInstance& association, const std::string& from,
                     const AssociationFilter& filter, std::vector<Link>& links) const;
-  std::vector<Enabled> enabledSubscriptions() const;
 
   const ClassRepository& _repository;
   const InteropSettings _settings;
@@ -72,6 +69,8 @@ class InteropTable {
   std::map<std::string, std::unique_ptr<StoredInstance>> _instances;  // by InstanceNames::nameOf
   std::size_t _made = 0;                                              // that are not fixed
   std::size_t _bytes = 0;                                             // of these
+  std::map<std::string, Subscription> _subscriptions;                 // enabled and whole, by name
+  std::size_t _subscribed = 0;
 };
 
 }  // namespace ZebManager

@@ -52,6 +52,7 @@ struct StoredInstance {
   // What its table works out when it takes the instance in.
   std::string name;                            ///< InstanceNames::nameOf
   std::map<std::string, std::string> ends;     ///< names of what it refers to, by property
+  bool subscribes = false;                     ///< is a subscription
   std::optional<BootClock::time_point> until;  ///< of a subscription that ends
   std::size_t bytes = 0;                       ///< of all its texts
 };

@@ -10,13 +10,13 @@ TEST_F(Interop, WhatIsInUseStays) {
   makeOneOfEach();
   EXPECT_EQ(space->deleteInstance(*path(filterPath("f"))).code, CMPI_RC_ERR_FAILED);
   EXPECT_EQ(space->deleteInstance(*path(handlerPath("h"))).code, CMPI_RC_ERR_FAILED);
-  EXPECT_EQ(changes, 3);
+  EXPECT_EQ(changes, 1);
   EXPECT_EQ(space->deleteInstance(*subscriptionPath()).code, CMPI_RC_OK);
   EXPECT_THAT(space->subscriptions(), IsEmpty());
   EXPECT_EQ(space->deleteInstance(*path(filterPath("f"))).code, CMPI_RC_OK);
   EXPECT_EQ(space->deleteInstance(*path(handlerPath("h"))).code, CMPI_RC_OK);
   EXPECT_EQ(space->deleteInstance(*path(filterPath("f"))).code, CMPI_RC_ERR_NOT_FOUND);
-  EXPECT_EQ(changes, 6);
+  EXPECT_EQ(changes, 2);
 }
 
 TEST_F(Interop, BadFiltersAreRefused) {
@@ -41,7 +41,7 @@ TEST_F(Interop, BadFiltersAreRefused) {
       << "no name";
   EXPECT_THAT(space->enumerateInstanceNames("CIM_IndicationFilter").items(), IsEmpty());
   EXPECT_EQ(code("SourceNamespace", "/root/jxv/"), CMPI_RC_OK);
-  EXPECT_EQ(changes, 1);
+  EXPECT_EQ(changes, 0);
 }
 
 TEST_F(Interop, BadListenersAreRefused) {

@@ -70,6 +70,10 @@ TEST_F(Interop, WhatNoLongerFitsIsLeftOut) {
   EXPECT_THAT(lines, ElementsAre(HasSubstr("no property 'Gone' any more")));
   EXPECT_THAT(space->subscriptions(), IsEmpty()) << "its filter is not there";
   EXPECT_EQ(get(handlerPath("h")).code, CMPI_RC_OK);
+  changes = 0;
+  EXPECT_EQ(codeOfCreate("CIM_IndicationFilter", filterProperties("f")), CMPI_RC_OK);
+  EXPECT_THAT(space->subscriptions(), SizeIs(1)) << "it is whole again";
+  EXPECT_EQ(changes, 1);
 }
 
 TEST_F(Interop, AFileOfALaterVersionIsNotTouched) {
