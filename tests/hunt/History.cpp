@@ -8,13 +8,14 @@ namespace {
 
 using Kind = Machine::Kind;
 
-constexpr std::array kNames{"cable",    "switch",    "join",      "leave",    "swap role", "make team",
-                            "del team", "team anew", "make vlan", "del vlan", "address",   "gateway",
-                            "rename",   "unplug",    "plug",      "spoil",    "request",   "pass"};
+constexpr std::array kNames{"cable",     "switch",   "join",      "leave",     "swap role",
+                            "make team", "del team", "team anew", "make vlan", "del vlan",
+                            "address",   "gateway",  "rename",    "unplug",    "plug",
+                            "set",       "spoil",    "request",   "pass"};
 static_assert(kNames.size() == static_cast<std::size_t>(Step::Kind::Count));
 
 /// Passes come often, so that what happened before each is little.
-constexpr std::array kWeights{6, 5, 3, 2, 2, 1, 1, 2, 1, 1, 4, 2, 1, 1, 1, 1, 4, 9};
+constexpr std::array kWeights{6, 5, 3, 2, 2, 1, 1, 2, 1, 1, 4, 2, 1, 1, 1, 2, 1, 4, 9};
 static_assert(kWeights.size() == kNames.size());
 
 constexpr std::size_t kMostInterfaces = 14;
@@ -75,6 +76,28 @@ void toggleAddress(Machine::Interface& interface, std::uint32_t number, std::uin
                                   : "2001:db8::" + std::to_string(number * 10 + how % 3);
   auto& all = interface.addresses;
   if (std::erase(all, address) == 0) all.push_back(address);
+}
+
+void set(Machine::Settings& settings, std::uint32_t how) {
+  switch (how % 6) {
+    case 0:
+      settings.frameSize = settings.frameSize == 1500 ? 1400 : 1500;
+      break;
+    case 1:
+      settings.megabits = settings.megabits == 1000 ? 100 : 1000;
+      break;
+    case 2:
+      settings.wakesOnLan = !settings.wakesOnLan;
+      break;
+    case 3:
+      ++settings.driverVersion;
+      break;
+    case 4:
+      ++settings.firmwareVersion;
+      break;
+    default:
+      ++settings.packets;
+  }
 }
 
 }  // namespace
@@ -156,6 +179,8 @@ bool apply(const Step& step, Machine& machine) {
     case Plug:
       if (room) machine.add({.name = freeName(machine, "eth"), .card = freeCard(machine)});
       return true;
+    case Set:
+      return with(machine.all(Kind::Port), [&](auto& port, auto) { set(port.settings, step.how); });
     default:
       return false;
   }

@@ -27,6 +27,7 @@ struct Step {
     Rename,
     Unplug,
     Plug,
+    Set,
     Spoil,
     Request,
     Pass,

@@ -132,6 +132,8 @@ void KernelMachine::play(const Machine& before, const Machine& now) {
       here += "link set " + one.name + (one.up ? " up\n" : " down\n");
     if (one.kind == Kind::Port && old.carrier != one.carrier)
       there += "link set " + farEnd(number) + (one.carrier ? " up\n" : " down\n");
+    if (old.settings.frameSize != one.settings.frameSize)
+      here += "link set " + one.name + " mtu " + std::to_string(one.settings.frameSize) + "\n";
     here += addresses(old, one) + gateway(number, old, one);
   }
   run(here);

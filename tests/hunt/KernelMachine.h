@@ -17,7 +17,8 @@ class KernelMachine {
   static bool has(const std::string& kind);
 
   /// Makes of the machine that is there another one, as far as the kernel lets that be. The roles of a team's
-  /// members are the kernel's affair, and whether a team or a VLAN has its link.
+  /// members are the kernel's affair, and whether a team or a VLAN has its link; of settings it has the frame
+  /// size.
   void play(const Machine& before, const Machine& now);
 
  private:

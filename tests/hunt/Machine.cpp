@@ -16,6 +16,17 @@ void replace(const std::filesystem::path& file, const std::string& text) {
   std::filesystem::rename(partial, file);
 }
 
+/// What only a port has, but for where it sits.
+std::string textOf(const Machine::Settings& settings) {
+  const std::string supported = R"("wakeOnLanSupported": 32, "wakeOnLanEnabled": )";
+  return R"(, "mtu": )" + std::to_string(settings.frameSize) + R"(, "ethtool": {"speed": )" +
+         std::to_string(settings.megabits) + ", " + supported + (settings.wakesOnLan ? "32" : "0") +
+         R"(}, "driver": {"name": "net", "version": ")" + std::to_string(settings.driverVersion) +
+         R"(", "firmwareVersion": ")" + std::to_string(settings.firmwareVersion) +
+         R"("}, "statistics": {"rxPackets": )" + std::to_string(settings.packets) +
+         R"(, "txPackets": 2, "rxBytes": 3, "txBytes": 4})";
+}
+
 std::string joined(const std::vector<std::string>& parts) {
   std::string all;
   for (const std::string& part : parts) all += (all.empty() ? "" : ",\n") + part;
@@ -86,7 +97,7 @@ void Machine::spoil(const std::filesystem::path& file) {
   replace(file, "{");
 }
 
-std::string Machine::text(std::uint32_t number, const Interface& interface) const {
+std::string Machine::text(std::uint32_t number, const Interface& interface) {
   const bool link = interface.hasLink();
   std::string text = R"({"index": )" + std::to_string(number) + R"(, "name": ")" + interface.name +
                      R"(", "type": 1, "address": ")" + addressOf(number) + R"(", "permanentAddress": ")" +
@@ -97,8 +108,8 @@ std::string Machine::text(std::uint32_t number, const Interface& interface) cons
     case Kind::Port: {
       const std::string device = "0000:" + std::to_string(10 + interface.card) + ":00.0";
       text += R"(, "parentBus": "pci", "parentDevice": ")" + device +
-              R"(", "hardware": {"bus": "pci", "device": ")" + device + R"(", "pci": ")" + device +
-              R"("}, "statistics": {"rxPackets": 1, "txPackets": 2, )" + R"("rxBytes": 3, "txBytes": 4})";
+              R"(", "hardware": {"bus": "pci", "device": ")" + device + R"(", "pci": ")" + device + R"("})" +
+              textOf(interface.settings);
       if (interface.team != 0) {
         text += R"(, "masterIndex": )" + std::to_string(interface.team) + R"(, "bondMember": {"state": )" +
                 (interface.backup ? "1" : "0") + R"(, "miiStatus": )" + (link ? "0}" : "2}");

@@ -13,6 +13,16 @@ class Machine {
  public:
   enum class Kind : std::uint8_t { Port, Team, Vlan };
 
+  /// What of a port changes by itself.
+  struct Settings {
+    int frameSize = 1500;
+    int megabits = 1000;
+    bool wakesOnLan = false;
+    int driverVersion = 1;
+    int firmwareVersion = 1;
+    int packets = 1;
+  };
+
   struct Interface {
     Kind kind = Kind::Port;
     std::string name;
@@ -23,6 +33,7 @@ class Machine {
     std::uint32_t carriedBy = 0;  ///< number of the interface that a VLAN is on
     int card = 0;                 ///< where a port's card sits
     int gateway = 0;              ///< 0 none, 4 or 6
+    Settings settings = {};
     std::vector<std::string> addresses = {};
 
     bool hasLink() const { return up && carrier; }
@@ -47,7 +58,7 @@ class Machine {
   static void spoil(const std::filesystem::path& file);
 
  private:
-  std::string text(std::uint32_t number, const Interface& interface) const;
+  static std::string text(std::uint32_t number, const Interface& interface);
 
   std::uint32_t _next = 2;
 };
