@@ -1,7 +1,10 @@
+#include <chrono>
+#include <optional>
 #include <stdexcept>
 #include <thread>
 
 #include "WorkerFixture.h"
+#include "common/ZEBUtil.h"
 #include "support/ThrowingSink.h"
 
 // No transition is lost, told twice or made up, whatever a pass meets.
@@ -9,8 +12,27 @@
 namespace ZEB::test {
 namespace {
 
+using namespace std::chrono_literals;
 using CmpiCpp::CmpiData;
 using testing::ElementsAre;
+
+/// The last time that somebody asked for a pass at, while it lives.
+class Alarm {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  Alarm() {
+    ZEBUtil::setWorkerAlarm([this](Clock::time_point when) { _time = when; });
+  }
+  ~Alarm() { ZEBUtil::setWorkerAlarm(nullptr); }
+  Alarm(const Alarm&) = delete;
+  Alarm& operator=(const Alarm&) = delete;
+
+  const std::optional<Clock::time_point>& time() const { return _time; }
+
+ private:
+  std::optional<Clock::time_point> _time;
+};
 
 TEST_F(WorkerTest, APassThatCannotReadIsTriedAgainAndLosesNothing) {
   enableIndications();
@@ -24,6 +46,45 @@ TEST_F(WorkerTest, APassThatCannotReadIsTriedAgainAndLosesNothing) {
   EXPECT_TRUE(succeeded(pass()));
   EXPECT_THAT(events(), ElementsAre("2"));
   EXPECT_FALSE(_netlinkEvent);
+}
+
+TEST_F(WorkerTest, APassThatCannotReadAsksForAnotherWithinASecond) {
+  std::ofstream(host.file()) << "no recording";
+  const Alarm alarm;
+  const auto before = Alarm::Clock::now();
+  EXPECT_TRUE(succeeded(pollingPass()));
+  ASSERT_TRUE(alarm.time());
+  EXPECT_LE(*alarm.time() - before, 1s + (Alarm::Clock::now() - before));
+}
+
+TEST_F(WorkerTest, ARebuildThatFailsAsksForAPassWithinASecond) {
+  host.addPort(6, "eth4");
+  host.play();
+  sourcesFail = true;
+  const Alarm alarm;
+  const auto before = Alarm::Clock::now();
+  EXPECT_FALSE(succeeded(pollingPass()));
+  ASSERT_TRUE(alarm.time());
+  EXPECT_LE(*alarm.time() - before, 1s + (Alarm::Clock::now() - before));
+}
+
+TEST_F(WorkerTest, APassThatFindsAPortSettlingAsksForOneWhenItsTimeIsUp) {
+  host.link("eth0").up = false;
+  host.play();
+  {
+    const Alarm alarm;
+    EXPECT_TRUE(succeeded(pollingPass()));
+    EXPECT_FALSE(alarm.time()) << "nothing settles";
+  }
+  host.link("eth0").up = true;
+  host.link("eth0").carrier = false;
+  host.play();
+  const Alarm alarm;
+  const auto before = Alarm::Clock::now();
+  EXPECT_TRUE(succeeded(pollingPass()));
+  ASSERT_TRUE(alarm.time());
+  EXPECT_GE(*alarm.time(), before + 6s);
+  EXPECT_LE(*alarm.time(), Alarm::Clock::now() + 6s);
 }
 
 TEST_F(WorkerTest, ATeamThatCameInARebuildThatFailedIsStillAnnounced) {
@@ -198,6 +259,47 @@ TEST_F(WorkerTest, AMemberThatJoinsIsReportedAsThatAlone) {
   host.play();
   EXPECT_TRUE(succeeded(pollingPass()));
   EXPECT_THAT(events(), ElementsAre("7", "21", "15", "13", "20"));
+}
+
+TEST_F(WorkerTest, ABondThatIsMadeIsReportedAsThatAlone) {
+  enableIndications();
+  for (const char* setting : {"InterfaceAvailable", "MemberJoinedTeam", "MemberRoleChanged",
+                              "MemberStatusChanged", "ActiveAdapterCountChanged"}) {
+    set(setting, true);
+  }
+  host.addTeam(11, "bond1");
+  host.link("bond1").carrier = false;
+  host.play();
+  EXPECT_TRUE(succeeded(pollingPass()));
+  EXPECT_THAT(events(), ElementsAre("11"));
+  host.link("eth1").team = 11;
+  host.link("eth1").carrier = false;
+  host.play();
+  EXPECT_TRUE(succeeded(pollingPass()));
+  EXPECT_THAT(events(), ElementsAre("11", "7", "21"));
+  host.link("eth1").carrier = host.link("bond1").carrier = true;
+  host.play();
+  EXPECT_TRUE(succeeded(pollingPass()));
+  EXPECT_THAT(events(), ElementsAre("11", "7", "21", "20", "15", "13", "20"));
+}
+
+TEST_F(WorkerTest, AMemberThatJoinsAndGetsNoLinkIsReportedWhenItsTimeIsUp) {
+  configure("ZEB_LINK_SETTLE_SECONDS", "1");
+  stop();
+  start();
+  enableIndications();
+  for (const char* setting : {"MemberJoinedTeam", "MemberRoleChanged", "MemberStatusChanged"})
+    set(setting, true);
+  host.link("eth1").team = 10;
+  host.link("eth1").carrier = false;
+  host.play();
+  EXPECT_TRUE(succeeded(pollingPass()));
+  EXPECT_THAT(events(), ElementsAre("7", "21"));
+  std::this_thread::sleep_for(1100ms);
+  EXPECT_TRUE(succeeded(pass()));
+  // The team has lost connectivity, by a member whose role and status are others, and the port has failed.
+  EXPECT_THAT(events(), ElementsAre("7", "21", "2", "9", "10", "1"));
+  unsetenv("ZEB_LINK_SETTLE_SECONDS");
 }
 
 }  // namespace

@@ -84,6 +84,36 @@ TEST(WorkerTimerTest, awakeningDuringARunAsksForAnother) {
   EXPECT_TRUE(runs.waitFor(2));
 }
 
+TEST(WorkerTimerTest, runsOnceAtTheEarliestTimeThatItIsAskedFor) {
+  Runs runs;
+  WorkerTimer timer({.firstAfter = 1h, .interval = 1h}, runs.body());
+  const auto asked = Clock::now();
+  timer.wakeAt(asked + 1h);
+  timer.wakeAt(asked + 100ms);
+  timer.wakeAt(asked + 30min);
+  ASSERT_TRUE(runs.waitFor(1));
+  EXPECT_GE(runs.began()[0] - asked, 100ms);
+  EXPECT_FALSE(runs.waitFor(2, 200ms));
+}
+
+/// As when a pass that could not read its source asks for the next one.
+TEST(WorkerTimerTest, runsAgainAtATimeThatARunAsksFor) {
+  Runs runs;
+  std::atomic<WorkerTimer*> itself = nullptr;
+  WorkerTimer timer({.firstAfter = 1h, .interval = 1h}, [&](const WorkerTimer::NextRun& next) {
+    runs.body()([&] {
+      if (!runs.began().empty() && runs.began().size() < 3) itself.load()->wakeAt(Clock::now() + 50ms);
+      return next();
+    });
+  });
+  itself = &timer;
+  timer.wakeAt(Clock::now());
+  ASSERT_TRUE(runs.waitFor(3));
+  const auto began = runs.began();
+  EXPECT_GE(began[1] - began[0], 50ms);
+  EXPECT_GE(began[2] - began[1], 50ms);
+}
+
 TEST(WorkerTimerTest, endsAtOnceWhenItIsIdle) {
   Runs runs;
   const auto began = Clock::now();
