@@ -20,6 +20,12 @@ namespace {
 /// How long a call may be under way before it counts as one that does not end.
 constexpr std::chrono::seconds kPatience{5};
 
+/// The library's code goes when its end returns. When a process ends it stays, and this comes after that end.
+bool beingUnloaded = false;
+[[gnu::destructor]] void noteUnloading() {
+  beingUnloaded = true;
+}
+
 }  // namespace
 
 ProviderRegistry::ProviderRegistry(Factory factory)
@@ -105,10 +111,10 @@ bool ProviderRegistry::release(const CmpiCpp::CmpiContext& context, bool termina
 }
 
 void ProviderRegistry::end() {
-  // Whoever is at work here may be waiting for this very thread.
+  // Whoever is at work here may be waiting for this very thread, when it is the process's last.
   std::unique_lock lock(_mutex, std::try_to_lock);
   const auto deadline = std::chrono::steady_clock::now() + kPatience;
-  while (!lock && std::chrono::steady_clock::now() < deadline) {
+  while (!lock && (beingUnloaded || std::chrono::steady_clock::now() < deadline)) {
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
     static_cast<void>(lock.try_lock());
   }
@@ -117,10 +123,18 @@ void ProviderRegistry::end() {
   _watch.reset();
   // A provider that is still called, be it by a call in which the process is ending, stays as it is.
   const bool calledHere = _interfaces.isInProvider();
-  if (!_interfaces.closeForGood(kPatience) || calledHere) {
+  if (!closeForGood() || calledHere) {
     for (auto& [name, provider] : _providers) static_cast<void>(provider.release());
   }
   _providers.clear();
+}
+
+bool ProviderRegistry::closeForGood() {
+  if (_interfaces.closeForGood(kPatience)) return true;
+  if (!beingUnloaded) return false;
+  Logger(kProviderName.view()).warn("a call does not end: the library is unloaded when it has");
+  while (!_interfaces.closeForGood(kPatience)) continue;
+  return true;
 }
 
 }  // namespace ZEB

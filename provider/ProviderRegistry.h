@@ -16,7 +16,8 @@ namespace ZEB {
 /// are careless about cleaning up, so what is still alive when the library is unloaded is destroyed then.
 ///
 /// There is one name that the factory knows, and so one set of interfaces is enough. A call that does not
-/// end, and a thread that cannot be stopped, keep the library in the process.
+/// end, and a thread that cannot be stopped, keep the library in the process; unloading waits for a call that
+/// has not been under way for long enough to count as one.
 class ProviderRegistry {
  public:
   /// Null for a name that is not known.
@@ -48,6 +49,8 @@ class ProviderRegistry {
   /// Keeps the library in the process where some thread will not leave it; whether it does.
   bool staysForGood() const;
   void startWatch();
+  /// False when calls are still under way, which happens at the end of a process alone.
+  bool closeForGood();
 
   const Factory _factory;
   CmpiCpp::ManagementInterfaces _interfaces;

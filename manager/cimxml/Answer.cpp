@@ -9,17 +9,6 @@
 namespace ZebManager {
 namespace {
 
-std::string envelope(const CimMessage& message, std::string_view content) {
-  const std::string_view element = message.intrinsic ? "IMETHODRESPONSE" : "METHODRESPONSE";
-  std::string out;
-  out.reserve(content.size() + 512);
-  appendMessageStart(out, message.id, message.protocolVersion);
-  out.append("<SIMPLERSP><").append(element);
-  appendAttribute(out, "NAME", message.operation);
-  out.append(">").append(content).append("</").append(element).append(">");
-  return out + "</SIMPLERSP></MESSAGE></CIM>\n";
-}
-
 void performIntrinsic(const CimMessage& message, pugi::xml_node call, Namespace& target,
                       const ValueReader& reader, std::string& out) {
   const OperationRow* const operation = findOperation(message.operation);
@@ -28,9 +17,11 @@ void performIntrinsic(const CimMessage& message, pugi::xml_node call, Namespace&
   }
   const Parameters parameters(call);
   parameters.allowOnly(operation->parameters);
-  std::string returned;
-  if (operation->perform({target, parameters, reader, message.nameSpace}, returned)) {
-    out.append("<IRETURNVALUE>").append(returned).append("</IRETURNVALUE>");
+  out = "<IRETURNVALUE>";
+  if (operation->perform({target, parameters, reader, message.nameSpace}, out)) {
+    out.append("</IRETURNVALUE>");
+  } else {
+    out.clear();
   }
 }
 
@@ -40,19 +31,29 @@ int cimCode(CMPIrc code) {
   return code < CMPI_RC_ERR_FAILED || code > kHighest ? CMPI_RC_ERR_FAILED : code;
 }
 
-/// The text of an error without the code behind it, which clients get as a number.
+}  // namespace
+
+std::string contentAnswer(const CimMessage& message, std::string_view content) {
+  const std::string_view element = message.intrinsic ? "IMETHODRESPONSE" : "METHODRESPONSE";
+  std::string out;
+  out.reserve(content.size() + 512);
+  appendMessageStart(out, message.id, message.protocolVersion);
+  out.append("<SIMPLERSP><").append(element);
+  appendAttribute(out, "NAME", message.operation);
+  out.append(">").append(content).append("</").append(element).append("></SIMPLERSP></MESSAGE></CIM>\n");
+  return out;
+}
+
 std::string_view descriptionOf(const CimError& error) {
   const std::string_view text = error.what();
   return text.substr(0, text.rfind(" (CMPI code "));
 }
 
-}  // namespace
-
 std::string answer(std::string_view body, Namespace& target) {
-  const CimMessage message = readMessage(body, kDeepestOfAll);
   pugi::xml_document document;
   readDocument(body, kDeepestOfAll, document);
   const pugi::xml_node call = callOf(document);
+  const CimMessage message = messageOf(call);
   Arena arena;
   const ArenaScope scope(arena);
   const ValueReader reader(arena, target.repository(), message.nameSpace);
@@ -66,14 +67,14 @@ std::string answer(std::string_view body, Namespace& target) {
   } catch (const CimError& error) {
     return errorAnswer(message, error.code, descriptionOf(error));
   }
-  return envelope(message, content);
+  return contentAnswer(message, content);
 }
 
 std::string errorAnswer(const CimMessage& message, CMPIrc code, std::string_view description) {
   std::string error = "<ERROR";
   appendAttribute(error, "CODE", std::to_string(cimCode(code)));
   appendAttribute(error, "DESCRIPTION", description);
-  return envelope(message, error + "/>");
+  return contentAnswer(message, error + "/>");
 }
 
 }  // namespace ZebManager

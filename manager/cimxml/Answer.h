@@ -14,6 +14,12 @@ namespace ZebManager {
 /// `readMessage` refuses whatever depth it is told to take.
 std::string answer(std::string_view body, Namespace& target);
 
+/// The answer whose response holds some elements.
+std::string contentAnswer(const CimMessage& message, std::string_view content);
+
+/// The text of an error without the code behind it, which clients get as a number.
+std::string_view descriptionOf(const CimError& error);
+
 /// The answer of a request that could not be performed.
 std::string errorAnswer(const CimMessage& message, CMPIrc code, std::string_view description);
 

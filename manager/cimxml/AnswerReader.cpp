@@ -10,9 +10,10 @@ namespace ZebManager {
 namespace {
 
 /// What an object manager on this machine wrote is not looked at as closely as what strangers send.
-void load(std::string_view text, pugi::xml_document& document) {
+/// The text becomes part of the document.
+void load(std::string& text, pugi::xml_document& document) {
   constexpr unsigned kOptions = pugi::parse_default | pugi::parse_ws_pcdata_single;
-  if (!document.load_buffer(text.data(), text.size(), kOptions, pugi::encoding_utf8)) {
+  if (!document.load_buffer_inplace(text.data(), text.size(), kOptions, pugi::encoding_utf8)) {
     throw ManagerError("the answer is no XML");
   }
 }
@@ -35,13 +36,13 @@ class AnswerReader {
   void takeResults(pugi::xml_node response, const MethodDef& method, const Args& out) {
     for (pugi::xml_node part = firstElement(response); part; part = nextElement(part)) {
       if (isNamed(part, "RETURNVALUE")) {
-        _items.append(_reader.value(part, method.type, "return value"));
+        _items.append(_reader.value(part, method.type, {"return value of ", method.name}));
         continue;
       }
       const std::string name = part.attribute("NAME").value();
       const ParameterDef* const parameter = method.parameter(name);
       if (!parameter) continue;
-      const CMPIData data = _reader.value(part, parameter->type, "argument '" + name + "'");
+      const CMPIData data = _reader.value(part, parameter->type, {"argument ", name});
       out.ft->addArg(&out, parameter->name.c_str(), isNull(data) ? nullptr : &data.value, data.type);
     }
   }
@@ -57,7 +58,7 @@ class AnswerReader {
 
 }  // namespace
 
-Reply readAnswer(std::string_view text, const ClassRepository& repository, std::string_view nameSpace,
+Reply readAnswer(std::string text, const ClassRepository& repository, std::string_view nameSpace,
                  const MethodDef* method, const Args* out) {
   pugi::xml_document document;
   load(text, document);
@@ -83,7 +84,7 @@ Reply readAnswer(std::string_view text, const ClassRepository& repository, std::
   return reply;
 }
 
-const Instance* readInstanceElement(std::string_view element, Arena& arena, const ClassRepository& repository,
+const Instance* readInstanceElement(std::string element, Arena& arena, const ClassRepository& repository,
                                     std::string_view nameSpace) {
   pugi::xml_document document;
   load(element, document);

@@ -7,18 +7,6 @@
 namespace ZebManager {
 namespace {
 
-AssociationFilter filterOf(const Request& request) {
-  const Parameters& given = request.parameters;
-  AssociationFilter filter{given.className("AssocClass"), given.className("ResultClass"), given.text("Role"),
-                           given.text("ResultRole")};
-  for (const std::string& name : {filter.associationClass, filter.resultClass}) {
-    if (!name.empty() && !request.repository().find(name)) {
-      throw CimError(CMPI_RC_ERR_INVALID_PARAMETER, "unknown class '" + name + "'");
-    }
-  }
-  return filter;
-}
-
 /// What answers when an instance is asked, with and without the properties.
 using InstancesAt = Reply (Namespace::*)(const CMPIObjectPath&, const AssociationFilter&, PropertyList);
 using NamesAt = Reply (Namespace::*)(const CMPIObjectPath&, const AssociationFilter&);
@@ -27,7 +15,7 @@ bool appendClasses(const Request& request, ClassEnd end, const std::string& clas
                    std::string& out) {
   const ClassDef& asked = request.reader.classNamed(className);
   const ClassView view = classView(request.parameters, request.repository(), false);
-  for (const ClassDef* found : classesAt(end, request.repository(), asked, filterOf(request))) {
+  for (const ClassDef* found : classesAt(end, request.repository(), asked, associationFilterOf(request))) {
     out += namesOnly ? "<OBJECTPATH>" : "<VALUE.OBJECTWITHPATH>";
     appendClassPath(out, request.nameSpace, found->name);
     if (!namesOnly) appendClass(out, *found, view);
@@ -41,7 +29,7 @@ bool appendObjects(const Request& request, ClassEnd end, InstancesAt ask, std::s
   if (isNamed(object, "CLASSNAME")) {
     return appendClasses(request, end, object.attribute("NAME").value(), false, out);
   }
-  const AssociationFilter filter = filterOf(request);
+  const AssociationFilter filter = associationFilterOf(request);
   const auto given = request.parameters.names("PropertyList");
   const NameList some(thoseOf(classesBelow(request.repository(), filter.resultClass),
                               given.value_or(std::vector<std::string>())));
@@ -66,7 +54,8 @@ bool appendNames(const Request& request, ClassEnd end, NamesAt ask, std::string&
   if (isNamed(object, "CLASSNAME")) {
     return appendClasses(request, end, object.attribute("NAME").value(), true, out);
   }
-  const Reply reply = (request.target.*ask)(*request.reader.path(object), filterOf(request)).orThrow();
+  const Reply reply =
+      (request.target.*ask)(*request.reader.path(object), associationFilterOf(request)).orThrow();
   for (const CMPIData& item : reply.items()) {
     const ObjectPath* const path = as<ObjectPath>(item.value.ref);
     if (!path) continue;
@@ -78,6 +67,18 @@ bool appendNames(const Request& request, ClassEnd end, NamesAt ask, std::string&
 }
 
 }  // namespace
+
+AssociationFilter associationFilterOf(const Request& request) {
+  const Parameters& given = request.parameters;
+  AssociationFilter filter{given.className("AssocClass"), given.className("ResultClass"), given.text("Role"),
+                           given.text("ResultRole")};
+  for (const std::string& name : {filter.associationClass, filter.resultClass}) {
+    if (!name.empty() && !request.repository().find(name)) {
+      throw CimError(CMPI_RC_ERR_INVALID_PARAMETER, "unknown class '" + name + "'");
+    }
+  }
+  return filter;
+}
 
 bool associators(const Request& request, std::string& out) {
   return appendObjects(request, ClassEnd::Associators, &Namespace::associators, out);

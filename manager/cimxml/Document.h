@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "cimxml/Message.h"
+
 namespace ZebManager {
 
 /// Reads a body that is UTF-8 XML and no more nested than `deepest`. Entities of a document type are neither
@@ -20,6 +22,8 @@ std::string contentOf(pugi::xml_node element);
 
 /// The IMETHODCALL or METHODCALL of a request that is one. Throws MessageError.
 pugi::xml_node callOf(const pugi::xml_document& document);
+/// What the call that a request holds says of it.
+CimMessage messageOf(pugi::xml_node call);
 /// Name parts of a LOCALNAMESPACEPATH (or what holds one), with single slashes; empty without any.
 std::string nameSpaceOf(pugi::xml_node holder);
 

@@ -31,15 +31,6 @@ const Instance& onlyInstance(const Reply& reply, const std::string& what) {
   return *instance;
 }
 
-const ClassDef& askedClass(const Request& request) {
-  static_cast<void>(request.parameters.required("ClassName"));
-  return request.reader.classNamed(request.parameters.className("ClassName"));
-}
-
-const ObjectPath& askedPath(const Request& request) {
-  return *request.reader.path(request.parameters.required("InstanceName"));
-}
-
 const PropertyDef& askedProperty(const Request& request, const ObjectPath& path) {
   const std::string name = request.parameters.text("PropertyName");
   const ClassDef& classDef = request.reader.classNamed(path.body().className);
@@ -48,6 +39,15 @@ const PropertyDef& askedProperty(const Request& request, const ObjectPath& path)
 }
 
 }  // namespace
+
+const ClassDef& askedClass(const Request& request) {
+  static_cast<void>(request.parameters.required("ClassName"));
+  return request.reader.classNamed(request.parameters.className("ClassName"));
+}
+
+const ObjectPath& askedPath(const Request& request) {
+  return *request.reader.path(request.parameters.required("InstanceName"));
+}
 
 bool getInstance(const Request& request, std::string& out) {
   const ObjectPath& path = askedPath(request);
@@ -126,7 +126,7 @@ bool setProperty(const Request& request, std::string&) {
   const ObjectPath& path = askedPath(request);
   const PropertyDef& property = askedProperty(request, path);
   const CMPIData data =
-      request.reader.value(request.parameters.holder("NewValue"), property.type, "'" + property.name + "'");
+      request.reader.value(request.parameters.holder("NewValue"), property.type, {"", property.name});
   const Reply current = request.target.getInstance(path, nullptr).orThrow();
   Instance& changed = *makeHandle<Instance>(
       request.reader.arena(), copyInstance(request.reader.arena(), onlyInstance(current, "").body()));

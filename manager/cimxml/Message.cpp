@@ -21,10 +21,7 @@ bool writesAnything(std::string_view operation) {
 
 }  // namespace
 
-CimMessage readMessage(std::string_view body, unsigned deepest) {
-  pugi::xml_document document;
-  readDocument(body, deepest, document);
-  const pugi::xml_node call = callOf(document);
+CimMessage messageOf(pugi::xml_node call) {
   const pugi::xml_node envelope = call.parent().parent();
   CimMessage message;
   message.id = envelope.attribute("ID").value();
@@ -35,6 +32,12 @@ CimMessage readMessage(std::string_view body, unsigned deepest) {
   message.nameSpace = isNamed(target, "LOCALNAMESPACEPATH") ? nameSpaceOf(call) : nameSpaceOf(target);
   message.writes = !message.intrinsic || writesAnything(message.operation);
   return message;
+}
+
+CimMessage readMessage(std::string_view body, unsigned deepest) {
+  pugi::xml_document document;
+  readDocument(body, deepest, document);
+  return messageOf(callOf(document));
 }
 
 }  // namespace ZebManager

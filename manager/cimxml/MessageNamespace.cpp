@@ -103,8 +103,8 @@ Reply MessageNamespace::invokeMethod(const CMPIObjectPath& path, const char* met
   const ClassDef* const classDef = _repository.find(target.className);
   const MethodDef* const def = classDef ? classDef->method(method) : nullptr;
   if (!def) return ask(methodRequest(target, method, as<Args>(&in)->body().values));
-  const std::string answer = send(methodRequest(target, method, as<Args>(&in)->body().values));
-  return readAnswer(answer, _repository, kNameSpace, def, as<Args>(&out));
+  std::string answer = send(methodRequest(target, method, as<Args>(&in)->body().values));
+  return readAnswer(std::move(answer), _repository, kNameSpace, def, as<Args>(&out));
 }
 
 }  // namespace ZebManager

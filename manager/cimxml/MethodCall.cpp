@@ -28,7 +28,7 @@ void takeArguments(pugi::xml_node call, const MethodDef& method, const ValueRead
     if (in.body().values.find(name)) {
       throw CimError(CMPI_RC_ERR_INVALID_PARAMETER, "argument '" + name + "' is given twice");
     }
-    const CMPIData data = reader.value(value, parameter->type, "argument '" + name + "'");
+    const CMPIData data = reader.value(value, parameter->type, {"argument ", name});
     in.ft->addArg(&in, parameter->name.c_str(), isNull(data) ? nullptr : &data.value, data.type);
   }
 }

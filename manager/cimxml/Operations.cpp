@@ -18,6 +18,7 @@ constexpr std::array kOperations = {
     OperationRow{"DeleteInstance", "InstanceName", deleteInstance},
     OperationRow{"GetProperty", "InstanceName PropertyName", getProperty},
     OperationRow{"SetProperty", "InstanceName PropertyName NewValue", setProperty},
+    OperationRow{"ExecQuery", "QueryLanguage Query", execQuery},
     OperationRow{"Associators",
                  "ObjectName AssocClass ResultClass Role ResultRole IncludeQualifiers IncludeClassOrigin "
                  "PropertyList",

@@ -39,6 +39,13 @@ bool deleteInstance(const Request& request, std::string& out);
 bool getProperty(const Request& request, std::string& out);
 bool setProperty(const Request& request, std::string& out);
 
+bool execQuery(const Request& request, std::string& out);
+
+/// The class that ClassName names, the instance that InstanceName names, and what the others narrow to.
+const ClassDef& askedClass(const Request& request);
+const ObjectPath& askedPath(const Request& request);
+AssociationFilter associationFilterOf(const Request& request);
+
 bool associators(const Request& request, std::string& out);
 bool associatorNames(const Request& request, std::string& out);
 bool references(const Request& request, std::string& out);

@@ -68,6 +68,13 @@ std::string Parameters::text(std::string_view name) const {
   return contentOf(value);
 }
 
+std::optional<std::uint32_t> Parameters::number(std::string_view name) const {
+  if (!element(name)) return std::nullopt;
+  const auto read = parseInteger(text(name));
+  if (!read || !fits(*read, *integerRange(CMPI_uint32))) invalid(name, "has to be a number of 32 bits");
+  return static_cast<std::uint32_t>(read->magnitude);
+}
+
 std::string Parameters::className(std::string_view name) const {
   const pugi::xml_node value = element(name);
   if (!value) return {};

@@ -41,6 +41,8 @@ class Parameters {
 
   bool flag(std::string_view name, bool otherwise) const;
   std::string text(std::string_view name) const;
+  /// Of uint32; nothing when it is not given.
+  std::optional<std::uint32_t> number(std::string_view name) const;
   /// NAME of a CLASSNAME; empty when none is given.
   std::string className(std::string_view name) const;
   /// The element that is the value; none when it is not given.

@@ -39,17 +39,17 @@ void ValueReader::readKey(ObjectPath& path, const ClassDef& classDef, std::strin
                           pugi::xml_node value) const {
   const PropertyDef* const key = classDef.property(name);
   if (!key || !key->key) invalid(quoted(name) + " is no key of " + classDef.name);
-  const std::string what = "key " + quoted(key->name);
-  if (path.body().keys.find(key->name)) invalid(what + " is given twice");
+  const Holder what{"key ", key->name};
+  if (path.body().keys.find(key->name)) invalid(what.text() + " is given twice");
   CMPIData data;
   if (isNamed(value, "VALUE.REFERENCE")) {
-    if (key->type != CMPI_ref) invalid(what + " is no reference");
+    if (key->type != CMPI_ref) invalid(what.text() + " is no reference");
     data = dataOf(this->path(value));
   } else if (isNamed(value, "KEYVALUE")) {
-    if (key->type == CMPI_ref) invalid(what + " is a reference");
+    if (key->type == CMPI_ref) invalid(what.text() + " is a reference");
     data = text(contentOf(value), key->type, what);
   } else {
-    invalid(what + " has no value");
+    invalid(what.text() + " has no value");
   }
   data.state = CMPI_keyValue;
   path.body().keys.append(_arena, key->name).data = data;
@@ -86,32 +86,33 @@ ObjectPath* ValueReader::path(pugi::xml_node element) const {
   return &path;
 }
 
-CMPIData ValueReader::text(const std::string& content, CMPIType type, const std::string& what) const {
+CMPIData ValueReader::text(const std::string& content, CMPIType type, const Holder& what) const {
   if (type == CMPI_char16) {
     CMPIValue value{};
-    value.char16 = characterOf(content, what);
+    value.char16 = characterOf(content, what.text());
     return dataOf(type, value);
   }
+  if (type == CMPI_string) return dataOf(makeString(_arena, content));
   try {
-    return parseScalar(_arena, type, content, what);
+    return parseScalar(_arena, type, content, what.text());
   } catch (const ManagerError& error) {
     invalid(error.what());
   }
 }
 
-CMPIData ValueReader::scalar(pugi::xml_node element, CMPIType type, const std::string& what) const {
+CMPIData ValueReader::scalar(pugi::xml_node element, CMPIType type, const Holder& what) const {
   if (isNamed(element, "VALUE.NULL")) return nullOf(type);
   if (type == CMPI_ref) {
-    if (!isNamed(element, "VALUE.REFERENCE")) invalid(what + ": a reference is expected");
+    if (!isNamed(element, "VALUE.REFERENCE")) invalid(what.text() + ": a reference is expected");
     return dataOf(path(element));
   }
-  if (!isNamed(element, "VALUE")) invalid(what + ": a single value is expected");
+  if (!isNamed(element, "VALUE")) invalid(what.text() + ": a single value is expected");
   return text(contentOf(element), type, what);
 }
 
-CMPIData ValueReader::array(pugi::xml_node element, CMPIType type, const std::string& what) const {
+CMPIData ValueReader::array(pugi::xml_node element, CMPIType type, const Holder& what) const {
   if (!isNamed(element, "VALUE.ARRAY") && !isNamed(element, "VALUE.REFARRAY")) {
-    invalid(what + ": an array is expected");
+    invalid(what.text() + ": an array is expected");
   }
   CMPICount count = 0;
   for (pugi::xml_node item = firstElement(element); item; item = nextElement(item)) ++count;
@@ -123,7 +124,7 @@ CMPIData ValueReader::array(pugi::xml_node element, CMPIType type, const std::st
   return dataOf(&list);
 }
 
-CMPIData ValueReader::value(pugi::xml_node holder, CMPIType type, const std::string& what) const {
+CMPIData ValueReader::value(pugi::xml_node holder, CMPIType type, const Holder& what) const {
   pugi::xml_node element = firstElement(holder);
   while (isNamed(element, "QUALIFIER")) element = nextElement(element);
   if (!element) return nullOf(type);
@@ -137,7 +138,7 @@ void ValueReader::setProperty(const Instance& instance, pugi::xml_node element) 
   if (!property) {
     throw CimError(CMPI_RC_ERR_NO_SUCH_PROPERTY, classDef.name + " has no property " + quoted(name));
   }
-  const CMPIData data = value(element, property->type, "property " + quoted(property->name));
+  const CMPIData data = value(element, property->type, {"property ", property->name});
   instance.ft->setProperty(&instance, property->name.c_str(), isNull(data) ? nullptr : &data.value,
                            data.type);
 }

@@ -12,6 +12,7 @@
 #include "cli/Doctor.h"
 #include "cli/InterfaceNames.h"
 #include "cli/JsonOutput.h"
+#include "cli/LargePages.h"
 #include "cli/Modify.h"
 #include "cli/Nearest.h"
 #include "cli/PluginProcess.h"
@@ -43,7 +44,7 @@ void printItems(const Options& options, Session& session, const Output& output, 
   // What is printed for programs has paths alone.
   std::optional<InterfaceNames> names;
   if ((!options.names || output.width > 0) && anyNamed(session.repository(), reply)) {
-    names.emplace(session.model());
+    names.emplace(session.model(), reply.items());
   }
   output.out << textOfItems(reply.items(), output.colour, names ? &*names : nullptr);
 }
@@ -233,9 +234,11 @@ int runZebcim(int argc, const char* const* argv, const Output& output) {
     if (options->command == "check") return check(*options, output);
     if (options->command == "serve") become("zebcim-server", {argv, argv + argc});
     if (options->command == "provide") return runPluginProcess(*options);
+    useLargePages();
     Session session(*options);
     runCommand(*options, session, output);
     if (!out.flush()) throw ManagerError("cannot write the output");
+    session.endProcess();
     return 0;
   } catch (const std::exception& error) {
     err << "zebcim: " << oneLine(error.what()) << "\n";

@@ -1,6 +1,7 @@
 // What the operating system calls ports, teams and VLANs.
 #pragma once
 
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -9,11 +10,16 @@
 
 namespace ZebManager {
 
-/// Read once, in three questions.
+/// What a port, a team or an endpoint is called, in one question; empty for everything else.
+std::string interfaceName(Namespace& model, const ObjectPath& path);
+
+/// Read once.
 class InterfaceNames {
  public:
-  /// Throws ManagerError.
+  /// All of them, in three questions. Throws ManagerError.
   explicit InterfaceNames(Namespace& model);
+  /// Those of some instances or paths. Throws ManagerError.
+  InterfaceNames(Namespace& model, std::span<const CMPIData> items);
 
   /// Whether instances of the class have such names.
   static bool has(const ClassRepository& repository, std::string_view className);
@@ -26,6 +32,7 @@ class InterfaceNames {
   const std::vector<std::string>& all() const { return _names; }
 
  private:
+  void readAll(Namespace& model);
   void carry(Namespace& model, const char* association);
 
   std::unordered_map<std::string, std::string> _byPath;

@@ -1,6 +1,7 @@
 #include "cli/PluginProcess.h"
 
 #include "cimxml/Answer.h"
+#include "cimxml/EnumerationSteps.h"
 #include "cimxml/Export.h"
 #include "cli/Session.h"
 #include "isolation/ProviderProcess.h"
@@ -15,7 +16,9 @@ class HostedPlugin : public HostedProvider {
       : _session(options, Session::Posts::AsConfigured), _namespace(_session.provider()) {}
 
   Broker& broker() override { return _session.broker(); }
-  std::string perform(std::string_view message) override { return answer(message, _namespace); }
+  std::string perform(std::string_view message) override {
+    return isStep(message) ? performStep(message, _namespace) : answer(message, _namespace);
+  }
   std::string instanceElement(const Instance& indication) override {
     return ZebManager::instanceElement(indication);
   }

@@ -1,11 +1,14 @@
 #include "cli/Session.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <utility>
 
 #include "cli/Programs.h"
 #include "local/RunFolder.h"
@@ -75,9 +78,11 @@ std::unique_ptr<ServiceLink> Session::service() const {
 
 Namespace& Session::model() {
   if (_model) return *_model;
-  if (auto link = service()) {
+  if ((_link = service())) {
+    _linkUsed = std::chrono::steady_clock::now();
     say("asking the service behind " + serviceSocket(_runFolder));
-    _model = std::make_unique<ServiceNamespace>(std::move(link), _runFolder, _repository);
+    _model = std::make_unique<ServiceNamespace>(
+        [this](const std::string& request) { return link().ask(request); }, _repository);
   } else {
     say(_options.wantsPlugin()
             ? "loading the plug-in, as the options want it"
@@ -87,9 +92,31 @@ Namespace& Session::model() {
   return *_model;
 }
 
+ServiceLink& Session::link() {
+  constexpr std::chrono::milliseconds kFresh(500);
+  const auto now = std::chrono::steady_clock::now();
+  if (now - std::exchange(_linkUsed, now) > kFresh) _link = ServiceLink::find(_runFolder);
+  if (!_link) throw ManagerError("the service has ended");
+  return *_link;
+}
+
+std::string Session::hintOf(const std::string& name, bool again) {
+  model();
+  return asksService() ? link().pathOf(name, again) : std::string();
+}
+
 void Session::restart() {
   _model.reset();
   _plugin.reset();
+}
+
+void Session::endProcess() {
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)  // which look at what is left
+  // Another plug-in may rely on its clean-up.
+  if (!_options.plugin.empty()) return;
+  _folders.reset();
+  _exit(0);
+#endif
 }
 
 ProviderCalls& Session::provider() {
@@ -107,8 +134,11 @@ ProviderCalls& Session::provider() {
     // Reports are a service's. A folder that the environment names is somebody's own, unless a service uses
     // it.
     setenv("ZEB_RUN_DIR", "none", ServiceLink::find(_runFolder) ? 1 : 0);
-    // What nobody waits for would only compete with what is asked.
-    if (_options.command != "watch") setenv("ZEB_AUTOSTART", "0", 0);
+    if (_options.command != "watch") {
+      // What nobody waits for would only compete with what is asked.
+      setenv("ZEB_AUTOSTART", "0", 0);
+      setenv("ZEB_ONE_QUESTION", "1", 1);
+    }
   }
   _plugin = std::make_unique<PluginLibrary>(_broker, findPlugin(_options.plugin, programFolder()));
   return _broker.provider();

@@ -1,6 +1,7 @@
 // What a command works with.
 #pragma once
 
+#include <chrono>
 #include <iosfwd>
 #include <memory>
 #include <optional>
@@ -46,8 +47,13 @@ class Session {
   ProviderCalls& provider();
   /// A connection to the service; null when this process has to load the plug-in.
   std::unique_ptr<ServiceLink> service() const;
+  /// Where a service runs: the path of what may be called so, as `ServiceLink::pathOf`.
+  std::string hintOf(const std::string& name, bool again);
   /// Forgets the model, so that the next use asks anew; a plug-in that is loaded goes.
   void restart();
+  /// Ends the process with status 0 where nothing is left to do: to take thousands of instances apart takes
+  /// as long as to make them. Else returns.
+  void endProcess();
   bool asksService() const { return _model && !_plugin; }
   /// Whether what is changed is gone with this process.
   bool keepsNothing() const { return _folders && _folders->keepsNothing(); }
@@ -55,6 +61,8 @@ class Session {
 
  private:
   void say(const std::string& line) const;
+  /// The service ends connections on which nothing is asked.
+  ServiceLink& link();
 
   Deadline _deadline;
   const Options& _options;
@@ -65,6 +73,8 @@ class Session {
   Broker _broker;
   std::unique_ptr<PluginLibrary> _plugin;
   std::unique_ptr<Namespace> _model;
+  std::unique_ptr<ServiceLink> _link;
+  std::chrono::steady_clock::time_point _linkUsed;
 };
 
 }  // namespace ZebManager

@@ -114,7 +114,19 @@ void refuseEatenQuotes(const std::string& word) {
   throw ManagerError("the shell has taken the quotes out of " + word + ": write '" + quoted + "'");
 }
 
+/// What the service takes for the thing of that name, if it is called so; null when it has to be looked for.
+ObjectPath* byHint(Session& session, Arena& arena, const std::string& word) {
+  for (const bool again : {false, true}) {
+    const std::string hint = session.hintOf(word, again);
+    if (hint.empty()) return nullptr;
+    ObjectPath& path = *parsePath(arena, session.repository(), kNameSpace, hint);
+    if (interfaceName(session.model(), path) == word) return &path;
+  }
+  return nullptr;
+}
+
 ObjectPath& byName(Session& session, Arena& arena, const std::string& word) {
+  if (ObjectPath* const hinted = byHint(session, arena, word)) return *hinted;
   const InterfaceNames names(session.model());
   std::vector<std::string> paths = names.pathsOf(word);
   if (paths.empty() && session.repository().find("ZEB_EthernetPort")) {

@@ -12,7 +12,6 @@
 namespace ZebManager {
 namespace {
 
-constexpr std::array<std::string_view, 4> kLanguages = {"WQL", "CQL", "DMTF:CQL", "CIM:CQL"};
 constexpr std::uint64_t kCimXml = 2;
 constexpr std::uint64_t kDisabled = 4;
 constexpr std::size_t kLongestText = 1U << 16;
@@ -137,7 +136,7 @@ bool InteropRules::isFromSources(const StoredInstance& filter) const {
 
 void InteropRules::checkFilter(const StoredInstance& filter) const {
   const std::string language = filter.text("QueryLanguage");
-  if (std::ranges::none_of(kLanguages, [&](std::string_view known) { return sameName(known, language); })) {
+  if (!isQueryLanguage(language)) {
     throw Refusal(CMPI_RC_ERR_QUERY_LANGUAGE_NOT_SUPPORTED,
                   "query language '" + language + "' is not known: expected WQL or DMTF:CQL");
   }

@@ -34,6 +34,7 @@ struct Frame {
     Reported,     ///< from the provider: all that the plug-in has reported
     Login,        ///< to the process that judges logins: an attempt
     Verdict,      ///< from that process: the number is the verdict
+    Name,  ///< from a command: what is called so? The number is 1 when the last answer is not true any more
   };
 
   Kind kind = Kind::Filters;

@@ -27,8 +27,8 @@ ServiceLink::ServiceLink(ZEB::FileDescriptor socket)
     : _socket(std::move(socket)), _woken(eventfd(0, EFD_CLOEXEC)) {}
 
 /// A service that has no time for this connection says so before it ends it: what comes is read in any case.
-void ServiceLink::send(Frame::Kind kind, std::string body) {
-  FrameSender(_socket.get()).send({kind, 0, std::move(body)});
+void ServiceLink::send(Frame::Kind kind, std::string body, std::uint64_t number) {
+  FrameSender(_socket.get()).send({kind, number, std::move(body)});
 }
 
 Frame ServiceLink::receive() {
@@ -47,6 +47,11 @@ Frame ServiceLink::receive() {
 
 std::string ServiceLink::ask(const std::string& request) {
   send(Frame::Kind::Perform, request);
+  return receive().body;
+}
+
+std::string ServiceLink::pathOf(const std::string& name, bool again) {
+  send(Frame::Kind::Name, name, again ? 1 : 0);
   return receive().body;
 }
 

@@ -20,6 +20,10 @@ class ServiceLink {
   /// The answer to a request. Throws ManagerError when the service does not give any.
   std::string ask(const std::string& request);
 
+  /// The path of what may be called so, which has to be looked at; empty when the service knows none.
+  /// `again`: it is not what the service said last. Throws ManagerError.
+  std::string pathOf(const std::string& name, bool again);
+
   /// From now on alerts that satisfy the query come. Throws ManagerError.
   void subscribe(const std::string& query);
   /// The INSTANCE element of the next one; nothing when none comes within the time or `wake` was called.
@@ -30,7 +34,7 @@ class ServiceLink {
 
  private:
   explicit ServiceLink(ZEB::FileDescriptor socket);
-  void send(Frame::Kind kind, std::string body);
+  void send(Frame::Kind kind, std::string body, std::uint64_t number = 0);
   Frame receive();
 
   const ZEB::FileDescriptor _socket;

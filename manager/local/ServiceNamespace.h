@@ -1,31 +1,28 @@
 // What a running service serves.
 #pragma once
 
-#include <chrono>
-#include <memory>
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "cimxml/MessageNamespace.h"
-#include "local/ServiceLink.h"
 
 namespace ZebManager {
 
-/// For one thread. Operations throw ManagerError when the service gives no answer.
+/// For one thread. Operations throw what `ask` does.
 class ServiceNamespace : public MessageNamespace {
  public:
-  ServiceNamespace(std::unique_ptr<ServiceLink> link, std::string runFolder,
-                   const ClassRepository& repository)
-      : MessageNamespace(repository), _link(std::move(link)), _runFolder(std::move(runFolder)) {}
+  /// The answer to a request.
+  using Ask = std::function<std::string(const std::string& request)>;
+
+  ServiceNamespace(Ask ask, const ClassRepository& repository)
+      : MessageNamespace(repository), _ask(std::move(ask)) {}
 
  protected:
-  std::string send(const std::string& request) override;
+  std::string send(const std::string& request) override { return _ask(request); }
 
  private:
-  using Clock = std::chrono::steady_clock;
-
-  std::unique_ptr<ServiceLink> _link;
-  const std::string _runFolder;
-  Clock::time_point _used = Clock::now();
+  const Ask _ask;
 };
 
 }  // namespace ZebManager

@@ -1,11 +1,11 @@
-// Queries of indication filters: SELECT * | properties FROM class [WHERE condition], in the language of WQL
-// and the part of CQL that selects from one class.
+// Queries of instances and of indications: SELECT * | properties FROM class [WHERE condition], in the
+// language of WQL and the part of CQL that selects from one class.
 //
 // A condition compares properties, numbers, strings, TRUE, FALSE and datetimes (= <> != < <= > >=), tests
 // with LIKE, ISA and IS [NOT] NULL, and is built with NOT, AND, OR and parentheses, which bind in this order.
 // Keywords and names know no case; texts do. A property may be written with its class before it
 // (Class.Property) and with an index (Numbers[0]). ISA takes the name of the query's class for the
-// indication itself, or a property that holds an object path.
+// instance itself, or a property that holds an object path.
 #pragma once
 
 #include <span>
@@ -35,13 +35,20 @@ struct Query {
 /// Reads a query. The result refers to the arena only. Throws QueryError.
 Query parseQuery(Arena& arena, std::string_view text);
 
-/// Holds a query against the classes that it speaks of: the class has to be an indication, its properties
-/// have to be its own or a subclass's, and of a type that suits what they are compared with. Throws
-/// QueryError.
-void checkQuery(const Query& query, const ClassRepository& repository);
+/// What a query chooses from.
+enum class Selects { Indications, Instances };
 
-/// Whether an indication is of the query's class and meets its condition. What cannot be compared, such as a
-/// property without a value, is neither true nor false, and an indication of which nothing is known does not
+/// Holds a query against the classes that it speaks of: the class has to be one of what it chooses from, its
+/// properties have to be its own or a subclass's, and of a type that suits what they are compared with.
+/// Throws QueryError.
+void checkQuery(const Query& query, const ClassRepository& repository,
+                Selects selects = Selects::Indications);
+
+/// Whether queries are read that are said to be in a language.
+bool isQueryLanguage(std::string_view name);
+
+/// Whether an instance is of the query's class and meets its condition. What cannot be compared, such as a
+/// property without a value, is neither true nor false, and an instance of which nothing is known does not
 /// match. Never throws for what the instance holds; safe from several threads at once.
 bool matches(const Query& query, const Instance& instance, const ClassRepository& repository);
 

@@ -124,10 +124,13 @@ void QueryCheck::check(const Condition& condition) const {
 
 }  // namespace
 
-void checkQuery(const Query& query, const ClassRepository& repository) {
+void checkQuery(const Query& query, const ClassRepository& repository, Selects selects) {
   const ClassDef* const root = repository.find(query.className);
   if (!root) throw QueryError("unknown class '" + std::string(query.className) + "'");
-  if (!root->indication) throw QueryError("'" + root->name + "' is no class of indications");
+  const bool indications = selects == Selects::Indications;
+  if (root->indication != indications) {
+    throw QueryError("'" + root->name + "' is " + (indications ? "no" : "a") + " class of indications");
+  }
   const QueryCheck check(*root, repository);
   for (const std::string_view name : query.properties) check.require({{}, name, {}});
   if (query.condition) check.check(*query.condition);

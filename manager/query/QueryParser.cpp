@@ -1,4 +1,5 @@
 // Reads queries. Conditions are read by descent, in the order in which their parts bind.
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <utility>
@@ -7,10 +8,12 @@
 #include "query/Condition.h"
 #include "query/ConditionNodes.h"
 #include "query/QueryLexer.h"
+#include "schema/Caseless.h"
 
 namespace ZebManager {
 namespace {
 
+constexpr std::array<std::string_view, 4> kLanguages = {"WQL", "CQL", "DMTF:CQL", "CIM:CQL"};
 constexpr std::size_t kLongestQuery = 1U << 14;
 constexpr int kDeepest = 64;
 /// What is read as a chain is checked and judged by descent.
@@ -238,6 +241,10 @@ Operand QueryParser::readPropertyName() {
 }
 
 }  // namespace
+
+bool isQueryLanguage(std::string_view name) {
+  return std::ranges::any_of(kLanguages, [&](std::string_view known) { return sameName(known, name); });
+}
 
 Query parseQuery(Arena& arena, std::string_view text) {
   if (text.size() > kLongestQuery) {

@@ -9,6 +9,7 @@
 #include <array>
 
 #include "local/LocalSocket.h"
+#include "local/ServiceNamespace.h"
 #include "login/WriteGroup.h"
 #include "query/Condition.h"
 
@@ -129,8 +130,8 @@ void LocalServer::serve(int socket, const User& user) {
     _connections.work(socket);
     _connections.allow(socket, Connections::Seconds(0));
     if (frame->kind == Frame::Kind::Filters) return watch(socket, *frame);
-    if (frame->kind != Frame::Kind::Perform) return;
-    Frame answer = place.grow(1) ? answerTo(user, frame->body) : refusal(kTooMany);
+    if (frame->kind != Frame::Kind::Perform && frame->kind != Frame::Kind::Name) return;
+    Frame answer = place.grow(1) ? answerTo(user, *frame) : refusal(kTooMany);
     Share share(_bounds.answerBytes, party);
     if (!share.grow(answer.body.size()))
       answer = refusal("the service has too many answers that nobody takes");
@@ -140,9 +141,13 @@ void LocalServer::serve(int socket, const User& user) {
   }
 }
 
-Frame LocalServer::answerTo(const User& user, std::string_view request) {
+Frame LocalServer::answerTo(const User& user, const Frame& frame) {
   try {
-    return {Frame::Kind::Answer, 0, _router.answerTo(user, request)};
+    if (frame.kind == Frame::Kind::Perform)
+      return {Frame::Kind::Answer, 0, _router.answerTo(user, frame.body)};
+    ServiceNamespace model([&](const std::string& request) { return _router.answerTo(user, request); },
+                           _classes);
+    return {Frame::Kind::Answer, 0, _names.pathOf(model, frame.body, frame.number != 0)};
   } catch (const std::exception& error) {
     return refusal(error.what());
   }

@@ -10,6 +10,7 @@
 #include "posix/FileDescriptor.h"
 #include "server/HttpServer.h"
 #include "server/LocalWatchers.h"
+#include "server/NameHints.h"
 
 namespace ZebManager {
 
@@ -35,7 +36,7 @@ class LocalServer {
   bool admit(int socket, uid_t user);
   void begin(ZEB::FileDescriptor socket);
   void serve(int socket, const User& user);
-  Frame answerTo(const User& user, std::string_view request);
+  Frame answerTo(const User& user, const Frame& frame);
   void watch(int socket, const Frame& frame);
   static void passOn(int socket, LocalWatcher& watcher);
 
@@ -45,6 +46,7 @@ class LocalServer {
   HttpBounds& _bounds;
   LocalWatchers& _watchers;
   const ClassRepository& _classes;
+  NameHints _names;
   Connections _connections;
   SharedBound _requests;
   std::mutex _mutex;

@@ -38,6 +38,7 @@ Router::Router(Authenticator& users, ProviderSupervisor& plugin, const ClassRepo
       _noProvider(repository, kNameSpace),
       _classes(_noProvider),
       _interop(interop),
+      _pulled(settings.pull),
       _hosts(settings.names),
       _resources(std::move(resources)),
       _deepest(settings.requestDepth) {}
@@ -69,16 +70,32 @@ Router::Admission Router::admit(const HttpHead& head) {
   return {login.later > std::chrono::seconds(0) ? busy(login.later) : httpError(401)};
 }
 
-std::string Router::perform(std::string_view body, const CimMessage& message) {
-  if (_interop && sameName(message.nameSpace, kInterop)) return answer(body, *_interop);
-  if (!sameName(message.nameSpace, kNameSpace)) {
+/// Throws CimError when the plug-in's process gives no answer.
+std::string Router::performOnPlugin(std::string_view message, bool repeatable) {
+  ProviderSupervisor::Answer result = _plugin.perform(message, repeatable);
+  if (result.outcome == ProviderSupervisor::Answer::Outcome::Done) return std::move(result.body);
+  throw CimError(CMPI_RC_ERR_FAILED, result.body);
+}
+
+/// `user`: empty for nobody.
+std::string Router::perform(std::string_view body, const CimMessage& message, const std::string& user) {
+  Namespace* const interop = sameName(message.nameSpace, kInterop) ? _interop : nullptr;
+  if (!interop && !sameName(message.nameSpace, kNameSpace)) {
     return errorAnswer(message, CMPI_RC_ERR_INVALID_NAMESPACE,
                        "there is no namespace '" + message.nameSpace + "'");
   }
+  if (PulledOperations::have(message)) {
+    return _pulled.answer(body, message, user, [&](const std::string& step) {
+      return interop ? performStep(step, *interop) : performOnPlugin(step, true);
+    });
+  }
+  if (interop) return answer(body, *interop);
   if (isOfClasses(message)) return answer(body, _classes);
-  ProviderSupervisor::Answer result = _plugin.perform(body, !message.writes);
-  if (result.outcome == ProviderSupervisor::Answer::Outcome::Done) return std::move(result.body);
-  return errorAnswer(message, CMPI_RC_ERR_FAILED, result.body);
+  try {
+    return performOnPlugin(body, !message.writes);
+  } catch (const CimError& error) {
+    return errorAnswer(message, error.code, descriptionOf(error));
+  }
 }
 
 HttpAnswer Router::answerTo(const HttpHead& head, const std::optional<User>& user, std::string_view body) {
@@ -86,7 +103,7 @@ HttpAnswer Router::answerTo(const HttpHead& head, const std::optional<User>& use
     const CimMessage message = readMessage(body, _deepest);
     if (auto refusal = refuseMismatch(head, message)) return std::move(*refusal);
     if (auto refusal = refuseUser(user, message)) return std::move(*refusal);
-    return operationAnswer(perform(body, message));
+    return operationAnswer(perform(body, message, user ? user->name : std::string()));
   } catch (const MessageError& error) {
     return httpError(static_cast<unsigned>(error.status), error.header, error.what());
   } catch (const std::exception&) {
@@ -97,7 +114,7 @@ HttpAnswer Router::answerTo(const HttpHead& head, const std::optional<User>& use
 std::string Router::answerTo(const User& user, std::string_view body) {
   const CimMessage message = readMessage(body, _deepest);
   if (auto refusal = refuseUser(user, message)) return std::move(refusal->body);
-  return perform(body, message);
+  return perform(body, message, user.name);
 }
 
 HttpAnswer Router::resourceAnswer(const HttpHead& head) const {

@@ -6,6 +6,7 @@
 
 #include "isolation/ProviderSupervisor.h"
 #include "plugin/PluginNamespace.h"
+#include "pull/PulledOperations.h"
 #include "server/Authenticator.h"
 #include "server/HostNames.h"
 #include "server/HttpHead.h"
@@ -38,13 +39,15 @@ class Router {
  private:
   HttpAnswer answerTo(const HttpHead& head, const std::optional<User>& user, std::string_view body);
   HttpAnswer resourceAnswer(const HttpHead& head) const;
-  std::string perform(std::string_view body, const CimMessage& message);
+  std::string perform(std::string_view body, const CimMessage& message, const std::string& user);
+  std::string performOnPlugin(std::string_view message, bool repeatable);
 
   Authenticator& _users;
   ProviderSupervisor& _plugin;
   const ProviderCalls _noProvider;
   PluginNamespace _classes;
   Namespace* const _interop;
+  PulledOperations _pulled;
   const HostNames _hosts;
   const Resources _resources;
   const unsigned _deepest;  ///< of elements of a request in each other

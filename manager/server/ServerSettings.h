@@ -9,6 +9,7 @@
 #include "indications/Delivery.h"
 #include "isolation/ProviderSupervisor.h"
 #include "login/LoginSettings.h"
+#include "pull/EnumerationTable.h"
 
 namespace ZebManager {
 
@@ -29,6 +30,7 @@ struct ServerSettings {
   unsigned answerBytes = 256U << 20;        ///< all answers that their clients have not taken yet
   std::chrono::seconds requestTime{10};     ///< until a request has arrived, and between two of a connection
   std::chrono::seconds stopTime{5};         ///< from being asked to end until the end
+  PullLimits pull;                          ///< enumerations that clients take piece by piece
   SupervisorOptions plugin;                 ///< without program, arguments and log
   DeliverySettings delivery;                ///< without the directory
 };

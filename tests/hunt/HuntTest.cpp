@@ -20,6 +20,8 @@ class Hunt : public ProviderTest {
  protected:
   /// What went wrong; nothing when nothing did.
   std::optional<std::string> play(const History& history) {
+    log = std::make_shared<RecordingLogSink>();  // ten thousand histories have more to say than memory holds
+    setProcessLogSink(log, LogLevel::Info);
     Machine machine = firstMachine();
     const auto file = folder / "machine.json";
     std::filesystem::remove_all(folder / "store");

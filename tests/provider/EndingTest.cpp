@@ -140,6 +140,20 @@ TEST_F(EndingTest, TheLibraryGoesWhenTheCallThatWasUnderWayHasEnded) {
   EXPECT_EXIT(body(), ExitedWithCode(0), "");
 }
 
+// When it is unloaded nobody can know yet that it takes so long.
+TEST_F(EndingTest, TheLibraryGoesWhenACallThatTakesLongHasEnded) {
+  const auto body = [&] {
+    load();
+    use();
+    SlowClient client(broker, [this](FakeBroker::Call& call) { return enumerate(call); });
+    auto closed = std::async(std::launch::async, [&] { return dlclose(library); });
+    if (closed.wait_for(7s) != std::future_status::timeout) _exit(1);
+    if (client.letGo() != CMPI_RC_OK) _exit(2);
+    _exit(closed.get() == 0 && !isMapped() ? 0 : 3);
+  };
+  EXPECT_EXIT(body(), ExitedWithCode(0), "");
+}
+
 /// The pipes among the descriptors of the process, by what they are opened for.
 std::set<std::pair<int, int>> pipes() {
   std::set<std::pair<int, int>> found;

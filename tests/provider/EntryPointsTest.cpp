@@ -7,6 +7,7 @@
 
 #include "ProviderFixture.h"
 #include "cmpicpp/CmpiProvider.h"
+#include "cmpicpp/CmpiStatus.h"
 #include "common/ZEBUtil.h"
 #include "monitor/NetlinkThread.h"
 #include "provider/EntryPoints.h"
@@ -276,12 +277,12 @@ TEST_F(EntryPointsTest, WhateverAConstructorThrowsIsLoggedByItsKindAndLeavesNoth
   const auto before = threads();
   for (const char* line :
        {"calling makeDataStore...", "In StartNetlinkThread.", "_cmpiManagedInstanceFactory"}) {
-    const auto expectFailure = [&](auto thrown, const std::string& message) {
+    const auto expectFailure = [&](auto thrown, const std::string& message, CMPIrc rc = CMPI_RC_ERR_FAILED) {
       const auto sink = std::make_shared<ThrowingSink<decltype(thrown)>>(line, thrown);
       setProcessLogSink(sink, LogLevel::Info);
       CMPIStatus status{CMPI_RC_OK, nullptr};
       EXPECT_EQ(create(&status), nullptr) << line;
-      EXPECT_EQ(status.rc, CMPI_RC_ERR_FAILED) << line;
+      EXPECT_EQ(status.rc, rc) << line;
       EXPECT_TRUE(sink->has(LogLevel::Error, "_Generic_Create_InstanceMI: ZEBEthernetPort " + message))
           << line;
       EXPECT_EQ(threads(), before) << line;
@@ -289,6 +290,8 @@ TEST_F(EntryPointsTest, WhateverAConstructorThrowsIsLoggedByItsKindAndLeavesNoth
     };
     expectFailure(std::runtime_error("no more"), "constructor threw std::exception: no more");
     expectFailure(42, "constructor threw unknown exception");
+    expectFailure(CmpiCpp::CmpiStatus(CMPI_RC_ERR_ACCESS_DENIED, "not here"),
+                  "constructor threw CmpiStatus exception: not here", CMPI_RC_ERR_ACCESS_DENIED);
   }
   setProcessLogSink(log, LogLevel::Info);
   EXPECT_NE(create(), nullptr);

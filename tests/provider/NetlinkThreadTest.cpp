@@ -1,5 +1,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/netlink.h>
+#include <linux/rtnetlink.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <syslog.h>
@@ -13,6 +15,7 @@
 #include <thread>
 
 #include "ProviderFixture.h"
+#include "ethernet/EthernetMRA.h"
 #include "monitor/LinkWatch.h"
 #include "monitor/NetlinkThread.h"
 #include "posix/FileDescriptor.h"
@@ -25,6 +28,10 @@
 namespace {
 enum class Failing { None, Pipe, Socket, Bind, Select, Recv };
 std::atomic<Failing> failing{Failing::None};
+/// Of the last socket that was bound.
+std::atomic<int> boundSocket{-1};
+std::atomic<std::uint32_t> boundGroups{0};
+std::atomic<bool> sourcesGone{false};
 
 bool fails(Failing call) {
   if (failing != call) return false;
@@ -47,6 +54,8 @@ int __wrap_socket(int domain, int type, int protocol) {
   return domain == AF_NETLINK && fails(Failing::Socket) ? -1 : __real_socket(domain, type, protocol);
 }
 int __wrap_bind(int fd, const sockaddr* address, socklen_t size) {
+  boundGroups = reinterpret_cast<const sockaddr_nl*>(address)->nl_groups;
+  boundSocket = fd;
   return fails(Failing::Bind) ? -1 : __real_bind(fd, address, size);
 }
 int __wrap_select(int count, fd_set* readable, fd_set* writable, fd_set* exceptional, timeval* timeout) {
@@ -54,6 +63,11 @@ int __wrap_select(int count, fd_set* readable, fd_set* writable, fd_set* excepti
 }
 ssize_t __wrap_recv(int fd, void* buffer, std::size_t size, int flags) {
   return fails(Failing::Recv) ? -1 : __real_recv(fd, buffer, size, flags);
+}
+int __real__ZN3ZEB11EthernetMRA9updateAllEv(ZEB::EthernetMRA*);
+int __wrap__ZN3ZEB11EthernetMRA9updateAllEv(ZEB::EthernetMRA* self) {
+  if (sourcesGone) _exit(4);
+  return __real__ZN3ZEB11EthernetMRA9updateAllEv(self);
 }
 }
 
@@ -124,6 +138,19 @@ TEST_F(NetlinkThreadTest, ALinkMessageRaisesTheFlag) {
     EXPECT_TRUE(eventually([&] { return setLoopback(true) && setLoopback(false) && _netlinkEvent; }));
     _netlinkEvent = false;
   });
+}
+
+/// Addresses and routes have a socket of their own; what overruns is made good for by the next message.
+TEST_F(NetlinkThreadTest, TheSocketHearsOfLinksAloneAndOverrunsInSilence) {
+  boundSocket = -1;
+  NetlinkThread thread(recorded.logger, handler);
+  thread.start();
+  ASSERT_TRUE(eventually([] { return boundSocket >= 0; }));
+  EXPECT_EQ(boundGroups, std::uint32_t{RTMGRP_LINK});
+  int silent = 0;
+  socklen_t size = sizeof silent;
+  ASSERT_EQ(getsockopt(boundSocket, SOL_NETLINK, NETLINK_NO_ENOBUFS, &silent, &size), 0);
+  EXPECT_EQ(silent, 1);
 }
 
 TEST_F(NetlinkThreadTest, EveryLinkMessageComesThroughDescriptorsPastTheFirstThousand) {
@@ -263,6 +290,24 @@ TEST_F(LivingProviderTest, GoesWhenItsThreadEndsTheProcess) {
   };
   EXPECT_EXIT(body(), testing::ExitedWithCode(1),
               "recv failed: Too many open files\n(.*\n)*.*dxtor\\(\\) unloading provider");
+}
+
+TEST_F(LivingProviderTest, LeavesNoSourceToAThreadThatOutlivesIt) {
+  const auto body = [&] {
+    if (!enterNewNetworkNamespace()) _exit(2);
+    FakeBroker::Call call(broker);
+    CMPIInstanceMI* const made =
+        _Generic_Create_InstanceMI(broker.get(), &call.context(), "ZEBEthernetPort", nullptr);
+    if (!made) _exit(3);
+    // Nothing reaches the thread.
+    pipeFd[0] = -1;
+    pipeFd[1] = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    made->ft->cleanup(made, &call.context(), 1);
+    sourcesGone = true;
+    _netlinkEvent = false;
+    _exit(eventually([&] { return setLoopback(true) && setLoopback(false) && _netlinkEvent; }) ? 0 : 5);
+  };
+  EXPECT_EXIT(body(), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(NetlinkThreadTest, SignalsAreBlockedInTheThread) {

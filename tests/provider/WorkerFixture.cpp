@@ -8,6 +8,8 @@
 namespace ZEB::test {
 
 std::atomic<std::time_t> clockOffset{0};
+std::atomic<std::time_t> clockStands{0};
+std::function<void()> duringBuild;
 std::atomic<int> updates{0};
 std::atomic<bool> sourcesFail{false};
 std::atomic<int> chassisPaths{0};
@@ -20,7 +22,8 @@ using Names = std::vector<std::string>;
 extern "C" {
 std::time_t __real_time(std::time_t* out);
 std::time_t __wrap_time(std::time_t* out) {
-  const std::time_t now = __real_time(nullptr) + ZEB::test::clockOffset;
+  const std::time_t stands = ZEB::test::clockStands;
+  const std::time_t now = stands != 0 ? stands : __real_time(nullptr) + ZEB::test::clockOffset;
   if (out) *out = now;
   return now;
 }
@@ -57,6 +60,7 @@ CmpiCpp::CmpiObjectPath realChassisPath() asm("__real__ZN3ZEB7ZEBUtil14getChassi
 CmpiCpp::CmpiObjectPath wrappedChassisPath() asm("__wrap__ZN3ZEB7ZEBUtil14getChassisPathEv");
 CmpiCpp::CmpiObjectPath wrappedChassisPath() {
   ++test::chassisPaths;
+  if (test::duringBuild) test::duringBuild();
   return realChassisPath();
 }
 }  // namespace ZEB

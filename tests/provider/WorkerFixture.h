@@ -5,6 +5,7 @@
 #include <atomic>
 #include <ctime>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,8 +18,10 @@ namespace ZEB::test {
 
 // The clock, and some answers of the data library, are the test's: the linker leads them to these.
 extern std::atomic<std::time_t> clockOffset;
+extern std::atomic<std::time_t> clockStands;  ///< where it stands still; 0: it goes
 extern std::atomic<int> updates;
 extern std::atomic<int> chassisPaths;
+extern std::function<void()> duringBuild;
 extern std::atomic<bool> sourcesFail;
 extern std::vector<std::string> ghostsAdded, ghostsRemoved;
 
@@ -37,7 +40,8 @@ class WorkerTest : public ProviderTest {
   }
   ~WorkerTest() override {
     stop();
-    clockOffset = 0;
+    clockOffset = clockStands = 0;
+    duringBuild = nullptr;
     _netlinkEvent = false;
     sourcesFail = false;
     ghostsAdded.clear();
@@ -63,6 +67,11 @@ class WorkerTest : public ProviderTest {
   void enableIndications() {
     FakeBroker::Call call(broker);
     call.enableIndications(indications);
+  }
+
+  void disableIndications() {
+    FakeBroker::Call call(broker);
+    call.disableIndications(indications);
   }
 
   struct Outcome {

@@ -44,6 +44,18 @@ TEST_F(WorkerTest, APassAfterTheIntervalPollsAndBeginsANewOne) {
   EXPECT_TRUE(log->mentions(LogLevel::Info, "Skipping _backgroundWorker"));
 }
 
+TEST_F(WorkerTest, APassPollsAsSoonAsTheIntervalHasElapsed) {
+  clockStands = 2'000'000'000;
+  pass();
+  log->clear();
+  clockStands += 199;
+  pass();
+  EXPECT_EQ(log->count(":: PollInterval of 200s has not elapsed: (199). Skipping _backgroundWorker..."), 1U);
+  clockStands += 1;
+  pass();
+  EXPECT_EQ(log->count(":: PollInterval has elapsed. Continuing to do _backgroundWorker..."), 1U);
+}
+
 TEST_F(WorkerTest, ALinkMessageBypassesTheInterval) {
   clockOffset += 50;
   _netlinkEvent = true;
@@ -142,6 +154,44 @@ TEST_F(WorkerTest, APulledCableIsReportedOnceAndCounted) {
   EXPECT_THAT(events(), ElementsAre("2", "3"));
 }
 
+TEST_F(WorkerTest, AGroupThatHasNothingWrongAnyMoreIsOkAgain) {
+  const auto groupStatus = [this] {
+    return enumerate("ZEB_EthernetCollection").at(0).getProperty("GroupOperationalStatus").asArray()[0];
+  };
+  host.link("eth1").carrier = false;
+  host.play();
+  pollingPass();
+  EXPECT_EQ(groupStatus(), CmpiData(std::uint16_t{6}));
+  host.link("eth1").carrier = true;
+  host.play();
+  pollingPass();
+  EXPECT_EQ(groupStatus(), CmpiData(std::uint16_t{2}));
+}
+
+TEST_F(WorkerTest, PortsAreSilentWhereTheyAreNotMonitored) {
+  enableIndications();
+  set("MonitorPorts", false);
+  pollingPass();
+  host.link("eth1").carrier = false;
+  host.play();
+  pollingPass();
+  EXPECT_THAT(events(), IsEmpty());
+  // What was seen meanwhile is no news afterwards.
+  set("MonitorPorts", true);
+  pollingPass();
+  EXPECT_THAT(events(), IsEmpty());
+}
+
+TEST_F(WorkerTest, NothingIsReportedOnceIndicationsAreDisabled) {
+  enableIndications();
+  pollingPass();
+  disableIndications();
+  host.link("eth1").carrier = false;
+  host.play();
+  EXPECT_TRUE(succeeded(pollingPass()));
+  EXPECT_THAT(events(), IsEmpty());
+}
+
 TEST_F(WorkerTest, AVanishedTeamIsRebuiltWithoutAWordUnlessItIsWanted) {
   enableIndications();
   host.remove("bond0");
@@ -174,6 +224,41 @@ TEST_F(WorkerTest, TeamsThatComeAndGoAreReportedAroundTheRebuild) {
     EXPECT_EQ(delivery.indication.findProperty("UserComment"), nullptr);
   }
   EXPECT_EQ(enumerate("ZEB_EthernetTeam").size(), 1U);
+}
+
+TEST_F(WorkerTest, TeamsThatComeAndTeamsThatGoHaveASwitchEach) {
+  const struct {
+    const char* setting;
+    const char* event;
+  } kSwitches[] = {{"InterfaceUnAvailable", "12"}, {"InterfaceAvailable", "11"}};
+  enableIndications();
+  std::uint32_t index = 10;
+  std::string name = "bond0";
+  for (const auto& each : kSwitches) {
+    for (const auto& other : kSwitches) set(other.setting, &other == &each);
+    const std::string next = "bond" + std::to_string(++index);
+    auto& team = host.link(name);
+    team.name = next;
+    team.index = index;
+    host.link("eth2").team = host.link("eth3").team = index;
+    host.play();
+    const std::size_t before = events().size();
+    EXPECT_TRUE(succeeded(pollingPass()));
+    ASSERT_EQ(events().size(), before + 1) << each.setting;
+    EXPECT_EQ(events().back(), each.event) << each.setting;
+    name = next;
+  }
+}
+
+TEST_F(WorkerTest, ATeamThatComesTogetherWithAPortIsReported) {
+  enableIndications();
+  set("InterfaceAvailable", true);
+  host.addPort(6, "eth4");
+  host.addTeam(11, "bond1");
+  host.play();
+  EXPECT_TRUE(succeeded(pollingPass()));
+  EXPECT_THAT(events(), ElementsAre("11"));
+  EXPECT_THAT(description(0), testing::EndsWith("(New Ethernet Team bond1 is detected)"));
 }
 
 TEST_F(WorkerTest, ABuildFetchesThePathOfTheChassis) {

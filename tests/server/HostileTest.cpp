@@ -112,7 +112,7 @@ TEST_F(HostileTest, UnknownThingsAreCimErrors) {
               HasSubstr("<ERROR CODE=\"5\""));
   EXPECT_THAT(ask(post(call("GetClass", asked("No_Class")), "GetClass")), HasSubstr("<ERROR CODE=\"6\""));
   EXPECT_THAT(ask(post(call("NoOperation", ""), "NoOperation")), HasSubstr("<ERROR CODE=\"7\""));
-  EXPECT_THAT(ask(post(call("ExecQuery", ""), "ExecQuery")), HasSubstr("<ERROR CODE=\"7\""));
+  EXPECT_THAT(ask(post(call("ExecQuery", ""), "ExecQuery")), HasSubstr("<ERROR CODE=\"4\""));
   EXPECT_THAT(ask(post(call("EnumerateInstances", ""), "EnumerateInstances")),
               HasSubstr("<ERROR CODE=\"4\""));
 }

@@ -12,6 +12,7 @@
 #include <regex>
 #include <set>
 #include <sstream>
+#include <thread>
 
 #include "Process.h"
 #include "Server.h"
@@ -101,6 +102,22 @@ TEST_P(Prompt, TakesTheNamesThatPeopleUse) {
 TEST_P(Prompt, TakesTheNamesOfTeams) {
   serve(ZEB_SNAPSHOTS "/teams.json");
   EXPECT_THAT(found("bond0"), EndsWith("ZEB_EthernetTeam.InstanceID=\"JXV:ZEB_EthernetTeam:1\"  bond0"));
+}
+
+/// A service remembers where it saw a name, and is not believed.
+TEST_P(Prompt, FollowsNamesThatChange) {
+  std::ifstream in(ZEB_SNAPSHOTS "/one_port.json");
+  const std::string before((std::istreambuf_iterator<char>(in)), {});
+  const ZEB::TemporaryFolder folder;
+  std::ofstream(folder / "host.json") << before;
+  serve((folder / "host.json").string());
+  EXPECT_THAT(found("eth0"), EndsWith("EthernetPort:1\"  eth0"));
+  std::ofstream(folder / "new.json") << std::regex_replace(before, std::regex("\"eth0\""), "\"lan0\"");
+  std::filesystem::rename(folder / "new.json", folder / "host.json");
+  for (int i = 0; i < 100 && zebcim({"get", "lan0"}).status != 0; ++i)
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  EXPECT_THAT(found("lan0"), EndsWith("EthernetPort:1\"  lan0"));
+  expectRefusal({"get", "eth0"}, "nothing is called 'eth0'");
 }
 
 TEST_P(Prompt, SaysWhatAWordCouldBe) {

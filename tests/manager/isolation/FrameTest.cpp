@@ -83,6 +83,13 @@ TEST_F(Frames, OneThatWasCutOffNeverArrives) {
   EXPECT_FALSE(reader.next());
 }
 
+TEST_F(Frames, OneOfTheLongestLengthArrives) {
+  const std::string body(1000, 'l');
+  put(bytesOf(2, 1000, 1, body));
+  ASSERT_EQ(reader.receive(far.get()), Transfer::Done);
+  EXPECT_EQ(reader.next()->body, body);
+}
+
 TEST_F(Frames, OneThatIsTooLongIsRefusedByItsHeader) {
   put(bytesOf(2, 1001, 1, ""));
   EXPECT_THROW(reader.receive(far.get()), FrameError);

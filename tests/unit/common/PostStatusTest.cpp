@@ -108,6 +108,14 @@ TEST_F(PostStatusTest, aReaderFindsTheOldFileOrTheNewOne) {
   EXPECT_EQ(torn, 0);
 }
 
+TEST_F(PostStatusTest, whatCannotBePutInPlaceLeavesNothingBehind) {
+  std::filesystem::create_directories(file() + "/in the place of the file");
+  post(collection(2, "OK"));
+  EXPECT_TRUE(recorded.sink->mentions(LogLevel::Warn, "the status cannot be posted"));
+  for (const auto& entry : std::filesystem::directory_iterator(directory.file("run")))
+    EXPECT_EQ(entry.path().string(), file());
+}
+
 TEST_F(PostStatusTest, aDirectoryThatCannotBeMadeIsAWarning) {
   directory.write("run", "a file");
   post(collection(2, "OK"));

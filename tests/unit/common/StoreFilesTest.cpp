@@ -71,12 +71,39 @@ TEST_F(StoreTest, everyDamagedFileIsKept) {
   }
 }
 
-TEST_F(StoreTest, theJournalOfADamagedFileGoesWithIt) {
+TEST_F(StoreTest, aJournalThatIsNoneIsNothingToAFreshFile) {
   fs::create_directories(directory.file("stores"));
   directory.write("stores/S.db", std::string(3000, 'x'));
   directory.write("stores/S.db-journal", std::string(3000, 'y'));
   ASSERT_TRUE(open());
   EXPECT_FALSE(fs::exists(file() + "-journal"));
+}
+
+// Whoever changes the file just then has its journal open, which a fresh file would be changed back by.
+TEST_F(StoreTest, theJournalOfADamagedFileGoesWithIt) {
+  open()->setUInt32("kept", 1);
+  const Pipe begun = makePipe();
+  ChildProcess other([&] {
+    sqlite3* database = nullptr;
+    if (sqlite3_open(file().c_str(), &database) != SQLITE_OK) return 1;
+    const char* const statements = "BEGIN IMMEDIATE; UPDATE value SET number = 2";
+    if (sqlite3_exec(database, statements, nullptr, nullptr, nullptr) != SQLITE_OK) return 2;
+    if (write(begun.writing.get(), "x", 1) != 1) return 3;
+    pause();
+    return 0;
+  });
+  char ready = 0;
+  ASSERT_EQ(read(begun.reading.get(), &ready, 1), 1);
+  ASSERT_TRUE(fs::exists(file() + "-journal"));
+  overwrite(0, 100);
+  const auto store = open();
+  EXPECT_TRUE(fs::exists(file() + ".damaged-1-journal"));
+  EXPECT_FALSE(fs::exists(file() + "-journal"));
+  other.kill();
+  other.wait();
+  ASSERT_TRUE(store);
+  store->setUInt32("later", 3);
+  EXPECT_EQ(open()->getUInt32("later"), 3u);
 }
 
 TEST_F(StoreTest, aNewerFormatIsRefusedAndLeftAlone) {

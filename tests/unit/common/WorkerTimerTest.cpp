@@ -75,6 +75,19 @@ TEST(WorkerTimerTest, aBurstIsOneRunAndNotMuchLaterThanItsBeginning) {
   EXPECT_FALSE(runs.waitFor(2, 200ms));
 }
 
+/// By itself it would never be quiet for long enough.
+TEST(WorkerTimerTest, awakeningsThatKeepComingDoNotPutARunOffForEver) {
+  Runs runs;
+  WorkerTimer timer({.firstAfter = 1h, .interval = 1h, .quiet = 1h, .patience = 250ms}, runs.body());
+  const auto first = Clock::now();
+  while (runs.began().empty() && Clock::now() - first < 10s) {
+    timer.wake();
+    std::this_thread::sleep_for(10ms);
+  }
+  ASSERT_EQ(runs.began().size(), 1U);
+  EXPECT_GE(runs.began()[0] - first, 250ms);
+}
+
 TEST(WorkerTimerTest, awakeningDuringARunAsksForAnother) {
   Runs runs;
   WorkerTimer timer({.firstAfter = 1h, .interval = 1h, .quiet = 1ms, .patience = 2ms}, runs.body(100ms));

@@ -85,6 +85,14 @@ TEST(EthtoolDecoders, SpeedAndDuplexThatAreUnknown) {
   EXPECT_EQ(merged(ETHTOOL_MSG_LINKMODES_GET, half).fullDuplex, false);
 }
 
+TEST(EthtoolDecoders, BitsBeyondTheSizeOfABitsetAreNone) {
+  MessageBuilder builder;
+  builder.nest(ETHTOOL_A_LINKMODES_OURS, bitset(40, {0x60, 0xFF01}, {0x60, 0xFFFFFF08}));
+  const EthtoolFacts facts = merged(ETHTOOL_MSG_LINKMODES_GET, builder);
+  EXPECT_EQ(facts.advertised, LinkModes(0x60) | LinkModes(0x01) << 32);
+  EXPECT_EQ(facts.supported, LinkModes(0x60) | LinkModes(0x08) << 32);
+}
+
 TEST(EthtoolDecoders, BitsetThatDoesNotCoverItsSizeIsUnknown) {
   MessageBuilder shortValue, shortMask, huge;
   shortValue.nest(ETHTOOL_A_LINKMODES_OURS, bitset(40, {0x60}, {0x60, 0x8}));

@@ -113,6 +113,17 @@ TEST_F(KernelSourceTest, RulesAreAskedForOnceAndWhenTheyChange) {
   EXPECT_EQ(kernel.dumps[RTM_GETRULE], 2);
 }
 
+/// Whoever asks only after an announcement would never ask again.
+TEST_F(KernelSourceTest, AFailedReadingIsLeftToBeAskedForAgain) {
+  kernel.links[2] = kindPayload(2, "veth0", "veth");
+  kernel.refused = {RTM_GETADDR};
+  EXPECT_FALSE(source.readAll());
+  EXPECT_TRUE(source.announced());
+  kernel.refused.clear();
+  EXPECT_EQ(readAll().links.size(), 1u);
+  EXPECT_FALSE(source.announced());
+}
+
 TEST_F(KernelSourceTest, AKernelWithoutRulesHasNoneThatAreKnown) {
   kernel.links[2] = kindPayload(2, "veth0", "veth");
   kernel.routes = {routePayload(2, {10, 0, 0, 1}, 77)};

@@ -168,6 +168,13 @@ TEST_F(QuerySocketTest, AsksAgainWhenDatagramsWereLost) {
   EXPECT_EQ(seen, (std::vector<std::uint32_t>{5, 6}));
 }
 
+TEST_F(QuerySocketTest, AsksAgainWhenTheKernelIsBusy) {
+  wire->answers = {{end(NLMSG_ERROR, -EBUSY)}, {items(5, 6), end(NLMSG_DONE, 0)}};
+  EXPECT_FALSE(ask());
+  EXPECT_EQ(seen, (std::vector<std::uint32_t>{5, 6}));
+  EXPECT_EQ(wire->sent, 2);
+}
+
 TEST_F(QuerySocketTest, GivesUpOnWhatNeverComesToRest) {
   for (int i = 0; i < 100; ++i) wire->answers.push_back({items(1, 2, NLM_F_DUMP_INTR), end(NLMSG_DONE, 0)});
   const auto failure = ask();

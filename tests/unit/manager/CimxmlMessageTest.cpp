@@ -26,6 +26,18 @@ TEST_F(CimxmlTest, AWritingOperationIsOneInWhateverCaseItIsWritten) {
   }
 }
 
+TEST_F(CimxmlTest, ACallOfAMethodWritesWhateverTheMethodIsCalled) {
+  for (const char* const name : {"PerformWork", "GetInstance"}) {
+    const CimMessage message =
+        readMessage(request("<METHODCALL NAME=\"" + std::string(name) +
+                            "\"><LOCALINSTANCEPATH><LOCALNAMESPACEPATH><NAMESPACE NAME=\"root\"/>"
+                            "</LOCALNAMESPACEPATH>" +
+                            kName + "</LOCALINSTANCEPATH></METHODCALL>"));
+    EXPECT_FALSE(message.intrinsic) << name;
+    EXPECT_TRUE(message.writes) << name;
+  }
+}
+
 TEST_F(CimxmlTest, VersionsThatAreNotKnownAreNotImplemented) {
   const std::string good = intrinsic("GetClass", kThing);
   const auto with = [&](const std::string& from, const std::string& to) {

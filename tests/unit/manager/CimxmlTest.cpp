@@ -178,6 +178,25 @@ TEST(XmlTextTest, WhatXmlCannotHoldIsReplaced) {
   EXPECT_EQ(out, "&lt;a &amp; &quot;b&quot;&gt;&#10;\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbd \xf0\x9f\x98\x80");
 }
 
+/// Parsers make one of a carriage return and a line feed that stand for themselves.
+TEST(XmlTextTest, LineEndsAndTabsStayWhatTheyAre) {
+  std::string out;
+  appendEscaped(out, "a\r\nb\rc\td");
+  EXPECT_EQ(out, "a&#13;&#10;b&#13;c&#9;d");
+  pugi::xml_document document;
+  ASSERT_TRUE(document.load_string(("<V>" + out + "</V>").c_str()));
+  EXPECT_STREQ(document.child("V").child_value(), "a\r\nb\rc\td");
+}
+
+TEST_F(CimxmlTest, AParameterThatIsGivenTwiceIsRefused) {
+  const std::string local = parameter("LocalOnly", "<VALUE>TRUE</VALUE>");
+  for (const char* const again : {"LocalOnly", "localonly"}) {
+    const std::string got = ask("GetClass", kThing + local + parameter(again, "<VALUE>FALSE</VALUE>"));
+    EXPECT_THAT(got, HasSubstr("<ERROR CODE=\"4\"")) << again;
+    EXPECT_THAT(got, HasSubstr("is given twice")) << again;
+  }
+}
+
 TEST(ExportTest, AnIndicationIsOneRequest) {
   pugi::xml_document document;
   ASSERT_TRUE(document.load_string(exportMessage("9", "<INSTANCE CLASSNAME=\"A\"/>").c_str()));

@@ -132,8 +132,8 @@ TEST_F(Conditions, AbsentValuesAreNeitherTrueNorFalse) {
   expectHold({"Unset IS NULL", "Unset = NULL", "Flag IS NOT NULL", "Flag <> NULL", "NOT Flag IS NULL",
               "Unset = TRUE OR Flag = TRUE", "NOT (Unset = TRUE AND Flag = FALSE)"});
   expectFail({"Unset = TRUE", "Unset <> TRUE", "NOT Unset = TRUE", "NOT (Unset = TRUE)",
-              "Unset = TRUE AND Flag = TRUE", "Flag IS NULL", "Flag = NULL", "Unset IS NOT NULL",
-              "Unset = Unset"});
+              "NOT NOT Unset = TRUE", "Unset = TRUE AND Flag = TRUE", "Flag IS NULL", "Flag = NULL",
+              "Unset IS NOT NULL", "Unset = Unset"});
 }
 
 TEST_F(Conditions, NotBindsTighterThanAndThanOr) {

@@ -29,6 +29,21 @@ TEST_F(EventSettingsTest, theFirstStartWritesAllThirteenDefaults) {
   }
 }
 
+/// How often a database file was changed, which its header counts.
+std::uint32_t changesOf(const std::string& file) {
+  const std::string header = TestFolder::read(file).substr(24, 4);
+  std::uint32_t count = 0;
+  for (const char byte : header) count = count << 8 | static_cast<unsigned char>(byte);
+  return count;
+}
+
+TEST_F(EventSettingsTest, theDefaultsAreOneTransaction) {
+  makeDataStore("Empty");
+  make();
+  EXPECT_EQ(changesOf(directory.file("stores/ZEB_EthEventSettings.db")),
+            changesOf(directory.file("stores/Empty.db")) + 1);
+}
+
 TEST_F(EventSettingsTest, saysWhatItDoesWhenItIsMade) {
   make();
   std::vector<std::string> expected = {"cxtor()", "calling makeDataStore..."};

@@ -96,6 +96,13 @@ std::shared_ptr<const Model> Inventory::fresh() {
   return model;
 }
 
+std::shared_ptr<const Model> Inventory::newestOfOneQuestion() {
+  const std::scoped_lock asking(_asking);
+  if (_source->announced()) return nullptr;
+  const std::scoped_lock lock(_mutex);
+  return _newest;
+}
+
 std::shared_ptr<const Model> Inventory::reload(Kind kind) {
   std::shared_ptr<const Model> model;
   {
@@ -180,6 +187,7 @@ std::optional<std::shared_ptr<const Facts>> Inventory::newerFacts(const Facts& b
   const std::uint32_t index = before.link.index;
   ScopeState* scope = openScope();
   ScopeAnswers* answers = scope ? &scope->answersOf(*this) : nullptr;
+  if (answers && !answers->model && _oneQuestion) answers->model = newestOfOneQuestion();
   if (answers && part != RefreshPart::Everything) {
     if (auto newer = partOfMany<Facts>(*answers, index, part)) return newer;
   }

@@ -39,6 +39,10 @@ class Inventory {
   Inventory(std::unique_ptr<HostSource> source, bool includeVirtual,
             std::chrono::milliseconds settleTime = {}, std::function<Clock::time_point()> now = Clock::now);
 
+  /// From now on the newest answer counts as one begun now, as long as nothing was announced since: for a
+  /// process that starts for one question. To be called before anything is asked.
+  void answerOneQuestion() { _oneQuestion = true; }
+
   /// For a walk: the open scope's answer, else the newest if nothing was announced since, else a new one.
   /// Null when asking failed, as everywhere here.
   std::shared_ptr<const Model> current();
@@ -109,7 +113,11 @@ class Inventory {
   Outcome<HostSnapshot> askOne(std::uint32_t index);
   void noteFailure(const std::string& text);
 
+  /// Null where it is not as good as one begun now.
+  std::shared_ptr<const Model> newestOfOneQuestion();
+
   const bool _includeVirtual;
+  bool _oneQuestion = false;
 
   std::mutex _asking;  ///< held while the source is used; guards _source, _settling, _begun and _offers
   std::unique_ptr<HostSource> _source;
