@@ -13,6 +13,7 @@
 #include "cli/InterfaceNames.h"
 #include "cli/JsonOutput.h"
 #include "cli/LargePages.h"
+#include "cli/Metrics.h"
 #include "cli/Modify.h"
 #include "cli/Nearest.h"
 #include "cli/PluginProcess.h"
@@ -170,6 +171,13 @@ void runTree(const Options& options, Session& session, const Output& output) {
                               : textOfTree(tree, output.colour, linesOfLocale(), output.width));
 }
 
+void runMetrics(const Options& options, Session& session, const Output& output) {
+  Namespace& model = session.model();
+  const auto worker = options.wantsPlugin() ? std::nullopt : readWorker(session.runFolder());
+  const MetricFormat format = options.openMetrics ? MetricFormat::OpenMetrics : MetricFormat::Text;
+  output.out << metricsOf(model, worker, format) << endOf(format);
+}
+
 void runWatch(const Options& options, Session& session, const Output& output) {
   watchAlerts(options, session, output);
 }
@@ -206,6 +214,7 @@ constexpr std::array kCommands = {
     CommandRow{"modify", modify},
     CommandRow{"invoke", runInvoke},
     CommandRow{"tree", runTree},
+    CommandRow{"metrics", runMetrics},
     CommandRow{"watch", runWatch},
     CommandRow{"capture", runCapture},
     CommandRow{"complete", runComplete},

@@ -101,6 +101,8 @@ void addCommands(CLI::App& app, Options& options) {
       ->add_option("--config", options.config, "The configuration of the server")
       ->type_name("FILE");
   app.add_subcommand("check", "One line for monitoring, with exit status 0 to 3");
+  app.add_subcommand("metrics", "Metrics as Prometheus reads them")
+      ->add_flag("--openmetrics", options.openMetrics, "In the format OpenMetrics");
   addCapture(app, options);
   addServe(app, options);
   app.add_subcommand("classes", "Classes that are served");

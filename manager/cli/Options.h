@@ -25,6 +25,7 @@ struct Options {
   bool names = false;
   bool anonymize = false;
   bool advice = false;
+  bool openMetrics = false;
   std::string watchCondition;               ///< of a query, empty for every alert
   std::optional<double> watchSeconds;       ///< nothing: until a signal comes
   std::optional<std::uint64_t> watchCount;  ///< likewise

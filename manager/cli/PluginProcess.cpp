@@ -3,6 +3,7 @@
 #include "cimxml/Answer.h"
 #include "cimxml/EnumerationSteps.h"
 #include "cimxml/Export.h"
+#include "cli/Metrics.h"
 #include "cli/Session.h"
 #include "isolation/ProviderProcess.h"
 #include "plugin/PluginNamespace.h"
@@ -17,6 +18,8 @@ class HostedPlugin : public HostedProvider {
 
   Broker& broker() override { return _session.broker(); }
   std::string perform(std::string_view message) override {
+    if (const auto format = metricsAskedFor(message))
+      return metricsOf(_namespace, readWorker(_session.runFolder()), *format);
     return isStep(message) ? performStep(message, _namespace) : answer(message, _namespace);
   }
   std::string instanceElement(const Instance& indication) override {

@@ -22,6 +22,7 @@
 #include "local/RunFolder.h"
 #include "server/HttpServer.h"
 #include "server/LocalServer.h"
+#include "server/MetricsResource.h"
 #include "server/PageResources.h"
 #include "server/PluginModel.h"
 
@@ -190,6 +191,7 @@ class Core {
 Resources resourcesOf(Core& core) {
   Resources resources;
   addPage(resources, core.live(), core.model());
+  resources.emplace("/metrics", metricsResource(core.plugin()));
   return resources;
 }
 

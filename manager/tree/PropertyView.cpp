@@ -44,6 +44,15 @@ std::optional<bool> PropertyView::flag(std::string_view name) const {
   return data && data->type == CMPI_boolean ? std::optional(data->value.boolean != 0) : std::nullopt;
 }
 
+std::optional<double> PropertyView::time(std::string_view name) const {
+  constexpr double kMicroseconds = 1e6;
+  const CMPIData* const data = find(name);
+  if (!data || data->type != CMPI_dateTime) return std::nullopt;
+  const DateTimeBody& body = as<DateTime>(data->value.dateTime)->body();
+  if (body.interval) return std::nullopt;
+  return static_cast<double>(body.microseconds) / kMicroseconds;
+}
+
 std::string PropertyView::reference(std::string_view name) const {
   const CMPIData* const data = find(name);
   return data && data->type == CMPI_ref ? formatPath(as<ObjectPath>(data->value.ref)->body()) : std::string();

@@ -24,6 +24,8 @@ class PropertyView {
   /// The first element of an array counts as the property.
   std::optional<std::uint64_t> number(std::string_view name) const;
   std::optional<bool> flag(std::string_view name) const;
+  /// A point in time, in seconds since the epoch.
+  std::optional<double> time(std::string_view name) const;
   /// Text form of the path that a reference holds.
   std::string reference(std::string_view name) const;
   /// What the schema says of a number, the number itself where it says nothing.

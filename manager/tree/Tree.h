@@ -40,9 +40,10 @@ struct TreePort : TreeInterface {
   std::uint64_t speed = 0;     ///< bits a second; 0 when there is none
   std::uint64_t maxSpeed = 0;  ///< that the port can; 0 when it is not known
   std::optional<bool> fullDuplex;
-  std::uint64_t mtu = 0;  ///< bytes; 0 when it is not known
-  std::string team;       ///< name of the team that it is a member of
-  std::string role;       ///< in that team
+  std::uint64_t mtu = 0;                  ///< bytes; 0 when it is not known
+  std::optional<double> lastStateChange;  ///< seconds since the epoch
+  std::string team;                       ///< name of the team that it is a member of
+  std::string role;                       ///< in that team
   std::vector<TreeVlan> vlans;
 };
 
@@ -61,6 +62,7 @@ struct TreeCard {
 struct TreeMember {
   std::string port;  ///< name of the port
   std::string role;
+  std::optional<std::uint64_t> roleCode;
   TreeStatus portStatus;    ///< of the port by itself
   TreeStatus memberStatus;  ///< of the port as a member
 };
@@ -68,6 +70,7 @@ struct TreeMember {
 struct TreeTeam : TreeInterface {
   std::string mode;
   std::string redundancy;
+  std::optional<std::uint64_t> redundancyCode;
   std::uint64_t speed = 0;
   std::uint64_t mtu = 0;
   std::vector<TreeMember> members;

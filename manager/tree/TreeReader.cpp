@@ -54,6 +54,7 @@ class Reader {
       port.maxSpeed = view.number("MaxSpeed").value_or(0);
       port.fullDuplex = view.flag("FullDuplex");
       port.mtu = view.number("ActiveMaximumTransmissionUnit").value_or(0);
+      port.lastStateChange = view.time("TimeOfLastStateChange");
       takeEndpoints(port, toEndpoint);
       _portPlaces[port.path] = _ports.size();
       _ports.push_back(std::move(port));
@@ -67,6 +68,7 @@ class Reader {
       team.path = view.path();
       team.status = statusOf(view, "GroupOperationalStatus");
       team.redundancy = view.meaning("RedundancyStatus");
+      team.redundancyCode = view.number("RedundancyStatus");
       team.speed = view.number("Speed").value_or(0);
       team.mtu = view.number("ActiveMaximumTransmissionUnit").value_or(0);
       team.mode = modeOf(view);
@@ -110,6 +112,7 @@ class Reader {
       carrier.members.push_back(
           {.port = member.name,
            .role = member.role,
+           .roleCode = view.number("Role"),
            .portStatus = member.status,
            .memberStatus = statusOf(view, "MemberOperationalStatus", "MemberStatusDescriptions")});
     });

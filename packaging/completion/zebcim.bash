@@ -1,7 +1,7 @@
 # Completion of zebcim for bash. Names come from the running system.
 _zebcim() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]} command='' i
-  local commands='tree watch doctor check capture serve classes instances get associators references modify invoke'
+  local commands='tree watch metrics doctor check capture serve classes instances get associators references modify invoke'
   local options='--json --json=typed --source --standalone --verbose --include-virtual --plugin --schema --timeout --help --version'
   COMPREPLY=()
   case $previous in
@@ -25,6 +25,7 @@ _zebcim() {
       watch) options+=' --where --for --count --advice' ;;
       capture) options+=' --anonymize' ;;
       doctor) options+=' --config' ;;
+      metrics) options+=' --openmetrics' ;;
       serve) options+=' --config --http --https --state --helpers' ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")

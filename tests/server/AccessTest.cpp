@@ -82,6 +82,9 @@ TEST(Access, ClientsFromElsewhereNeedCredentialsForEverything) {
     EXPECT_THAT(ask(elsewhere, readingAs(kNobody)), StartsWith("HTTP/1.1 401 "));
     EXPECT_THAT(ask(elsewhere, readingAs(kWrong)), StartsWith("HTTP/1.1 401 "));
     EXPECT_THAT(ask(elsewhere, readingAs(kDaemon)), HasSubstr(kPortAddress));
+    const std::string scrape = "GET /metrics HTTP/1.1\r\nHost: localhost\r\n";
+    EXPECT_THAT(ask(elsewhere, scrape + kNobody + "\r\n"), StartsWith("HTTP/1.1 401 "));
+    EXPECT_THAT(ask(elsewhere, scrape + kDaemon + "\r\n"), HasSubstr("\nzeb_port_info{"));
     EXPECT_THAT(ask(elsewhere, writingAs(kNobody)), StartsWith("HTTP/1.1 401 "));
     EXPECT_THAT(ask(elsewhere, writingAs(kDaemon)), HasSubstr("<ERROR CODE=\"2\""));
     const std::string written = ask(elsewhere, writingAs(kRoot));

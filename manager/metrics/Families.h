@@ -1,0 +1,75 @@
+// Every metric that there is: how it is called, what it says and where that is from.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+
+#include "metrics/MachineReading.h"
+
+namespace ZebManager {
+
+enum class MetricKind { Gauge, Counter, Info };
+
+/// What all series of a metric have in common. The names of counters end in "_total", those of information in
+/// "_info".
+struct MetricFamily {
+  const char* name;
+  MetricKind kind;
+  const char* unit;    ///< which the name has; empty for a number of things, or of a value map
+  const char* help;    ///< one line
+  const char* source;  ///< class and property, or what else
+};
+
+/// A number, as long as it is known.
+using MetricValue = std::optional<double>;
+
+template <class Thing>
+struct NumberRow {
+  MetricFamily family;
+  MetricValue (*value)(const Thing&);
+};
+
+template <class Thing>
+struct LabelRow {
+  const char* label;
+  std::string (*text)(const Thing&);  ///< without a text there is no such label
+};
+
+/// What is said of each thing of a kind: a series that is 1 for what its labels say, and numbers.
+template <class Thing>
+struct MetricTable {
+  std::span<const LabelRow<Thing>> identity;  ///< labels of every series
+  std::optional<MetricFamily> info;
+  std::span<const LabelRow<Thing>> infoLabels;  ///< behind the others
+  std::span<const NumberRow<Thing>> numbers;
+};
+
+/// What series of an interface are labelled with: its name, or its path where the name is not known.
+inline std::string deviceLabel(const TreeInterface& interface) {
+  return interface.name.empty() ? interface.path : interface.name;
+}
+
+MetricTable<MachineReading> machineMetrics();
+MetricTable<PortReading> portMetrics();
+MetricTable<TreeTeam> teamMetrics();
+MetricTable<MemberReading> memberMetrics();
+MetricTable<VlanReading> vlanMetrics();
+MetricTable<GatewayReading> gatewayMetrics();
+MetricTable<WorkerReading> workerMetrics();
+MetricTable<AlertCount> alertMetrics();
+
+/// Visits each table, in the order in which they are served.
+template <class Visit>
+void forEachMetricTable(const Visit& visit) {
+  visit(machineMetrics());
+  visit(portMetrics());
+  visit(teamMetrics());
+  visit(memberMetrics());
+  visit(vlanMetrics());
+  visit(gatewayMetrics());
+  visit(workerMetrics());
+  visit(alertMetrics());
+}
+
+}  // namespace ZebManager
