@@ -123,17 +123,25 @@ void InteropTable::checkPlace(const StoredInstance& stored) const {
   }
 }
 
-/// What is known goes into a fresh file.
+/// What is known goes into a fresh file; what that does not take now goes into it before the next change.
 void InteropTable::saveAnew(const std::string& why) {
+  _incomplete = true;
   _store.beginAnew(why);
+  completeFile();
+}
+
+void InteropTable::completeFile() {
+  if (!_incomplete) return;
   for (const auto& [name, stored] : _instances) {
     if (!stored->fixed) _store.put(name, *stored);
   }
+  _incomplete = false;
 }
 
 /// A damaged file is no reason to refuse what a fresh one takes.
 void InteropTable::change(const std::function<void()>& write) {
   try {
+    completeFile();
     write();
   } catch (const SqliteError& error) {
     if (!error.damaged()) throw;

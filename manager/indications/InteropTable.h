@@ -56,6 +56,7 @@ class InteropTable {
   std::optional<Subscription> subscriptionOf(const StoredInstance& stored) const;
   void change(const std::function<void()>& write);
   void saveAnew(const std::string& why);
+  void completeFile();
   void addFixed();
   void linksThrough(const StoredInstance& association, const std::string& from,
                     const AssociationFilter& filter, std::vector<Link>& links) const;
@@ -66,6 +67,7 @@ class InteropTable {
   const InteropRules _rules;
   LogLine _log;
   InstanceStore _store;
+  bool _incomplete = false;                                           // the file, which was begun anew
   std::map<std::string, std::unique_ptr<StoredInstance>> _instances;  // by InstanceNames::nameOf
   std::size_t _made = 0;                                              // that are not fixed
   std::size_t _bytes = 0;                                             // of these

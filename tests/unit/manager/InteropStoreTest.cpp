@@ -1,4 +1,7 @@
 // The namespace root/interop: what survives a restart, a damaged file and many threads.
+#include <signal.h>
+#include <sys/resource.h>
+
 #include <array>
 #include <filesystem>
 #include <fstream>
@@ -92,25 +95,68 @@ TEST_F(Interop, AFileThatCannotBeWrittenRefusesAndChangesNothing) {
   EXPECT_THAT(space->subscriptions(), SizeIs(1));
 }
 
+class DamagedInterop : public Interop {
+ protected:
+  void damage() const {
+    {
+      std::fstream file(directory / "interop.db", std::ios::in | std::ios::out | std::ios::binary);
+      elsewhere("PRAGMA wal_checkpoint(TRUNCATE)");
+      for (int page = 1; page < 8; ++page) {
+        file.seekp(page * 4096);
+        file << std::string(64, 'x');
+      }
+    }
+    elsewhere("PRAGMA user_version = 1");  // the pages that are remembered are read again
+  }
+};
+
 /// What is in memory is not lost with a file that turns out to be damaged while it is in use.
-TEST_F(Interop, DamageWhileTheServerRunsCostsNothing) {
+TEST_F(DamagedInterop, CostsNothingWhileTheServerRuns) {
   makeOneOfEach();
   const auto before = space->subscriptions();
-  {
-    std::fstream file(directory / "interop.db", std::ios::in | std::ios::out | std::ios::binary);
-    elsewhere("PRAGMA wal_checkpoint(TRUNCATE)");
-    for (int page = 1; page < 8; ++page) {
-      file.seekp(page * 4096);
-      file << std::string(64, 'x');
-    }
-  }
-  elsewhere("PRAGMA user_version = 1");  // the pages that are remembered are read again
+  damage();
   EXPECT_EQ(codeOfCreate("CIM_IndicationFilter", filterProperties("g")), CMPI_RC_OK);
   EXPECT_THAT(lines, ElementsAre(HasSubstr("is damaged")));
   start();
   EXPECT_EQ(get(filterPath("g")).code, CMPI_RC_OK);
   ASSERT_THAT(space->subscriptions(), SizeIs(1));
   EXPECT_EQ(space->subscriptions()[0].name, before[0].name);
+}
+
+/// While no file may become longer than that.
+class ShortFiles {
+ public:
+  explicit ShortFiles(rlim_t longest) {
+    signal(SIGXFSZ, SIG_IGN);
+    set(longest);
+  }
+  ShortFiles(const ShortFiles&) = delete;
+  ShortFiles& operator=(const ShortFiles&) = delete;
+  ~ShortFiles() { set(RLIM_INFINITY); }
+
+ private:
+  static void set(rlim_t longest) {
+    const rlimit limit{longest, RLIM_INFINITY};
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  }
+};
+
+/// The fresh file takes some of it and then no more; what it lacks it gets with the next change.
+TEST_F(DamagedInterop, CostsNothingWhereTheDiskIsFullToo) {
+  for (const char* const name : {"a", "b", "c", "d"}) {
+    ASSERT_EQ(codeOfCreate("CIM_IndicationFilter",
+                           with(filterProperties(name), "ElementName", std::string(60'000, 'x'))),
+              CMPI_RC_OK);
+  }
+  damage();
+  {
+    const ShortFiles disk(150'000);
+    EXPECT_EQ(codeOfCreate("CIM_IndicationFilter", filterProperties("e")), CMPI_RC_ERR_FAILED);
+    EXPECT_TRUE(std::filesystem::exists(directory / "interop.db.damaged-1"));
+  }
+  EXPECT_EQ(codeOfCreate("CIM_IndicationFilter", filterProperties("f")), CMPI_RC_OK);
+  start();
+  EXPECT_THAT(space->enumerateInstanceNames("CIM_IndicationFilter").items(), SizeIs(5));
 }
 
 TEST_F(Interop, SurvivesRandomDamage) {
