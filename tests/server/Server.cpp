@@ -124,12 +124,18 @@ int Server::stop() {
   return std::max(_process->wait(), -1);
 }
 
-std::size_t Server::memory() const {
-  std::size_t all = residentOf(id());
+std::vector<pid_t> Server::children() const {
+  std::vector<pid_t> all;
   for (const auto& thread : std::filesystem::directory_iterator("/proc/" + std::to_string(id()) + "/task")) {
     std::ifstream children(thread.path() / "children");
-    for (pid_t child = 0; children >> child;) all += residentOf(child);
+    for (pid_t child = 0; children >> child;) all.push_back(child);
   }
+  return all;
+}
+
+std::size_t Server::memory() const {
+  std::size_t all = residentOf(id());
+  for (const pid_t child : children()) all += residentOf(child);
   return all;
 }
 

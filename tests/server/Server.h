@@ -31,6 +31,8 @@ class Server {
   const std::string& https() const { return _https; }
   const std::filesystem::path& folder() const { return _folder.path(); }
   pid_t id() const { return _process->id(); }
+  /// Processes of the plug-in, and of who judges logins.
+  std::vector<pid_t> children() const;
   /// Resident memory of the server and its children, in bytes.
   std::size_t memory() const;
   /// Asks it to end; its exit status.
