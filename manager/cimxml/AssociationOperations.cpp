@@ -36,6 +36,7 @@ bool appendObjects(const Request& request, ClassEnd end, InstancesAt ask, std::s
   InstanceView view;
   view.properties = given ? some.get() : nullptr;
   view.classOrigin = request.parameters.flag("IncludeClassOrigin", false);
+  view.qualifiers = request.parameters.flag("IncludeQualifiers", false);
   const ObjectPath& path = *request.reader.path(object);
   const Reply reply = (request.target.*ask)(path, filter, view.properties).orThrow();
   for (const CMPIData& item : reply.items()) {

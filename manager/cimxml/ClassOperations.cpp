@@ -2,6 +2,7 @@
 
 #include "cimxml/ClassWriter.h"
 #include "cimxml/Operations.h"
+#include "cimxml/QualifierWriter.h"
 #include "cimxml/XmlText.h"
 
 namespace ZebManager {
@@ -87,6 +88,20 @@ bool enumerateClassNames(const Request& request, std::string& out) {
     appendAttribute(out, "NAME", def->name);
     out += "/>";
   }
+  return true;
+}
+
+bool getQualifier(const Request& request, std::string& out) {
+  static_cast<void>(request.parameters.required("QualifierName"));
+  const std::string name = request.parameters.text("QualifierName");
+  const QualifierType* const found = findQualifierType(name);
+  if (!found) throw CimError(CMPI_RC_ERR_NOT_FOUND, "there is no qualifier '" + name + "'");
+  appendDeclaration(out, *found);
+  return true;
+}
+
+bool enumerateQualifiers(const Request&, std::string& out) {
+  for (const QualifierType& type : qualifierTypes()) appendDeclaration(out, type);
   return true;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "cimxml/PropertyNames.h"
+#include "cimxml/QualifierWriter.h"
 #include "cimxml/ValueWriter.h"
 #include "cimxml/XmlText.h"
 
@@ -13,41 +14,6 @@ void appendText(std::string& out, std::string_view text) {
   out += "<VALUE>";
   appendEscaped(out, text);
   out += "</VALUE>";
-}
-
-void openQualifier(std::string& out, std::string_view name, std::string_view type) {
-  out += "<QUALIFIER";
-  appendAttribute(out, "NAME", name);
-  appendAttribute(out, "TYPE", type);
-  out += ">";
-}
-
-void appendFlag(std::string& out, std::string_view name, bool present) {
-  if (!present) return;
-  openQualifier(out, name, "boolean");
-  out += "<VALUE>TRUE</VALUE></QUALIFIER>";
-}
-
-void appendDescription(std::string& out, const std::string& description) {
-  if (description.empty()) return;
-  openQualifier(out, "Description", "string");
-  appendText(out, description);
-  out += "</QUALIFIER>";
-}
-
-void appendTexts(std::string& out, std::string_view name, const std::vector<MappedValue>& values,
-                 std::string MappedValue::*member) {
-  openQualifier(out, name, "string");
-  out += "<VALUE.ARRAY>";
-  for (const MappedValue& value : values) appendText(out, value.*member);
-  out += "</VALUE.ARRAY></QUALIFIER>";
-}
-
-void appendElementQualifiers(std::string& out, const ElementDef& element) {
-  appendDescription(out, element.description);
-  if (element.values.empty()) return;
-  appendTexts(out, "ValueMap", element.values, &MappedValue::number);
-  appendTexts(out, "Values", element.values, &MappedValue::text);
 }
 
 /// NAME, TYPE or REFERENCECLASS of an element whose name for one value is `kind`. Returns the element's name.
@@ -78,24 +44,15 @@ void appendProperty(std::string& out, const PropertyDef& property, const ClassVi
   if (view.classOrigin) appendAttribute(out, "CLASSORIGIN", property.origin->name);
   if (!local) appendAttribute(out, "PROPAGATED", "true");
   out += ">";
-  if (view.qualifiers) {
-    appendFlag(out, "Key", property.key);
-    appendFlag(out, "Required", property.required);
-    appendFlag(out, "Write", property.writable);
-    appendElementQualifiers(out, property);
-  }
+  if (view.qualifiers) appendQualifiers(out, property, local);
   if (property.defaultValues && property.type != CMPI_ref) appendDefault(out, property);
   out.append("</").append(kind).append(">");
 }
 
-void appendParameterDef(std::string& out, const ParameterDef& parameter, const ClassView& view) {
+void appendParameterDef(std::string& out, const ParameterDef& parameter, const ClassView& view, bool local) {
   const std::string kind = openElement(out, "PARAMETER", parameter);
   out += ">";
-  if (view.qualifiers) {
-    appendFlag(out, "In", parameter.in);
-    appendFlag(out, "Out", parameter.out);
-    appendElementQualifiers(out, parameter);
-  }
+  if (view.qualifiers) appendQualifiers(out, parameter, local);
   out.append("</").append(kind).append(">");
 }
 
@@ -107,11 +64,8 @@ void appendMethod(std::string& out, const MethodDef& method, const ClassDef& ori
   if (view.classOrigin) appendAttribute(out, "CLASSORIGIN", origin.name);
   if (!local) appendAttribute(out, "PROPAGATED", "true");
   out += ">";
-  if (view.qualifiers) {
-    appendFlag(out, "Static", method.isStatic);
-    appendElementQualifiers(out, method);
-  }
-  for (const ParameterDef& parameter : method.parameters) appendParameterDef(out, parameter, view);
+  if (view.qualifiers) appendQualifiers(out, method, local);
+  for (const ParameterDef& parameter : method.parameters) appendParameterDef(out, parameter, view, local);
   out += "</METHOD>";
 }
 
@@ -154,12 +108,7 @@ void appendClass(std::string& out, const ClassDef& classDef, const ClassView& vi
   appendAttribute(out, "NAME", classDef.name);
   if (classDef.superclass) appendAttribute(out, "SUPERCLASS", classDef.superclass->name);
   out += ">";
-  if (view.qualifiers) {
-    appendFlag(out, "Abstract", classDef.abstract);
-    appendFlag(out, "Association", classDef.association);
-    appendFlag(out, "Indication", classDef.indication);
-    appendDescription(out, classDef.description);
-  }
+  if (view.qualifiers) appendQualifiers(out, classDef);
   for (const PropertyDef& property : classDef.properties) {
     const bool local = isLocal(classDef, property);
     if ((local || !view.localOnly) && isWanted(view, property.name))

@@ -14,6 +14,7 @@ class Wanted {
     if (const auto given = parameters.names("PropertyList")) _names.emplace(thoseOf(classes, *given));
     view.properties = list();
     view.classOrigin = parameters.flag("IncludeClassOrigin", false);
+    view.qualifiers = parameters.flag("IncludeQualifiers", false);
   }
 
   PropertyList list() const { return _names ? _names->get() : nullptr; }

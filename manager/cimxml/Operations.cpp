@@ -33,6 +33,8 @@ constexpr std::array kOperations = {
                  "ClassName DeepInheritance LocalOnly IncludeQualifiers IncludeClassOrigin",
                  enumerateClasses},
     OperationRow{"EnumerateClassNames", "ClassName DeepInheritance", enumerateClassNames},
+    OperationRow{"GetQualifier", "QualifierName", getQualifier},
+    OperationRow{"EnumerateQualifiers", "", enumerateQualifiers},
 };
 
 }  // namespace

@@ -54,6 +54,8 @@ bool referenceNames(const Request& request, std::string& out);
 bool getClass(const Request& request, std::string& out);
 bool enumerateClasses(const Request& request, std::string& out);
 bool enumerateClassNames(const Request& request, std::string& out);
+bool getQualifier(const Request& request, std::string& out);
+bool enumerateQualifiers(const Request& request, std::string& out);
 
 /// Classes that are associated with a class, or associations that refer to it.
 enum class ClassEnd { Associators, References };

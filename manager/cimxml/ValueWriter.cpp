@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "broker/HostName.h"
+#include "cimxml/QualifierWriter.h"
 #include "cimxml/XmlText.h"
 #include "values/DateTimeText.h"
 #include "values/Values.h"
@@ -101,7 +102,8 @@ bool isWanted(const InstanceView& view, std::string_view name) {
   return false;
 }
 
-void appendProperty(std::string& out, const ClassDef& classDef, const NamedValue& property, bool origin) {
+void appendProperty(std::string& out, const ClassDef& classDef, const NamedValue& property,
+                    const InstanceView& view) {
   const CMPIType type = elementType(property.data.type);
   const bool reference = property.data.type == CMPI_ref;
   const std::string element = reference                     ? "PROPERTY.REFERENCE"
@@ -112,9 +114,10 @@ void appendProperty(std::string& out, const ClassDef& classDef, const NamedValue
   appendAttribute(out, "NAME", property.name);
   if (!reference) appendAttribute(out, "TYPE", xmlTypeName(type));
   if (reference && def) appendAttribute(out, "REFERENCECLASS", def->referenceClass);
-  if (origin && def && def->origin) appendAttribute(out, "CLASSORIGIN", def->origin->name);
+  if (view.classOrigin && def && def->origin) appendAttribute(out, "CLASSORIGIN", def->origin->name);
   if (type == CMPI_instance) appendAttribute(out, "EmbeddedObject", "instance");
   out += ">";
+  if (view.qualifiers && def) appendQualifiers(out, *def, true);
   appendValue(out, property.data);
   out.append("</").append(element).append(">");
 }
@@ -170,8 +173,9 @@ void appendInstance(std::string& out, const InstanceBody& instance, const Instan
   out += "<INSTANCE";
   appendAttribute(out, "CLASSNAME", instance.classDef->name);
   out += ">";
+  if (view.qualifiers) appendQualifiers(out, *instance.classDef);
   for (const NamedValue& property : instance.properties) {
-    if (isWanted(view, property.name)) appendProperty(out, *instance.classDef, property, view.classOrigin);
+    if (isWanted(view, property.name)) appendProperty(out, *instance.classDef, property, view);
   }
   out += "</INSTANCE>";
 }

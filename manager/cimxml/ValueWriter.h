@@ -12,6 +12,7 @@ struct InstanceView {
   PropertyList properties = nullptr;
   const ClassDef* only = nullptr;  ///< the properties that this class has; null for all
   bool classOrigin = false;
+  bool qualifiers = false;
 };
 
 /// INSTANCENAME.

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "indications/DeliveryQueue.h"
+#include "indications/ExportText.h"
 #include "indications/WbemListener.h"
 
 namespace ZebManager {
@@ -119,14 +120,18 @@ void Delivery::Exporter::deliver(const std::vector<std::string>& filterNames,
   const auto now = _settings.clock();
   {
     const std::lock_guard lock(_mutex);
-    std::vector<const Subscription*> wanting;
+    std::map<std::vector<std::string>, std::vector<const Subscription*>> wanting;  // by what they select
     for (const Subscription& subscription : *_subscriptions) {
       const bool selected = std::ranges::find(filterNames, subscription.filterName) != filterNames.end();
-      if (selected && !(subscription.end && *subscription.end <= now)) wanting.push_back(&subscription);
+      if (selected && !(subscription.end && *subscription.end <= now))
+        wanting[subscription.properties].push_back(&subscription);
     }
     if (wanting.empty()) return;
-    _queue.put(wanting, instanceElement);
-    for (const Subscription* subscription : wanting) _touched.insert(subscription->handlerName);
+    for (const auto& [properties, subscriptions] : wanting) {
+      const auto narrowed = properties.empty() ? std::nullopt : withProperties(instanceElement, properties);
+      _queue.put(subscriptions, narrowed ? *narrowed : instanceElement);
+      for (const Subscription* subscription : subscriptions) _touched.insert(subscription->handlerName);
+    }
   }
   curl_multi_wakeup(_multi.get());
 }

@@ -1,5 +1,6 @@
 #include "indications/ExportText.h"
 
+#include <algorithm>
 #include <pugixml.hpp>
 #include <sstream>
 #include <vector>
@@ -23,26 +24,49 @@ void addProperty(pugi::xml_node instance, const char* name, const char* type, co
   property.append_child("VALUE").text() = value.c_str();
 }
 
+/// All elements of an instance that are called PROPERTY, PROPERTY.ARRAY or PROPERTY.REFERENCE.
+template <class Unwanted>
+void removeProperties(pugi::xml_node instance, const Unwanted& unwanted) {
+  std::vector<pugi::xml_node> removed;
+  for (const pugi::xml_node child : instance.children()) {
+    const bool property = std::string_view(child.name()).starts_with("PROPERTY");
+    if (property && unwanted(std::string_view(child.attribute("NAME").value()))) removed.push_back(child);
+  }
+  for (const pugi::xml_node& child : removed) instance.remove_child(child);
+}
+
+template <class Change>
+std::optional<std::string> changed(std::string_view instanceElement, const Change& change) {
+  pugi::xml_document document;
+  const auto result =
+      document.load_buffer(instanceElement.data(), instanceElement.size(), kReading, pugi::encoding_utf8);
+  const pugi::xml_node instance = document.child("INSTANCE");
+  if (!result || !instance) return std::nullopt;
+  change(instance);
+  std::ostringstream out;
+  instance.print(out, "", kWriting, pugi::encoding_utf8);
+  return out.str();
+}
+
 }  // namespace
 
 std::optional<std::string> withSequence(std::string_view instanceElement, std::string_view context,
                                         std::int64_t number) {
-  pugi::xml_document document;
-  const auto result =
-      document.load_buffer(instanceElement.data(), instanceElement.size(), kReading, pugi::encoding_utf8);
-  pugi::xml_node instance = document.child("INSTANCE");
-  if (!result || !instance) return std::nullopt;
-  std::vector<pugi::xml_node> replaced;
-  for (const pugi::xml_node property : instance.children("PROPERTY")) {
-    const std::string_view name = property.attribute("NAME").value();
-    if (sameName(name, kContext) || sameName(name, kNumber)) replaced.push_back(property);
-  }
-  for (const pugi::xml_node& property : replaced) instance.remove_child(property);
-  addProperty(instance, kContext, "string", std::string(context));
-  addProperty(instance, kNumber, "sint64", std::to_string(number));
-  std::ostringstream out;
-  instance.print(out, "", kWriting, pugi::encoding_utf8);
-  return out.str();
+  return changed(instanceElement, [&](pugi::xml_node instance) {
+    removeProperties(
+        instance, [](std::string_view name) { return sameName(name, kContext) || sameName(name, kNumber); });
+    addProperty(instance, kContext, "string", std::string(context));
+    addProperty(instance, kNumber, "sint64", std::to_string(number));
+  });
+}
+
+std::optional<std::string> withProperties(std::string_view instanceElement,
+                                          const std::vector<std::string>& names) {
+  return changed(instanceElement, [&](pugi::xml_node instance) {
+    removeProperties(instance, [&](std::string_view name) {
+      return std::ranges::none_of(names, [&](const std::string& wanted) { return sameName(wanted, name); });
+    });
+  });
 }
 
 ExportAnswer readExportAnswer(std::string_view body) {

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace ZebManager {
 
@@ -12,6 +13,10 @@ namespace ZebManager {
 /// when the text is no such element.
 std::optional<std::string> withSequence(std::string_view instanceElement, std::string_view context,
                                         std::int64_t number);
+
+/// An INSTANCE element with no other properties than these. Nothing when the text is no such element.
+std::optional<std::string> withProperties(std::string_view instanceElement,
+                                          const std::vector<std::string>& names);
 
 /// What a listener answered with status 200.
 struct ExportAnswer {

@@ -3,8 +3,21 @@
 #include <set>
 
 #include "indications/InteropTable.h"
+#include "query/Condition.h"
 
 namespace ZebManager {
+namespace {
+
+std::vector<std::string> selectedBy(const StoredInstance& filter) {
+  try {
+    const OwnedQuery query(filter.text("Query"));
+    return {query.query().properties.begin(), query.query().properties.end()};
+  } catch (const QueryError&) {
+    return {};  // it selects no indications either
+  }
+}
+
+}  // namespace
 
 std::vector<InteropTable::Link> InteropTable::links(const PathBody& path,
                                                     const AssociationFilter& filter) const {
@@ -45,7 +58,8 @@ std::optional<Subscription> InteropTable::subscriptionOf(const StoredInstance& s
   const StoredInstance* const filter = find(stored.endAt("Filter"));
   const StoredInstance* const handler = find(stored.endAt("Handler"));
   if (!filter || !handler) return std::nullopt;
-  return Subscription{stored.name, filter->name, handler->name, handler->text("Destination"), stored.until};
+  return Subscription{stored.name,  filter->name,       handler->name, handler->text("Destination"),
+                      stored.until, selectedBy(*filter)};
 }
 
 /// What a change of an instance makes of subscriptions: of that one, or of those that lead to it.

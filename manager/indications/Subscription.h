@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "indications/BootClock.h"
 
@@ -19,6 +20,8 @@ struct Subscription {
   std::string handlerName;  ///< unique for a listener; indications of one listener are sent in order
   std::string destination;  ///< URL of the listener
   std::optional<BootClock::time_point> end = std::nullopt;  ///< nothing is queued from then on
+
+  std::vector<std::string> properties = {};  ///< that the filter selects; empty for all
 
   bool operator==(const Subscription&) const = default;
 };

@@ -18,6 +18,7 @@ struct ClassDeclaration {
   std::string name;
   std::string superclass;
   std::string description;
+  std::string version;
   bool abstract = false;
   bool association = false;
   bool indication = false;

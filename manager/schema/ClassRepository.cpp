@@ -46,6 +46,8 @@ void overrideProperty(PropertyDef& inherited, PropertyDeclaration declared, cons
   property.required |= inherited.required;
   property.origin = inherited.origin;
   if (property.description.empty()) property.description = inherited.description;
+  if (property.units.empty()) property.units = inherited.units;
+  if (property.arrayType.empty()) property.arrayType = inherited.arrayType;
   if (property.values.empty()) property.values = inherited.values;
   if (!property.defaultValues) property.defaultValues = inherited.defaultValues;
   inherited = std::move(property);
@@ -164,6 +166,7 @@ void ClassRepository::add(ClassDeclaration declaration) {
   auto def = std::make_unique<ClassDef>();
   def->name = declaration.name;
   def->description = declaration.description;
+  def->version = declaration.version;
   def->abstract = declaration.abstract;
   def->association = declaration.association;
   def->indication = declaration.indication;

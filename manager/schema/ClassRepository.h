@@ -36,6 +36,8 @@ struct ElementDef {
   CMPIType type = CMPI_null;   ///< with `CMPI_ARRAY` for arrays, `CMPI_ref` for references
   std::string referenceClass;  ///< of references only
   std::string description;
+  std::string units;
+  std::string arrayType;
   std::vector<MappedValue> values;
 
   /// Text of a number in the value map; nothing when the map has none for it.
@@ -46,6 +48,7 @@ struct PropertyDef : ElementDef {
   bool key = false;
   bool required = false;
   bool writable = false;
+  bool overrides = false;  ///< a property of the superclass
   /// One text without quotes, for arrays one for each element; nothing when there is no default.
   std::optional<std::vector<std::string>> defaultValues;
   const ClassDef* origin = nullptr;  ///< class that declared it first
@@ -54,11 +57,13 @@ struct PropertyDef : ElementDef {
 struct ParameterDef : ElementDef {
   bool in = true;
   bool out = false;
+  bool required = false;
 };
 
 struct MethodDef : ElementDef {
   std::vector<ParameterDef> parameters;
   bool isStatic = false;
+  bool overrides = false;  ///< a method of the superclass
 
   const ParameterDef* parameter(std::string_view parameterName) const;
 };
@@ -67,6 +72,7 @@ struct ClassDef {
   std::string name;
   const ClassDef* superclass = nullptr;
   std::string description;
+  std::string version;
   bool abstract = false;
   bool association = false;
   bool indication = false;

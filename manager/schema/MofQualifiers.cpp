@@ -1,48 +1,11 @@
 #include "schema/MofQualifiers.h"
 
 #include <algorithm>
-#include <array>
 
 #include "schema/MofLexer.h"
 
 namespace ZebManager {
 namespace {
-
-enum class Shape { Flag, Text, List };
-
-struct KnownQualifier {
-  std::string_view name;
-  Shape shape;
-  unsigned scopes;
-};
-
-constexpr unsigned kOnElement = kOnProperty | kOnReference | kOnMethod | kOnParameter;
-constexpr unsigned kOnValue = kOnProperty | kOnMethod | kOnParameter;
-
-constexpr std::array kKnown = {
-    KnownQualifier{"Abstract", Shape::Flag, kOnClass},
-    KnownQualifier{"ArrayType", Shape::Text, kOnProperty | kOnParameter},
-    KnownQualifier{"Association", Shape::Flag, kOnClass},
-    KnownQualifier{"Description", Shape::Text, kOnClass | kOnElement},
-    KnownQualifier{"In", Shape::Flag, kOnParameter},
-    KnownQualifier{"Indication", Shape::Flag, kOnClass},
-    KnownQualifier{"Key", Shape::Flag, kOnProperty | kOnReference},
-    KnownQualifier{"Out", Shape::Flag, kOnParameter},
-    KnownQualifier{"Override", Shape::Text, kOnProperty | kOnReference | kOnMethod},
-    KnownQualifier{"Required", Shape::Flag, kOnElement},
-    KnownQualifier{"Static", Shape::Flag, kOnMethod},
-    KnownQualifier{"Units", Shape::Text, kOnValue},
-    KnownQualifier{"ValueMap", Shape::List, kOnValue},
-    KnownQualifier{"Values", Shape::List, kOnValue},
-    KnownQualifier{"Version", Shape::Text, kOnClass},
-    KnownQualifier{"Write", Shape::Flag, kOnProperty},
-};
-
-const KnownQualifier* knownQualifier(std::string_view name) {
-  const auto* const found = std::find_if(
-      kKnown.begin(), kKnown.end(), [&](const KnownQualifier& known) { return sameName(known.name, name); });
-  return found == kKnown.end() ? nullptr : found;
-}
 
 bool readFlag(MofLexer& lexer, const std::string& name) {
   const Token value = lexer.next();
@@ -81,16 +44,16 @@ QualifierList::Qualifier QualifierList::readOne(MofLexer& lexer) {
   const Token name = lexer.next();
   if (name.kind != TokenKind::Identifier)
     lexer.fail(name.line, "expected a qualifier, found " + name.shown());
-  const KnownQualifier* known = knownQualifier(name.text);
+  const QualifierType* const known = findQualifierType(name.text);
   if (!known) lexer.fail(name.line, "unknown qualifier " + name.shown());
   Qualifier qualifier{std::string(known->name), name.line, true, {}, known->scopes};
   const std::string after = "qualifier '" + qualifier.name + "'";
-  if (known->shape == Shape::Flag) {
+  if (known->shape == QualifierShape::Flag) {
     if (takeMark(lexer, '(')) {
       qualifier.flag = readFlag(lexer, qualifier.name);
       expectMark(lexer, ')', after);
     }
-  } else if (known->shape == Shape::Text) {
+  } else if (known->shape == QualifierShape::Text) {
     expectMark(lexer, '(', after);
     qualifier.texts.push_back(readText(lexer));
     expectMark(lexer, ')', after);
@@ -141,6 +104,8 @@ void QualifierList::requireScope(const MofLexer& lexer, unsigned scope) const {
 
 void QualifierList::describe(const MofLexer& lexer, ElementDef& element) const {
   element.description = text("Description");
+  element.units = text("Units");
+  element.arrayType = text("ArrayType");
   const Qualifier* numbers = find("ValueMap");
   const Qualifier* texts = find("Values");
   if (!numbers && !texts) return;

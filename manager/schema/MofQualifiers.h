@@ -1,4 +1,4 @@
-// The qualifiers that the schema may use, and what stands in one pair of brackets.
+// What stands in one pair of brackets.
 #pragma once
 
 #include <string>
@@ -6,19 +6,11 @@
 #include <vector>
 
 #include "schema/ClassRepository.h"
+#include "schema/QualifierTypes.h"
 
 namespace ZebManager {
 
 class MofLexer;
-
-/// What a qualifier stands before; a bit each.
-enum QualifierScope : unsigned {
-  kOnClass = 1,
-  kOnProperty = 2,
-  kOnReference = 4,
-  kOnMethod = 8,
-  kOnParameter = 16,
-};
 
 /// The qualifiers of one declaration.
 class QualifierList {
@@ -33,7 +25,7 @@ class QualifierList {
   bool has(std::string_view name) const { return find(name) != nullptr; }
   /// Throws SchemaError for a qualifier that does not belong before such a declaration.
   void requireScope(const MofLexer& lexer, unsigned scope) const;
-  /// Description and value map. Throws SchemaError when the map's two lists differ in length.
+  /// Description, units and value map. Throws SchemaError when the map's two lists differ in length.
   void describe(const MofLexer& lexer, ElementDef& element) const;
 
  private:

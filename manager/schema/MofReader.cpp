@@ -170,7 +170,7 @@ void MofReader::readPragma(MofLexer& lexer) {
 
 void MofReader::readClass(MofLexer& lexer) {
   const QualifierList qualifiers = QualifierList::read(lexer);
-  qualifiers.requireScope(lexer, kOnClass);
+  qualifiers.requireScope(lexer, kOnClass | kOnAssociation | kOnIndication);
   ClassDeclaration target;
   target.file = lexer.file();
   target.line = lexer.peek().line;
@@ -179,6 +179,7 @@ void MofReader::readClass(MofLexer& lexer) {
   target.name = readIdentifier(lexer, "the name of a class");
   if (takeMark(lexer, ':')) target.superclass = readIdentifier(lexer, "the name of the superclass");
   target.description = qualifiers.text("Description");
+  target.version = qualifiers.text("Version");
   target.abstract = qualifiers.flag("Abstract");
   target.association = qualifiers.flag("Association");
   target.indication = qualifiers.flag("Indication");
@@ -211,6 +212,7 @@ void MofReader::readProperty(MofLexer& lexer, ClassDeclaration& target, const Qu
   declaration.property.writable = qualifiers.flag("Write");
   declaration.property.defaultValues = readDefault(lexer, declaration.property);
   declaration.overrides = qualifiers.has("Override");
+  declaration.property.overrides = declaration.overrides;
   declaration.line = line;
   if (declaration.overrides && !sameName(qualifiers.text("Override"), declaration.property.name)) {
     lexer.fail(line, "'" + declaration.property.name + "' overrides a property of another name");
@@ -228,6 +230,7 @@ ParameterDef MofReader::readParameter(MofLexer& lexer) {
   readArrayMark(lexer, parameter);
   parameter.in = qualifiers.flag("In", true);
   parameter.out = qualifiers.flag("Out");
+  parameter.required = qualifiers.flag("Required");
   return parameter;
 }
 
@@ -237,6 +240,7 @@ void MofReader::readMethod(MofLexer& lexer, ClassDeclaration& target, const Qual
   MethodDef method;
   static_cast<ElementDef&>(method) = std::move(element);
   method.isStatic = qualifiers.flag("Static");
+  method.overrides = qualifiers.has("Override");
   const std::string after = "the parameters of '" + method.name + "'";
   if (!takeMark(lexer, ')')) {
     do {

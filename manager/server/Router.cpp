@@ -12,8 +12,8 @@ namespace {
 constexpr char kInterop[] = "root/interop";
 
 /// What the schema alone answers.
-constexpr std::array<std::string_view, 3> kOfClasses = {"GetClass", "EnumerateClasses",
-                                                        "EnumerateClassNames"};
+constexpr std::array<std::string_view, 5> kOfClasses = {"GetClass", "EnumerateClasses", "EnumerateClassNames",
+                                                        "GetQualifier", "EnumerateQualifiers"};
 
 bool isOfClasses(const CimMessage& message) {
   return message.intrinsic && std::any_of(kOfClasses.begin(), kOfClasses.end(), [&](std::string_view name) {

@@ -53,8 +53,9 @@ class PulledServerTest : public testing::Test {
   static std::string ask(const std::string& operation, const std::string& parameters,
                          const std::string& user = {}, const std::string& nameSpace = "jxv") {
     const std::string headers = user.empty() ? "" : "Authorization: Basic " + user + "\r\n";
-    return exchange(server->http(), post(call(operation, parameters, {"root", nameSpace}), operation,
-                                         "root/" + nameSpace, headers + "Connection: close\r\n"));
+    return ZebManager::exchange(
+        server->http(), post(call(operation, parameters, {"root", nameSpace}), operation, "root/" + nameSpace,
+                             headers + "Connection: close\r\n"));
   }
 
   static std::string pull(const std::string& context, const std::string& most, const std::string& user = {},
@@ -87,7 +88,7 @@ constexpr char kRoot[] = "cm9vdDpzZWNyZXQ=";        // root:secret
 constexpr char kDaemon[] = "ZGFlbW9uOnNlY3JldA==";  // daemon:secret
 
 TEST_F(PulledServerTest, PiecesTogetherAreTheWhole) {
-  for (const char* const className : {"ZEB_EthernetPort", "CIM_ManagedElement", "CIM_Dependency"}) {
+  for (const char* const className : {"ZEB_EthernetPort", "CIM_ManagedSystemElement", "CIM_Dependency"}) {
     const auto whole = instancesIn(ask("EnumerateInstances", ofClass(className)));
     EXPECT_FALSE(whole.empty());
     EXPECT_EQ(pulled(className, 3), whole) << className;

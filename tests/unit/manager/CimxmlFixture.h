@@ -19,6 +19,9 @@ inline constexpr char kSchema[] = R"(
     uint16 Numbers[]; string Nothing; uint32 Act([In] uint16 Count, [Out] string Said); };
   class T_Defaults { [Key] string Name; string Words[] = {"", "a<b"}; uint16 Ranks[] = {1, 0x10}; string None[] = {};
     boolean On = true; };
+  [Version("1.2")] class T_Told { [Key, Description("who")] string Name; [Units("Bits"), Write] uint64 Width;
+    [ValueMap {"1"}, Values {"a<b"}] uint16 Kind; };
+  class T_Retold : T_Told { [Override("Kind"), Description("what")] uint16 Kind; };
   class T_More : T_Defaults { [Override("Ranks")] uint16 Ranks[] = {3}; };
   [Association] class T_Link { [Key] T_Base REF One; [Key] T_Base REF Other; };)";
 

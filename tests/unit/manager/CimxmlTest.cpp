@@ -164,6 +164,61 @@ TEST_F(CimxmlTest, AClassIsLocalUnlessAskedFor) {
               HasSubstr("<PROPERTY NAME=\"Small\" TYPE=\"uint8\" PROPAGATED=\"true\">"));
 }
 
+TEST_F(CimxmlTest, QualifiersAreDeclared) {
+  EXPECT_THAT(
+      ask("GetQualifier", parameter("QualifierName", "<VALUE>key</VALUE>")),
+      HasSubstr("<IRETURNVALUE><QUALIFIER.DECLARATION NAME=\"Key\" TYPE=\"boolean\" ISARRAY=\"false\" "
+                "OVERRIDABLE=\"false\"><SCOPE REFERENCE=\"true\" PROPERTY=\"true\"/><VALUE>FALSE</VALUE>"
+                "</QUALIFIER.DECLARATION></IRETURNVALUE>"));
+  const std::string all = ask("EnumerateQualifiers", "");
+  EXPECT_THAT(all, HasSubstr("<QUALIFIER.DECLARATION NAME=\"Values\" TYPE=\"string\" ISARRAY=\"true\" "
+                             "TRANSLATABLE=\"true\"><SCOPE PROPERTY=\"true\" METHOD=\"true\" "
+                             "PARAMETER=\"true\"/></QUALIFIER.DECLARATION>"));
+  EXPECT_THAT(all, HasSubstr("<QUALIFIER.DECLARATION NAME=\"Abstract\" TYPE=\"boolean\" ISARRAY=\"false\" "
+                             "TOSUBCLASS=\"false\"><SCOPE CLASS=\"true\" ASSOCIATION=\"true\" "
+                             "INDICATION=\"true\"/><VALUE>FALSE</VALUE></QUALIFIER.DECLARATION>"));
+  EXPECT_THAT(ask("GetQualifier", parameter("QualifierName", "<VALUE>None</VALUE>")),
+              HasSubstr("<ERROR CODE=\"6\""));
+  EXPECT_THAT(ask("GetQualifier", ""), HasSubstr("<ERROR CODE=\"4\""));
+}
+
+TEST_F(CimxmlTest, QualifiersComeWithClasses) {
+  const auto classNamed = [&](const std::string& name) {
+    return ask("GetClass", parameter("ClassName", "<CLASSNAME NAME=\"" + name + "\"/>") +
+                               parameter("LocalOnly", "<VALUE>FALSE</VALUE>"));
+  };
+  const std::string told = classNamed("T_Told");
+  EXPECT_THAT(told, HasSubstr("<CLASS NAME=\"T_Told\"><QUALIFIER NAME=\"Version\" TYPE=\"string\" "
+                              "TOSUBCLASS=\"false\" TRANSLATABLE=\"true\"><VALUE>1.2</VALUE></QUALIFIER>"));
+  EXPECT_THAT(told,
+              HasSubstr("<PROPERTY NAME=\"Name\" TYPE=\"string\"><QUALIFIER NAME=\"Key\" TYPE=\"boolean\" "
+                        "OVERRIDABLE=\"false\"><VALUE>TRUE</VALUE></QUALIFIER><QUALIFIER "
+                        "NAME=\"Description\" TYPE=\"string\" TRANSLATABLE=\"true\"><VALUE>who</VALUE>"));
+  EXPECT_THAT(
+      told, HasSubstr("<QUALIFIER NAME=\"Units\" TYPE=\"string\" TRANSLATABLE=\"true\"><VALUE>Bits</VALUE>"));
+  const std::string retold = classNamed("T_Retold");
+  EXPECT_THAT(retold, HasSubstr("<CLASS NAME=\"T_Retold\" SUPERCLASS=\"T_Told\"><PROPERTY")) << "no version";
+  EXPECT_THAT(retold, HasSubstr("<QUALIFIER NAME=\"Units\" TYPE=\"string\" PROPAGATED=\"true\" "
+                                "TRANSLATABLE=\"true\">"));
+  EXPECT_THAT(retold,
+              HasSubstr("<QUALIFIER NAME=\"Override\" TYPE=\"string\" TOSUBCLASS=\"false\"><VALUE>Kind"
+                        "</VALUE></QUALIFIER>"));
+}
+
+TEST_F(CimxmlTest, QualifiersComeWithInstancesThatAreAskedForThem) {
+  stored(property("Name", "x"));
+  const std::string bare = ask("GetInstance", parameter("InstanceName", kName));
+  EXPECT_THAT(bare, Not(HasSubstr("<QUALIFIER")));
+  const std::string key =
+      "<PROPERTY NAME=\"Name\" TYPE=\"string\"><QUALIFIER NAME=\"Key\" TYPE=\"boolean\" "
+      "OVERRIDABLE=\"false\">"
+      "<VALUE>TRUE</VALUE></QUALIFIER><VALUE>x</VALUE></PROPERTY>";
+  const std::string asked = parameter("IncludeQualifiers", "<VALUE>TRUE</VALUE>");
+  EXPECT_THAT(ask("GetInstance", parameter("InstanceName", kName) + asked), HasSubstr(key));
+  EXPECT_THAT(ask("EnumerateInstances", kThing + asked), HasSubstr(key));
+  EXPECT_THAT(ask("Associators", parameter("ObjectName", kName) + asked), HasSubstr(key));
+}
+
 TEST_F(CimxmlTest, ClassesHaveAssociatorsToo) {
   const std::string associated =
       ask("AssociatorNames", parameter("ObjectName", "<CLASSNAME NAME=\"T_Thing\"/>"));

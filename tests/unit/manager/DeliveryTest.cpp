@@ -61,6 +61,20 @@ TEST_F(Deliveries, GoOnlyToThoseWhoWantThem) {
   EXPECT_NE(contextIn(first.requests()[0]), contextIn(second.requests()[0]));
 }
 
+TEST_F(Deliveries, CarryWhatTheirFilterSelects) {
+  TestListener all;
+  TestListener none;
+  start();
+  Subscription narrow = subscription("g", "h2", none.url());
+  narrow.properties = {"Other"};
+  delivery->setSubscriptions({subscription("f", "h1", all.url()), narrow});
+  delivery->deliver({"f", "g"}, alert(1));
+  ASSERT_TRUE(all.waitFor(1) && none.waitFor(1));
+  EXPECT_EQ(alertIn(all.requests()[0]), 1);
+  EXPECT_EQ(alertIn(none.requests()[0]), -1);
+  EXPECT_EQ(sequenceNumberIn(none.requests()[0]), "0");
+}
+
 TEST_F(Deliveries, WaitForAListenerThatIsAway) {
   const std::uint16_t port = freePort();
   start("http://127.0.0.1:" + std::to_string(port));

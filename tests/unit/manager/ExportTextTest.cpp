@@ -19,6 +19,18 @@ TEST(ExportText, SequenceTakesThePlaceOfWhatIsThere) {
   EXPECT_FALSE(withSequence("<CLASS/>", "c", 1));
 }
 
+TEST(ExportText, OnlyWhatIsSelectedStays) {
+  const std::string element =
+      "<INSTANCE CLASSNAME=\"A\"><PROPERTY NAME=\"One\" TYPE=\"string\"><VALUE>1</VALUE></PROPERTY>"
+      "<PROPERTY.ARRAY NAME=\"Many\" TYPE=\"string\"><VALUE.ARRAY/></PROPERTY.ARRAY><PROPERTY NAME=\"Two\" "
+      "TYPE=\"string\"><VALUE> </VALUE></PROPERTY></INSTANCE>";
+  EXPECT_EQ(withProperties(element, {"two", "None"}),
+            "<INSTANCE CLASSNAME=\"A\"><PROPERTY NAME=\"Two\" TYPE=\"string\"><VALUE> </VALUE></PROPERTY>"
+            "</INSTANCE>");
+  EXPECT_EQ(withProperties(element, {"none"}), "<INSTANCE CLASSNAME=\"A\"/>");
+  EXPECT_FALSE(withProperties("<INSTANCE", {"A"}));
+}
+
 TEST(Destinations, AreUrlsOfHttp) {
   for (const char* url : {"http://10.0.0.1", "https://listener.example:5989/path?x=1", "http://[::1]:8080/",
                           "http://localhost:5988"}) {

@@ -81,6 +81,18 @@ TEST_F(Interop, ChangesOfWhatNobodySubscribesToAreToldNobody) {
   EXPECT_EQ(space->subscriptions().at(0).destination, "http://127.0.0.1:8081/");
 }
 
+TEST_F(Interop, SubscriptionsSayWhatTheirFilterSelects) {
+  makeOneOfEach();
+  EXPECT_THAT(space->subscriptions().at(0).properties, IsEmpty()) << "all";
+  ASSERT_EQ(codeOfCreate("CIM_IndicationFilter",
+                         with(filterProperties("g"), "Query",
+                              "SELECT Summary, ZEB_EthernetIndication.EventID FROM ZEB_EthernetIndication")),
+            CMPI_RC_OK);
+  ASSERT_EQ(subscribe("g", "h").code, CMPI_RC_OK);
+  EXPECT_THAT(space->subscriptions(), testing::Contains(testing::Field(&Subscription::properties,
+                                                                       ElementsAre("Summary", "EventID"))));
+}
+
 TEST_F(Interop, FiltersWithoutASubscriptionAreNotWanted) {
   ASSERT_EQ(codeOfCreate("CIM_IndicationFilter", filterProperties("f")), CMPI_RC_OK);
   EXPECT_THAT(space->wantedFilters(), IsEmpty());
