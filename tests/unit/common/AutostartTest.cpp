@@ -83,6 +83,14 @@ TEST_F(AutostartTest, isWokenEarly) {
   EXPECT_TRUE(waitForPasses(2, 2s));
 }
 
+TEST_F(AutostartTest, callsAtATimeThatIsAskedFor) {
+  const auto decorator = make(3600, 0);
+  ASSERT_TRUE(waitForPasses(1));
+  ZEBUtil::wakeWorkerAt(WorkerTimer::Clock::now() + 200ms);
+  EXPECT_FALSE(waitForPasses(2, 100ms));
+  EXPECT_TRUE(waitForPasses(2));
+}
+
 TEST_F(AutostartTest, isAttachedWithAContextOfTheFactoryAndMarksEachPass) {
   {
     const auto decorator = make(3600, 0);
