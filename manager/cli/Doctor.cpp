@@ -49,6 +49,7 @@ class Doctor {
       // It must not report in the place of the one that runs, nor do work that nobody asked for.
       setenv("ZEB_RUN_DIR", folder.c_str(), 1);
       setenv("ZEB_AUTOSTART", "0", 1);
+      setenv("ZEB_LOOK", "1", 1);
       session->provider();
       _findings.good(what, "loads and starts");
       makeOnePass(*session);

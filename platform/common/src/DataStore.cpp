@@ -1,14 +1,19 @@
 #include "common/DataStore.h"
 
+#include <cstdlib>
 #include <exception>
 #include <map>
 #include <mutex>
 
+#include "SeenStore.h"
 #include "SqliteStore.h"
 #include "common/Configuration.h"
 
 namespace ZEB {
 namespace {
+
+/// Set by who only looks. Not the site's to set.
+constexpr char kLookVariable[] = "ZEB_LOOK";
 
 std::mutex statesMutex;
 std::map<std::string, DataStoreState> states;
@@ -29,10 +34,10 @@ std::uint32_t DataStore::getUInt32(const std::string& key) {
 std::unique_ptr<DataStore> makeDataStore(const std::string& name) {
   const std::string file = Configuration::current()->storeDirectory + name + ".db";
   const Logger logger("DataStore");
+  const auto report = [=](const std::string& failure) { note({name, file, failure}); };
+  if (std::getenv(kLookVariable)) return std::make_unique<SeenStore>(file, report);
   try {
-    return std::make_unique<SqliteStore>(file, kStorePatience, logger, [=](const std::string& failure) {
-      note({name, file, failure});
-    });
+    return std::make_unique<SqliteStore>(file, kStorePatience, logger, report);
   } catch (const std::exception& error) {
     note({name, file, error.what()});
     logger.error("store %s cannot be opened: %s", file, error.what());

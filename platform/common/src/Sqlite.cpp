@@ -22,6 +22,11 @@ bool SqliteError::busy() const {
   return (_code & 0xFF) == SQLITE_BUSY;
 }
 
+bool SqliteError::needsWriting() const {
+  const int primary = _code & 0xFF;
+  return primary == SQLITE_READONLY || primary == SQLITE_CANTOPEN;
+}
+
 void SqliteDatabase::Close::operator()(sqlite3* database) const {
   sqlite3_close(database);
 }
@@ -36,11 +41,12 @@ int SqliteDatabase::waitForLock(void* patience, int times) {
   return 1;
 }
 
-SqliteDatabase::SqliteDatabase(const std::string& file, std::chrono::milliseconds patience)
+SqliteDatabase::SqliteDatabase(const std::string& file, std::chrono::milliseconds patience, Access access)
     : _patience{patience} {
   sqlite3* opened = nullptr;
-  const int code = sqlite3_open_v2(file.c_str(), &opened,
-                                   SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
+  const int mode =
+      access == Access::Reading ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+  const int code = sqlite3_open_v2(file.c_str(), &opened, mode | SQLITE_OPEN_NOMUTEX, nullptr);
   _database.reset(opened);
   if (!opened) throw SqliteError(SQLITE_NOMEM, "out of memory");
   sqlite3_extended_result_codes(opened, 1);

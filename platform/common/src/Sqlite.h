@@ -23,17 +23,23 @@ class SqliteError : public std::runtime_error {
   bool moved() const;
   /// Somebody else has it locked.
   bool busy() const;
+  /// What is to be read has to be repaired first, and the connection is for reading.
+  bool needsWriting() const;
 
  private:
   int _code;
 };
 
-/// A connection to one database file, which is made when it is not there. For one thread at a time. Several
-/// processes may have the file open: whoever finds it locked tries again for as long as `patience`.
+/// A connection to one database file, which is made when it is not there, but for reading. For one thread at
+/// a time. Several processes may have the file open: whoever finds it locked tries again for as long as
+/// `patience`.
 class SqliteDatabase {
  public:
+  enum class Access { Changing, Reading };
+
   /// Throws `std::system_error` when the file cannot be opened at all.
-  SqliteDatabase(const std::string& file, std::chrono::milliseconds patience);
+  SqliteDatabase(const std::string& file, std::chrono::milliseconds patience,
+                 Access access = Access::Changing);
   ~SqliteDatabase();
   SqliteDatabase(const SqliteDatabase&) = delete;
   SqliteDatabase& operator=(const SqliteDatabase&) = delete;
