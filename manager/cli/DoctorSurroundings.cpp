@@ -11,6 +11,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "cli/EthtoolFamily.h"
 #include "cli/Programs.h"
 #include "local/RunFolder.h"
 #include "local/ServiceLink.h"
@@ -30,7 +31,7 @@ struct Lack {
 
 /// What kernels before that version do not say over netlink.
 constexpr std::array kLacks = {
-    Lack{5, 6, "announces no change of link modes or Wake-on-LAN; each is seen when somebody asks"},
+    Lack{5, 6, "does not know the address burnt in; the driver is asked"},
     Lack{5, 13, "has no standard counters; the driver's own are read"},
 };
 
@@ -48,6 +49,12 @@ void lookAtKernel(DoctorFindings& findings) {
   for (const Lack& lack : kLacks) {
     if (std::pair(major, minor) < std::pair(lack.major, lack.minor))
       lacks += std::string("; it ") + lack.what;
+  }
+  if (ethtoolOfKernel() == EthtoolFamily::Missing) {
+    lacks +=
+        "; it has no ethtool netlink (5.6 and later with CONFIG_ETHTOOL_NETLINK have it): a change of link "
+        "modes "
+        "or Wake-on-LAN is not announced, and seen when somebody asks";
   }
   lacks.empty() ? findings.good("kernel", release) : findings.note("kernel", release + lacks);
 }

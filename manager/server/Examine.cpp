@@ -13,6 +13,8 @@
 #include <ostream>
 #include <sstream>
 
+#include "local/RunFolder.h"
+#include "local/ServiceLink.h"
 #include "login/ConfigurationFile.h"
 #include "server/ListeningSocket.h"
 #include "server/ServerSettings.h"
@@ -55,8 +57,24 @@ class Examination {
       listenAt(place);
       say("note", what, "nobody listens at " + place);
     } catch (const ManagerError& error) {
-      if (errno == EADDRINUSE) return say("ok", what, "somebody listens at " + place);
+      const int number = errno;
+      if (number == EADDRINUSE && serviceRuns()) return say("ok", what, "somebody listens at " + place);
+      if (number == EADDRINUSE) {
+        return say("failed", what,
+                   "somebody else listens at " + place + ", and no service runs here; listen." + what +
+                       " names another place");
+      }
+      if (number == EACCES && geteuid() != 0)
+        return say("note", what, "whether " + place + " can be listened at is for root to see");
       say("failed", what, std::string(error.what()) + "; listen." + what + " names another place");
+    }
+  }
+
+  static bool serviceRuns() {
+    try {
+      return ServiceLink::find(configuredRunFolder()) != nullptr;
+    } catch (const ManagerError&) {
+      return true;  // it is there and cannot be asked
     }
   }
 

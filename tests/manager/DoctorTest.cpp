@@ -1,71 +1,11 @@
 // What doctor says when all is well, and when something is not.
-#include <unistd.h>
-
-#include <chrono>
-#include <ctime>
-#include <fstream>
-#include <iterator>
-#include <map>
-#include <nlohmann/json.hpp>
-
-#include "RealCommand.h"
+#include "DoctorCommand.h"
 
 namespace ZebManager {
 namespace {
 
 using Json = nlohmann::json;
 using testing::HasSubstr;
-
-class DoctorCommand : public RealCommand {
- protected:
-  Outcome doctor(const std::vector<std::string>& extra = {}) const {
-    return zebcim({"doctor", "--source", snapshotFile("teams")}, extra);
-  }
-
-  void makeStores() const {
-    ASSERT_EQ(zebcim({"instances", "settings", "--source", snapshotFile("teams")}).status, 0);
-  }
-  /// Of everything below the folder: name, length, and when it was last changed.
-  std::map<std::string, std::string> traces() const {
-    std::map<std::string, std::string> all;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path())) {
-      std::ifstream in(entry.path(), std::ios::binary);
-      const std::string content =
-          entry.is_regular_file() ? std::string(std::istreambuf_iterator<char>(in), {}) : "";
-      all[entry.path()] =
-          content + std::to_string(std::filesystem::last_write_time(entry).time_since_epoch().count());
-    }
-    return all;
-  }
-
-  /// What a plug-in in this process would have reported.
-  static Json report() {
-    std::string name;
-    std::getline(std::ifstream("/proc/self/comm"), name);
-    return {{"pid", getpid()},
-            {"process", name},
-            {"started", std::time(nullptr) - 1000},
-            {"source", nullptr},
-            {"autostart", true},
-            {"pass",
-             {{"at", std::time(nullptr)}, {"outcome", "done"}, {"failure", nullptr}, {"seconds", 0.0015}}},
-            {"passes", 34},
-            {"failures", 0},
-            {"linkMessages", 5},
-            {"indications", true},
-            {"unread", nullptr},
-            {"stores", Json::array({{{"name", "A"}, {"file", "/a.db"}, {"failure", nullptr}}})},
-            {"records", {{"file", "/r.toml"}, {"failure", nullptr}}}};
-  }
-  void post(const std::string& text) const {
-    std::filesystem::create_directories(folder / "run");
-    std::ofstream(folder / "run/health.json") << text;
-  }
-  void expectTrouble(const Outcome& outcome, const std::string& line) const {
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.out, HasSubstr(line));
-  }
-};
 
 TEST_F(DoctorCommand, FindsNothingWrongWhereNothingIs) {
   const Outcome outcome = doctor();
@@ -264,91 +204,6 @@ TEST_F(DoctorCommand, NothingButAServicePosts) {
     EXPECT_EQ(text, "of a service") << words.front();
     EXPECT_FALSE(std::filesystem::exists(folder / "run/status.json"));
   }
-}
-
-/// What the server's own reader says, and what its file names.
-TEST_F(DoctorCommand, LooksAtTheConfigurationOfTheServer) {
-  const std::string file = (folder / "zebcim.toml").string();
-  const auto doctorOf = [&](const std::string& text) {
-    std::ofstream(file) << text;
-    return zebcim({"doctor", "--source", snapshotFile("teams"), "--config", file});
-  };
-  expectTrouble(doctorOf("[listen\n"), "server     FAILED  " + file + ":1: ");
-  expectTrouble(doctorOf("[listen]\nhtpp = \"none\"\n"),
-                "'listen.htpp' is unknown; the server does not start with it\n");
-  expectTrouble(doctorOf("[limits]\nconnections = -1\n"),
-                "server     FAILED  " + file + ":2: 'limits.connections' has a bad value");
-  expectTrouble(doctorOf("[access]\nwrite-group = \"no-such-group\"\n"),
-                "writers    FAILED  there is no group 'no-such-group': root alone may write; groupadd");
-  expectTrouble(doctorOf("[access]\npam-folder = \"" + folder.path().string() + "\"\n"),
-                "logins     FAILED  there is no PAM service " + (folder / "zebcim").string());
-  expectTrouble(doctorOf("[listen]\ncertificate = \"/nope.pem\"\n"),
-                "https      FAILED  the certificate /nope.pem cannot be read");
-  std::ofstream(folder / "zebcim") << "auth required pam_deny.so\n";
-  const Outcome well = doctorOf(
-      "[listen]\nhttp = \"none\"\nhttps = \"none\"\n[access]\nwrite-group = \"root\"\npam-folder = \"" +
-      folder.path().string() + "\"\n[state]\ndirectory = \"" + (folder / "state").string() + "\"\n");
-  EXPECT_EQ(well.status, 0) << well.out;
-  EXPECT_THAT(well.out, HasSubstr("server     ok      " + file + "\n"));
-  EXPECT_THAT(well.out, HasSubstr("writers    ok      root and the group 'root': "));
-  EXPECT_FALSE(std::filesystem::exists(folder / "state")) << "a look makes nothing";
-}
-
-TEST_F(DoctorCommand, LooksAtTheConfigurationOfThePlugIn) {
-  const std::string file = (folder / "qv-zeb.toml").string();
-  std::ofstream(file) << "include-vrtual = true\nperfmon = 3\n";
-  const Outcome outcome = zebcim({"doctor", "--source", snapshotFile("teams")}, {"ZEB_CONFIG=" + file});
-  expectTrouble(outcome, "settings   FAILED  " + file + ":1: unknown key include-vrtual\n");
-  expectTrouble(outcome, "settings   FAILED  " + file + ":2: perfmon has to be true or false\n");
-}
-
-/// A user who is nobody in particular is told what only root sees, and nothing fails for it.
-TEST_F(DoctorCommand, SaysToAnOrdinaryUserWhatItCannotSee) {
-  if (geteuid() != 0) GTEST_SKIP() << "needs to be root to be somebody else";
-  std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
-  std::filesystem::create_directories(folder / "store");
-  std::filesystem::permissions(folder / "store", std::filesystem::perms(0700));
-  post(report().dump());
-  std::filesystem::permissions(folder / "run/health.json", std::filesystem::perms(0600));
-  const Outcome outcome =
-      run("/usr/bin/setpriv",
-          {"--reuid=64009", "--regid=64009", "--clear-groups", ZEB_CIM, "doctor", "--source",
-           snapshotFile("teams"), "--plugin", ZEB_REAL_PLUGIN, "--schema", ZEB_SCHEMA_FILE},
-          environment());
-  EXPECT_EQ(outcome.status, 0) << outcome.out;
-  EXPECT_THAT(outcome.out, HasSubstr("rights     -       an ordinary user: "));
-  EXPECT_THAT(outcome.out, HasSubstr("store      -       " + (folder / "store").string()));
-  EXPECT_THAT(outcome.out, HasSubstr("running    -       '" + (folder / "run/health.json").string() +
-                                     "' cannot be read: "));
-}
-
-class CheckCommand : public RealCommand {};
-
-TEST_F(CheckCommand, IsOneLineWithTheStatusOfMonitoringSystems) {
-  struct Row {
-    const char* host;
-    int status;
-    const char* line;
-  };
-  for (const Row& row :
-       {Row{"one_port", 0,
-            "ETHERNET OK - 1 of 1 ports up | ports=1 up=1 down=0 degraded=0 switched_off=0 teams=0\n"},
-        Row{"two_cards", 2,
-            "ETHERNET CRITICAL - 4 of 6 ports up: eth1 without link | ports=6 up=4 down=1 degraded=0 "
-            "switched_off=1 "
-            "teams=0\n"}}) {
-    const Outcome outcome = zebcim({"check", "--source", snapshotFile(row.host)});
-    EXPECT_EQ(outcome.status, row.status);
-    EXPECT_EQ(outcome.out, row.line);
-    EXPECT_EQ(outcome.err, "");
-  }
-}
-
-TEST_F(CheckCommand, KnowsWhatItCannotSay) {
-  const Outcome missing = zebcim({"check", "--source", "/nope.json"});
-  EXPECT_EQ(missing.status, 3);
-  EXPECT_THAT(missing.out, testing::StartsWith("ETHERNET UNKNOWN - cannot read the snapshot '/nope.json'"));
-  EXPECT_EQ(zebcim({"check", "eth0"}).status, 3);
 }
 
 TEST_F(DoctorCommand, WrongUsageShowsTheUsage) {
