@@ -141,7 +141,6 @@ class Examination {
         "there is no PAM service " + file + ": nobody can log in; access.pam-service names one");
   }
 
-  /// Without a write: not even the file that tells readers of each other is made.
   void lookAtWaiting(const std::string& folder) {
     const std::string file = folder + "/delivery.db";
     if (access(file.c_str(), R_OK) != 0) {
@@ -156,7 +155,9 @@ class Examination {
 
   static std::optional<std::int64_t> waiting(const std::string& file) {
     sqlite3* opened = nullptr;
-    const std::string name = "file:" + file + "?mode=ro";
+    // Who reads beside somebody needs what tells readers of each other, and would make it when it is missing.
+    const bool beside = fs::exists(file + "-shm");
+    const std::string name = "file:" + file + (beside ? "?mode=ro&readonly_shm=1" : "?immutable=1");
     const int result =
         sqlite3_open_v2(name.c_str(), &opened, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr);
     const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> database(opened, sqlite3_close);

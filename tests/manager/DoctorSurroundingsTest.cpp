@@ -99,11 +99,11 @@ TEST_F(DoctorOfServer, CountsTheIndicationsThatWait) {
   std::filesystem::create_directory(folder / "state");
   sqlite3* database = nullptr;
   ASSERT_EQ(sqlite3_open((folder / "state/delivery.db").c_str(), &database), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(
-                database,
-                "CREATE TABLE indication (sequence INTEGER PRIMARY KEY); INSERT INTO indication VALUES (1), "
-                "(2), (3)",
-                nullptr, nullptr, nullptr),
+  ASSERT_EQ(sqlite3_exec(database,
+                         "PRAGMA journal_mode = WAL; CREATE TABLE indication (sequence INTEGER PRIMARY KEY); "
+                         "INSERT INTO indication VALUES (1), "
+                         "(2), (3)",
+                         nullptr, nullptr, nullptr),
             SQLITE_OK);
   sqlite3_close(database);
   const auto before = traces("state");
