@@ -188,7 +188,7 @@ TEST_P(RecordedMetricsTest, PromtoolFindsNothingToSay) {
 
 INSTANTIATE_TEST_SUITE_P(Snapshots, RecordedMetricsTest,
                          testing::Values("bare_port", "empty", "on_board", "one_port", "teams", "two_cards"),
-                         [](const auto& info) { return std::string(info.param); });
+                         [](const auto& snapshot) { return std::string(snapshot.param); });
 
 TEST(Metrics, InformationSaysWhatBelongsTogether) {
   const std::string text = outputOf("teams", {"metrics"});
@@ -202,6 +202,37 @@ TEST(Metrics, InformationSaysWhatBelongsTogether) {
         "zeb_gateway_info{device=\"bond0\",gateway=\"192.168.1.1\"} 1\n"}) {
     EXPECT_THAT(text, HasSubstr(line));
   }
+}
+
+std::string contentOf(const std::string& file) {
+  std::ostringstream text;
+  text << std::ifstream(file).rdbuf();
+  return text.str();
+}
+
+TEST(Rules, PromtoolProvesEachOnSeriesOfItsOwn) {
+  if (!std::filesystem::exists(kPromtool)) GTEST_SKIP() << "Debian's prometheus is not installed";
+  const Outcome checked = run(kPromtool, {"check", "rules", ZEB_RULES});
+  EXPECT_EQ(checked.status, 0) << checked.out << checked.err;
+  const Outcome tested = run(kPromtool, {"test", "rules", ZEB_RULE_TESTS});
+  EXPECT_EQ(tested.status, 0) << tested.out << tested.err;
+}
+
+TEST(Rules, EachIsTestedFiringAndNotAndHasItsPage) {
+  const std::string tests = contentOf(ZEB_RULE_TESTS);
+  const std::string page = contentOf(ZEB_RULE_PAGE);
+  std::istringstream rules(contentOf(ZEB_RULES));
+  std::size_t count = 0;
+  for (std::string line; std::getline(rules, line);) {
+    const std::size_t at = line.find("- alert: ");
+    if (at == std::string::npos) continue;
+    const std::string name = line.substr(at + 9);
+    EXPECT_THAT(tests, AllOf(HasSubstr("- name: " + name + " fires\n"),
+                             HasSubstr("- name: " + name + " does not fire\n")));
+    EXPECT_THAT(page, HasSubstr("\n## " + name + "\n"));
+    ++count;
+  }
+  EXPECT_EQ(count, 10U);
 }
 
 std::string scraped(const Server& server, const std::string& more = {}) {
