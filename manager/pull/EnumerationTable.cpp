@@ -11,6 +11,10 @@
 namespace ZebManager {
 namespace {
 
+/// What all share that have not signed in, and what one has who has.
+constexpr unsigned kPartOfNobody = 2;
+constexpr unsigned kPartOfUser = 4;
+
 /// Nobody guesses one.
 std::string freshName() {
   constexpr char kDigits[] = "0123456789abcdef";
@@ -65,9 +69,10 @@ void EnumerationTable::refuse(const std::string& user, std::size_t bytes) const 
     ownBytes += mine ? row.enumeration->bytes() : 0;
     allBytes += row.enumeration->bytes();
   }
-  if (own >= (_limits.most + 1) / 2 || _rows.size() >= _limits.most)
+  const unsigned part = user.empty() ? kPartOfNobody : kPartOfUser;
+  if (own >= (_limits.most + part - 1) / part || _rows.size() >= _limits.most)
     throw CimError(kServerLimitsExceeded, "too many enumerations are open");
-  if (ownBytes > _limits.bytes / 2 || allBytes > _limits.bytes)
+  if (ownBytes > _limits.bytes / part || allBytes > _limits.bytes)
     throw CimError(kServerLimitsExceeded, "the enumerations that are open are too big together");
 }
 

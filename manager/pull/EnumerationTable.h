@@ -16,7 +16,7 @@
 namespace ZebManager {
 
 struct PullLimits {
-  unsigned most = 512;            ///< open at once; a user has at most half of them
+  unsigned most = 512;            ///< open at once; without a name half of them, a user a quarter
   std::size_t bytes = 64U << 20;  ///< of all of them, likewise
   std::chrono::seconds time{60};  ///< that one stays open without a pull, unless its client says otherwise
 };

@@ -233,10 +233,16 @@ TEST_F(PullBoundsTest, OnePullTakesAThousandAtMost) {
   EXPECT_EQ(pull(opened.context, "4294967295").numbers.size(), 500U);
 }
 
-TEST_F(PullBoundsTest, AUserHasHalfOfAllPlaces) {
-  for (int i = 0; i < 3; ++i) EXPECT_EQ(ask("OpenEnumerateInstances", kThings).error, 0);
-  EXPECT_EQ(ask("OpenEnumerateInstances", kThings).error, 27);
-  EXPECT_EQ(ask("OpenEnumerateInstances", kThings, "bob").error, 0);
+/// Half for those without a name, a quarter for a user: whoever they are, there is a place for the next one.
+TEST_F(PullBoundsTest, NobodyTakesWhatOthersNeed) {
+  const auto openFor = [this](const std::string& user) {
+    return ask("OpenEnumerateInstances", kThings, user).error;
+  };
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(openFor(""), 0);
+  EXPECT_EQ(openFor(""), 27);
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(openFor("alice"), 0);
+  EXPECT_EQ(openFor("alice"), 27);
+  EXPECT_EQ(openFor("bob"), 0);
 }
 
 TEST_F(PullBoundsTest, WhatNobodyPullsEndsInTime) {
