@@ -2,6 +2,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "SqliteStore.h"
 #include "StoreFixture.h"
 #include "cmpicpp/CmpiStatus.h"
 #include "posix/ChildProcess.h"
@@ -104,6 +105,30 @@ TEST_F(StoreTest, theJournalOfADamagedFileGoesWithIt) {
   ASSERT_TRUE(store);
   store->setUInt32("later", 3);
   EXPECT_EQ(open()->getUInt32("later"), 3u);
+}
+
+/// A reader lets others begin to write, and keeps them from the end of it.
+TEST_F(StoreTest, aCommitThatFailsIsToldAndChangesNothing) {
+  SqliteStore store(file(), std::chrono::milliseconds(100), Logger());
+  store.setUInt32("kept", 1);
+  const Pipe begun = makePipe();
+  ChildProcess reader([&] {
+    sqlite3* database = nullptr;
+    if (sqlite3_open(file().c_str(), &database) != SQLITE_OK) return 1;
+    if (sqlite3_exec(database, "BEGIN; SELECT * FROM value", nullptr, nullptr, nullptr) != SQLITE_OK)
+      return 2;
+    if (write(begun.writing.get(), "x", 1) != 1) return 3;
+    pause();
+    return 0;
+  });
+  char ready = 0;
+  ASSERT_EQ(read(begun.reading.get(), &ready, 1), 1);
+  EXPECT_THROW(store.setUInt32("kept", 2), CmpiCpp::CmpiStatus);
+  EXPECT_EQ(store.getUInt32("kept"), 1u);
+  reader.kill();
+  reader.wait();
+  EXPECT_EQ(store.getUInt32("kept"), 1u);
+  EXPECT_EQ(open()->getUInt32("kept"), 1u);
 }
 
 TEST_F(StoreTest, aNewerFormatIsRefusedAndLeftAlone) {
