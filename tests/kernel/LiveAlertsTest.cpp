@@ -20,16 +20,21 @@ namespace {
 
 using namespace std::chrono_literals;
 
+/// A busy machine under a sanitizer takes its time for a thousand ports.
+constexpr auto kLong = 200s;
+
 /// The plug-in on virtual ports of this kernel, with folders of its own and its timer.
 class LiveAlertsTest : public testing::Test {
  protected:
   /// How often each event was sent, once no more come.
   std::map<std::string, int> settledEvents() const {
-    EXPECT_TRUE(eventually([&] {
-      const std::size_t before = broker.deliveries().size();
-      std::this_thread::sleep_for(500ms);
-      return broker.deliveries().size() == before;
-    }));
+    EXPECT_TRUE(eventually(
+        [&] {
+          const std::size_t before = broker.deliveries().size();
+          std::this_thread::sleep_for(500ms);
+          return broker.deliveries().size() == before;
+        },
+        kLong));
     std::map<std::string, int> count;
     for (const auto& delivery : broker.deliveries()) {
       ++count[delivery.indication.getProperty("EventID").asString()];
@@ -88,12 +93,13 @@ TEST_F(LiveAlertsTest, AThousandPortsThatGoDownAtOnceAreReportedEachOnce) {
 
     // One end of each pair is switched off, and the other loses its carrier.
     ip("link set group 7 down");
-    EXPECT_TRUE(broker.waitForDeliveries(2 * kPorts, 30s));
+    // What goes on before all was seen is rightly never told.
+    ASSERT_TRUE(broker.waitForDeliveries(2 * kPorts, kLong));
     EXPECT_EQ(settledEvents(), (std::map<std::string, int>{{"2", kPorts}, {"21", kPorts}}));
     EXPECT_EQ(elementsWhoseLast({"2", "21"}), 2 * kPorts) << "no port twice, and none left out";
 
     ip("link set group 7 up");
-    EXPECT_TRUE(broker.waitForDeliveries(4 * kPorts, 30s));
+    ASSERT_TRUE(broker.waitForDeliveries(4 * kPorts, kLong));
     EXPECT_EQ(settledEvents(),
               (std::map<std::string, int>{{"2", kPorts}, {"21", kPorts}, {"3", kPorts}, {"20", kPorts}}));
     EXPECT_EQ(elementsWhoseLast({"3", "20"}), 2 * kPorts);

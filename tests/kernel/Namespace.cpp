@@ -14,11 +14,23 @@
 
 namespace ZEB::test {
 
+namespace {
+
+/// The addresses that the kernel makes by itself are there at once, and nothing of them is announced later.
+void hurryOwnAddresses() {
+  for (const char* setting : {"accept_dad", "dad_transmits", "router_solicitations"})
+    std::ofstream(std::string("/proc/sys/net/ipv6/conf/default/") + setting) << 0;
+}
+
+}  // namespace
+
 bool inNamespace(const std::function<void()>& body) {
   bool made = false;
   std::thread([&] {
     made = unshare(CLONE_NEWNET) == 0;
-    if (made) body();
+    if (!made) return;
+    hurryOwnAddresses();
+    body();
   }).join();
   return made;
 }
@@ -51,8 +63,8 @@ void makePairs(int count) {
   ipBatch(commands);
 }
 
-bool eventually(const std::function<bool()>& condition) {
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+bool eventually(const std::function<bool()>& condition, std::chrono::seconds patience) {
+  const auto deadline = std::chrono::steady_clock::now() + patience;
   while (!condition()) {
     if (std::chrono::steady_clock::now() > deadline) return false;
     std::this_thread::sleep_for(std::chrono::milliseconds(5));

@@ -25,8 +25,9 @@ nlohmann::json ipJson(const std::string& arguments);
 /// Pairs a0/b0, a1/b1 and so on, all up.
 void makePairs(int count);
 
-/// Waits until `condition` holds, 10 seconds at most; returns whether it did.
-bool eventually(const std::function<bool()>& condition);
+/// Waits until `condition` holds, but not for ever; returns whether it did.
+bool eventually(const std::function<bool()>& condition,
+                std::chrono::seconds patience = std::chrono::seconds(10));
 
 }  // namespace ZEB::test
 

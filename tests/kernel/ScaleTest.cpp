@@ -3,9 +3,8 @@
 
 #include <set>
 
-#include "Namespace.h"
+#include "KernelSnapshot.h"
 #include "SystemCalls.h"
-#include "kernel/KernelSource.h"
 #include "model/Model.h"
 
 namespace ZEB::test {
@@ -32,8 +31,8 @@ TEST(KernelScale, SystemCallsOfARefreshDoNotGrowWithThePorts) {
       if (answer) snapshot = std::move(*answer);
     };
     makePairs(20);
-    // Announcements must have come to rest, or a refresh rightly asks for some interfaces twice.
-    ASSERT_TRUE(eventually([&] { return (void)source.readAll(), usleep(300000), !source.announced(); }));
+    // Otherwise a refresh rightly asks for some interfaces twice.
+    ASSERT_TRUE(comesToRest(source));
     const auto few = traced(refresh, refresh);
     if (!few) GTEST_SKIP() << "not allowed to trace";
     for (int i = 20; i < 2000; i += 330) {
@@ -45,7 +44,7 @@ TEST(KernelScale, SystemCallsOfARefreshDoNotGrowWithThePorts) {
       }
       ipBatch(commands);
     }
-    ASSERT_TRUE(eventually([&] { return (void)source.readAll(), usleep(300000), !source.announced(); }));
+    ASSERT_TRUE(comesToRest(source));
     const auto many = traced(refresh, refresh);
     ASSERT_TRUE(many);
     refresh();
@@ -68,7 +67,7 @@ TEST(KernelScale, UpdateWithoutAnnouncementAsksNothing) {
   IN_NAMESPACE([] {
     makePairs(10);
     KernelSource source;
-    ASSERT_TRUE(eventually([&] { return (void)source.readAll(), usleep(300000), !source.announced(); }));
+    ASSERT_TRUE(comesToRest(source));
     const auto calls = traced([&] { (void)source.announced(); }, [&] { (void)source.announced(); });
     if (!calls) GTEST_SKIP() << "not allowed to trace";
     EXPECT_EQ(calls->of(SYS_sendto), 0);
@@ -80,7 +79,7 @@ TEST(KernelScale, OneInterfaceCostsTheSameAmongMany) {
   IN_NAMESPACE([] {
     makePairs(200);
     KernelSource source;
-    ASSERT_TRUE(eventually([&] { return (void)source.readAll(), usleep(300000), !source.announced(); }));
+    ASSERT_TRUE(comesToRest(source));
     const auto calls = traced([&] { (void)source.readOne(5); }, [&] { (void)source.readOne(5); });
     if (!calls) GTEST_SKIP() << "not allowed to trace";
     EXPECT_LE(calls->of(SYS_sendto), 4) << "link, addresses, link modes";
