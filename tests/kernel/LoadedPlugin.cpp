@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace ZEB::test {
@@ -35,6 +36,17 @@ std::size_t LoadedPlugin::count(const std::string& className) {
   EXPECT_EQ(_instances->ft->enumerateInstanceNames(_instances, &call.context(), &call.result(), path).rc,
             CMPI_RC_OK);
   return call.result().paths.size();
+}
+
+bool LoadedPlugin::serves(const std::string& className, const std::string& property,
+                          const CmpiCpp::CmpiData& value) {
+  FakeBroker::Call call(_broker);
+  auto* path = call.path({"root/jxv", CmpiCpp::CmpiName(className)});
+  EXPECT_EQ(_instances->ft->enumerateInstances(_instances, &call.context(), &call.result(), path, nullptr).rc,
+            CMPI_RC_OK);
+  return std::ranges::any_of(call.result().instances, [&](const CmpiCpp::CmpiInstance& instance) {
+    return instance.getProperty(property) == value;
+  });
 }
 
 }  // namespace ZEB::test

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <string>
 
+#include "cmpicpp/CmpiData.h"
 #include "provider/EntryPoints.h"
 #include "support/FakeBroker.h"
 
@@ -19,6 +20,8 @@ class LoadedPlugin {
 
   /// How many instances of a class are served.
   std::size_t count(const std::string& className);
+  /// Whether a class has an instance with that value.
+  bool serves(const std::string& className, const std::string& property, const CmpiCpp::CmpiData& value);
 
  private:
   FakeBroker& _broker;
