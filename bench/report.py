@@ -13,7 +13,9 @@ import time
 
 TOOLS = {"ip": "`ip -j -s -d link`", "ethtool": "`ethtool`, once a port", "lshw": "`lshw -class network -json`",
          "snmp": "SNMP walk of the interface tables", "exporter": "node exporter, netclass and ethtool",
-         "zebcim": "`zebcim --json instances ZEB_EthernetPort`, started anew"}
+         "zebcim": "`zebcim --json instances ZEB_EthernetPort`, started anew",
+         "zebcim_service": "the same with a service that is asked",
+         "zebcim_get": "`zebcim get` of one port with a service"}
 PACKAGES = ["iproute2", "ethtool", "lshw", "snmpd", "prometheus-node-exporter", "libsqlite3-0", "g++"]
 
 
@@ -72,6 +74,10 @@ def rows(r):
         r.of("pass_dumps", 1000), "", 5, None
     yield ("one idle worker pass, 1,000 teams against 100", r.ratios("team_pass", 1000, "team_pass", 100),
            " times", 12, None)
+    for name, what, limit in (("zebcim", "`zebcim --json instances ZEB_EthernetPort`, 1,000 ports, by itself", 40),
+                              ("zebcim_service", "the same with a service", 30),
+                              ("zebcim_get", "`zebcim get` of one of 1,000 ports, with a service", 10)):
+        yield what, r.of("tool_" + name, 1000), " ms", limit, None
     for ports, limit in ((1, 150), (1000, 400)):
         name = "1 port" if ports == 1 else f"{ports:,} ports"
         delays = r.of("alert_delays", ports)

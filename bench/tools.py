@@ -90,6 +90,33 @@ class Exporter(Daemon):
             answer.read()
 
 
+class Service(Daemon):
+    """A command of zebcim's with a service that answers it."""
+
+    def __init__(self, zebcim, folder, *words):
+        state, run = os.path.join(folder, "state"), os.path.join(folder, "run")
+        self.environment = {**os.environ, "ZEB_RUN_DIR": run, "ZEB_AUTOSTART": "1"}
+        self.words = [zebcim, *words]
+        self.socket = os.path.join(run, "zebcim", "socket")
+        super().__init__(["env", f"ZEB_RUN_DIR={run}", zebcim, "serve", "--state", state, "--http", "127.0.0.1:0",
+                          "--https", "none"], lambda: os.path.exists(self.socket) and self.answers())
+
+    def answers(self):
+        return subprocess.run(self.words, env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                              timeout=20, check=False).returncode == 0
+
+    def once(self, limit):
+        subprocess.run(self.words, env=self.environment, stdout=subprocess.DEVNULL, timeout=limit, check=True)
+
+    def seconds(self):
+        children = open(f"/proc/{self.process.pid}/task/{self.process.pid}/children").read().split()
+        return super().seconds() + sum(process_seconds(child) for child in children)
+
+    def __exit__(self, *_):
+        self.process.terminate()
+        self.process.wait()
+
+
 class Snmp(Daemon):
     def __init__(self, folder):
         configuration = os.path.join(folder, "snmpd.conf")
@@ -140,6 +167,8 @@ def main():
         makers = {
             "ip": lambda: Command("ip", "-j", "-s", "-d", "link"),
             "zebcim": lambda: Command(zebcim, "--include-virtual", "--json", "instances", "ZEB_EthernetPort"),
+            "zebcim_service": lambda: Service(zebcim, folder, "--json", "instances", "ZEB_EthernetPort"),
+            "zebcim_get": lambda: Service(zebcim, folder, "get", "e0"),
             "ethtool": lambda: Command("bash", "-c", each),
             "lshw": lambda: Command("lshw", "-class", "network", "-json"),
             "exporter": Exporter,

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <optional>
 #include <regex>
 #include <set>
@@ -152,6 +153,25 @@ TEST_P(Prompt, FitsTheTerminal) {
   EXPECT_THAT(onTerminal(80, {"tree"}, "xterm").out, HasSubstr("\x1b[1meth0"));
 }
 
+/// In a namespace of its own with a pair of virtual interfaces and no others.
+TEST(PromptTest, NamesWhatIncludeVirtualWouldShow) {
+  if (geteuid() != 0) GTEST_SKIP() << "needs to be root to make interfaces";
+  const ZEB::TemporaryFolder folder;
+  const auto treeIn = [&](const std::string& prepare, const std::string& options) {
+    return run("/usr/bin/unshare", {"--net", "sh", "-c", prepare + " && exec " ZEB_CIM " tree " + options},
+               {"ZEB_CONFIG=/dev/null", "ZEB_STORE_DIR=" + (folder / "store").string(),
+                "ZEB_RUN_DIR=" + (folder / "run").string()});
+  };
+  const std::string pair = "ip link add veth7 type veth peer name veth8";
+  const Outcome hinted = treeIn(pair, "");
+  EXPECT_EQ(hinted.status, 0);
+  EXPECT_THAT(hinted.out, AllOf(HasSubstr("no Ethernet adapters"), HasSubstr("--include-virtual shows "),
+                                HasSubstr("veth7"), HasSubstr("veth8")));
+  EXPECT_THAT(treeIn(":", "").out,
+              AllOf(HasSubstr("no Ethernet adapters"), Not(HasSubstr("--include-virtual"))));
+  EXPECT_THAT(treeIn(pair, "--include-virtual").out, AllOf(HasSubstr("veth7"), Not(HasSubstr("shows"))));
+}
+
 TEST_P(Prompt, MarksAPortThatRunsBelowWhatItCan) {
   std::ifstream in(ZEB_SNAPSHOTS "/one_port.json");
   std::string slow((std::istreambuf_iterator<char>(in)), {});
@@ -172,14 +192,26 @@ TEST_P(Prompt, AlertsFitTheTerminalAndCarryAdvice) {
   const ZEB::TemporaryFolder folder;
   std::ofstream(folder / "failover.json") << timeline;
   serve((folder / "failover.json").string());
-  const Outcome watched = onTerminal(60, {"watch", "--count", "3", "--for", "30", "--advice"}, "dumb");
-  EXPECT_EQ(watched.status, 0);
-  const std::vector<std::string> lines = linesOf(watched.out);
-  ASSERT_GT(lines.size(), 4U);
-  for (std::size_t i = 1; i < lines.size(); ++i) EXPECT_LE(columnsOf(lines[i]), 60U) << lines[i];
-  EXPECT_THAT(lines[1], testing::ContainsRegex("^....-..-.. ..:..:..  bond0     Major        Ethernet"));
-  EXPECT_THAT(watched.out,
+  // At the same time: each has to hear what is said once.
+  std::map<unsigned, Outcome> watched = {{60, {}}, {80, {}}, {200, {}}};
+  std::vector<std::thread> terminals;
+  for (auto& [columns, outcome] : watched) {
+    terminals.emplace_back([this, width = columns, &into = outcome] {
+      into = onTerminal(width, {"watch", "--count", "3", "--for", "30", "--advice"}, "dumb");
+    });
+  }
+  for (std::thread& terminal : terminals) terminal.join();
+  for (const auto& [columns, outcome] : watched) {
+    EXPECT_EQ(outcome.status, 0);
+    const std::vector<std::string> lines = linesOf(outcome.out);
+    ASSERT_GT(lines.size(), 4U);
+    for (std::size_t i = 1; i < lines.size(); ++i) EXPECT_LE(columnsOf(lines[i]), columns) << lines[i];
+    EXPECT_THAT(lines[1], testing::ContainsRegex("^....-..-.. ..:..:..  bond0     Major        Ethernet"));
+  }
+  EXPECT_THAT(watched[60].out,
               HasSubstr("\n  - Check the cable and the transceivers at both ends, and\n    reseat them.\n"));
+  EXPECT_THAT(watched[200].out,
+              HasSubstr("\n  - Check the cable and the transceivers at both ends, and reseat them.\n"));
 }
 
 TEST_P(Prompt, CompletesWordsInBash) {
@@ -195,6 +227,54 @@ TEST_P(Prompt, CompletesWordsInBash) {
   EXPECT_EQ(completed("instances po"), "ports\n");
   EXPECT_EQ(completed("watch --ad"), "--advice\n");
   EXPECT_EQ(completed("associators eth0 --result-class ZEB_EthernetTeamM"), "ZEB_EthernetTeamMember\n");
+}
+
+/// With the two commands of zsh's completion that the function calls put in their place.
+TEST_P(Prompt, CompletesWordsInZsh) {
+  if (!std::filesystem::exists("/usr/bin/zsh")) GTEST_SKIP() << "zsh is not installed";
+  serve(ZEB_SNAPSHOTS "/two_cards.json");
+  const auto completed = [&](const std::string& words, const std::string& prefix = "") {
+    const std::string script =
+        "compadd() { if [[ $1 == -a ]]; then print -l -- ${(P)2}; else shift; print -l -- $@; fi }\n"
+        "_files() { print files }\n"
+        "complete() { local -a words=(" ZEB_CIM " " +
+        words + " ''); local CURRENT=$#words PREFIX='" + prefix +
+        "'; source " ZEB_COMPLETION_FOLDER "/_zebcim }; complete";
+    return linesOf(run("/usr/bin/zsh", {"-fc", script}, environment()).out);
+  };
+  using testing::Contains;
+  EXPECT_THAT(completed(""), AllOf(Contains("tree"), Contains("doctor"), Contains("invoke")));
+  EXPECT_THAT(completed("get"), AllOf(Contains("eth0"), Contains("eth0.100.5"), Contains("eth5")));
+  EXPECT_THAT(completed("instances"), AllOf(Contains("ports"), Contains("ZEB_EthernetPort")));
+  EXPECT_THAT(completed("watch", "--"), AllOf(Contains("--advice"), Contains("--json=typed")));
+  EXPECT_THAT(completed("associators eth0 --result-class"), Contains("ZEB_EthernetTeamMember"));
+  EXPECT_THAT(completed("--source"), testing::ElementsAre("files"));
+}
+
+/// What bash and zsh complete is what the command line has.
+TEST(CompletionTest, KnowsEveryCommandAndOption) {
+  const auto wordsOf = [](const std::string& text, const std::string& pattern) {
+    std::set<std::string> words;
+    const std::regex expression(pattern);
+    for (std::sregex_iterator at(text.begin(), text.end(), expression), end; at != end; ++at)
+      words.insert((*at)[1]);
+    return words;
+  };
+  const std::string help = run(ZEB_CIM, {"--help"}).out;
+  const auto commands = wordsOf(help.substr(help.find("Subcommands:")), "\n  ([a-z]+) ");
+  std::set<std::string> options = wordsOf(help, "(--[a-z-]+)");
+  for (const std::string& command : commands) {
+    const auto own = wordsOf(run(ZEB_CIM, {command, "--help"}).out, "(--[a-z-]+)");
+    options.insert(own.begin(), own.end());
+  }
+  for (const char* file : {"/zebcim.bash", "/_zebcim"}) {
+    std::ifstream in(std::string(ZEB_COMPLETION_FOLDER) + file);
+    const std::string text((std::istreambuf_iterator<char>(in)), {});
+    const auto known = wordsOf(text, "(--[a-z-]+)");
+    for (const std::string& option : options) EXPECT_THAT(known, testing::Contains(option)) << file;
+    const auto words = wordsOf(text, "\\b([a-z]+)\\b");
+    for (const std::string& command : commands) EXPECT_THAT(words, testing::Contains(command)) << file;
+  }
 }
 
 TEST(PromptTest, KnowsItsVersion) {
@@ -270,7 +350,7 @@ TEST(ManualTest, SaysWhatHelpSays) {
     return words;
   };
   const auto commands = wordsOf(help.substr(help.find("Subcommands:")), "\n  ([a-z]+) ");
-  EXPECT_THAT(commands, testing::SizeIs(13));
+  EXPECT_THAT(commands, testing::IsSupersetOf({"tree", "watch", "doctor", "serve"}));
   std::set<std::string> options = wordsOf(help, "--([a-z-]+)");
   for (const std::string& command : commands) {
     EXPECT_THAT(manual, HasSubstr(".It Cm " + command)) << command;
