@@ -240,7 +240,11 @@ void SqliteFile::makeShrinkable() {
 
 void SqliteFile::shrink() {
   if (numberOf("PRAGMA freelist_count") < kManyPages) return;
-  execute("PRAGMA incremental_vacuum; PRAGMA wal_checkpoint(TRUNCATE)");
+  try {
+    execute("PRAGMA incremental_vacuum; PRAGMA wal_checkpoint(TRUNCATE)");
+  } catch (const SqliteError& error) {
+    if (!error.unwritable()) throw;
+  }
 }
 
 /// The tables as the upgrades make them, and every page of them.

@@ -35,7 +35,8 @@ class SqliteFile {
   void requireWritable();
   void execute(const char* statements);
   SqliteStatement prepare(const char* text) { return {_database.get(), text}; }
-  /// Gives the disk back what much of the file is no longer used for. Throws SqliteError.
+  /// Gives the disk back what much of the file is no longer used for, unless there is no room to do it in.
+  /// Throws SqliteError.
   void shrink();
 
  private:

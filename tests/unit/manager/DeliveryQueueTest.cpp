@@ -6,6 +6,7 @@
 #include <random>
 
 #include "DeliveryFixture.h"
+#include "ShortFiles.h"
 #include "indications/DeliveryQueue.h"
 
 namespace ZebManager {
@@ -259,6 +260,19 @@ TEST_F(Queue, TheFileShrinksWhenItIsEmpty) {
   for (int i = 0; i < 100; ++i) put(a, large);
   queue->keepOnly({}, {});
   EXPECT_LT(size(), 1'500'000U);
+}
+
+/// Writing it anew in part needs room of its own. What was taken out before is out.
+TEST_F(Queue, AFileThatCannotShrinkIsUsedOn) {
+  for (int i = 0; i < 100; ++i) put(a, std::string(100'000, 'x'));
+  elsewhere("PRAGMA wal_checkpoint(TRUNCATE)");
+  {
+    const ShortFiles disk(1'000'000);
+    for (int i = 0; i < 14; ++i) queue->remove("a", queue->oldest("a")->id);
+    EXPECT_THAT(lines, testing::IsEmpty());
+  }
+  EXPECT_EQ(numbersFor("a").size(), 86U);
+  EXPECT_LT(std::filesystem::file_size(directory / "delivery.db"), 1'500'000U);
 }
 
 std::string contentOf(const std::string& file) {

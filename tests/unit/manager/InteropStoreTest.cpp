@@ -1,7 +1,4 @@
 // The namespace root/interop: what survives a restart, a damaged file and many threads.
-#include <signal.h>
-#include <sys/resource.h>
-
 #include <array>
 #include <filesystem>
 #include <fstream>
@@ -9,6 +6,7 @@
 #include <thread>
 
 #include "InteropFixture.h"
+#include "ShortFiles.h"
 #include "indications/Sqlite.h"
 
 namespace ZebManager {
@@ -122,24 +120,6 @@ TEST_F(DamagedInterop, CostsNothingWhileTheServerRuns) {
   ASSERT_THAT(space->subscriptions(), SizeIs(1));
   EXPECT_EQ(space->subscriptions()[0].name, before[0].name);
 }
-
-/// While no file may become longer than that.
-class ShortFiles {
- public:
-  explicit ShortFiles(rlim_t longest) {
-    signal(SIGXFSZ, SIG_IGN);
-    set(longest);
-  }
-  ShortFiles(const ShortFiles&) = delete;
-  ShortFiles& operator=(const ShortFiles&) = delete;
-  ~ShortFiles() { set(RLIM_INFINITY); }
-
- private:
-  static void set(rlim_t longest) {
-    const rlimit limit{longest, RLIM_INFINITY};
-    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-  }
-};
 
 /// The fresh file takes some of it and then no more; what it lacks it gets with the next change.
 TEST_F(DamagedInterop, CostsNothingWhereTheDiskIsFullToo) {
