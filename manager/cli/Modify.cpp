@@ -5,6 +5,7 @@
 #include "cli/Assignments.h"
 #include "cli/DoctorReport.h"
 #include "cli/JsonOutput.h"
+#include "cli/Nearest.h"
 #include "cli/TextOutput.h"
 #include "values/CallMemory.h"
 #include "values/ObjectPathText.h"
@@ -19,7 +20,11 @@ std::string named(const PathBody& path) {
 
 const PropertyDef& requireWritable(const ClassDef& classDef, const std::string& name) {
   const PropertyDef* const property = classDef.property(name);
-  if (!property) throw ManagerError(classDef.name + " has no property '" + name + "'");
+  if (!property) {
+    std::vector<std::string> names;
+    for (const PropertyDef& other : classDef.properties) names.push_back(other.name);
+    throw ManagerError(classDef.name + " has no property '" + name + "'" + suggestion(name, names));
+  }
   if (property->writable) return *property;
   std::string known;
   for (const PropertyDef& other : classDef.properties) {

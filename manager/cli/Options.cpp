@@ -1,6 +1,7 @@
 #include "cli/Options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <ostream>
 
 #include "cli/Nearest.h"
@@ -148,6 +149,22 @@ std::string wrongCommand(const CLI::App& app, int argc, const char* const* argv)
   return {};
 }
 
+/// The option that there is none of; empty when all are known.
+std::string wrongOption(const CLI::App& app, const CLI::App& command, int argc, const char* const* argv) {
+  std::vector<std::string> known;
+  for (const CLI::App* const level : {&app, &command}) {
+    for (const CLI::Option* option : level->get_options()) {
+      for (const std::string& name : option->get_lnames()) known.push_back("--" + name);
+    }
+  }
+  for (int i = 1; i < argc; ++i) {
+    const std::string word = std::string(argv[i]).substr(0, std::string_view(argv[i]).find('='));
+    if (word.starts_with("--") && word.size() > 2 && std::ranges::find(known, word) == known.end())
+      return "there is no option '" + word + "'" + suggestion(word, known);
+  }
+  return {};
+}
+
 }  // namespace
 
 std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostream& out, std::ostream& err,
@@ -166,7 +183,8 @@ std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostr
     return std::nullopt;
   } catch (const CLI::ParseError& error) {
     const auto commands = app.get_subcommands();
-    const std::string wrong = commands.empty() ? wrongCommand(app, argc, argv) : "";
+    const std::string wrong =
+        commands.empty() ? wrongCommand(app, argc, argv) : wrongOption(app, *commands.front(), argc, argv);
     err << "zebcim: " << (wrong.empty() ? error.what() : wrong) << "\n"
         << (commands.empty() ? app : *commands.front()).help();
     const bool check = !commands.empty() && commands.front()->get_name() == "check";

@@ -136,6 +136,11 @@ TEST_P(Prompt, SaysWhatAWordCouldBe) {
   const Outcome wrong = zebcim({"instanes", "ports"});
   EXPECT_EQ(wrong.status, 2);
   EXPECT_THAT(wrong.err, StartsWith("zebcim: there is no command 'instanes'; did you mean 'instances'?\n"));
+  const Outcome option = zebcim({"instances", "ports", "--nmaes"});
+  EXPECT_EQ(option.status, 2);
+  EXPECT_THAT(option.err, StartsWith("zebcim: there is no option '--nmaes'; did you mean '--names'?\n"));
+  expectRefusal({"modify", "settings", "PolInterval=60"},
+                "ZEB_EthEventSettings has no property 'PolInterval'; did you mean 'PollInterval'?");
 }
 
 TEST_P(Prompt, FitsTheTerminal) {
