@@ -44,10 +44,10 @@ constexpr std::array kAlertIdentity = {
 };
 
 constexpr std::array kAlertNumbers = {
-    NumberRow<AlertCount>{{"zeb_alerts_total", Kind::Counter, "",
-                           "Alerts that somebody wanted, since the server started, by their identifier.",
-                           "ZEB_EthernetIndication.EventID"},
-                          [](const AlertCount& a) { return MetricValue(a.count); }},
+    NumberRow<AlertCount>{
+        {"zeb_alerts_total", Kind::Counter, "", "Alerts since the server started, by their identifier.",
+         "ZEB_EthernetIndication.EventID"},
+        [](const AlertCount& a) { return MetricValue(a.count); }},
 };
 
 }  // namespace

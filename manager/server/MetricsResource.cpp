@@ -1,15 +1,36 @@
 #include "server/MetricsResource.h"
 
+#include "broker/Broker.h"
+#include "cimxml/AnswerReader.h"
 #include "metrics/Metrics.h"
+#include "tree/PropertyView.h"
 
 namespace ZebManager {
 
-Resource metricsResource(ProviderSupervisor& plugin) {
-  return [&plugin](const HttpHead& head) {
+void AlertCounts::add(const std::string& instanceElement) {
+  Arena arena;
+  const Instance* const alert = readInstanceElement(instanceElement, arena, _classes, kNameSpace);
+  const std::lock_guard lock(_mutex);
+  ++_counts[PropertyView(*alert).text("EventID")];
+}
+
+std::vector<AlertCount> AlertCounts::all() const {
+  const std::lock_guard lock(_mutex);
+  std::vector<AlertCount> all;
+  for (const auto& [event, count] : _counts) all.push_back({event, count});
+  return all;
+}
+
+Resource metricsResource(ProviderSupervisor& plugin, const AlertCounts& alerts) {
+  return [&plugin, &alerts](const HttpHead& head) {
     const MetricFormat format = metricFormatFor(head.header("Accept"));
-    ProviderSupervisor::Answer answer = plugin.perform(metricsMessage(format), true);
+    const ProviderSupervisor::Answer answer = plugin.perform(metricsMessage(format), true);
     if (answer.outcome != ProviderSupervisor::Answer::Outcome::Done) return httpError(503, "", answer.body);
-    return HttpAnswer{200, std::move(answer.body) + endOf(format), {{"Content-Type", contentTypeOf(format)}}};
+    const std::vector<AlertCount> counts = alerts.all();
+    Exposition own(format);
+    own.add<AlertCount>(alertMetrics(), counts);
+    return HttpAnswer{
+        200, answer.body + own.text() + endOf(format), {{"Content-Type", contentTypeOf(format)}}};
   };
 }
 

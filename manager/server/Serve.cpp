@@ -129,6 +129,7 @@ class Core {
         _watchers([this] { subscribe(); }),
         _model(_classes, [this](const std::string& request) { return _supervisor.perform(request, true); }),
         _live(_model, options.source),
+        _alerts(_classes),
         _supervisor(supervisorOptions(options, settings, log),
                     [this](const auto& filters, const std::string& element) { deliver(filters, element); }),
         _interop(_interopClasses, _classes, interopSettings(settings), std::ref(log),
@@ -141,6 +142,7 @@ class Core {
   const ClassRepository& classes() const { return _classes; }
   Namespace& model() { return _model; }
   LiveModel& live() { return _live; }
+  const AlertCounts& alerts() const { return _alerts; }
   ProviderSupervisor& plugin() { return _supervisor; }
   Namespace& interop() { return _interop; }
   LocalWatchers& watchers() { return _watchers; }
@@ -162,7 +164,9 @@ class Core {
     std::vector<std::string> others = _watchers.deliver(filters, element);
     const bool forPages = std::erase(others, kPageFilter) > 0;
     _delivery.deliver(others, element);
-    if (forPages) _live.alert(element);
+    if (!forPages) return;
+    _alerts.add(element);
+    _live.alert(element);
   }
 
   /// One at a time, so that the newest state is the last to be told.
@@ -183,6 +187,7 @@ class Core {
   LocalWatchers _watchers;
   PluginModel _model;
   LiveModel _live;
+  AlertCounts _alerts;
   ProviderSupervisor _supervisor;
   InteropNamespace _interop;
 };
@@ -191,7 +196,7 @@ class Core {
 Resources resourcesOf(Core& core) {
   Resources resources;
   addPage(resources, core.live(), core.model());
-  resources.emplace("/metrics", metricsResource(core.plugin()));
+  resources.emplace("/metrics", metricsResource(core.plugin(), core.alerts()));
   return resources;
 }
 
