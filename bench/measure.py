@@ -111,6 +111,13 @@ class Bench:
             out, _ = process.communicate(timeout=60 + 2 * self.plan.idle_seconds * self.plan.idle_windows)
             self.figures.add_all(lab.ports, json.loads(out))
 
+    def pages(self, lab):
+        """64 pages in browsers, open at the server."""
+        command = [sys.executable, str(BENCH / "pages.py"), str(BUILD / "manager" / "zebcim"), str(self.plan.idle_seconds),
+                   str(self.plan.idle_windows)]
+        answer = lab.call(command, 60 + 2 * self.plan.idle_seconds * self.plan.idle_windows)
+        self.figures.add("pages_percent", lab.ports, answer["pages_percent"])
+
     def recorded(self, ports):
         file = self.folder / f"server{ports}.json"
         subprocess.run([str(BUILD / "bench" / "zeb_bench_server"), str(ports), str(file)], check=True)
@@ -189,6 +196,8 @@ def measure(plan, folder, figures):
             for lab in labs:
                 lab.settle()
             bench.idle(labs)
+            say("pages")
+            bench.pages(labs[1])
     finally:
         bench.close()
 

@@ -87,6 +87,7 @@ def rows(r):
     yield "of them reported", r.of("storm_reported", 1000), "", None, None
     yield f"idle processor time, {largest:,} ports, mean", r.of("idle_percent", largest), " % of a core", 0.1, \
         statistics.mean
+    yield "64 open pages at rest, 1,000 ports, mean", r.of("pages_percent", 1000), " % of a core", 2, statistics.mean
     yield "transactions of the first build of 10,000 ports", r.of("store_transactions", 10000), "", 1, None
 
 
