@@ -10,6 +10,7 @@
 #include "cli/Assignments.h"
 #include "cli/Check.h"
 #include "cli/Doctor.h"
+#include "cli/Explain.h"
 #include "cli/InterfaceNames.h"
 #include "cli/JsonOutput.h"
 #include "cli/LargePages.h"
@@ -209,6 +210,7 @@ constexpr std::array kCommands = {
     CommandRow{"classes", runClasses},
     CommandRow{"instances", runInstances},
     CommandRow{"get", runGet},
+    CommandRow{"explain", explain},
     CommandRow{"associators", runAssociators},
     CommandRow{"references", runReferences},
     CommandRow{"modify", modify},

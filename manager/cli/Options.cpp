@@ -115,6 +115,9 @@ void addCommands(CLI::App& app, Options& options) {
   addNames(instances, options);
 
   addPath(*app.add_subcommand("get", "One instance"), options);
+  CLI::App& explain = *app.add_subcommand("explain", "Where the values of an instance come from");
+  addPath(explain, options);
+  explain.add_option("PROPERTY", options.property, "One property alone");
   addAssociators(app, options);
   addReferences(app, options);
 

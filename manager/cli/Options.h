@@ -20,6 +20,7 @@ struct Options {
   std::string className;
   std::string path;
   std::string method;
+  std::string property;                  ///< to explain; empty for all
   std::vector<std::string> assignments;  ///< Name=Value
   AssociationFilter filter;
   bool names = false;

@@ -63,14 +63,26 @@ HttpAnswer instanceFor(const HttpHead& head, Namespace& model) {
   }
 }
 
+HttpAnswer explanationFor(const HttpHead& head, Explanations& explanations) {
+  constexpr std::chrono::seconds kWhenBusy{2};
+  try {
+    auto json = explanations.of(head.argument("path"));
+    return json ? jsonAnswer(200, std::move(*json)) : busy(kWhenBusy);
+  } catch (const ManagerError& error) {
+    return jsonError(404, error.what());
+  }
+}
+
 }  // namespace
 
-void addPage(Resources& resources, LiveModel& live, Namespace& model) {
+void addPage(Resources& resources, LiveModel& live, Namespace& model, Explanations& explanations) {
   for (const PageFile& file : pageFiles()) {
     resources.emplace(file.path,
                       [&file](const HttpHead&) { return answerOf(200, file.type, std::string(file.bytes)); });
   }
   resources.emplace("/events", [&live](const HttpHead& head) { return eventsFor(head, live); });
+  resources.emplace("/explain",
+                    [&explanations](const HttpHead& head) { return explanationFor(head, explanations); });
   resources.emplace("/instance", [&model](const HttpHead& head) { return instanceFor(head, model); });
 }
 

@@ -130,6 +130,7 @@ class Core {
         _model(_classes, [this](const std::string& request) { return _supervisor.perform(request, true); }),
         _live(_model, options.source),
         _alerts(_classes),
+        _explanations(options, _classes),
         _supervisor(supervisorOptions(options, settings, log),
                     [this](const auto& filters, const std::string& element) { deliver(filters, element); }),
         _interop(_interopClasses, _classes, interopSettings(settings), std::ref(log),
@@ -143,6 +144,7 @@ class Core {
   Namespace& model() { return _model; }
   LiveModel& live() { return _live; }
   const AlertCounts& alerts() const { return _alerts; }
+  Explanations& explanations() { return _explanations; }
   ProviderSupervisor& plugin() { return _supervisor; }
   Namespace& interop() { return _interop; }
   LocalWatchers& watchers() { return _watchers; }
@@ -188,6 +190,7 @@ class Core {
   PluginModel _model;
   LiveModel _live;
   AlertCounts _alerts;
+  Explanations _explanations;
   ProviderSupervisor _supervisor;
   InteropNamespace _interop;
 };
@@ -195,7 +198,7 @@ class Core {
 /// What is served besides CIM, by path.
 Resources resourcesOf(Core& core) {
   Resources resources;
-  addPage(resources, core.live(), core.model());
+  addPage(resources, core.live(), core.model(), core.explanations());
   resources.emplace("/metrics", metricsResource(core.plugin(), core.alerts()));
   return resources;
 }

@@ -1,7 +1,7 @@
 # Completion of zebcim for bash. Names come from the running system.
 _zebcim() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]} command='' i
-  local commands='tree watch metrics doctor check capture serve classes instances get associators references modify invoke'
+  local commands='tree watch metrics doctor check capture serve classes instances get explain associators references modify invoke'
   local options='--json --json=typed --source --standalone --verbose --include-virtual --plugin --schema --timeout --help --version'
   COMPREPLY=()
   case $previous in
@@ -34,7 +34,7 @@ _zebcim() {
   case $command in
     '') mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$word") ;;
     instances) mapfile -t COMPREPLY < <(compgen -W "$("${COMP_WORDS[0]}" complete classes 2>/dev/null)" -- "$word") ;;
-    get | associators | references | modify | invoke)
+    get | explain | associators | references | modify | invoke)
       ((COMP_CWORD == i + 1)) || return
       mapfile -t COMPREPLY < <(compgen -W "$("${COMP_WORDS[0]}" complete names 2>/dev/null)" -- "$word") ;;
     capture) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;

@@ -122,6 +122,9 @@ test("everything can be opened, walked and copied", () =>
     assert.match(await dialog.locator(".path code").textContent(), /ZEB_EthernetPort\..*DeviceID="JXV:ZEB_EthernetPort:4"$/);
     const row = dialog.locator('[data-property="OperationalStatus"]');
     assert.match(await row.textContent(), /Error/);
+    const why = dialog.locator('[data-property="ActiveMaximumTransmissionUnit"] .why', { hasText: "RTM_NEWLINK IFLA_MTU" });
+    await why.waitFor({ timeout: 60000 });
+    assert.match(await why.textContent(), /links\.mtu of eth3 is 1500/);
     await dialog.locator(".associations .chip", { hasText: "ZEB_EthernetPortController" }).first().click();
     await dialog.locator(".path code", { hasText: "ZEB_EthernetPortController." }).waitFor();
     await dialog.locator(".back").click();

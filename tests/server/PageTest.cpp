@@ -35,6 +35,17 @@ std::string joined(std::string_view chunks) {
   return bytes;
 }
 
+/// For what follows a question mark.
+std::string escaped(const std::string& text) {
+  std::string escaped;
+  for (const unsigned char c : text) {
+    char code[4];
+    std::snprintf(code, sizeof code, "%%%02X", c);
+    escaped += code;
+  }
+  return escaped;
+}
+
 struct Event {
   std::string id, name;
   json data;
@@ -157,13 +168,7 @@ TEST_F(PageTest, ShowsAnInstanceInWords) {
   play("two_cards");
   const json state = events(1.5).at(0).data;
   const std::string path = state["tree"]["cards"][0]["ports"][0]["path"];
-  std::string escaped;
-  for (const unsigned char c : path) {
-    char text[4];
-    std::snprintf(text, sizeof text, "%%%02X", c);
-    escaped += text;
-  }
-  const json port = json::parse(bodyOf(ask("/instance?path=" + escaped)));
+  const json port = json::parse(bodyOf(ask("/instance?path=" + escaped(path))));
   EXPECT_EQ(port["class"], "ZEB_EthernetPort");
   EXPECT_EQ(port["path"], path);
   const auto property = [&](const char* name) {
@@ -177,6 +182,16 @@ TEST_F(PageTest, ShowsAnInstanceInWords) {
   EXPECT_EQ(property("PortNumber")["value"], "1");
   EXPECT_THAT(port["associations"].dump(), HasSubstr("ZEB_EthernetPortToLANEndpoint"));
   EXPECT_THAT(port["associations"].dump(), Not(HasSubstr("\"path\":\"" + path)));
+}
+
+TEST_F(PageTest, SaysWhyValuesAreWhatTheyAre) {
+  play("one_port");
+  const json state = events(1.5).at(0).data;
+  const std::string path = state["tree"]["cards"][0]["ports"][0]["path"];
+  const json why = json::parse(bodyOf(ask("/explain?path=" + escaped(path))));
+  EXPECT_EQ(why["path"], path);
+  EXPECT_THAT(why.dump(), HasSubstr("RTM_NEWLINK IFLA_MTU"));
+  EXPECT_THAT(ask("/explain?path=--help"), StartsWith("HTTP/1.1 404 "));
 }
 
 TEST_F(PageTest, SaysWhenThereIsNoSuchInstance) {

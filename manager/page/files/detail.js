@@ -27,10 +27,13 @@ async function show(path, model, again = false) {
     const answer = await fetch(`instance?path=${encodeURIComponent(path)}`);
     const instance = await answer.json();
     if (!answer.ok) throw new Error(instance.error);
+    if (again && shown?.path === path) instance.why = shown.why;
     shown = instance;
     const top = again ? dialog.scrollTop : 0;
     draw(instance, model, again);
     dialog.scrollTop = top;
+    if (instance.why) drawWhy();
+    else if (!again) showWhy(path);
   } catch (error) {
     if (again) return;
     shown = null;
@@ -84,6 +87,35 @@ function propertyRow(property, go) {
     el("td", {}, valueOf(property, go), property.description ? el("details", { class: "small faint" }, el("summary", {}, "Meaning"), el("p", {}, text(property.description))) : null),
     el("td", { class: "why small faint" }),
   );
+}
+
+function reason(fact) {
+  const whose = fact.interface ? [" of ", text(fact.interface)] : null;
+  const says = fact.value === null ? " is not known" : [" is ", text(typeof fact.value === "string" ? fact.value : JSON.stringify(fact.value))];
+  return el("li", {}, el("span", { class: "mono" }, fact.fact), whose, says, el("span", { class: "origin" }, text(fact.from), fact.otherwise ? [", else ", text(fact.otherwise)] : null));
+}
+
+/// Which fact of the kernel's gave each value. It takes the server a moment to find out.
+async function showWhy(path, tries = 5) {
+  const line = byId("detail-why");
+  if (shown?.path !== path || !line) return;
+  line.textContent = "Finding out where each value comes from …";
+  const answer = await fetch(`explain?path=${encodeURIComponent(path)}`).catch(() => null);
+  if (answer?.status === 503 && tries > 0) return setTimeout(() => showWhy(path, tries - 1), 2000);
+  const explained = answer?.ok ? await answer.json() : null;
+  if (shown?.path !== path || !byId("detail-why")) return;
+  line.textContent = explained ? "" : "Where values come from cannot be found out now.";
+  shown.why = new Map(explained?.properties.map((one) => [one.property, one]));
+  drawWhy();
+}
+
+function drawWhy() {
+  for (const row of dialog.querySelectorAll("tr[data-property]")) {
+    const why = shown.why?.get(row.dataset.property);
+    if (!why) continue;
+    const ofFacts = !["key", "end"].includes(why.source);
+    refill(row.querySelector(".why"), el("span", { class: `source ${why.source}` }, why.words), ofFacts ? el("ul", { class: "plain" }, why.facts.map(reason)) : null);
+  }
 }
 
 function associations(instance, model, go) {
@@ -144,6 +176,7 @@ function draw(instance, model, again) {
     pathLine(instance.path),
     el("div", { id: "detail-charts", class: "charts" }),
     changeForm(instance, () => show(instance.path, model)),
+    el("p", { id: "detail-why", class: "small faint", role: "status" }),
     el(
       "table",
       {},

@@ -2,6 +2,7 @@
 //
 //   zeb-capture [--anonymize] FILE     "-" for standard output
 //   zeb-capture --check FILE
+//   zeb-capture --facts                what can be known, and where the kernel says it, as JSON
 //
 // Exit status: 0 done, 1 failed with one line on standard error, 2 wrong usage.
 
@@ -22,6 +23,7 @@
 #include "kernel/KernelSource.h"
 #include "posix/FileDescriptor.h"
 #include "recorded/Anonymizer.h"
+#include "recorded/Origins.h"
 #include "recorded/SnapshotWriter.h"
 
 namespace {
@@ -32,7 +34,7 @@ constexpr int kFailed = 1;
 constexpr int kUsage = 2;
 
 int usage() {
-  std::cerr << "usage: zeb-capture [--anonymize] FILE | zeb-capture --check FILE\n";
+  std::cerr << "usage: zeb-capture [--anonymize] FILE | zeb-capture --check FILE | zeb-capture --facts\n";
   return kUsage;
 }
 
@@ -99,6 +101,10 @@ int capture(const std::string& file, bool anonymous) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (argc == 2 && std::string_view(argv[1]) == "--facts") {
+    std::cout << factsAsJson() << std::flush;
+    return std::cout ? 0 : fail("cannot write");
+  }
   bool anonymous = false;
   bool checking = false;
   std::string file;

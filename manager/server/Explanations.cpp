@@ -1,0 +1,50 @@
+#include "server/Explanations.h"
+
+#include "broker/Broker.h"
+#include "cli/ProgramOutput.h"
+#include "values/ObjectPathText.h"
+
+namespace ZebManager {
+namespace {
+
+constexpr std::chrono::seconds kFresh{60};
+constexpr std::size_t kMost = 64;
+constexpr char kSeconds[] = "30";
+
+}  // namespace
+
+Explanations::Explanations(const Options& options, const ClassRepository& classes)
+    : _classes(classes), _arguments{"--timeout", kSeconds, "--json", "--standalone"} {
+  const auto add = [&](const char* name, const std::string& value) {
+    if (!value.empty()) _arguments.insert(_arguments.end(), {name, value});
+  };
+  add("--source", options.source);
+  add("--plugin", options.plugin);
+  add("--schema", options.schema);
+  if (options.includeVirtual) _arguments.emplace_back("--include-virtual");
+  _arguments.emplace_back("explain");
+}
+
+std::optional<std::string> Explanations::kept(const std::string& path) {
+  const std::lock_guard lock(_mutex);
+  std::erase_if(_kept, [](const auto& one) { return Clock::now() - one.second.made > kFresh; });
+  const auto found = _kept.find(path);
+  return found == _kept.end() ? std::nullopt : std::optional(found->second.json);
+}
+
+std::optional<std::string> Explanations::of(const std::string& path) {
+  Arena arena;
+  parsePath(arena, _classes, kNameSpace, path);  // what is none never becomes an argument
+  if (auto known = kept(path)) return known;
+  const std::unique_lock working(_working, std::try_to_lock);
+  if (!working) return std::nullopt;
+  std::vector<std::string> arguments = _arguments;
+  arguments.push_back(path);
+  std::string json = outputOf("zebcim", arguments);
+  const std::lock_guard lock(_mutex);
+  if (_kept.size() >= kMost) _kept.clear();
+  _kept[path] = {json, Clock::now()};
+  return json;
+}
+
+}  // namespace ZebManager

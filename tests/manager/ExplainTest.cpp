@@ -1,0 +1,138 @@
+// Where values come from, as the command says it of the plug-in itself.
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <set>
+
+#include "RealCommand.h"
+
+namespace ZebManager {
+namespace {
+
+using nlohmann::json;
+using testing::AllOf;
+using testing::HasSubstr;
+
+class Explain : public RealCommand {
+ protected:
+  json jsonOf(const std::vector<std::string>& arguments, const std::string& host) const {
+    std::vector<std::string> all = {"--json", "--source", snapshotFile(host)};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    const Outcome outcome = zebcim(all);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    return json::parse(outcome.out);
+  }
+
+  static json propertyOf(const json& explained, const std::string& name) {
+    for (const json& one : explained["properties"]) {
+      if (one["property"] == name) return one;
+    }
+    return {};
+  }
+
+  /// The first fact that a property comes from.
+  static json factOf(const json& explained, const std::string& name) {
+    return propertyOf(explained, name)["facts"].at(0);
+  }
+
+  static json recordedLink(const std::string& host, const std::string& name) {
+    const json recording = json::parse(std::ifstream(snapshotFile(host)));
+    for (const json& link : recording["links"]) {
+      if (link["name"] == name) return link;
+    }
+    return {};
+  }
+};
+
+TEST_F(Explain, APortByTheFactsOfItsInterface) {
+  const json port = jsonOf({"explain", "eth2"}, "two_cards");
+  const json link = recordedLink("two_cards", "eth2");
+  struct Row {
+    const char* property;
+    const char* fact;
+    json recorded;
+    json served;
+  };
+  // The speed is served in bits a second, addresses without colons.
+  const Row rows[] = {
+      {"Speed", "links.ethtool.speed", link["ethtool"]["speed"], 1'000'000'000},
+      {"FullDuplex", "links.ethtool.fullDuplex", true, true},
+      {"AutoSense", "links.ethtool.autonegotiation", true, true},
+      {"ActiveMaximumTransmissionUnit", "links.mtu", 1500, 1500},
+      {"Caption", "links.hardware.deviceName", link["hardware"]["deviceName"],
+       link["hardware"]["deviceName"]},
+      {"PermanentAddress", "links.permanentAddress", "00:1b:21:00:00:03", "001b21000003"},
+      {"LinkTechnology", "links.type", 1, 2},
+  };
+  for (const Row& row : rows) {
+    const json explained = propertyOf(port, row.property);
+    EXPECT_EQ(explained["source"], "facts") << row.property;
+    EXPECT_EQ(explained["value"], row.served) << row.property;
+    const auto& facts = explained["facts"];
+    const auto found =
+        std::ranges::find_if(facts, [&](const json& fact) { return fact["fact"] == row.fact; });
+    ASSERT_NE(found, facts.end()) << row.property << facts.dump(1);
+    EXPECT_EQ((*found)["interface"], "eth2") << row.property;
+    EXPECT_EQ((*found)["value"], row.recorded) << row.property;
+  }
+  EXPECT_EQ(factOf(port, "Speed")["from"], "ETHTOOL_MSG_LINKMODES_GET ETHTOOL_A_LINKMODES_SPEED");
+  EXPECT_EQ(propertyOf(port, "DeviceID")["source"], "key");
+  EXPECT_EQ(propertyOf(port, "EnabledState")["source"], "constant");
+  EXPECT_EQ(propertyOf(port, "TimeOfLastStateChange")["source"], "remembered");
+  EXPECT_EQ(propertyOf(port, "PortNumber")["source"], "place");
+}
+
+TEST_F(Explain, WhatStandsInForWhatIsNotKnown) {
+  const json port = jsonOf({"explain", "ZEB_EthernetPort"}, "bare_port");
+  const json caption = propertyOf(port, "Caption");
+  EXPECT_EQ(caption["source"], "fallback");
+  EXPECT_EQ(caption["value"], "Ethernet Port");
+  EXPECT_EQ(caption["facts"][0]["value"], nullptr);
+  const json duplex = propertyOf(port, "FullDuplex");
+  EXPECT_EQ(duplex["source"], "fallback");
+  EXPECT_EQ(duplex["value"], nullptr);
+  EXPECT_EQ(duplex["facts"][0]["fact"], "links.ethtool.fullDuplex");
+}
+
+TEST_F(Explain, OnePropertyInWords) {
+  const Outcome outcome =
+      zebcim({"--source", snapshotFile("two_cards"), "explain", "eth0", "activemaximumtransmissionunit"});
+  EXPECT_EQ(outcome.out,
+            "ActiveMaximumTransmissionUnit = 1500\n"
+            "    from what the kernel says\n"
+            "    links.mtu of eth0 is 1500; RTM_NEWLINK IFLA_MTU\n");
+  EXPECT_THAT(zebcim({"--source", snapshotFile("two_cards"), "explain", "eth0", "Mtu"}).err,
+              HasSubstr("has no property 'Mtu'"));
+}
+
+/// The one instance of each class that is served first.
+TEST_F(Explain, EveryPropertyOfEveryClass) {
+  std::map<std::string, std::set<std::string>> constants;
+  for (const char* const host : {"teams", "one_port"}) {
+    for (const json& one : jsonOf({"classes"}, host)) {
+      const std::string name = one["class"];
+      if (one["indication"] || name == "ZEB_ComputerSystem" || name.starts_with("ZEB_AutoStart")) continue;
+      const json instances = jsonOf({"instances", name}, host);
+      if (instances.empty()) continue;
+      const json explained = jsonOf({"explain", instances[0]["path"]}, host);
+      EXPECT_EQ(explained["path"], instances[0]["path"]);
+      for (const auto& [property, value] : instances[0]["properties"].items()) {
+        const json why = propertyOf(explained, property);
+        ASSERT_FALSE(why.is_null()) << name << "." << property;
+        if (why["source"] != "setting") {
+          EXPECT_EQ(why["value"], value) << name << "." << property;
+        }
+        const bool ofFacts = why["source"] == "facts" || why["source"] == "fallback";
+        EXPECT_TRUE(!ofFacts || !why["facts"].empty()) << name << "." << property;
+        for (const json& fact : why["facts"]) EXPECT_TRUE(fact["from"].is_string()) << fact;
+        if (why["source"] == "constant") constants[name + "." + property].insert(value.dump());
+      }
+    }
+  }
+  // What is said to be always the same is so on both hosts.
+  for (const auto& [property, values] : constants) EXPECT_EQ(values.size(), 1U) << property;
+}
+
+}  // namespace
+}  // namespace ZebManager
