@@ -35,4 +35,8 @@ inline constexpr unsigned kDeepestOfAll = 256;
 /// Throws MessageError.
 CimMessage readMessage(std::string_view body, unsigned deepest = kDeepestElement);
 
+/// A request that `readMessage` takes, with one namespace in the place of another, wherever it is named.
+/// Throws MessageError.
+std::string withNameSpace(std::string_view body, std::string_view from, std::string_view to);
+
 }  // namespace ZebManager

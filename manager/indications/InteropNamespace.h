@@ -23,6 +23,9 @@ struct InteropSettings {
   std::string sourceNameSpace = "root/jxv";  ///< where indications come from
   std::size_t mostInstances = 1000;          ///< that clients may have made
   std::size_t mostBytes = 4U << 20;          ///< of all their texts
+  std::vector<std::string> aliases = {};     ///< other names of that namespace
+  std::uint64_t retryInterval = 60;  ///< seconds between two deliveries of an indication, at the longest
+  std::uint64_t retryTime = 86400;   ///< seconds after which one is given up
 };
 
 class InteropTable;

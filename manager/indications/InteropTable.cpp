@@ -9,14 +9,6 @@
 namespace ZebManager {
 namespace {
 
-constexpr char kManager[] = "zebcim";
-
-CMPIData small(CMPIType type, std::uint64_t number) {
-  CMPIValue value{};
-  value.uint64 = number;
-  return dataOf(type, value);
-}
-
 /// By the date when it is asked; later changes of the date have no part in it.
 std::optional<BootClock::time_point> endOf(const StoredInstance& subscription) {
   const auto duration = subscription.number("SubscriptionDuration");
@@ -147,34 +139,6 @@ void InteropTable::change(const std::function<void()>& write) {
     if (!error.damaged()) throw;
     saveAnew(error.what());
     write();
-  }
-}
-
-void InteropTable::addFixed() {
-  const auto add = [this](const char* className, const std::function<void(StoredInstance&)>& fill) {
-    const ClassDef* const classDef = _repository.find(className);
-    if (!classDef) return;
-    auto stored = std::make_unique<StoredInstance>(*classDef, kInteropNameSpace);
-    fill(*stored);
-    _rules.complete(*stored);
-    stored->fixed = true;
-    complete(*stored);
-    take(std::move(stored));
-  };
-  add("CIM_ObjectManager", [](StoredInstance& manager) {
-    manager.setText("Name", kManager);
-    manager.setText("ElementName", kManager);
-    manager.set("Started", small(CMPI_boolean, 1));
-    manager.set("EnabledState", small(CMPI_uint16, 2));
-    manager.set("GatherStatisticalData", small(CMPI_boolean, 0));
-  });
-  for (const std::string& nameSpace : {std::string(kInteropNameSpace), _settings.sourceNameSpace}) {
-    add("CIM_Namespace", [&](StoredInstance& described) {
-      described.setText("ObjectManagerCreationClassName", "CIM_ObjectManager");
-      described.setText("ObjectManagerName", kManager);
-      described.setText("Name", nameSpace);
-      described.set("ClassInfo", small(CMPI_uint16, 0));
-    });
   }
 }
 

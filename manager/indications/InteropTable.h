@@ -58,6 +58,13 @@ class InteropTable {
   void saveAnew(const std::string& why);
   void completeFile();
   void addFixed();
+  const StoredInstance& addFixed(const char* className, const std::function<void(StoredInstance&)>& fill);
+  /// What an association refers to in a role.
+  struct Ended {
+    const char* role;
+    const StoredInstance& instance;
+  };
+  void addLink(const char* className, const Ended& one, const Ended& other);
   void linksThrough(const StoredInstance& association, const std::string& from,
                     const AssociationFilter& filter, std::vector<Link>& links) const;
 

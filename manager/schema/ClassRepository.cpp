@@ -1,6 +1,8 @@
 #include "schema/ClassRepository.h"
 
 #include <algorithm>
+#include <functional>
+#include <set>
 
 #include "schema/ClassDeclaration.h"
 
@@ -197,6 +199,24 @@ void ClassRepository::add(ClassDeclaration declaration) {
   if (superclass) superclass->subclasses.push_back(def.get());
   _index.emplace(def->name, def.get());
   _classes.push_back(std::move(def));
+}
+
+void ClassRepository::leaveOutUnused() {
+  std::set<const ClassDef*> used;
+  const std::function<void(const ClassDef*)> use = [&](const ClassDef* def) {
+    for (; def && used.insert(def).second; def = def->superclass) {
+      for (const PropertyDef& property : def->properties) {
+        if (property.type == CMPI_ref) use(find(property.referenceClass));
+      }
+    }
+  };
+  for (const auto& def : _classes) {
+    if (!def->abstract) use(def.get());
+  }
+  const auto unused = [&](const ClassDef* def) { return !used.contains(def); };
+  for (const auto& def : _classes) std::erase_if(def->subclasses, unused);
+  std::erase_if(_index, [&](const auto& entry) { return unused(entry.second); });
+  std::erase_if(_classes, [&](const auto& def) { return unused(def.get()); });
 }
 
 void ClassRepository::checkReferences() const {

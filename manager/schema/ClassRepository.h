@@ -112,6 +112,9 @@ class ClassRepository {
   /// Takes a class in: resolves its superclass and what it inherits. Throws SchemaError when it contradicts
   /// what is there.
   void add(ClassDeclaration declaration);
+  /// Leaves out classes that no instance can have to do with: that have none themselves, are above no class
+  /// that has, and are what no reference of such a class leads to.
+  void leaveOutUnused();
   /// Checks what can only be checked when every class is known. Throws SchemaError.
   void checkReferences() const;
 

@@ -41,7 +41,12 @@ Router::Router(Authenticator& users, ProviderSupervisor& plugin, const ClassRepo
       _pulled(settings.pull),
       _hosts(settings.names),
       _resources(std::move(resources)),
-      _deepest(settings.requestDepth) {}
+      _deepest(settings.requestDepth) {
+  _aliases.emplace_back("interop", kInterop);
+  for (const std::string& alias : settings.aliases) {
+    if (!sameName(alias, kInterop) && !sameName(alias, kNameSpace)) _aliases.emplace_back(alias, kNameSpace);
+  }
+}
 
 std::optional<HttpAnswer> Router::refuse(const HttpHead& head) const {
   if (auto refusal = refuseAmbiguous(head)) return refusal;
@@ -79,6 +84,12 @@ std::string Router::performOnPlugin(std::string_view message, bool repeatable) {
 
 /// `user`: empty for nobody.
 std::string Router::perform(std::string_view body, const CimMessage& message, const std::string& user) {
+  for (const auto& [alias, nameSpace] : _aliases) {
+    if (!sameName(message.nameSpace, alias)) continue;
+    CimMessage own = message;
+    own.nameSpace = nameSpace;
+    return perform(withNameSpace(body, alias, nameSpace), own, user);
+  }
   Namespace* const interop = sameName(message.nameSpace, kInterop) ? _interop : nullptr;
   if (!interop && !sameName(message.nameSpace, kNameSpace)) {
     return errorAnswer(message, CMPI_RC_ERR_INVALID_NAMESPACE,

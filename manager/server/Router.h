@@ -48,6 +48,7 @@ class Router {
   PluginNamespace _classes;
   Namespace* const _interop;
   PulledOperations _pulled;
+  std::vector<std::pair<std::string, std::string>> _aliases;  ///< of namespaces, and what they stand for
   const HostNames _hosts;
   const Resources _resources;
   const unsigned _deepest;  ///< of elements of a request in each other

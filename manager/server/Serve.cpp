@@ -112,7 +112,10 @@ SupervisorOptions supervisorOptions(const Options& options, const ServerSettings
 }
 
 ClassRepository interopClasses(const std::string& schema) {
-  return ClassRepository::fromFile(std::filesystem::path(schema).replace_filename("interop.mof").string());
+  ClassRepository classes =
+      ClassRepository::fromFile(std::filesystem::path(schema).replace_filename("interop.mof").string());
+  classes.leaveOutUnused();
+  return classes;
 }
 
 /// No name that a client can give a filter begins so.
@@ -159,6 +162,10 @@ class Core {
   static InteropSettings interopSettings(const ServerSettings& settings) {
     InteropSettings interop;
     interop.directory = settings.stateDirectory;
+    interop.aliases = settings.aliases;
+    using std::chrono::ceil, std::chrono::seconds;
+    interop.retryInterval = static_cast<std::uint64_t>(ceil<seconds>(settings.delivery.longestPause).count());
+    interop.retryTime = static_cast<std::uint64_t>(settings.delivery.longestWait.count());
     return interop;
   }
 

@@ -18,6 +18,7 @@ struct ServerSettings {
       "127.0.0.1:5988";  ///< address and port, or none (see `isNowhere`); port 0: any that is free
   std::string https = "127.0.0.1:5989";  ///< likewise
   std::vector<std::string> names;        ///< of this machine, besides those that it knows
+  std::vector<std::string> aliases;      ///< other names of the namespace that the plug-in serves
   std::string certificate;               ///< PEM file; without it the server makes one
   std::string key;                       ///< PEM file; empty: it is in the file of the certificate
   LoginSettings login;

@@ -66,6 +66,7 @@ constexpr std::array kFlags = {
 };
 
 constexpr std::array kLists = {
+    TextsRow{"serve.aliases", [](ServerSettings& s) -> std::vector<std::string>& { return s.aliases; }},
     TextsRow{"listen.names", [](ServerSettings& s) -> std::vector<std::string>& { return s.names; }},
 };
 

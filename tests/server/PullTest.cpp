@@ -46,7 +46,7 @@ class PulledServerTest : public testing::Test {
  protected:
   static void SetUpTestSuite() {
     server = std::make_unique<Server>(std::vector<std::string>{"--source", ZEB_SNAPSHOTS "/two_cards.json"},
-                                      "[limits]\nenumerations = 260\n");
+                                      "[limits]\nenumerations = 260\n[serve]\naliases = [\"root/cimv2\"]\n");
   }
   static void TearDownTestSuite() { server.reset(); }
 
@@ -98,8 +98,22 @@ TEST_F(PulledServerTest, PiecesTogetherAreTheWhole) {
 
 TEST_F(PulledServerTest, SubscriptionsArePulledLikeTheRest) {
   const auto whole = instancesIn(ask("EnumerateInstances", ofClass("CIM_Namespace"), {}, "interop"));
-  EXPECT_EQ(whole.size(), 2U);
+  EXPECT_EQ(whole.size(), 3U) << "with the other name of one";
   EXPECT_EQ(pulled("CIM_Namespace", 1, "interop"), whole);
+}
+
+TEST_F(PulledServerTest, NamespacesHaveOtherNames) {
+  const std::string ports = ofClass("ZEB_EthernetPort");
+  const auto whole = instancesIn(ask("EnumerateInstances", ports));
+  EXPECT_EQ(instancesIn(ask("EnumerateInstances", ports, {}, "cimv2")), whole);
+  const std::string opened = ask("OpenEnumerateInstances", ports, {}, "cimv2");
+  EXPECT_EQ(instancesIn(pull(contextIn(opened), "100")), whole);
+  const std::string interop = ZebManager::exchange(
+      server->http(), post(call("EnumerateClassNames", "", {"interop"}), "EnumerateClassNames", "interop"));
+  EXPECT_THAT(interop, HasSubstr("<CLASSNAME NAME=\"CIM_ManagedElement\"/>"));
+  const std::string deep = ask("EnumerateClassNames", value("DeepInheritance", "TRUE"), {}, "interop");
+  EXPECT_THAT(deep, HasSubstr("<CLASSNAME NAME=\"CIM_RegisteredProfile\"/>"));
+  EXPECT_THAT(deep, testing::Not(HasSubstr("CIM_EthernetPort")));
 }
 
 TEST_F(PulledServerTest, AContextIsItsUsers) {

@@ -119,5 +119,16 @@ TEST_F(CimxmlTest, DocumentTypesAreHarmless) {
             "400 request-not-well-formed");
 }
 
+TEST(CimxmlMessageTest, ANamespaceTakesThePlaceOfItsOtherName) {
+  const auto named = [](const std::string& nameSpace) {
+    return request("<IMETHODCALL NAME=\"GetInstance\"><LOCALNAMESPACEPATH>" + nameSpace +
+                   "</LOCALNAMESPACEPATH></IMETHODCALL>");
+  };
+  const std::string other = "<NAMESPACE NAME=\"root\"/><NAMESPACE NAME=\"CIMV2\"/>";
+  EXPECT_EQ(readMessage(withNameSpace(named(other), "root/cimv2", "root/jxv")).nameSpace, "root/jxv");
+  EXPECT_EQ(readMessage(withNameSpace(named("<NAMESPACE NAME=\"a\"/>"), "root/cimv2", "root/jxv")).nameSpace,
+            "a");
+}
+
 }  // namespace
 }  // namespace ZebManager

@@ -133,8 +133,9 @@ TEST_F(Interop, EnumerationsReachSubclasses) {
   EXPECT_THAT(paths(space->enumerateInstances("cim_indicationfilter", nullptr)),
               ElementsAre(filterPath("f")));
   EXPECT_THAT(space->enumerateInstanceNames("CIM_AbstractIndicationSubscription").items(), SizeIs(1));
-  EXPECT_THAT(space->enumerateInstances("CIM_ManagedElement", nullptr).items(), SizeIs(6))
-      << "three that were made here, two namespaces, the object manager";
+  EXPECT_THAT(space->enumerateInstances("CIM_ManagedElement", nullptr).items(), SizeIs(11))
+      << "three that were made here, two namespaces, and one each of the system, the object manager, its "
+         "protocol, the service of indications, its capabilities, the profile";
   EXPECT_EQ(space->enumerateInstances("CIM_Nothing", nullptr).code, CMPI_RC_ERR_INVALID_CLASS);
   EXPECT_EQ(space->enumerateInstanceNames("CIM_Nothing").code, CMPI_RC_ERR_INVALID_CLASS);
 }
@@ -153,6 +154,28 @@ TEST_F(Interop, NamespacesAreDescribed) {
           .code,
       CMPI_RC_ERR_NOT_SUPPORTED);
   EXPECT_THAT(space->enumerateInstanceNames("CIM_ObjectManager").items(), SizeIs(1));
+}
+
+TEST_F(Interop, TheServerIsDescribed) {
+  const auto only = [&](const char* className) {
+    const auto found = paths(space->enumerateInstanceNames(className));
+    EXPECT_THAT(found, SizeIs(1)) << className;
+    return found.empty() ? std::string() : found[0];
+  };
+  const std::string manager = only("CIM_ObjectManager");
+  const std::string service = only("CIM_IndicationService");
+  const auto associated = [&](const std::string& from, const char* association) {
+    return paths(space->associatorNames(*path(from), {association, "", "", ""}));
+  };
+  EXPECT_THAT(associated(manager, "CIM_CommMechanismForManager"),
+              ElementsAre(only("CIM_ObjectManagerCommunicationMechanism")));
+  EXPECT_THAT(associated(manager, "CIM_NamespaceInManager"), SizeIs(2));
+  EXPECT_THAT(associated(service, "CIM_ElementCapabilities"), ElementsAre(only("CIM_Capabilities")));
+  EXPECT_THAT(associated(only("ZEB_ComputerSystem"), "CIM_HostedService"),
+              UnorderedElementsAre(manager, service));
+  EXPECT_THAT(associated(only("CIM_RegisteredProfile"), "CIM_ElementConformsToProfile"),
+              ElementsAre(only("CIM_RegisteredProfile")));
+  EXPECT_EQ(space->deleteInstance(*path(service)).code, CMPI_RC_ERR_NOT_SUPPORTED);
 }
 
 TEST_F(Interop, PropertyListsNarrow) {

@@ -344,5 +344,21 @@ TEST(Schema, EveryReferenceNarrowsTheOneThatItOverrides) {
   }
 }
 
+TEST(Schema, ClassesWithoutAUseAreLeftOut) {
+  auto repository = ClassRepository::fromText(
+      "[Abstract] class Base { [Key] string Name; }; [Abstract] class Unused : Base { }; class Used : Base { "
+      "};"
+      "[Abstract] class End { [Key] string Name; }; [Association] class Link { [Key] Used REF One; [Key] End "
+      "REF "
+      "Other; };",
+      "test.mof");
+  repository.leaveOutUnused();
+  EXPECT_EQ(repository.find("Unused"), nullptr);
+  for (const char* const name : {"Base", "Used", "End", "Link"})
+    EXPECT_NE(repository.find(name), nullptr) << name;
+  EXPECT_EQ(repository.classes().size(), 4U);
+  EXPECT_EQ(repository.find("Base")->subclasses.size(), 1U);
+}
+
 }  // namespace
 }  // namespace ZebManager

@@ -316,8 +316,9 @@ TEST(ServerSettings, TheShippedFileNamesEveryKeyAndItsDefault) {
   }
   const SettingsFile file(content);
   EXPECT_THAT(file.warnings(), IsEmpty());
-  // All but access.pam-folder, and with listen.names and delivery.verify-listeners.
-  EXPECT_EQ(keys, kNumbers.size() + kTexts.size() + 1);
+  // All but access.pam-folder, and with listen.names, serve.aliases and delivery.verify-listeners.
+  EXPECT_EQ(keys, kNumbers.size() + kTexts.size() + 2);
+  EXPECT_THAT(content, testing::HasSubstr("\naliases = []\n"));
   EXPECT_THAT(content, testing::HasSubstr("\nnames = []\n"));
   EXPECT_THAT(content, testing::HasSubstr("\nverify-listeners = true\n"));
   for (const Number& number : kNumbers) EXPECT_EQ(number.of(file.settings()), number.byDefault) << number.key;
