@@ -5,6 +5,7 @@
 
 #include "broker/Broker.h"
 #include "cimxml/Answer.h"
+#include "server/Compression.h"
 
 namespace ZebManager {
 namespace {
@@ -138,7 +139,7 @@ HttpAnswer Router::resourceAnswer(const HttpHead& head) const {
 
 HttpAnswer Router::handle(const HttpHead& head, const std::optional<User>& user, std::string_view body) {
   if (isForResource(head, _resources)) return resourceAnswer(head);
-  return extended(head, answerTo(head, user, body));
+  return compressed(head, extended(head, answerTo(head, user, body)));
 }
 
 }  // namespace ZebManager
