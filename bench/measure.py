@@ -129,6 +129,15 @@ class Bench:
             for name in ("cold", "enumerate", "get", "associators", "references"):
                 self.figures.add("recorded_" + name, ports, answer[name])
 
+    def wire(self, ports):
+        """The server with the same recorded ports, in the same minute as the plug-in through its interface."""
+        file = self.folder / f"server{ports}.json"
+        for _ in range(self.plan.runs):
+            out = subprocess.run([sys.executable, str(BENCH / "wire.py"), str(BUILD / "manager" / "zebcim"),
+                                  str(BUILD / "provider" / "libZEBEthernetPortProvider.so"), str(file), "5"],
+                                 check=True, env=self.environment(), stdout=subprocess.PIPE, timeout=600).stdout
+            self.figures.add_all(ports, json.loads(out))
+
     def teams(self):
         """Passes over recorded teams: the kernels that this runs on need not know bonding."""
         files = {teams: self.folder / f"teams{teams}.json" for teams in (100, 1000)}
@@ -176,8 +185,9 @@ def measure(plan, folder, figures):
         bench.builds()
         bench.store()
         bench.teams()
-        for ports in (1000, 10000):
+        for ports in (1000, 4000, 10000):
             bench.recorded(ports)
+            bench.wire(ports)
         say("1 port")
         with Lab(1) as lab:
             bench.alerts(lab)

@@ -78,6 +78,18 @@ def rows(r):
                               ("zebcim_service", "the same with a service", 30),
                               ("zebcim_get", "`zebcim get` of one of 1,000 ports, with a service", 10)):
         yield what, r.of("tool_" + name, 1000), " ms", limit, None
+    yield ("enumerate 1,000 recorded ports over HTTP against the C interface",
+           r.ratios("wire_whole", 1000, "recorded_enumerate", 1000), " times", 2, None)
+    yield ("the same of 4,000 ports, a port, against 1,000",
+           [v / 4 for v in r.ratios("wire_whole", 4000, "wire_whole", 1000)], " times", 1.1, None)
+    yield ("memory for 10,000 ports, 100 at a time, against one answer",
+           [100 * v for v in r.ratios("wire_pull_kib", 10000, "wire_whole_kib", 10000)], " %", 10, None)
+    yield ("the first 100 of 10,000 ports against one answer",
+           [100 * v for v in r.ratios("wire_pull_first", 10000, "wire_whole", 10000)], " %", None, None)
+    yield ("10,000 ports 100 at a time against one answer", r.ratios("wire_pull", 10000, "wire_whole", 10000),
+           " times", None, None)
+    yield ("bytes of 1,000 ports, compressed",
+           [100 * v for v in r.ratios("wire_gzip_bytes", 1000, "wire_bytes", 1000)], " %", None, None)
     for ports, limit in ((1, 150), (1000, 400)):
         name = "1 port" if ports == 1 else f"{ports:,} ports"
         delays = r.of("alert_delays", ports)

@@ -5,6 +5,8 @@
 #include <string>
 
 #include "cimxml/Answer.h"
+#include "cimxml/EnumerationSteps.h"
+#include "pull/PulledOperations.h"
 #include "values/Values.h"
 
 namespace {
@@ -67,14 +69,40 @@ class Echo : public Namespace {
   const ClassRepository& _repository;
 };
 
+/// What a server answers: operations that pull have their own.
+std::string answered(std::string_view body, Echo& target) {
+  static PulledOperations pulled(PullLimits{});
+  const CimMessage message = readMessage(body);
+  static_cast<void>(withNameSpace(body, "root/cimv2", "root/jxv"));
+  if (!PulledOperations::have(message)) return answer(body, target);
+  return pulled.answer(body, message, "user",
+                       [&](const std::string& step) { return performStep(step, target); });
+}
+
+/// The bytes as a step and as an answer to one: refused, or performed.
+void asStep(std::string_view bytes, Echo& target) {
+  try {
+    if (isStep(bytes)) static_cast<void>(performStep(bytes, target));
+    static_cast<void>(readFetched(bytes));
+  } catch (const std::runtime_error&) {
+    // what it is for
+  }
+  try {
+    static_cast<void>(readOpened(bytes));
+  } catch (const std::runtime_error&) {
+  }
+}
+
 }  // namespace
 
 /// The bytes as a request: refused, or answered with a document that can be read.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const auto repository = ClassRepository::fromText(kSchema, "fuzz.mof");
+  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
   Echo target(repository);
+  asStep(bytes, target);
   try {
-    const std::string document = answer({reinterpret_cast<const char*>(data), size}, target);
+    const std::string document = answered(bytes, target);
     pugi::xml_document read;
     if (!read.load_string(document.c_str())) std::abort();
   } catch (const MessageError& error) {
