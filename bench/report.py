@@ -12,10 +12,11 @@ import tempfile
 import time
 
 TOOLS = {"ip": "`ip -j -s -d link`", "ethtool": "`ethtool`, once a port", "lshw": "`lshw -class network -json`",
-         "snmp": "SNMP walk of the interface tables", "exporter": "node exporter, netclass and ethtool",
+         "snmp": "SNMP walk of the interface tables", "exporter": "node exporter: netclass, ethtool, netdev, bonding",
          "zebcim": "`zebcim --json instances ZEB_EthernetPort`, started anew",
          "zebcim_service": "the same with a service that is asked",
-         "zebcim_get": "`zebcim get` of one port with a service"}
+         "zebcim_get": "`zebcim get` of one port with a service",
+         "metrics": "`zebcim metrics`, started anew", "scrape": "`GET /metrics` of a service"}
 PACKAGES = ["iproute2", "ethtool", "lshw", "snmpd", "prometheus-node-exporter", "libsqlite3-0", "g++"]
 
 
@@ -137,7 +138,7 @@ PICTURES = [
     ("cold", "Cold start to a full model", "ms", [("cold", "first answer to come")]),
     ("enumerate", "All ports, beside the tools", "ms",
      [("enumerate", "plug-in: ports"), ("enumerate_facts", "plug-in: ports and counters"), ("tool_ip", "ip"),
-      ("tool_snmp", "snmpd"), ("tool_lshw", "lshw"), ("tool_exporter", "node exporter"),
+      ("tool_snmp", "snmpd"), ("tool_lshw", "lshw"), ("tool_exporter", "node exporter"), ("tool_scrape", "scrape"),
       ("tool_ethtool", "ethtool")]),
     ("requests", "Requests about one port", "ms",
      [("get", "getInstance"), ("associators", "associators"), ("references", "references")]),

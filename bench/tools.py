@@ -14,7 +14,7 @@ import tempfile
 import time
 import urllib.request
 
-SNMP_PORT, EXPORTER_PORT = 16161, 19100
+SNMP_PORT, EXPORTER_PORT, SERVICE_PORT = 16161, 19100, 15988
 COMMUNITY = "bench"
 
 
@@ -73,11 +73,15 @@ class Daemon:
         return process_seconds(self.process.pid) + children_seconds()
 
 
+def scrape(port, limit):
+    with urllib.request.urlopen(f"http://127.0.0.1:{port}/metrics", timeout=limit) as answer:
+        answer.read()
+
+
 class Exporter(Daemon):
     def __init__(self):
-        self.url = f"http://127.0.0.1:{EXPORTER_PORT}/metrics"
         super().__init__(["prometheus-node-exporter", "--collector.disable-defaults", "--collector.netclass",
-                          "--collector.ethtool", "--log.level=error",
+                          "--collector.ethtool", "--collector.netdev", "--collector.bonding", "--log.level=error",
                           f"--web.listen-address=127.0.0.1:{EXPORTER_PORT}"], self.listening)
 
     @staticmethod
@@ -86,8 +90,7 @@ class Exporter(Daemon):
             return connection.connect_ex(("127.0.0.1", EXPORTER_PORT)) == 0
 
     def once(self, limit):
-        with urllib.request.urlopen(self.url, timeout=limit) as answer:
-            answer.read()
+        scrape(EXPORTER_PORT, limit)
 
 
 class Service(Daemon):
@@ -98,8 +101,8 @@ class Service(Daemon):
         self.environment = {**os.environ, "ZEB_RUN_DIR": run, "ZEB_AUTOSTART": "1"}
         self.words = [zebcim, *words]
         self.socket = os.path.join(run, "zebcim", "socket")
-        super().__init__(["env", f"ZEB_RUN_DIR={run}", zebcim, "serve", "--state", state, "--http", "127.0.0.1:0",
-                          "--https", "none"], lambda: os.path.exists(self.socket) and self.answers())
+        super().__init__(["env", f"ZEB_RUN_DIR={run}", zebcim, "serve", "--state", state, "--http",
+                          f"127.0.0.1:{SERVICE_PORT}", "--https", "none"], lambda: os.path.exists(self.socket) and self.answers())
 
     def answers(self):
         return subprocess.run(self.words, env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
@@ -115,6 +118,16 @@ class Service(Daemon):
     def __exit__(self, *_):
         self.process.terminate()
         self.process.wait()
+
+
+class Scrape(Service):
+    """The metrics of that service, over HTTP."""
+
+    def __init__(self, zebcim, folder):
+        super().__init__(zebcim, folder, "get", "e0")
+
+    def once(self, limit):
+        scrape(SERVICE_PORT, limit)
 
 
 class Snmp(Daemon):
@@ -169,6 +182,8 @@ def main():
             "zebcim": lambda: Command(zebcim, "--include-virtual", "--json", "instances", "ZEB_EthernetPort"),
             "zebcim_service": lambda: Service(zebcim, folder, "--json", "instances", "ZEB_EthernetPort"),
             "zebcim_get": lambda: Service(zebcim, folder, "get", "e0"),
+            "metrics": lambda: Command(zebcim, "--include-virtual", "metrics"),
+            "scrape": lambda: Scrape(zebcim, folder),
             "ethtool": lambda: Command("bash", "-c", each),
             "lshw": lambda: Command("lshw", "-class", "network", "-json"),
             "exporter": Exporter,
