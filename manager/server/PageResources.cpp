@@ -64,10 +64,9 @@ HttpAnswer instanceFor(const HttpHead& head, Namespace& model) {
 }
 
 HttpAnswer explanationFor(const HttpHead& head, Explanations& explanations) {
-  constexpr std::chrono::seconds kWhenBusy{2};
   try {
     auto json = explanations.of(head.argument("path"));
-    return json ? jsonAnswer(200, std::move(*json)) : busy(kWhenBusy);
+    return json ? jsonAnswer(200, std::move(*json)) : jsonAnswer(202, "{}");
   } catch (const ManagerError& error) {
     return jsonError(404, error.what());
   }

@@ -96,13 +96,13 @@ function reason(fact) {
 }
 
 /// Which fact of the kernel's gave each value. It takes the server a moment to find out.
-async function showWhy(path, tries = 5) {
+async function showWhy(path, tries = 10) {
   const line = byId("detail-why");
   if (shown?.path !== path || !line) return;
   line.textContent = "Finding out where each value comes from …";
   const answer = await fetch(`explain?path=${encodeURIComponent(path)}`).catch(() => null);
-  if (answer?.status === 503 && tries > 0) return setTimeout(() => showWhy(path, tries - 1), 2000);
-  const explained = answer?.ok ? await answer.json() : null;
+  if (answer?.status === 202 && tries > 0) return setTimeout(() => showWhy(path, tries - 1), 2000);
+  const explained = answer?.status === 200 ? await answer.json() : null;
   if (shown?.path !== path || !byId("detail-why")) return;
   line.textContent = explained ? "" : "Where values come from cannot be found out now.";
   shown.why = new Map(explained?.properties.map((one) => [one.property, one]));
