@@ -171,7 +171,7 @@ TEST_F(PulledServerTest, AHundredClientsThatGoAwayHinderNobody) {
     const std::string answer = ask("OpenEnumerateInstances", ofClass("CIM_ManagedElement"), kDaemon);
     refused += answer.find("<ERROR CODE=\"27\"") != std::string::npos ? 1 : 0;
   }
-  EXPECT_EQ(refused, 20) << "half of all places are one user's";
+  EXPECT_EQ(refused, 150 - 65) << "a quarter of all places is one user's";
   EXPECT_FALSE(contextIn(ask("OpenEnumerateInstances", ofClass("ZEB_EthernetPort"), kRoot)).empty());
   EXPECT_LT(server->memory(), before + (32U << 20));
 }
