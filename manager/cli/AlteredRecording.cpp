@@ -42,9 +42,10 @@ Json otherThan(const Json& value, const RecordedFact& fact) {
   if (!value.is_string()) return value == fact.values[0] ? fact.values[1] : fact.values[0];
   const bool isWord = fact.values[0] == "one";
   if (!isWord) return value == fact.values[0] ? fact.values[1] : fact.values[0];
-  // As long as it was: the names of interfaces are bounded.
+  // As long as it was: the names of interfaces are bounded. Characters of several bytes stay whole.
   std::string text = value.get<std::string>();
-  std::ranges::rotate(text, text.begin() + 1);
+  const auto isFirst = [](char byte) { return (static_cast<unsigned char>(byte) & 0xc0) != 0x80; };
+  std::ranges::rotate(text, std::find_if(text.begin() + (text.empty() ? 0 : 1), text.end(), isFirst));
   return text == value.get<std::string>() ? text + "0" : text;
 }
 

@@ -71,7 +71,7 @@ void FrameReader::takeHeader() {
   Header header{};
   std::memcpy(&header, _header.data(), sizeof(header));
   if (header.kind < static_cast<std::uint32_t>(Frame::Kind::Filters) ||
-      header.kind > static_cast<std::uint32_t>(Frame::Kind::Name)) {
+      header.kind > static_cast<std::uint32_t>(Frame::kLast)) {
     throw FrameError("a frame of unknown kind " + std::to_string(header.kind));
   }
   if (header.length > _longestBody) {

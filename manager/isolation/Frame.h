@@ -36,6 +36,7 @@ struct Frame {
     Verdict,      ///< from that process: the number is the verdict
     Name,  ///< from a command: what is called so? The number is 1 when the last answer is not true any more
   };
+  static constexpr Kind kLast = Kind::Name;
 
   Kind kind = Kind::Filters;
   std::uint64_t number = 0;

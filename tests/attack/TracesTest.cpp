@@ -52,6 +52,14 @@ std::set<std::string> filesBelow(const std::filesystem::path& folder) {
   return files;
 }
 
+/// The first pass of the worker makes it, after the first answer.
+void waitForFile(const std::filesystem::path& file) {
+  const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+  while (!exists(file) && std::chrono::steady_clock::now() < patience)
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  EXPECT_TRUE(exists(file)) << file;
+}
+
 /// The same files as behind a server that was asked one thing, and no process.
 TEST(Traces, NothingIsLeftBehind) {
   REQUIRE_GROUND();
@@ -59,6 +67,7 @@ TEST(Traces, NothingIsLeftBehind) {
     Unit unit;
     EXPECT_EQ(statusOf(ask(unit.http(), instancesOf("ZEB_EthernetPort"))), 200);
     EXPECT_EQ(statusOf(ask(unit.http(), namesOfClasses(credentials("reader", "secret")))), 200);
+    waitForFile(unit.folder() / "store/status.json");
     attack(unit);
     EXPECT_EQ(unit.stop(), 0);
     const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(5);

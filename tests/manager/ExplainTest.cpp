@@ -106,6 +106,20 @@ TEST_F(Explain, OnePropertyInWords) {
               HasSubstr("has no property 'Mtu'"));
 }
 
+/// A fact is altered by characters, not by bytes.
+TEST_F(Explain, NamesWithCharactersOfSeveralBytes) {
+  json recording = json::parse(std::ifstream(snapshotFile("two_cards")));
+  recording["links"][0]["name"] = "\u00fcber";
+  recording["links"][1]["name"] = "\u202e";
+  recording["links"][0]["hardware"]["deviceName"] = "";
+  std::ofstream(folder / "host.json") << recording;
+  const Outcome outcome =
+      zebcim({"--source", folder / "host.json", "explain", "\u00fcber", "ActiveMaximumTransmissionUnit"});
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_THAT(outcome.out, HasSubstr("links.mtu of \u00fcber is 1500; RTM_NEWLINK IFLA_MTU"));
+}
+
 /// The one instance of each class that is served first.
 TEST_F(Explain, EveryPropertyOfEveryClass) {
   std::map<std::string, std::set<std::string>> constants;

@@ -99,7 +99,7 @@ TEST_F(Frames, OneOfAnUnknownKindIsRefused) {
   put(bytesOf(0, 0, 1, ""));
   EXPECT_THROW(reader.receive(far.get()), FrameError);
   FrameReader other;
-  put(bytesOf(static_cast<std::uint32_t>(Frame::Kind::Verdict) + 1, 0, 1, ""));
+  put(bytesOf(static_cast<std::uint32_t>(Frame::kLast) + 1, 0, 1, ""));
   EXPECT_THROW(other.receive(far.get()), FrameError);
 }
 
