@@ -120,13 +120,22 @@ TEST_F(Explain, NamesWithCharactersOfSeveralBytes) {
   EXPECT_THAT(outcome.out, HasSubstr("links.mtu of \u00fcber is 1500; RTM_NEWLINK IFLA_MTU"));
 }
 
+/// A trial takes more than twenty times as long there, and is the same code for each class.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr int kEvery = 8;
+#else
+constexpr int kEvery = 1;
+#endif
+
 /// The one instance of each class that is served first.
 TEST_F(Explain, EveryPropertyOfEveryClass) {
+  int number = 0;
   std::map<std::string, std::set<std::string>> constants;
   for (const char* const host : {"teams", "one_port"}) {
     for (const json& one : jsonOf({"classes"}, host)) {
       const std::string name = one["class"];
       if (one["indication"] || name == "ZEB_ComputerSystem" || name.starts_with("ZEB_AutoStart")) continue;
+      if (number++ % kEvery != 0) continue;
       const json instances = jsonOf({"instances", name}, host);
       if (instances.empty()) continue;
       const json explained = jsonOf({"explain", instances[0]["path"]}, host);
