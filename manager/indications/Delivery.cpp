@@ -22,17 +22,6 @@ constexpr std::chrono::milliseconds kLongestPoll = std::chrono::minutes(1);
 /// After an error of the queue's file, which no listener can help.
 constexpr std::chrono::milliseconds kPauseOfQueue = std::chrono::seconds(5);
 
-struct EndMulti {
-  void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
-};
-
-CURLM* newMulti() {
-  static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
-  CURLM* const multi = ready == CURLE_OK ? curl_multi_init() : nullptr;
-  if (!multi) throw ManagerError("the library for exports cannot be used");
-  return multi;
-}
-
 }  // namespace
 
 /// The mutex guards the queue and what the callers leave for the thread; listeners are the thread's alone.
@@ -92,7 +81,7 @@ class Delivery::Exporter {
   std::set<std::string> _touched;  // handlers that something was queued for
   bool _stopping = false;
 
-  std::unique_ptr<CURLM, EndMulti> _multi;
+  const Multi _multi;
   std::map<std::string, Destination> _destinations;  // by handler
   Clock::time_point _resume = Clock::time_point::min();
   std::thread _thread;
@@ -224,7 +213,7 @@ void Delivery::Exporter::conclude(const std::string& handler, Destination& desti
   using Kind = WbemListener::Outcome::Kind;
   WbemListener& listener = destination.listener;
   const std::int64_t id = listener.sent();
-  const WbemListener::Outcome outcome = listener.finish(code);
+  const WbemListener::Outcome outcome = listener.conclude(code);
   if (outcome.kind == Kind::Acknowledged) {
     const unsigned failures = listener.recover();
     if (failures > 0) _log("listener " + listener.url() + " answers again");

@@ -9,24 +9,19 @@
 #include <vector>
 
 #include "indications/BootClock.h"
+#include "indications/PostSettings.h"
 #include "indications/Subscription.h"
 
 namespace ZebManager {
 
-struct DeliverySettings {
+struct DeliverySettings : PostSettings {
   std::string directory;                  ///< of the queue's file; made when it is missing
   std::size_t mostWaiting = 10'000;       ///< for one listener
   std::size_t mostBytes = 64U << 20;      ///< for all listeners
   std::size_t mostHeldBytes = 16U << 20;  ///< of these, in memory while the file takes nothing
-  std::chrono::seconds longestWait = std::chrono::hours(24);       ///< then an indication is dropped
-  std::chrono::milliseconds firstPause = std::chrono::seconds(1);  ///< after a failure; doubled after each
-  std::chrono::milliseconds longestPause = std::chrono::seconds(60);
-  std::chrono::milliseconds connectTimeout = std::chrono::seconds(10);
-  std::chrono::milliseconds answerTimeout = std::chrono::seconds(30);  ///< of one export as a whole
-  unsigned mostRefusals = 10;   ///< times that a listener may answer an indication with a CIM error
-  bool verifyListeners = true;  ///< whether an HTTPS listener has to show a certificate that can be trusted
+  std::chrono::seconds longestWait = std::chrono::hours(24);  ///< then an indication is dropped
+  unsigned mostRefusals = 10;  ///< times that a listener may answer an indication with a CIM error
   BootClock::time_point (*clock)() = &BootClock::now;  ///< for ages of indications and ends of subscriptions
-  std::string trustedCertificates;  ///< file of certificates (PEM) that are trusted; empty: the system's
 };
 
 /// Indications wait in a file, in the order in which they came, until their listener has acknowledged them;

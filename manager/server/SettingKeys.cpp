@@ -62,7 +62,7 @@ constexpr std::array kTexts = {
 
 constexpr std::array kFlags = {
     FlagRow{"delivery.verify-listeners",
-            [](ServerSettings& s) -> bool& { return s.delivery.verifyListeners; }},
+            [](ServerSettings& s) -> bool& { return s.delivery.verifyCertificates; }},
 };
 
 constexpr std::array kLists = {

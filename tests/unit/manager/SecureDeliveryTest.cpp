@@ -36,7 +36,7 @@ TEST_F(SecureDeliveries, WaitForATrustedCertificate) {
 }
 
 TEST_F(SecureDeliveries, GoToAnyoneWhenToldTo) {
-  settings.verifyListeners = false;
+  settings.verifyCertificates = false;
   start(listener.url());
   deliver(1, 1);
   ASSERT_TRUE(listener.waitFor(1));
@@ -45,7 +45,7 @@ TEST_F(SecureDeliveries, GoToAnyoneWhenToldTo) {
 TEST_F(SecureDeliveries, WaitForTlsThatIsNotTooOld) {
   const TestCertificate old("NORMAL:-VERS-ALL:+VERS-TLS1.1:+VERS-TLS1.0");
   TestListener antique([](std::size_t, const auto&) { return TestListener::acknowledgement(); }, 0, &old);
-  settings.verifyListeners = false;
+  settings.verifyCertificates = false;
   start(antique.url());
   deliver(1, 1);
   EXPECT_TRUE(logs("unsupported")) << "version or protocol, by the library that curl has";

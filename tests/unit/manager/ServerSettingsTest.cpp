@@ -213,10 +213,10 @@ TEST(ServerSettings, NamesOfTheMachineAreAListOfTexts) {
 
 TEST(ServerSettings, ListenersAreVerifiedUnlessTheFileSaysOtherwise) {
   const std::string key = "delivery.verify-listeners";
-  EXPECT_TRUE(ServerSettings().delivery.verifyListeners);
-  EXPECT_FALSE(SettingsFile(fileWith(key, "false")).settings().delivery.verifyListeners);
+  EXPECT_TRUE(ServerSettings().delivery.verifyCertificates);
+  EXPECT_FALSE(SettingsFile(fileWith(key, "false")).settings().delivery.verifyCertificates);
   const SettingsFile wrong(fileWith(key, "\"no\""));
-  EXPECT_TRUE(wrong.settings().delivery.verifyListeners);
+  EXPECT_TRUE(wrong.settings().delivery.verifyCertificates);
   EXPECT_THAT(wrong.warnings(),
               ElementsAre(":2: 'delivery.verify-listeners' has a bad value: expected true or false; the "
                           "default holds"));
