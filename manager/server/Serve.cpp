@@ -13,6 +13,7 @@
 #include <thread>
 #include <utility>
 
+#include "alertmanager/StraightAlerts.h"
 #include "cli/OwnFolders.h"
 #include "cli/Programs.h"
 #include "cli/Session.h"
@@ -64,8 +65,8 @@ std::string configurationOf(const Options& options) {
   return options.config.empty() ? kServerSettingsFile : options.config;
 }
 
-/// What a recording raises is not for the listeners of this machine: without a word on where, state goes with
-/// the server.
+/// What a recording raises is not for the listeners of this machine, nor for its Alertmanagers: without a
+/// word on where, state goes with the server.
 std::string stateOf(const Options& options, const ServerSettings& settings, OwnFolders* own) {
   if (!options.state.empty()) return options.state;
   const bool named = !options.config.empty() && settings.stateDirectory != ServerSettings().stateDirectory;
@@ -78,6 +79,7 @@ ServerSettings settingsOf(const Options& options, OwnFolders* own, Log& log) {
   if (!options.http.empty()) settings.http = options.http;
   if (!options.https.empty()) settings.https = options.https;
   settings.stateDirectory = stateOf(options, settings, own);
+  if (own && options.config.empty()) settings.alertmanager.urls.clear();
   return settings;
 }
 
@@ -134,14 +136,19 @@ class Core {
         _live(_model, options.source),
         _alerts(_classes),
         _explanations(options, _classes),
+        _straight(straightAlerts(settings, log)),
         _supervisor(supervisorOptions(options, settings, log),
                     [this](const auto& filters, const std::string& element) { deliver(filters, element); }),
         _interop(_interopClasses, _classes, interopSettings(settings), std::ref(log),
                  [this] { subscribe(); }) {
     subscribe();
+    if (_straight) _straight->follower.start();
   }
 
-  ~Core() { _live.stop(); }
+  ~Core() {
+    if (_straight) _straight->follower.stop();
+    _live.stop();
+  }
 
   const ClassRepository& classes() const { return _classes; }
   Namespace& model() { return _model; }
@@ -157,6 +164,12 @@ class Core {
     DeliverySettings delivery = settings.delivery;
     delivery.directory = settings.stateDirectory;
     return delivery;
+  }
+
+  std::unique_ptr<StraightAlerts> straightAlerts(const ServerSettings& settings, Log& log) {
+    if (settings.alertmanager.urls.empty()) return nullptr;
+    return std::make_unique<StraightAlerts>(settings.stateDirectory, settings.alertmanager, settings.delivery,
+                                            _model, std::ref(log));
   }
 
   static InteropSettings interopSettings(const ServerSettings& settings) {
@@ -175,6 +188,7 @@ class Core {
     _delivery.deliver(others, element);
     if (!forPages) return;
     _alerts.add(element);
+    if (_straight) _straight->follower.receive(element);
     _live.alert(element);
   }
 
@@ -198,6 +212,7 @@ class Core {
   LiveModel _live;
   AlertCounts _alerts;
   Explanations _explanations;
+  const std::unique_ptr<StraightAlerts> _straight;  ///< null without an Alertmanager
   ProviderSupervisor _supervisor;
   InteropNamespace _interop;
 };

@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 
+#include "alertmanager/AlertmanagerSettings.h"
 #include "cimxml/Message.h"
 #include "indications/Delivery.h"
 #include "isolation/ProviderSupervisor.h"
@@ -34,6 +35,7 @@ struct ServerSettings {
   PullLimits pull;                          ///< enumerations that clients take piece by piece
   SupervisorOptions plugin;                 ///< without program, arguments and log
   DeliverySettings delivery;                ///< without the directory
+  AlertmanagerSettings alertmanager;
 };
 
 /// Reads a file; one that is not there, where it `mayLack`, leaves everything its default. What is unknown or

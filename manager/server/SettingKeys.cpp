@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
+#include <utility>
 
 #include "server/ListeningSocket.h"
 
@@ -23,9 +25,13 @@ struct FlagRow {
   bool& (*of)(ServerSettings&);
 };
 
+constexpr char kNames[] = "a list of texts that are not empty";
+
 struct TextsRow {
   std::string_view key;
-  std::vector<std::string>& (*of)(ServerSettings&);
+  /// False when they do not fit.
+  bool (*set)(ServerSettings&, std::vector<std::string>);
+  const char* expected = kNames;
 };
 
 struct NumberRow {
@@ -58,6 +64,10 @@ constexpr std::array kTexts = {
             kName},
     TextRow{"delivery.trusted-certificates",
             [](ServerSettings& s) -> std::string& { return s.delivery.trustedCertificates; }},
+    TextRow{"alertmanager.trusted-certificates",
+            [](ServerSettings& s) -> std::string& { return s.alertmanager.trustedCertificates; }},
+    TextRow{"alertmanager.credentials",
+            [](ServerSettings& s) -> std::string& { return s.alertmanager.credentials; }},
 };
 
 constexpr std::array kFlags = {
@@ -65,9 +75,34 @@ constexpr std::array kFlags = {
             [](ServerSettings& s) -> bool& { return s.delivery.verifyCertificates; }},
 };
 
+using Texts = std::vector<std::string>;
+
+bool put(Texts& setting, Texts texts) {
+  setting = std::move(texts);
+  return true;
+}
+
+bool setUrls(ServerSettings& settings, Texts texts) {
+  return std::ranges::all_of(texts, isAlertmanagerUrl) && put(settings.alertmanager.urls, std::move(texts));
+}
+
+bool setLabels(ServerSettings& settings, Texts texts) {
+  std::map<std::string, std::string> labels;
+  for (const std::string& text : texts) {
+    std::pair<std::string, std::string> label;
+    if (!readLabel(text, label) || !labels.insert(label).second) return false;
+  }
+  settings.alertmanager.labels = std::move(labels);
+  return true;
+}
+
 constexpr std::array kLists = {
-    TextsRow{"serve.aliases", [](ServerSettings& s) -> std::vector<std::string>& { return s.aliases; }},
-    TextsRow{"listen.names", [](ServerSettings& s) -> std::vector<std::string>& { return s.names; }},
+    TextsRow{"serve.aliases",
+             [](ServerSettings& s, Texts texts) { return put(s.aliases, std::move(texts)); }},
+    TextsRow{"listen.names", [](ServerSettings& s, Texts texts) { return put(s.names, std::move(texts)); }},
+    TextsRow{"alertmanager.urls", setUrls, "a list of http or https URLs, without user, query and fragment"},
+    TextsRow{"alertmanager.labels", setLabels,
+             "a list of \"name=value\", each name once, none of them alertname, severity, interface or team"},
 };
 
 constexpr unsigned count(std::int64_t number) {
@@ -126,6 +161,8 @@ constexpr std::array kNumbers = {
               [](ServerSettings& s, std::int64_t n) { s.delivery.answerTimeout = seconds(n); }},
     NumberRow{"delivery.most-refusals", 1, 1000,
               [](ServerSettings& s, std::int64_t n) { s.delivery.mostRefusals = count(n); }},
+    NumberRow{"alertmanager.resend-seconds", 1, 3600,
+              [](ServerSettings& s, std::int64_t n) { s.alertmanager.resend = seconds(n); }},
 };
 
 template <class Rows>
@@ -142,7 +179,7 @@ TakenKey take(ServerSettings& settings, const TextRow& row, const toml::node& va
 }
 
 TakenKey take(ServerSettings& settings, const TextsRow& row, const toml::node& value) {
-  const TakenKey bad{KeyState::Bad, "a list of texts that are not empty"};
+  const TakenKey bad{KeyState::Bad, row.expected};
   if (!value.is_array()) return bad;
   std::vector<std::string> texts;
   for (const toml::node& element : *value.as_array()) {
@@ -150,7 +187,7 @@ TakenKey take(ServerSettings& settings, const TextsRow& row, const toml::node& v
     if (!text || text->empty()) return bad;
     texts.push_back(*text);
   }
-  row.of(settings) = std::move(texts);
+  if (!row.set(settings, std::move(texts))) return bad;
   return {KeyState::Taken, {}};
 }
 

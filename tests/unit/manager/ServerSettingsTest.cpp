@@ -106,6 +106,8 @@ const std::vector<Number> kNumbers = {
      [](const S& s) -> std::int64_t { return milliseconds(s.delivery.answerTimeout).count() / 1000; }},
     {"delivery.most-refusals", 10, 1, 1000,
      [](const S& s) -> std::int64_t { return s.delivery.mostRefusals; }},
+    {"alertmanager.resend-seconds", 60, 1, 3600,
+     [](const S& s) -> std::int64_t { return s.alertmanager.resend.count(); }},
 };
 
 struct Text {
@@ -127,6 +129,9 @@ const std::vector<Text> kTexts = {
     {"state.directory", "/var/lib/zebcim", "/srv/zebcim", [](const S& s) { return s.stateDirectory; }, ""},
     {"delivery.trusted-certificates", "", "/ca.pem",
      [](const S& s) { return s.delivery.trustedCertificates; }},
+    {"alertmanager.trusted-certificates", "", "/ca.pem",
+     [](const S& s) { return s.alertmanager.trustedCertificates; }},
+    {"alertmanager.credentials", "", "/etc/secret", [](const S& s) { return s.alertmanager.credentials; }},
 };
 
 std::string nameOf(const std::string& key) {
@@ -208,6 +213,40 @@ TEST(ServerSettings, NamesOfTheMachineAreAListOfTexts) {
     EXPECT_THAT(
         refusalOf(fileWith("listen.names", value)),
         testing::EndsWith(":2: 'listen.names' has a bad value: expected a list of texts that are not empty"));
+  }
+}
+
+TEST(ServerSettings, AlertmanagersAreUrlsToWhichAPathCanBeAdded) {
+  const std::string key = "alertmanager.urls";
+  EXPECT_THAT(ServerSettings().alertmanager.urls, IsEmpty());
+  EXPECT_THAT(
+      SettingsFile(fileWith(key, R"(["http://a:9093", "https://b/am/"])")).settings().alertmanager.urls,
+      ElementsAre("http://a:9093", "https://b/am/"));
+  for (const char* const value :
+       {"\"http://a\"", "[5]", "[\"\"]", "[\"a:9093\"]", "[\"ftp://a\"]", "[\"http://a\", \"http://u:p@b\"]",
+        "[\"http://a/?x\"]", "[\"http://a/#x\"]"}) {
+    const SettingsFile file(fileWith(key, value));
+    EXPECT_THAT(file.warnings(),
+                ElementsAre(":2: 'alertmanager.urls' has a bad value: expected a list of http or https URLs, "
+                            "without user, query and fragment; the default holds"))
+        << value;
+    EXPECT_THAT(file.settings().alertmanager.urls, IsEmpty());
+  }
+}
+
+TEST(ServerSettings, LabelsOfTheSiteAreNamesWithValues) {
+  const std::string key = "alertmanager.labels";
+  EXPECT_THAT(ServerSettings().alertmanager.labels, IsEmpty());
+  EXPECT_THAT(SettingsFile(fileWith(key, R"(["site=fra", "rack=1=2"])")).settings().alertmanager.labels,
+              ElementsAre(testing::Pair("rack", "1=2"), testing::Pair("site", "fra")));
+  for (const char* const value :
+       {"\"a=b\"", "[\"a\"]", "[\"a-b=c\"]", "[\"alertname=x\"]", "[\"a=b\", \"a=c\"]"}) {
+    const SettingsFile file(fileWith(key, value));
+    EXPECT_THAT(file.warnings(),
+                ElementsAre(testing::HasSubstr(
+                    "'alertmanager.labels' has a bad value: expected a list of \"name=value\"")))
+        << value;
+    EXPECT_THAT(file.settings().alertmanager.labels, IsEmpty());
   }
 }
 
@@ -316,8 +355,10 @@ TEST(ServerSettings, TheShippedFileNamesEveryKeyAndItsDefault) {
   }
   const SettingsFile file(content);
   EXPECT_THAT(file.warnings(), IsEmpty());
-  // All but access.pam-folder, and with listen.names, serve.aliases and delivery.verify-listeners.
-  EXPECT_EQ(keys, kNumbers.size() + kTexts.size() + 2);
+  // All but access.pam-folder, and with the lists and delivery.verify-listeners.
+  EXPECT_EQ(keys, kNumbers.size() + kTexts.size() + 4);
+  EXPECT_THAT(content, testing::HasSubstr("\nurls = []\n"));
+  EXPECT_THAT(content, testing::HasSubstr("\nlabels = []\n"));
   EXPECT_THAT(content, testing::HasSubstr("\naliases = []\n"));
   EXPECT_THAT(content, testing::HasSubstr("\nnames = []\n"));
   EXPECT_THAT(content, testing::HasSubstr("\nverify-listeners = true\n"));
