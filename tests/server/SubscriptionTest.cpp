@@ -3,10 +3,9 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
-#include <fstream>
-#include <nlohmann/json.hpp>
 #include <optional>
 
+#include "CableRecording.h"
 #include "Server.h"
 #include "WbemClient.h"
 #include "support/CableAlert.h"
@@ -26,32 +25,6 @@ std::string hostName() {
   gethostname(name, sizeof name - 1);
   return name;
 }
-
-/// A recorded machine with one port, whose cable the test pulls. What is played changes with the file.
-class Recording {
- public:
-  explicit Recording(std::filesystem::path file)
-      : _file(std::move(file)), _host(nlohmann::json::parse(std::ifstream(ZEB_SNAPSHOTS "/one_port.json"))) {
-    setCable(true);
-  }
-  Recording(const Recording&) = delete;
-  Recording& operator=(const Recording&) = delete;
-  ~Recording() { std::filesystem::remove(_file); }
-
-  void setCable(bool in) {
-    nlohmann::json& link = _host["links"][0];
-    link["flags"] = in ? nlohmann::json{"UP", "LOWER_UP", "RUNNING"} : nlohmann::json{"UP"};
-    link["carrier"] = in;
-    link["operState"] = in ? "UP" : "DOWN";
-    const std::filesystem::path whole = _file.string() + ".new";
-    std::ofstream(whole) << _host;
-    std::filesystem::rename(whole, _file);
-  }
-
- private:
-  std::filesystem::path _file;
-  nlohmann::json _host;
-};
 
 /// One listener that always answers, by which the test knows that something has been noticed, and one that is
 /// away now and then.
@@ -115,7 +88,7 @@ class SubscriptionTest : public testing::Test {
   }
 
   const ZEB::TemporaryFolder folder;
-  Recording recording{file()};
+  CableRecording recording{file()};
   std::unique_ptr<Server> server;
   const std::uint16_t port = freePort();
   TestListener present;
