@@ -25,9 +25,12 @@ const Part* partNamed(const std::vector<Part>& parts, const std::string& name) {
   return found == parts.end() ? nullptr : &*found;
 }
 
+/// A port without a name goes by its path.
 const TreePort* portNamed(const Tree& machine, const std::string& name) {
   for (const TreeCard& card : machine.cards) {
-    if (const TreePort* const port = partNamed(card.ports, name)) return port;
+    for (const TreePort& port : card.ports) {
+      if (port.name == name || port.path == name) return &port;
+    }
   }
   return nullptr;
 }

@@ -167,6 +167,7 @@ void AlertSender::Worker::conclude(Alertmanager& one, CURLcode code) {
 void AlertSender::Worker::failed(Alertmanager& one, const std::string& reason) {
   one.abandon();
   one.resendAt = Clock::time_point::min();  // it may have begun anew
+  _table.acknowledged(0, _clock());
   if (one.post().postpone())
     _log("Alertmanager " + one.url() + ": " + reason + "; it gets what is open when it answers");
 }

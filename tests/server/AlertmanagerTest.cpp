@@ -80,6 +80,8 @@ const std::vector<std::string> kLost = {"ZebConnectivityLost"};
 
 class AlertmanagerTest : public testing::Test {
  protected:
+  explicit AlertmanagerTest(const std::string& machine = "one_port.json") : recording(file(), machine) {}
+
   void SetUp() override {
     if (access(kAlertmanager, X_OK) != 0) GTEST_SKIP() << "Debian's prometheus-alertmanager is not installed";
     alertmanager.emplace(port);
@@ -100,7 +102,7 @@ class AlertmanagerTest : public testing::Test {
   }
 
   const ZEB::TemporaryFolder folder;
-  CableRecording recording{file()};
+  CableRecording recording;
   const std::uint16_t port = freePort();
   std::optional<RealAlertmanager> alertmanager;
   std::unique_ptr<Server> server;
@@ -172,6 +174,44 @@ TEST_F(AlertmanagerTest, HearsOfTheEndThatNobodySaw) {
   EXPECT_EQ(RealAlertmanager::namesOf(alertmanager->active()), kNone);
   recording.setCable(false);
   EXPECT_TRUE(alertmanager->becomes(kLost));
+}
+
+class AlertmanagerOfTeamsTest : public AlertmanagerTest {
+ protected:
+  AlertmanagerOfTeamsTest() : AlertmanagerTest("teams.json") {}
+
+  /// Those of bond0, of eth0 and eth1.
+  bool becomes(const std::vector<std::string>& expected) const {
+    std::vector<std::string> found;
+    for (int i = 0; i < 600; ++i) {
+      found.clear();
+      for (const Json& alert : alertmanager->active().value_or(Json::array())) {
+        const Json& labels = alert["labels"];
+        found.push_back(labels["alertname"].get<std::string>() + " " + labels.value("interface", "") + "/" +
+                        labels.value("team", ""));
+      }
+      std::ranges::sort(found);
+      if (found == expected) return true;
+      std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
+    ADD_FAILURE() << testing::PrintToString(found);
+    return false;
+  }
+};
+
+/// A team of two: one member goes, then the other, and both come back.
+TEST_F(AlertmanagerOfTeamsTest, HasAlertsOfWhatIsLeftOfATeam) {
+  recording.setCable(false, 0);
+  ASSERT_TRUE(
+      becomes({"ZebConnectivityLost /bond0", "ZebConnectivityLost eth0/", "ZebRedundancyLost /bond0"}));
+  recording.setCable(false, 1);
+  ASSERT_TRUE(becomes({"ZebConnectivityLost /bond0", "ZebConnectivityLost eth0/", "ZebConnectivityLost eth1/",
+                       "ZebRedundancyLost /bond0", "ZebTeamFailed /bond0"}));
+  recording.setCable(true, 0);
+  ASSERT_TRUE(
+      becomes({"ZebConnectivityLost /bond0", "ZebConnectivityLost eth1/", "ZebRedundancyLost /bond0"}));
+  recording.setCable(true, 1);
+  ASSERT_TRUE(becomes({}));
 }
 
 /// Without the server, what it has sent ends by itself.

@@ -8,20 +8,27 @@
 
 namespace ZebManager {
 
-/// A recorded machine with one port, whose cable the test pulls. What is played changes with the file.
+/// A recorded machine with one port, or another, whose first cables the test pulls. What is played changes
+/// with the file.
 class CableRecording {
  public:
-  explicit CableRecording(std::filesystem::path file)
-      : _file(std::move(file)), _host(nlohmann::json::parse(std::ifstream(ZEB_SNAPSHOTS "/one_port.json"))) {
+  explicit CableRecording(std::filesystem::path file, const std::string& machine = "one_port.json")
+      : _file(std::move(file)), _host(nlohmann::json::parse(std::ifstream(ZEB_SNAPSHOTS "/" + machine))) {
     setCable(true);
   }
   CableRecording(const CableRecording&) = delete;
   CableRecording& operator=(const CableRecording&) = delete;
   ~CableRecording() { std::filesystem::remove(_file); }
 
-  void setCable(bool in) {
-    nlohmann::json& link = _host["links"][0];
-    link["flags"] = in ? nlohmann::json{"UP", "LOWER_UP", "RUNNING"} : nlohmann::json{"UP"};
+  void setCable(bool in, std::size_t port = 0) {
+    using nlohmann::json;
+    json& link = _host["links"][port];
+    json flags = in ? json{"UP", "LOWER_UP", "RUNNING"} : json{"UP"};
+    if (link.contains("bondMember")) {
+      flags.push_back("SLAVE");
+      link["bondMember"]["miiStatus"] = in ? 0 : 2;
+    }
+    link["flags"] = flags;
     link["carrier"] = in;
     link["operState"] = in ? "UP" : "DOWN";
     const std::filesystem::path whole = _file.string() + ".new";

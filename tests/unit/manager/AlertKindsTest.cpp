@@ -134,6 +134,13 @@ TEST(AlertsOfAMachine, AreOverWhenItIsWell) {
   EXPECT_TRUE(isOver(alert("ZebInterfaceGone", "", "bond0"), well, kNow));
 }
 
+TEST(AlertsOfAMachine, OfAPortWithoutANameGoByItsPath) {
+  Tree ill = machine(6, 2, 2, 1);
+  ill.cards[0].ports[0].name = "";
+  ill.cards[0].ports[0].path = "root/jxv:ZEB_EthernetPort.DeviceID=1";
+  EXPECT_FALSE(isOver(alert("ZebConnectivityLost", "root/jxv:ZEB_EthernetPort.DeviceID=1", ""), ill, kNow));
+}
+
 TEST(AlertsOfAMachine, AreOverWhenItIsSwitchedOff) {
   EXPECT_TRUE(isOver(alert("ZebConnectivityLost", "eth0", ""), machine(15, 2, 2, 1), kNow));
 }
