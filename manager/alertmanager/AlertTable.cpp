@@ -15,6 +15,7 @@ bool covers(const AlertIdentity& said, const AlertIdentity& alert) {
 template <class Items>
 auto pointersTo(const Items& items) {
   std::vector<const typename Items::value_type*> pointers;
+  pointers.reserve(items.size());
   for (const auto& item : items) pointers.push_back(&item);
   return pointers;
 }

@@ -145,6 +145,8 @@ class Core {
     if (_straight) _straight->follower.start();
   }
 
+  Core(const Core&) = delete;
+  Core& operator=(const Core&) = delete;
   ~Core() {
     if (_straight) _straight->follower.stop();
     _live.stop();

@@ -30,7 +30,7 @@ constexpr char kNames[] = "a list of texts that are not empty";
 struct TextsRow {
   std::string_view key;
   /// False when they do not fit.
-  bool (*set)(ServerSettings&, std::vector<std::string>);
+  bool (*set)(ServerSettings&, const std::vector<std::string>&);
   const char* expected = kNames;
 };
 
@@ -77,16 +77,16 @@ constexpr std::array kFlags = {
 
 using Texts = std::vector<std::string>;
 
-bool put(Texts& setting, Texts texts) {
-  setting = std::move(texts);
+bool put(Texts& setting, const Texts& texts) {
+  setting = texts;
   return true;
 }
 
-bool setUrls(ServerSettings& settings, Texts texts) {
-  return std::ranges::all_of(texts, isAlertmanagerUrl) && put(settings.alertmanager.urls, std::move(texts));
+bool setUrls(ServerSettings& settings, const Texts& texts) {
+  return std::ranges::all_of(texts, isAlertmanagerUrl) && put(settings.alertmanager.urls, texts);
 }
 
-bool setLabels(ServerSettings& settings, Texts texts) {
+bool setLabels(ServerSettings& settings, const Texts& texts) {
   std::map<std::string, std::string> labels;
   for (const std::string& text : texts) {
     std::pair<std::string, std::string> label;
@@ -97,9 +97,8 @@ bool setLabels(ServerSettings& settings, Texts texts) {
 }
 
 constexpr std::array kLists = {
-    TextsRow{"serve.aliases",
-             [](ServerSettings& s, Texts texts) { return put(s.aliases, std::move(texts)); }},
-    TextsRow{"listen.names", [](ServerSettings& s, Texts texts) { return put(s.names, std::move(texts)); }},
+    TextsRow{"serve.aliases", [](ServerSettings& s, const Texts& texts) { return put(s.aliases, texts); }},
+    TextsRow{"listen.names", [](ServerSettings& s, const Texts& texts) { return put(s.names, texts); }},
     TextsRow{"alertmanager.urls", setUrls, "a list of http or https URLs, without user, query and fragment"},
     TextsRow{"alertmanager.labels", setLabels,
              "a list of \"name=value\", each name once, none of them alertname, severity, interface or team"},
@@ -179,7 +178,7 @@ TakenKey take(ServerSettings& settings, const TextRow& row, const toml::node& va
 }
 
 TakenKey take(ServerSettings& settings, const TextsRow& row, const toml::node& value) {
-  const TakenKey bad{KeyState::Bad, row.expected};
+  TakenKey bad{KeyState::Bad, row.expected};
   if (!value.is_array()) return bad;
   std::vector<std::string> texts;
   for (const toml::node& element : *value.as_array()) {
@@ -187,7 +186,7 @@ TakenKey take(ServerSettings& settings, const TextsRow& row, const toml::node& v
     if (!text || text->empty()) return bad;
     texts.push_back(*text);
   }
-  if (!row.set(settings, std::move(texts))) return bad;
+  if (!row.set(settings, texts)) return bad;
   return {KeyState::Taken, {}};
 }
 
