@@ -7,6 +7,8 @@ namespace {
 
 constexpr char kReading[] = "GET, HEAD";
 constexpr char kOfCim[] = "POST, M-POST";
+/// Where clients send operations, though any other path does as well.
+constexpr char kCimPath[] = "/cimom";
 
 bool isReading(const HttpHead& head) {
   return head.method == "GET" || head.method == "HEAD";
@@ -42,7 +44,7 @@ bool isForResource(const HttpHead& head, const Resources& resources) {
 std::optional<HttpAnswer> refuseResource(const HttpHead& head, const Resources& resources) {
   const bool known = resources.contains(head.path);
   if (isReading(head)) {
-    if (!known) return httpError(404);
+    if (!known) return head.path == kCimPath ? notAllowed(kOfCim) : httpError(404);
     return hasBody(head) ? std::optional(httpError(413)) : std::nullopt;
   }
   if (!known) return notAllowed(kOfCim);

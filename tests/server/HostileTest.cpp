@@ -42,7 +42,7 @@ TEST_F(HostileTest, MethodsOtherThanPostAreNotAllowed) {
   EXPECT_THAT(ask("PUT /cimom HTTP/1.1\r\nHost: localhost\r\nContent-Length: 0\r\nConnection: close\r\n\r\n"),
               StartsWith("HTTP/1.1 405 "));
   EXPECT_THAT(ask("GET /cimom HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n"),
-              StartsWith("HTTP/1.1 404 "));
+              StartsWith("HTTP/1.1 405 "));
 }
 
 TEST_F(HostileTest, OtherContentsThanXmlAreUnsupported) {

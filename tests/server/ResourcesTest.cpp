@@ -119,6 +119,8 @@ TEST_F(ResourcesTest, HeadIsAnsweredWithoutABody) {
 TEST_F(ResourcesTest, OtherPathsAndMethodsAreRefused) {
   EXPECT_THAT(ask(asked("GET", "/other")), StartsWith("HTTP/1.1 404 "));
   EXPECT_THAT(ask(asked("GET", "/made/")), StartsWith("HTTP/1.1 404 "));
+  EXPECT_THAT(ask(asked("GET", "/cimom")),
+              AllOf(StartsWith("HTTP/1.1 405 "), HasSubstr("Allow: POST, M-POST\r\n")));
   EXPECT_THAT(ask(asked("DELETE", "/made")),
               AllOf(StartsWith("HTTP/1.1 405 "), HasSubstr("Allow: GET, HEAD\r\n")));
   EXPECT_THAT(ask(asked("POST", "/made")),
