@@ -78,7 +78,7 @@ class Doctor {
     const std::string source = report->source.empty() ? "this machine" : "the recording " + report->source;
     _findings.add("reading", source, report->unread);
     for (const std::string& wrong : report->configuration) _findings.bad("settings", wrong);
-    if (report->configuration.empty()) _findings.good("settings", configurationFile());
+    if (report->configuration.empty()) lookAtSettings(_findings);
     for (const DoctorFile& store : report->stores) {
       if (store.failure.empty() || geteuid() == 0) {
         _findings.add("store", store.file, store.failure);

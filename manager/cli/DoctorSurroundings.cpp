@@ -142,9 +142,18 @@ bool mentionsPlugin(const std::filesystem::path& file) {
 
 }  // namespace
 
-std::string configurationFile() {
+void lookAtSettings(DoctorFindings& findings) {
+  constexpr char kFile[] = "/etc/qv-zeb/qv-zeb.toml";
   const char* const named = std::getenv("ZEB_CONFIG");
-  return named ? named : "/etc/qv-zeb/qv-zeb.toml";
+  std::error_code ignored;
+  if (std::filesystem::exists(named ? named : kFile, ignored)) {
+    findings.good("settings", named ? named : kFile);
+  } else if (named) {
+    findings.bad("settings",
+                 "ZEB_CONFIG names " + std::string(named) + ", which is not there: defaults hold");
+  } else {
+    findings.good("settings", std::string("defaults, without ") + kFile);
+  }
 }
 
 void lookAtThisMachine(DoctorFindings& findings) {

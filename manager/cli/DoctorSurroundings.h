@@ -8,8 +8,8 @@
 
 namespace ZebManager {
 
-/// The configuration file of the plug-in.
-std::string configurationFile();
+/// The configuration file of the plug-in, in which nothing is wrong.
+void lookAtSettings(DoctorFindings& findings);
 
 /// Kernel and rights: what they keep the plug-in from telling.
 void lookAtThisMachine(DoctorFindings& findings);

@@ -4,12 +4,24 @@
 
 #include <cstdlib>
 
+#include "values/ManagerError.h"
+
 namespace ZebManager {
+
+namespace {
+
+bool isUsable(const std::string& folder) {
+  return folder.starts_with('/') || folder == "none";
+}
+
+}  // namespace
 
 std::string configuredRunFolder() {
   constexpr char kDefault[] = "/run/qv-zeb/";
   const char* const named = std::getenv("ZEB_RUN_DIR");
   std::string folder = named ? named : "";
+  if (!folder.empty() && !isUsable(folder))
+    throw ManagerError("ZEB_RUN_DIR is '" + folder + "': expected a path that begins with /");
   if (folder.empty()) {
     const char* const file = std::getenv("ZEB_CONFIG");
     try {
@@ -19,7 +31,7 @@ std::string configuredRunFolder() {
       // Without a file, or with a bad one, the plug-in works with its defaults, too.
     }
   }
-  if (folder.empty()) return kDefault;
+  if (!isUsable(folder)) return kDefault;
   return folder.back() == '/' ? folder : folder + "/";
 }
 

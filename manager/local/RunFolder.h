@@ -6,7 +6,7 @@
 namespace ZebManager {
 
 /// The run directory of this system's plug-in, by the environment and its configuration file; ends with a
-/// slash.
+/// slash. Throws ManagerError when the environment names one that is none.
 std::string configuredRunFolder();
 
 /// The socket of the service that uses a run directory.

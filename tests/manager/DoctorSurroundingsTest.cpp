@@ -177,6 +177,12 @@ TEST_F(DoctorCommand, LooksAtTheConfigurationOfThePlugIn) {
   const Outcome outcome = zebcim({"doctor", "--source", snapshotFile("teams")}, {"ZEB_CONFIG=" + file});
   expectTrouble(outcome, "settings   FAILED  " + file + ":1: unknown key include-vrtual\n");
   expectTrouble(outcome, "settings   FAILED  " + file + ":2: perfmon has to be true or false\n");
+  std::ofstream(file) << "run-directory = \"relative\"\n";
+  expectTrouble(run(ZEB_CIM, {"doctor", "--source", snapshotFile("teams")}, {"ZEB_CONFIG=" + file}),
+                "settings   FAILED  " + file + ":1: run-directory has to be a directory, from / on");
+  std::filesystem::remove(file);
+  expectTrouble(zebcim({"doctor", "--source", snapshotFile("teams")}, {"ZEB_CONFIG=" + file}),
+                "settings   FAILED  ZEB_CONFIG names " + file + ", which is not there: defaults hold\n");
 }
 
 /// A user who is nobody in particular is told what only root sees, and nothing fails for it.
