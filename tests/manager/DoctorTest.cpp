@@ -1,4 +1,6 @@
 // What doctor says when all is well, and when something is not.
+#include <sqlite3.h>
+
 #include "DoctorCommand.h"
 
 namespace ZebManager {
@@ -6,6 +8,29 @@ namespace {
 
 using Json = nlohmann::json;
 using testing::HasSubstr;
+
+std::string stateOf(const std::string& file) {
+  std::ifstream in(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+/// A file and its journal as they are while a transaction has written more than memory may hold.
+void leaveChangeHalfMade(const std::string& file) {
+  const std::string copy = file + ".copy";
+  std::filesystem::copy_file(file, copy);
+  sqlite3* database = nullptr;
+  ASSERT_EQ(sqlite3_open(copy.c_str(), &database), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(database,
+                         "PRAGMA cache_size = 1; BEGIN IMMEDIATE; CREATE TABLE half (made);"
+                         "INSERT INTO half VALUES (randomblob(100000))",
+                         nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  for (const char* const part : {"", "-journal"})
+    std::filesystem::copy_file(copy + part, file + part, std::filesystem::copy_options::overwrite_existing);
+  sqlite3_exec(database, "ROLLBACK", nullptr, nullptr, nullptr);
+  sqlite3_close(database);
+  std::filesystem::remove(copy);
+}
 
 TEST_F(DoctorCommand, FindsNothingWrongWhereNothingIs) {
   const Outcome outcome = doctor();
@@ -52,6 +77,24 @@ TEST_F(DoctorCommand, ChangesNothing) {
                           << std::string(100, '.');
   expectTrouble(doctor(), "store      FAILED  " + settings + ": file is not a database");
   leavesAlone(1);
+}
+
+/// As a process leaves it that was killed half way: the next who writes takes it back.
+TEST_F(DoctorCommand, AChangeThatWasInterruptedIsNoTroubleAndLeftAsItIs) {
+  makeStores();
+  const std::string store = (folder / "store/ZEB_EthEventSettings.db").string();
+  const std::string sound = stateOf(store);
+  leaveChangeHalfMade(store);
+  ASSERT_NE(stateOf(store), sound);
+  ASSERT_TRUE(std::filesystem::exists(store + "-journal"));
+  const auto before = traces();
+  const Outcome outcome = doctor();
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_THAT(outcome.out, HasSubstr("store      ok      " + store + "\n"));
+  EXPECT_EQ(traces(), before);
+  makeStores();
+  EXPECT_FALSE(std::filesystem::exists(store + "-journal"));
+  EXPECT_EQ(stateOf(store), sound);
 }
 
 TEST_F(DoctorCommand, TellsOfThePlugInThatRuns) {
