@@ -22,12 +22,17 @@ bool isOfClasses(const CimMessage& message) {
          });
 }
 
-std::optional<HttpAnswer> refuseUser(const std::optional<User>& user, const CimMessage& message) {
+std::string writersOf(const std::string& group) {
+  return group.empty() ? "root alone may write" : "root and members of '" + group + "' may write";
+}
+
+std::optional<HttpAnswer> refuseUser(const std::optional<User>& user, const CimMessage& message,
+                                     const std::string& writers) {
   if (!message.writes) return std::nullopt;
   if (!user) return httpError(401);
   if (user->mayWrite) return std::nullopt;
   return operationAnswer(
-      errorAnswer(message, CMPI_RC_ERR_ACCESS_DENIED, "user '" + user->name + "' may only read"));
+      errorAnswer(message, CMPI_RC_ERR_ACCESS_DENIED, "user '" + user->name + "' may only read; " + writers));
 }
 
 }  // namespace
@@ -42,6 +47,7 @@ Router::Router(Authenticator& users, ProviderSupervisor& plugin, const ClassRepo
       _pulled(settings.pull),
       _hosts(settings.names),
       _resources(std::move(resources)),
+      _writers(writersOf(settings.login.writeGroup)),
       _deepest(settings.requestDepth) {
   _aliases.emplace_back("interop", kInterop);
   for (const std::string& alias : settings.aliases) {
@@ -114,7 +120,7 @@ HttpAnswer Router::answerTo(const HttpHead& head, const std::optional<User>& use
   try {
     const CimMessage message = readMessage(body, _deepest);
     if (auto refusal = refuseMismatch(head, message)) return std::move(*refusal);
-    if (auto refusal = refuseUser(user, message)) return std::move(*refusal);
+    if (auto refusal = refuseUser(user, message, _writers)) return std::move(*refusal);
     return operationAnswer(perform(body, message, user ? user->name : std::string()));
   } catch (const MessageError& error) {
     return httpError(static_cast<unsigned>(error.status), error.header, error.what());
@@ -125,7 +131,7 @@ HttpAnswer Router::answerTo(const HttpHead& head, const std::optional<User>& use
 
 std::string Router::answerTo(const User& user, std::string_view body) {
   const CimMessage message = readMessage(body, _deepest);
-  if (auto refusal = refuseUser(user, message)) return std::move(refusal->body);
+  if (auto refusal = refuseUser(user, message, _writers)) return std::move(refusal->body);
   return perform(body, message, user.name);
 }
 

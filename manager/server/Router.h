@@ -51,7 +51,8 @@ class Router {
   std::vector<std::pair<std::string, std::string>> _aliases;  ///< of namespaces, and what they stand for
   const HostNames _hosts;
   const Resources _resources;
-  const unsigned _deepest;  ///< of elements of a request in each other
+  const std::string _writers;  ///< who may write, in words
+  const unsigned _deepest;     ///< of elements of a request in each other
 };
 
 }  // namespace ZebManager
