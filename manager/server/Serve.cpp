@@ -290,14 +290,14 @@ int serve(const Options& options, std::ostream& out, std::ostream& err) {
     own.emplace();
   }
   const ServerSettings settings = settingsOf(options, own ? &*own : nullptr, log);
-  if (isNowhere(settings.http) && isNowhere(settings.https))
-    throw ManagerError("there is nowhere to listen at");
   const StateLock lock(settings.stateDirectory);
   Core core(options, settings, log);
   Authenticator users(judgesOf(options), std::ref(log));
   Router router(users, core.plugin(), core.classes(), &core.interop(), settings, resourcesOf(core));
   HttpBounds bounds(settings);
   const auto local = listenToCommands(core, router, bounds, log);
+  if (!local && isNowhere(settings.http) && isNowhere(settings.https))
+    throw ManagerError("there is nowhere to listen at");
   Servers servers;
   if (!isNowhere(settings.http)) {
     servers.push_back(std::make_unique<HttpServer>(listenAt(settings.http), router, bounds, std::nullopt));
@@ -308,6 +308,7 @@ int serve(const Options& options, std::ostream& out, std::ostream& err) {
                                                    certificateFor(settings, std::ref(log))));
     out << "https " << servers.back()->address() << std::endl;
   }
+  if (servers.empty()) out << "commands " << serviceSocket(configuredRunFolder()) << std::endl;
   stop.acquire();
   endInTime(servers, local.get(), users, core.plugin(), settings.stopTime);
   return 0;

@@ -239,13 +239,31 @@ TEST(Access, ACertificateThatCannotBeUsedIsNamed) {
   EXPECT_THAT(missing.err, HasSubstr("zebcim: cannot read /nowhere/a.crt: No such file or directory\n"));
 }
 
+/// Commands of this machine are served all the same, where they can find the server.
 TEST(Access, TheFileSaysThatThereIsNowhereToListenAt) {
   const ZEB::TemporaryFolder folder;
   const std::string file = (folder / "nowhere.toml").string();
-  std::ofstream(file) << "[listen]\nhttp = \"none\"\nhttps = \"none\"\n";
-  const Outcome outcome = run(ZEB_CIM, {"serve", "--config", file});
-  EXPECT_EQ(outcome.status, 1);
-  EXPECT_EQ(outcome.err, "zebcim: there is nowhere to listen at\n");
+  std::ofstream(file) << "[listen]\nhttp = \"none\"\nhttps = \"none\"\n[state]\ndirectory = \""
+                      << (folder / "state").string() << "\"\n";
+  const std::vector<std::string> words = {
+      "--plugin", ZEB_REAL_PLUGIN, "--source", ZEB_SNAPSHOTS "/one_port.json", "serve", "--config", file};
+  const Outcome nowhere = run(ZEB_CIM, words, {"ZEB_CONFIG=/dev/null", "ZEB_RUN_DIR=/dev/null/run"});
+  EXPECT_EQ(nowhere.status, 1);
+  EXPECT_THAT(nowhere.err, testing::EndsWith("zebcim: there is nowhere to listen at\n"));
+  std::vector<std::string> script = {"-c",
+                                     "\"$@\" >$TMPDIR/out & for _ in $(seq 400); do [ -s $TMPDIR/out ] && "
+                                     "break; sleep 0.05; done; cat $TMPDIR/out; " ZEB_CIM
+                                     " -v instances settings --names 2>&1; kill $!; wait $!; echo $?",
+                                     "sh", ZEB_CIM};
+  script.insert(script.end(), words.begin(), words.end());
+  const std::string socket = (folder / "run/zebcim/socket").string();
+  const Outcome served =
+      run("/bin/sh", script,
+          {"ZEB_CONFIG=/dev/null", "ZEB_RUN_DIR=" + (folder / "run").string(),
+           "ZEB_STORE_DIR=" + (folder / "store").string(), "TMPDIR=" + folder.path().string()});
+  EXPECT_THAT(served.out,
+              StartsWith("commands " + socket + "\nzebcim: asking the service behind " + socket + "\n"));
+  EXPECT_THAT(served.out, testing::EndsWith("ZEB_EthEventSettings.InstanceId=\"JXV:0\"\n0\n"));
 }
 
 /// Nesting that the file allows reaches the operation, and nesting beyond it does not.
