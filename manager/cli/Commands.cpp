@@ -139,7 +139,12 @@ void runInvoke(const Options& options, Session& session, const Output& output) {
     const Assignment assignment = splitAssignment(text);
     const ParameterDef* const parameter = method.parameter(assignment.name);
     if (!parameter || !parameter->in) {
-      throw ManagerError(method.name + " takes no argument '" + assignment.name + "'");
+      std::vector<std::string> known;
+      for (const ParameterDef& other : method.parameters) {
+        if (other.in) known.push_back(other.name);
+      }
+      throw ManagerError(method.name + " takes no argument '" + assignment.name + "'" +
+                         suggestion(assignment.name, known));
     }
     const CMPIData value = parseValue(arena, session.repository(), kNameSpace, *parameter, assignment.value);
     in.ft->addArg(&in, parameter->name.c_str(), &value.value, value.type);

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "cli/Explainer.h"
+#include "cli/Nearest.h"
 #include "cli/Printable.h"
 #include "cli/ProgramOutput.h"
 #include "cli/Words.h"
@@ -92,8 +93,13 @@ void explain(const Options& options, Session&, const Output& output) {
   Explainer explainer(options, recordingOf(options));
   std::vector<Explanation> all = explainer.explain(options.path);
   if (!options.property.empty()) {
+    std::vector<std::string> known;
+    for (const Explanation& one : all) known.push_back(one.property);
     std::erase_if(all, [&](const Explanation& one) { return !sameName(one.property, options.property); });
-    if (all.empty()) throw ManagerError(explainer.path() + " has no property '" + options.property + "'");
+    if (all.empty()) {
+      throw ManagerError(explainer.path() + " has no property '" + options.property + "'" +
+                         suggestion(options.property, known));
+    }
   }
   if (!options.json) return print(all, output);
   Json properties = Json::array();

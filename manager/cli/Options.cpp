@@ -178,7 +178,9 @@ std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostr
   app.fallthrough();
   app.set_version_flag("--version", "zebcim " ZEB_VERSION, "Print the version and end");
   addGlobals(app, options);
+  app.footer("zebcim --help lists the options that every command has.");  // taken over by each of them
   addCommands(app, options);
+  app.footer("");
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& help) {
@@ -189,7 +191,7 @@ std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostr
     const std::string wrong =
         commands.empty() ? wrongCommand(app, argc, argv) : wrongOption(app, *commands.front(), argc, argv);
     err << "zebcim: " << (wrong.empty() ? error.what() : wrong) << "\n"
-        << (commands.empty() ? app : *commands.front()).help();
+        << (commands.empty() ? app.help() : commands.front()->help(app.get_name()));
     const bool check = !commands.empty() && commands.front()->get_name() == "check";
     exitStatus = check ? kUnknown : 2;
     return std::nullopt;

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
+#include <set>
+#include <utility>
 
 #include "cli/InterfaceNames.h"
 #include "cli/Nearest.h"
-#include "cli/TreeModel.h"
+#include "cli/Places.h"
 #include "values/ObjectPathText.h"
 #include "values/Values.h"
 
@@ -32,35 +35,43 @@ constexpr std::array kClassWords = {
     ClassWord{"system", "ZEB_ComputerSystem"},
 };
 
-/// Letters and digits alone, so that "PCI slot 3" is "pcislot3" and an address is its digits.
-std::string bare(std::string_view text) {
-  std::string kept;
-  for (const char c : text) {
-    if (std::isalnum(static_cast<unsigned char>(c)) != 0) kept += foldCase(c);
+/// The keys in which several paths differ, which is enough to tell one from the others.
+std::vector<std::string> differences(Session& session, const std::vector<std::string>& paths) {
+  Arena arena;
+  std::vector<const PathBody*> bodies;
+  std::map<std::string_view, std::set<std::string>> values;
+  for (const std::string& path : paths) {
+    bodies.push_back(&parsePath(arena, session.repository(), kNameSpace, path)->body());
+    for (const NamedValue& key : bodies.back()->keys) values[key.name].insert(formatKeyValue(key.data));
   }
-  return kept;
+  std::vector<std::string> texts;
+  for (const PathBody* const body : bodies) {
+    std::string text(body->className);
+    char before = '.';
+    for (const NamedValue& key : body->keys) {
+      if (values[key.name].size() == 1) continue;
+      text += std::exchange(before, ',') + std::string(key.name) + "=" + formatKeyValue(key.data);
+    }
+    texts.push_back(std::move(text));
+  }
+  return texts;
 }
 
-/// By what the tree shows: MAC addresses of ports and teams, places of cards.
-std::vector<std::string> pathsInTree(const Tree& tree, const std::string& word) {
-  const std::string wanted = bare(word);
-  std::vector<std::string> found;
-  const auto addInterface = [&](const TreeInterface& interface) {
-    if (!wanted.empty() && bare(interface.macAddress) == wanted) found.push_back(interface.path);
-  };
-  for (const TreeCard& card : tree.cards) {
-    const std::string place = bare(card.location);
-    const bool slot = wanted.starts_with("slot") && place.ends_with(wanted);
-    if (!place.empty() && (place == wanted || slot)) found.push_back(card.path);
-    for (const TreePort& port : card.ports) addInterface(port);
+/// What can be written for each of them.
+std::vector<std::string> choices(Session& session, const std::vector<std::string>& paths) {
+  const InterfaceNames names(session.model());
+  std::vector<std::string> texts = differences(session, paths);
+  for (std::size_t i = 0; i < paths.size(); ++i) {
+    const std::string& name = names.nameOf(paths[i]);
+    if (names.pathsOf(name) == std::vector{paths[i]}) texts[i] = name;
   }
-  for (const TreeTeam& team : tree.teams) addInterface(team);
-  return found;
+  return texts;
 }
 
 ObjectPath& only(Session& session, Arena& arena, const std::string& word,
                  const std::vector<std::string>& paths) {
-  if (paths.size() != 1) throw ManagerError("'" + word + "' could be any of " + listed(paths));
+  if (paths.size() != 1)
+    throw ManagerError("'" + word + "' could be any of " + listed(choices(session, paths)));
   return *parsePath(arena, session.repository(), kNameSpace, paths.front());
 }
 
@@ -89,8 +100,11 @@ ObjectPath& completed(Session& session, Arena& arena, const std::string& word, c
     if (agrees(given.body(), parsePath(arena, session.repository(), kNameSpace, path)->body()))
       paths.push_back(path);
   }
-  // What is left out is then named by the error.
-  if (paths.empty()) return *parsePath(arena, session.repository(), kNameSpace, word);
+  if (paths.empty()) {
+    std::vector<std::string> keys;
+    for (const PropertyDef* const key : classDef.keys()) keys.push_back(key->name);
+    throw ManagerError("no " + classDef.name + " is '" + word + "'; its keys are " + listed(keys));
+  }
   return only(session, arena, word, paths);
 }
 
@@ -129,9 +143,7 @@ ObjectPath& byName(Session& session, Arena& arena, const std::string& word) {
   if (ObjectPath* const hinted = byHint(session, arena, word)) return *hinted;
   const InterfaceNames names(session.model());
   std::vector<std::string> paths = names.pathsOf(word);
-  if (paths.empty() && session.repository().find("ZEB_EthernetPort")) {
-    paths = pathsInTree(readTree(session.model()), word);
-  }
+  if (paths.empty()) paths = pathsAt(session.model(), word);
   if (!paths.empty()) return only(session, arena, word, paths);
   throw ManagerError("nothing is called '" + word + "'" + suggestion(word, names.all()) +
                      (names.all().empty() ? "" : "; there are " + listed(names.all())));

@@ -104,6 +104,8 @@ TEST_F(Explain, OnePropertyInWords) {
             "    links.mtu of eth0 is 1500; RTM_NEWLINK IFLA_MTU\n");
   EXPECT_THAT(zebcim({"--source", snapshotFile("two_cards"), "explain", "eth0", "Mtu"}).err,
               HasSubstr("has no property 'Mtu'"));
+  EXPECT_THAT(zebcim({"--source", snapshotFile("two_cards"), "explain", "eth0", "PortNumbr"}).err,
+              HasSubstr("has no property 'PortNumbr'; did you mean 'PortNumber'?"));
 }
 
 /// A fact is altered by characters, not by bytes.
