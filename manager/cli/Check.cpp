@@ -50,7 +50,7 @@ Counts count(const Tree& tree) {
 /// The status of the whole, for which members count that are included in it.
 int statusOfWhole(Namespace& model) {
   int status = kUnknown;
-  forEachInstance(model, "ZEB_EthernetCollection", [&](const PropertyView& view) {
+  forEachInstance(model, "ZEB_EthernetCollection", {"GroupOperationalStatus"}, [&](const PropertyView& view) {
     const auto code = view.number("GroupOperationalStatus");
     status = code == kError ? 2 : code == kDegraded ? 1 : code ? 0 : kUnknown;
   });

@@ -71,7 +71,7 @@ InterfaceNames::InterfaceNames(Namespace& model, std::span<const CMPIData> items
 
 void InterfaceNames::readAll(Namespace& model) {
   if (!model.repository().find(kEndpoint)) return;
-  forEachInstance(model, kEndpoint, [&](const PropertyView& view) {
+  forEachInstance(model, kEndpoint, {"Description", "VLANId", "VLANName"}, [&](const PropertyView& view) {
     const std::string name = deviceName(view);
     if (name.empty()) return;
     _byPath[view.path()] = name;
@@ -84,7 +84,7 @@ void InterfaceNames::readAll(Namespace& model) {
 
 /// A port or team is called what its endpoints are called, its VLANs aside.
 void InterfaceNames::carry(Namespace& model, const char* association) {
-  forEachInstance(model, association, [&](const PropertyView& view) {
+  forEachInstance(model, association, {"Antecedent", "Dependent"}, [&](const PropertyView& view) {
     const auto found = _byPath.find(view.reference("Dependent"));
     if (found == _byPath.end()) return;
     auto& paths = _byName[found->second];

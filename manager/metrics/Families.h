@@ -45,9 +45,8 @@ struct MetricTable {
   std::span<const NumberRow<Thing>> numbers;
 };
 
-/// What series of an interface are labelled with: its name, or its path where the name is not known.
 inline std::string deviceLabel(const TreeInterface& interface) {
-  return interface.name.empty() ? interface.path : interface.name;
+  return deviceLabel(interface.name, interface.path);
 }
 
 MetricTable<MachineReading> machineMetrics();

@@ -60,7 +60,11 @@ struct MachineReading {
   std::vector<GatewayReading> gateways;
 };
 
-/// Asks for each class once. Throws ManagerError when the plug-in refuses.
+/// What series of an interface are labelled with: its name, or what its path ends with where the name is not
+/// known.
+std::string deviceLabel(const std::string& name, const std::string& path);
+
+/// Asks for each class once at most. Throws ManagerError when the plug-in refuses.
 void readMachine(Namespace& model, MachineReading& reading);
 
 /// How the plug-in's worker is doing. Times are seconds, those of day since the epoch.

@@ -56,7 +56,8 @@ constexpr std::array kTeamNumbers = {
 
 constexpr std::array kMemberIdentity = {
     LabelRow<MemberReading>{"team", [](const MemberReading& m) { return deviceLabel(*m.team); }},
-    LabelRow<MemberReading>{"device", [](const MemberReading& m) { return m.member->port; }},
+    LabelRow<MemberReading>{
+        "device", [](const MemberReading& m) { return deviceLabel(m.member->port, m.member->path); }},
 };
 
 using MemberRow = NumberRow<MemberReading>;

@@ -1,37 +1,74 @@
 // Joining in memory what associations tie together.
 #pragma once
 
+#include <initializer_list>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
 #include "broker/Namespace.h"
 #include "tree/PropertyView.h"
+#include "values/ObjectPathText.h"
 
 namespace ZebManager {
 
-/// Calls `visit` with a view of every instance of a class. Throws ManagerError when the plug-in refuses.
+/// Throws ManagerError when the plug-in refused to say something of a class.
+inline void requireAnswer(const Reply& reply, const char* className) {
+  if (reply.code == CMPI_RC_OK) return;
+  throw ManagerError("class '" + std::string(className) + "': " + CimError(reply.code, reply.message).what());
+}
+
+/// Calls `visit` with a view of every instance of a class, which has those properties. Throws ManagerError
+/// when the plug-in refuses.
 template <class Visit>
-void forEachInstance(Namespace& model, const char* className, Visit visit) {
-  const Reply reply = model.enumerateInstances(className, nullptr);
-  if (reply.code != CMPI_RC_OK) {
-    throw ManagerError("class '" + std::string(className) +
-                       "': " + CimError(reply.code, reply.message).what());
-  }
+void forEachInstance(Namespace& model, const char* className, std::span<const char* const> properties,
+                     Visit visit) {
+  std::vector<const char*> wanted(properties.begin(), properties.end());
+  wanted.push_back(nullptr);
+  const Reply reply = model.enumerateInstances(className, wanted.data());
+  requireAnswer(reply, className);
   for (const CMPIData& item : reply.items()) {
     if (item.type == CMPI_instance) visit(PropertyView(*as<Instance>(item.value.inst)));
   }
 }
 
+template <class Visit>
+void forEachInstance(Namespace& model, const char* className, std::initializer_list<const char*> properties,
+                     Visit visit) {
+  forEachInstance(model, className, std::span(properties.begin(), properties.size()), visit);
+}
+
 /// Paths that an association leads to, by the path at its other end.
 using Links = std::unordered_map<std::string, std::vector<std::string>>;
 
+/// The path that a key holds.
+inline std::string pathInKey(const PathBody& association, std::string_view role) {
+  const NamedValue* const end = association.keys.find(role);
+  const ObjectPath* const path =
+      end && end->data.type == CMPI_ref ? as<ObjectPath>(end->data.value.ref) : nullptr;
+  return path ? formatPath(path->body()) : std::string();
+}
+
+/// The ends of an association are its keys, so that its names tell them. Throws ManagerError when the plug-in
+/// refuses.
 inline Links readLinks(Namespace& model, const char* association, const char* from, const char* to) {
+  const Reply reply = model.enumerateInstanceNames(association);
+  requireAnswer(reply, association);
   Links links;
-  forEachInstance(model, association, [&](const PropertyView& view) {
-    links[view.reference(from)].push_back(view.reference(to));
-  });
+  for (const CMPIData& item : reply.items()) {
+    if (item.type != CMPI_ref) continue;
+    const PathBody& name = as<ObjectPath>(item.value.ref)->body();
+    links[pathInKey(name, from)].push_back(pathInKey(name, to));
+  }
   return links;
+}
+
+/// None where there is nothing that they could lead to or from.
+template <class Ends>
+Links readLinksIfAny(const Ends& ends, Namespace& model, const char* association, const char* from,
+                     const char* to) {
+  return ends.empty() ? Links() : readLinks(model, association, from, to);
 }
 
 inline const std::vector<std::string>& follow(const Links& links, const std::string& path) {

@@ -60,7 +60,8 @@ struct TreeCard {
 };
 
 struct TreeMember {
-  std::string port;  ///< name of the port
+  std::string path;  ///< of the port
+  std::string port;  ///< its name
   std::string role;
   std::optional<std::uint64_t> roleCode;
   TreeStatus portStatus;    ///< of the port by itself
@@ -86,8 +87,11 @@ struct Tree {
 
 class Namespace;
 
-/// Asks for each class once and joins in memory what belongs together, whatever the number of ports. Throws
-/// ManagerError that names the class when the plug-in refuses.
-Tree readTree(Namespace& model);
+/// Which addresses are read.
+enum class TreeAddresses { All, WithGateways };
+
+/// Asks for each class once at most and joins in memory what belongs together, whatever the number of ports.
+/// Throws ManagerError that names the class when the plug-in refuses.
+Tree readTree(Namespace& model, TreeAddresses addresses = TreeAddresses::All);
 
 }  // namespace ZebManager

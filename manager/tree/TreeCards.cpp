@@ -11,7 +11,7 @@ struct Software {
 
 std::unordered_map<std::string, Software> readSoftware(Namespace& model, const char* className) {
   std::unordered_map<std::string, Software> found;
-  forEachInstance(model, className, [&](const PropertyView& view) {
+  forEachInstance(model, className, {"Name", "VersionString"}, [&](const PropertyView& view) {
     found[view.path()] = {view.text("Name"), view.text("VersionString")};
   });
   return found;
@@ -28,17 +28,21 @@ std::string productOf(const std::string& caption) {
 std::unordered_map<std::string, TreeCard> readPackages(Namespace& model) {
   std::unordered_map<std::string, TreeCard> packages;
   std::unordered_map<std::string, std::string> locations;
-  forEachInstance(model, "ZEB_EthernetControllerLocation", [&](const PropertyView& view) {
-    locations[view.path()] = view.text("ElementLocationTag");
-  });
-  const Links toLocation = readLinks(model, "ZEB_EthernetControllerPhysicalPackageEthernetControllerLocation",
-                                     "Element", "PhysicalLocation");
-  forEachInstance(model, "ZEB_EthernetPortControllerPhysicalPackage", [&](const PropertyView& view) {
-    TreeCard& package = packages[view.path()];
-    package.manufacturer = view.text("Manufacturer");
-    package.product = productOf(view.text("Caption"));
-    if (const auto* location = firstOf(toLocation, view.path(), locations)) package.location = *location;
-  });
+  forEachInstance(
+      model, "ZEB_EthernetControllerLocation", {"ElementLocationTag"},
+      [&](const PropertyView& view) { locations[view.path()] = view.text("ElementLocationTag"); });
+  const Links toLocation =
+      readLinksIfAny(locations, model, "ZEB_EthernetControllerPhysicalPackageEthernetControllerLocation",
+                     "Element", "PhysicalLocation");
+  forEachInstance(model, "ZEB_EthernetPortControllerPhysicalPackage", {"Manufacturer", "Caption"},
+                  [&](const PropertyView& view) {
+                    const std::string path = view.path();
+                    TreeCard& package = packages[path];
+                    package.manufacturer = view.text("Manufacturer");
+                    package.product = productOf(view.text("Caption"));
+                    if (const auto* location = firstOf(toLocation, path, locations))
+                      package.location = *location;
+                  });
   return packages;
 }
 
@@ -48,12 +52,14 @@ std::vector<TreeCard> readCards(Namespace& model) {
   const auto packages = readPackages(model);
   const auto drivers = readSoftware(model, "ZEB_EthernetPortControllerSoftwareIdentity");
   const auto firmwares = readSoftware(model, "ZEB_EthernetPortControllerFirmwareIdentity");
-  const Links toDriver = readLinks(model, "ZEB_EthernetElementSoftwareIdentity", "Dependent", "Antecedent");
-  const Links toFirmware = readLinks(model, "ZEB_EthernetElementFirmwareIdentity", "Dependent", "Antecedent");
-  const Links toPackage =
-      readLinks(model, "ZEB_EthernetControllerPhysicalPackageEthernetController", "Dependent", "Antecedent");
+  const auto linksTo = [&](const auto& ends, const char* association) {
+    return readLinksIfAny(ends, model, association, "Dependent", "Antecedent");
+  };
+  const Links toDriver = linksTo(drivers, "ZEB_EthernetElementSoftwareIdentity");
+  const Links toFirmware = linksTo(firmwares, "ZEB_EthernetElementFirmwareIdentity");
+  const Links toPackage = linksTo(packages, "ZEB_EthernetControllerPhysicalPackageEthernetController");
   std::vector<TreeCard> cards;
-  forEachInstance(model, "ZEB_EthernetPortController", [&](const PropertyView& view) {
+  const auto take = [&](const PropertyView& view) {
     const std::string path = view.path();
     const TreeCard* const package = firstOf(toPackage, path, packages);
     TreeCard card = package ? *package : TreeCard();
@@ -66,7 +72,8 @@ std::vector<TreeCard> readCards(Namespace& model) {
     }
     if (const auto* firmware = firstOf(toFirmware, path, firmwares)) card.firmware = firmware->version;
     cards.push_back(std::move(card));
-  });
+  };
+  forEachInstance(model, "ZEB_EthernetPortController", {"ElementName", "OperationalStatus"}, take);
   return cards;
 }
 

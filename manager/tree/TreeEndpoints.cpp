@@ -24,17 +24,24 @@ std::optional<std::uint64_t> prefixOfMask(std::string_view mask) {
   return static_cast<std::uint64_t>(ones);
 }
 
-std::unordered_map<std::string, TreeAddress> readAddresses(Namespace& model) {
+using Addresses = std::unordered_map<std::string, TreeAddress>;
+
+Addresses readAddresses(Namespace& model, TreeAddresses which) {
   std::unordered_map<std::string, std::string> gateways;
-  forEachInstance(model, "ZEB_EthernetRemoteServiceAccessPoint", [&](const PropertyView& view) {
+  const auto takeGateway = [&](const PropertyView& view) {
     // The address stands before its mask or prefix length.
     const std::string info = view.text("AccessInfo");
     gateways[view.path()] = info.substr(0, info.find_first_of(" /"));
-  });
-  const Links toGateway =
-      readLinks(model, "ZEB_EthernetRemoteAccessAvailableToIPEndpoint", "Dependent", "Antecedent");
-  std::unordered_map<std::string, TreeAddress> addresses;
-  forEachInstance(model, "ZEB_IPProtocolEndpoint", [&](const PropertyView& view) {
+  };
+  forEachInstance(model, "ZEB_EthernetRemoteServiceAccessPoint", {"AccessInfo"}, takeGateway);
+  if (gateways.empty() && which == TreeAddresses::WithGateways) return {};
+  const Links toGateway = readLinksIfAny(gateways, model, "ZEB_EthernetRemoteAccessAvailableToIPEndpoint",
+                                         "Dependent", "Antecedent");
+  Addresses addresses;
+  const auto take = [&](const PropertyView& view) {
+    const std::string path = view.path();
+    const auto* const gateway = firstOf(toGateway, path, gateways);
+    if (!gateway && which == TreeAddresses::WithGateways) return;
     TreeAddress address;
     address.address = view.text("IPv4Address");
     address.mask = view.text("SubnetMask");
@@ -44,10 +51,12 @@ std::unordered_map<std::string, TreeAddress> readAddresses(Namespace& model) {
       address.prefixLength = view.number("PrefixLength");
     }
     if (view.number("AddressOrigin").value_or(0) != 0) address.origin = view.meaning("AddressOrigin");
-    if (const auto* gateway = firstOf(toGateway, view.path(), gateways)) address.gateway = *gateway;
+    if (gateway) address.gateway = *gateway;
     // An address that went since the model was built is an endpoint without one.
-    if (!address.address.empty()) addresses.emplace(view.path(), std::move(address));
-  });
+    if (!address.address.empty()) addresses.emplace(path, std::move(address));
+  };
+  forEachInstance(model, "ZEB_IPProtocolEndpoint",
+                  {"IPv4Address", "SubnetMask", "IPv6Address", "PrefixLength", "AddressOrigin"}, take);
   return addresses;
 }
 
@@ -77,11 +86,12 @@ TreeStatus statusOf(const PropertyView& view, const char* numbers, const char* w
   return {view.number(numbers), words ? view.text(words) : view.meaning(numbers)};
 }
 
-std::unordered_map<std::string, TreeEndpoint> readEndpoints(Namespace& model) {
-  const auto addresses = readAddresses(model);
-  const Links toAddress = readLinks(model, "ZEB_IPBindsToEthernetLANEndpoint", "Antecedent", "Dependent");
+std::unordered_map<std::string, TreeEndpoint> readEndpoints(Namespace& model, TreeAddresses which) {
+  const auto addresses = readAddresses(model, which);
+  const Links toAddress =
+      readLinksIfAny(addresses, model, "ZEB_IPBindsToEthernetLANEndpoint", "Antecedent", "Dependent");
   std::unordered_map<std::string, TreeEndpoint> endpoints;
-  forEachInstance(model, "ZEB_EthernetLANEndpoint", [&](const PropertyView& view) {
+  const auto take = [&](const PropertyView& view) {
     const std::string path = view.path();
     TreeEndpoint& endpoint = endpoints[path];
     endpoint.isVlan = isVlan(view);
@@ -93,7 +103,10 @@ std::unordered_map<std::string, TreeEndpoint> readEndpoints(Namespace& model) {
     for (const std::string& end : follow(toAddress, path)) {
       if (const auto* address = findByPath(addresses, end)) endpoint.interface.addresses.push_back(*address);
     }
-  });
+  };
+  forEachInstance(
+      model, "ZEB_EthernetLANEndpoint",
+      {"Description", "VLANId", "VLANName", "MACAddress", "OperationalStatus", "StatusDescriptions"}, take);
   return endpoints;
 }
 

@@ -18,7 +18,7 @@ struct TreeEndpoint {
 };
 
 /// LAN endpoints with their addresses and gateways, by path.
-std::unordered_map<std::string, TreeEndpoint> readEndpoints(Namespace& model);
+std::unordered_map<std::string, TreeEndpoint> readEndpoints(Namespace& model, TreeAddresses which);
 /// Cards without their ports, in the order in which they are served.
 std::vector<TreeCard> readCards(Namespace& model);
 

@@ -12,9 +12,9 @@ class Reader {
  public:
   explicit Reader(Namespace& model) : _model(model) {}
 
-  Tree read() {
+  Tree read(TreeAddresses addresses) {
     _tree.host = hostName();
-    _endpoints = readEndpoints(_model);
+    _endpoints = readEndpoints(_model, addresses);
     _tree.cards = readCards(_model);
     readPorts();
     readTeams();
@@ -44,7 +44,7 @@ class Reader {
 
   void readPorts() {
     const Links toEndpoint = readLinks(_model, "ZEB_EthernetPortToLANEndpoint", "Antecedent", "Dependent");
-    forEachInstance(_model, "ZEB_EthernetPort", [&](const PropertyView& view) {
+    const auto take = [&](const PropertyView& view) {
       TreePort port;
       port.path = view.path();
       port.number = view.number("PortNumber").value_or(0);
@@ -58,12 +58,15 @@ class Reader {
       takeEndpoints(port, toEndpoint);
       _portPlaces[port.path] = _ports.size();
       _ports.push_back(std::move(port));
-    });
+    };
+    forEachInstance(_model, "ZEB_EthernetPort",
+                    {"PortNumber", "PermanentAddress", "OperationalStatus", "StatusDescriptions", "Speed",
+                     "MaxSpeed", "FullDuplex", "ActiveMaximumTransmissionUnit", "TimeOfLastStateChange"},
+                    take);
   }
 
   void readTeams() {
-    const Links toEndpoint = readLinks(_model, "ZEB_EthernetTeamToLANEndpoint", "Antecedent", "Dependent");
-    forEachInstance(_model, "ZEB_EthernetTeam", [&](const PropertyView& view) {
+    const auto take = [&](const PropertyView& view) {
       TreeTeam team;
       team.path = view.path();
       team.status = statusOf(view, "GroupOperationalStatus");
@@ -72,11 +75,21 @@ class Reader {
       team.speed = view.number("Speed").value_or(0);
       team.mtu = view.number("ActiveMaximumTransmissionUnit").value_or(0);
       team.mode = modeOf(view);
-      takeEndpoints(team, toEndpoint);
-      if (team.name.empty()) team.name = view.text("ElementName");
+      team.name = view.text("ElementName");
       _teamPlaces[team.path] = _tree.teams.size();
       _tree.teams.push_back(std::move(team));
-    });
+    };
+    forEachInstance(_model, "ZEB_EthernetTeam",
+                    {"GroupOperationalStatus", "RedundancyStatus", "Speed", "ActiveMaximumTransmissionUnit",
+                     "LoadBalanceAlgorithm", "OtherLoadBalanceAlgorithm", "TypeOfSet", "ElementName"},
+                    take);
+    const Links toEndpoint =
+        readLinksIfAny(_tree.teams, _model, "ZEB_EthernetTeamToLANEndpoint", "Antecedent", "Dependent");
+    for (TreeTeam& team : _tree.teams) {
+      const std::string own = team.name;
+      takeEndpoints(team, toEndpoint);
+      if (team.name.empty()) team.name = own;
+    }
   }
 
   /// The mode by its usual name. Two modes without load balancing look alike until the members are known.
@@ -101,7 +114,8 @@ class Reader {
   }
 
   void readMembers() {
-    forEachInstance(_model, "ZEB_EthernetTeamMember", [&](const PropertyView& view) {
+    if (_tree.teams.empty()) return;
+    const auto take = [&](const PropertyView& view) {
       const auto team = _teamPlaces.find(view.reference("Collection"));
       const auto port = _portPlaces.find(view.reference("Member"));
       if (team == _teamPlaces.end() || port == _portPlaces.end()) return;
@@ -110,24 +124,28 @@ class Reader {
       member.team = carrier.name;
       member.role = view.meaning("Role");
       carrier.members.push_back(
-          {.port = member.name,
+          {.path = member.path,
+           .port = member.name,
            .role = member.role,
            .roleCode = view.number("Role"),
            .portStatus = member.status,
            .memberStatus = statusOf(view, "MemberOperationalStatus", "MemberStatusDescriptions")});
-    });
+    };
+    forEachInstance(_model, "ZEB_EthernetTeamMember",
+                    {"Collection", "Member", "Role", "MemberOperationalStatus", "MemberStatusDescriptions"},
+                    take);
     for (TreeTeam& team : _tree.teams) tellFailoverApart(team);
   }
 
   void takePortsToCards() {
-    std::unordered_map<std::string, TreeCard*> cards;
-    for (TreeCard& card : _tree.cards) cards[card.path] = &card;
-    forEachInstance(_model, "ZEB_EthernetPortControllerEthernetPort", [&](const PropertyView& view) {
-      const auto card = cards.find(view.reference("Antecedent"));
-      const auto port = _portPlaces.find(view.reference("Dependent"));
-      if (card == cards.end() || port == _portPlaces.end()) return;
-      card->second->ports.push_back(std::move(_ports[port->second]));
-    });
+    const Links toPort =
+        readLinksIfAny(_ports, _model, "ZEB_EthernetPortControllerEthernetPort", "Antecedent", "Dependent");
+    for (TreeCard& card : _tree.cards) {
+      for (const std::string& path : follow(toPort, card.path)) {
+        const auto port = _portPlaces.find(path);
+        if (port != _portPlaces.end()) card.ports.push_back(std::move(_ports[port->second]));
+      }
+    }
   }
 
   Namespace& _model;
@@ -140,8 +158,8 @@ class Reader {
 
 }  // namespace
 
-Tree readTree(Namespace& model) {
-  return Reader(model).read();
+Tree readTree(Namespace& model, TreeAddresses addresses) {
+  return Reader(model).read(addresses);
 }
 
 }  // namespace ZebManager

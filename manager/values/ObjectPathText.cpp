@@ -1,5 +1,6 @@
 #include "values/ObjectPathText.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdlib>
@@ -12,14 +13,16 @@ namespace {
 
 constexpr int kDeepestReference = 8;
 constexpr std::size_t kLongestPath = 1U << 16;
+constexpr std::size_t kUsualPath = 200;  // characters, of one without references
 
 void appendQuoted(std::string& out, std::string_view text) {
   out += '"';
-  for (const char c : text) {
-    if (c == '"' || c == '\\') out += '\\';
-    out += c;
+  for (std::size_t stop = 0; (stop = std::min(text.find('"'), text.find('\\'))) != std::string_view::npos;) {
+    out.append(text.substr(0, stop)) += '\\';
+    out += text[stop];
+    text.remove_prefix(stop + 1);
   }
-  out += '"';
+  out.append(text) += '"';
 }
 
 std::string_view withoutSlashes(std::string_view nameSpace) {
@@ -213,13 +216,19 @@ std::string formatKeyValue(const CMPIData& value) {
 
 std::string formatPath(const PathBody& path) {
   std::string out;
+  out.reserve(kUsualPath);
   if (!path.host.empty()) out.append("//").append(path.host).append("/");
   if (!path.nameSpace.empty()) out.append(path.nameSpace).append(":");
   out += path.className;
   char separator = '.';
   for (const NamedValue& key : path.keys) {
     out += separator;
-    out.append(key.name).append("=").append(formatKeyValue(key.data));
+    out.append(key.name) += '=';
+    if (key.data.type == CMPI_string && !isNull(key.data)) {
+      appendQuoted(out, textOf(key.data.value.string));
+    } else {
+      out += formatKeyValue(key.data);
+    }
     separator = ',';
   }
   return out;
