@@ -41,6 +41,7 @@ class PropertyRows {
     std::optional<CmpiCpp::NameLiteral> name;  ///< none for a step that adds no property
     CMPIType type;
     Read read;
+    bool readsOthers = false;  ///< which it takes from the instance
   };
 
   PropertyRows(std::initializer_list<PropertyRows> parts) {
@@ -55,18 +56,28 @@ class PropertyRows {
 
   const std::vector<Row>& rows() const { return _rows; }
 
-  /// The instance of that path with every row's property.
-  CmpiCpp::CmpiInstance makeInstance(const CmpiCpp::CmpiObjectPath& path, Subject subject) const {
+  /// The instance of that path with every row's property, or with those that are wanted.
+  CmpiCpp::CmpiInstance makeInstance(const CmpiCpp::CmpiObjectPath& path, Subject subject,
+                                     CmpiCpp::CmpiPropertyList wanted = nullptr) const {
     CmpiCpp::CmpiInstance instance = CmpiCpp::makeCmpiInstance(ZEBUtil::getBroker(), path);
-    fill(instance, subject);
+    fill(instance, subject, wanted);
     return instance;
   }
 
-  /// Adds every row's property to the instance, in order.
-  void fill(CmpiCpp::CmpiInstance& instance, Subject& subject) const {
-    instance.reserve(_rows.size());
+  /// Adds every row's property to the instance, in order, or those that are wanted.
+  void fill(CmpiCpp::CmpiInstance& instance, Subject& subject,
+            CmpiCpp::CmpiPropertyList wanted = nullptr) const {
+    // What is taken from another property needs that one as well.
+    if (wanted && std::ranges::any_of(_rows, [&](const Row& row) {
+          return row.readsOthers && CmpiCpp::isNamed(wanted, row.name->view());
+        })) {
+      fill(instance, subject);
+      return instance.keepOnly(wanted);
+    }
+    if (!wanted) instance.reserve(_rows.size());
     const bool allNew = _distinct && instance.properties().empty();
     for (const Row& row : _rows) {
+      if (wanted && row.name && !CmpiCpp::isNamed(wanted, row.name->view())) continue;
       auto value = row.read(subject, instance);
       if (!value) continue;
       if (allNew) {
@@ -111,10 +122,11 @@ struct Properties {
   }
 
   static Rows string(CmpiCpp::NameLiteral name, SameAs other) {
-    return row(name, CMPI_string, [other](Subject&, const CmpiCpp::CmpiInstance& instance) {
+    auto read = [other](Subject&, const CmpiCpp::CmpiInstance& instance) {
       const CmpiCpp::CmpiData* value = instance.findProperty(other.property.view());
       return value ? std::optional(*value) : std::nullopt;
-    });
+    };
+    return Rows(typename Rows::Row{name, CMPI_string, std::move(read), true});
   }
 
   template <class... Columns>

@@ -85,7 +85,12 @@ ZEB_EthernetLANEndpoint::ZEB_EthernetLANEndpoint(const Logger& logger, const std
 }
 
 CmpiInstance ZEB_EthernetLANEndpoint::makeInstance() {
-  return kProperties.makeInstance(makeObjectPath(), {*this, refreshed(_interface, RefreshPart::Link)});
+  return makeInstanceOf(nullptr);
+}
+
+CmpiInstance ZEB_EthernetLANEndpoint::makeInstanceOf(CmpiCpp::CmpiPropertyList wanted) {
+  return kProperties.makeInstance(makeObjectPath(), {*this, refreshed(_interface, RefreshPart::Link)},
+                                  wanted);
 }
 
 std::string ZEB_EthernetLANEndpoint::caption(const InterfaceRecord& record) const {

@@ -19,6 +19,7 @@ class ZEB_EthernetLANEndpoint : public ManagedObject {
                           const InterfaceRecord& interface);
 
   CmpiCpp::CmpiInstance makeInstance() override;
+  CmpiCpp::CmpiInstance makeInstanceOf(CmpiCpp::CmpiPropertyList wanted) override;
 
   std::any memory() const override { return _memory; }
   void remember(const std::any& memory) override { _memory = std::any_cast<const Memory&>(memory); }

@@ -113,7 +113,11 @@ ZEB_EthernetPort::ZEB_EthernetPort(const Logger& logger, const std::string& name
 }
 
 CmpiInstance ZEB_EthernetPort::makeInstance() {
-  return kProperties.makeInstance(makeObjectPath(), {*this});
+  return makeInstanceOf(nullptr);
+}
+
+CmpiInstance ZEB_EthernetPort::makeInstanceOf(CmpiCpp::CmpiPropertyList wanted) {
+  return kProperties.makeInstance(makeObjectPath(), {*this}, wanted);
 }
 
 CmpiDateTime ZEB_EthernetPort::timeOfLastStateChange() {

@@ -24,6 +24,7 @@ class ZEB_EthernetPort : public ManagedObject, public StatusWatcher {
                    const std::string& partNumber, const EthernetPort& port);
 
   CmpiCpp::CmpiInstance makeInstance() override;
+  CmpiCpp::CmpiInstance makeInstanceOf(CmpiCpp::CmpiPropertyList wanted) override;
 
   /// Refreshes the port's data and, when its status is another one than was seen last, sends the alert for
   /// the change: if ports are monitored, this port is included and indications are enabled. The change is

@@ -68,7 +68,11 @@ ZEB_EthernetStatistics::ZEB_EthernetStatistics(const Logger& logger, const std::
       _port(port) {}
 
 CmpiInstance ZEB_EthernetStatistics::makeInstance() {
-  return kProperties.makeInstance(makeObjectPath(), {*this, _port});
+  return makeInstanceOf(nullptr);
+}
+
+CmpiInstance ZEB_EthernetStatistics::makeInstanceOf(CmpiCpp::CmpiPropertyList wanted) {
+  return kProperties.makeInstance(makeObjectPath(), {*this, _port}, wanted);
 }
 
 }  // namespace ZEB

@@ -17,6 +17,7 @@ class ZEB_EthernetStatistics : public ManagedObject {
                          const std::uint32_t& controllerNumber, const EthernetPort& port);
 
   CmpiCpp::CmpiInstance makeInstance() override;
+  CmpiCpp::CmpiInstance makeInstanceOf(CmpiCpp::CmpiPropertyList wanted) override;
 
  private:
   struct Reading;

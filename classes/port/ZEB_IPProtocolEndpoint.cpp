@@ -104,7 +104,11 @@ ZEB_IPProtocolEndpoint::ZEB_IPProtocolEndpoint(const Logger& logger, const std::
       _interface(interface) {}
 
 CmpiInstance ZEB_IPProtocolEndpoint::makeInstance() {
-  return kProperties.makeInstance(makeObjectPath(), {*this, refreshed(_interface)});
+  return makeInstanceOf(nullptr);
+}
+
+CmpiInstance ZEB_IPProtocolEndpoint::makeInstanceOf(CmpiCpp::CmpiPropertyList wanted) {
+  return kProperties.makeInstance(makeObjectPath(), {*this, refreshed(_interface)}, wanted);
 }
 
 std::string ZEB_IPProtocolEndpoint::caption(const InterfaceRecord& record) const {

@@ -18,6 +18,7 @@ class ZEB_IPProtocolEndpoint : public ManagedObject {
                          AddressIndex index, IpFamily family, const InterfaceRecord& interface);
 
   CmpiCpp::CmpiInstance makeInstance() override;
+  CmpiCpp::CmpiInstance makeInstanceOf(CmpiCpp::CmpiPropertyList wanted) override;
 
  private:
   struct Reading;

@@ -50,7 +50,11 @@ ZEB_EthernetPortController::ZEB_EthernetPortController(const Logger& logger, con
                     adapter) {}
 
 CmpiCpp::CmpiInstance ZEB_EthernetPortController::makeInstance() {
-  return kProperties.makeInstance(makeObjectPath(), reading());
+  return makeInstanceOf(nullptr);
+}
+
+CmpiCpp::CmpiInstance ZEB_EthernetPortController::makeInstanceOf(CmpiCpp::CmpiPropertyList wanted) {
+  return kProperties.makeInstance(makeObjectPath(), reading(), wanted);
 }
 
 }  // namespace ZEB

@@ -13,6 +13,7 @@ class ZEB_EthernetPortController : public AdapterObject {
                              const AdapterRecord& adapter);
 
   CmpiCpp::CmpiInstance makeInstance() override;
+  CmpiCpp::CmpiInstance makeInstanceOf(CmpiCpp::CmpiPropertyList wanted) override;
 };
 
 }  // namespace ZEB

@@ -59,7 +59,12 @@ ZEB_EthernetPortControllerFirmwareIdentity::ZEB_EthernetPortControllerFirmwareId
                     adapter) {}
 
 CmpiCpp::CmpiInstance ZEB_EthernetPortControllerFirmwareIdentity::makeInstance() {
-  return kProperties.makeInstance(makeObjectPath(), reading());
+  return makeInstanceOf(nullptr);
+}
+
+CmpiCpp::CmpiInstance ZEB_EthernetPortControllerFirmwareIdentity::makeInstanceOf(
+    CmpiCpp::CmpiPropertyList wanted) {
+  return kProperties.makeInstance(makeObjectPath(), reading(), wanted);
 }
 
 }  // namespace ZEB

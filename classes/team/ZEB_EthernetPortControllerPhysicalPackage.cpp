@@ -60,7 +60,12 @@ ZEB_EthernetPortControllerPhysicalPackage::ZEB_EthernetPortControllerPhysicalPac
                     number, adapter) {}
 
 CmpiCpp::CmpiInstance ZEB_EthernetPortControllerPhysicalPackage::makeInstance() {
-  return kProperties.makeInstance(makeObjectPath(), reading());
+  return makeInstanceOf(nullptr);
+}
+
+CmpiCpp::CmpiInstance ZEB_EthernetPortControllerPhysicalPackage::makeInstanceOf(
+    CmpiCpp::CmpiPropertyList wanted) {
+  return kProperties.makeInstance(makeObjectPath(), reading(), wanted);
 }
 
 }  // namespace ZEB

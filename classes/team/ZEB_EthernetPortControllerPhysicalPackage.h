@@ -13,6 +13,7 @@ class ZEB_EthernetPortControllerPhysicalPackage : public AdapterObject {
                                             const std::uint32_t& number, const AdapterRecord& adapter);
 
   CmpiCpp::CmpiInstance makeInstance() override;
+  CmpiCpp::CmpiInstance makeInstanceOf(CmpiCpp::CmpiPropertyList wanted) override;
 };
 
 }  // namespace ZEB

@@ -45,7 +45,12 @@ ZEB_EthernetPortControllerSoftwareIdentity::ZEB_EthernetPortControllerSoftwareId
                     adapter) {}
 
 CmpiCpp::CmpiInstance ZEB_EthernetPortControllerSoftwareIdentity::makeInstance() {
-  return kProperties.makeInstance(makeObjectPath(), reading());
+  return makeInstanceOf(nullptr);
+}
+
+CmpiCpp::CmpiInstance ZEB_EthernetPortControllerSoftwareIdentity::makeInstanceOf(
+    CmpiCpp::CmpiPropertyList wanted) {
+  return kProperties.makeInstance(makeObjectPath(), reading(), wanted);
 }
 
 }  // namespace ZEB

@@ -6,6 +6,13 @@
 
 namespace CmpiCpp {
 
+bool isNamed(CmpiPropertyList names, std::string_view property) {
+  for (CmpiPropertyList name = names; *name; ++name) {
+    if (CmpiName::equal(property, *name)) return true;
+  }
+  return false;
+}
+
 void CmpiInstance::addProperty(CmpiName name, CmpiData value) {
   const auto there = std::find_if(_properties.begin(), _properties.end(),
                                   [&](const Property& property) { return property.name == name; });
@@ -30,12 +37,7 @@ const CmpiData& CmpiInstance::getProperty(std::string_view name) const {
 
 void CmpiInstance::keepOnly(CmpiPropertyList names) {
   if (!names) return;
-  std::erase_if(_properties, [&](const Property& property) {
-    for (CmpiPropertyList name = names; *name; ++name) {
-      if (CmpiName::equal(property.name.view(), *name)) return false;
-    }
-    return true;
-  });
+  std::erase_if(_properties, [&](const Property& property) { return !isNamed(names, property.name.view()); });
 }
 
 }  // namespace CmpiCpp

@@ -5,6 +5,12 @@
 
 namespace ZEB {
 
+CmpiCpp::CmpiInstance CmpiManagedInstance::makeInstanceOf(CmpiCpp::CmpiPropertyList wanted) {
+  CmpiCpp::CmpiInstance instance = makeInstance();
+  instance.keepOnly(wanted);
+  return instance;
+}
+
 void CmpiManagedInstance::invokeMethod(const CmpiCpp::CmpiName& method, const CmpiCpp::CmpiArgs& /*in*/,
                                        CmpiCpp::CmpiMethodResult& /*result*/) {
   throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_METHOD_NOT_FOUND, "no method " + method.str());

@@ -15,11 +15,6 @@ using CmpiCpp::CmpiPropertyList;
 
 namespace {
 
-CmpiInstance filtered(CmpiInstance instance, CmpiPropertyList properties) {
-  instance.keepOnly(properties);
-  return instance;
-}
-
 /// An object manager asks in the namespaces that the plug-in is registered in, and clients then name a system
 /// of another one as if it were there.
 CmpiObjectPath endMeantBy(const CmpiObjectPath& asked) {
@@ -100,7 +95,7 @@ void CmpiManagedInstanceCollection::enumInstances(CmpiInstanceResult& result, co
                                                   const CmpiObjectPath& classPath,
                                                   CmpiPropertyList properties) {
   forEachOfClass(classPath, [&](CmpiManagedInstance& instance) {
-    result.returnInstance(filtered(instance.makeInstance(), properties));
+    result.returnInstance(instance.makeInstanceOf(properties));
   });
 }
 
@@ -108,7 +103,7 @@ bool CmpiManagedInstanceCollection::getInstance(CmpiInstanceResult& result, cons
                                                 const CmpiObjectPath& path, CmpiPropertyList properties) {
   CmpiManagedInstance* instance = getManagedInstance(path);
   if (!instance || !instance->visible()) return false;
-  result.returnInstance(filtered(instance->makeInstance(), properties));
+  result.returnInstance(instance->makeInstanceOf(properties));
   return true;
 }
 
@@ -150,7 +145,7 @@ void CmpiManagedInstanceCollection::associators(CmpiInstanceResult& result, cons
                      [&](CmpiManagedInstanceAssociation&, const CmpiObjectPath& other) {
                        CmpiManagedInstance* instance = getManagedInstance(other);
                        if (!instance || !instance->visible()) return;
-                       result.returnInstance(filtered(instance->makeInstance(), properties));
+                       result.returnInstance(instance->makeInstanceOf(properties));
                      });
 }
 
@@ -172,7 +167,7 @@ void CmpiManagedInstanceCollection::references(CmpiInstanceResult& result, const
                                                const CmpiName& role, CmpiPropertyList properties) {
   forEachAssociation(path, {resultClass, CmpiName(), role, CmpiName()},
                      [&](CmpiManagedInstanceAssociation& association, const CmpiObjectPath&) {
-                       result.returnInstance(filtered(association.makeInstance(), properties));
+                       result.returnInstance(association.makeInstanceOf(properties));
                      });
 }
 

@@ -37,5 +37,34 @@ TEST(PropertyTableTest, WhatTheInstanceHasAlreadyGetsTheNewValue) {
   EXPECT_EQ(instance.properties()[0].value.asUnsigned(), 2U);
 }
 
+/// The names of what a table adds when a client wants these alone.
+std::vector<std::string> namesOf(const PropertyRows<Nothing>& rows, CmpiCpp::CmpiPropertyList wanted) {
+  Nothing nothing;
+  CmpiCpp::CmpiInstance instance;
+  rows.fill(instance, nothing, wanted);
+  std::vector<std::string> names;
+  for (const auto& property : instance.properties()) names.push_back(property.name.str());
+  return names;
+}
+
+TEST(PropertyTableTest, WhatNobodyWantsIsNotMadeAndStepsAreTaken) {
+  int made = 0;
+  int steps = 0;
+  const PropertyRows<Nothing> rows{P::uint8(
+                                       "Unwanted", [&made](Nothing&) { return ++made; }, always),
+                                   P::step([&steps](Nothing&) { ++steps; }), P::uint8("Wanted", constant(2))};
+  constexpr std::array wanted{"wanted", "Missing", static_cast<const char*>(nullptr)};
+  EXPECT_EQ(namesOf(rows, wanted.data()), std::vector<std::string>{"Wanted"});
+  EXPECT_EQ(made, 0);
+  EXPECT_EQ(steps, 1);
+}
+
+TEST(PropertyTableTest, AWantedCopyHasWhatItCopies) {
+  const PropertyRows<Nothing> rows{P::string("Name", constant("n")), P::uint8("Level", constant(1)),
+                                   P::string("Caption", sameAs("Name"))};
+  constexpr std::array wanted{"Caption", static_cast<const char*>(nullptr)};
+  EXPECT_EQ(namesOf(rows, wanted.data()), std::vector<std::string>{"Caption"});
+}
+
 }  // namespace
 }  // namespace ZEB::test

@@ -11,6 +11,9 @@ namespace CmpiCpp {
 /// them.
 using CmpiPropertyList = const char* const*;
 
+/// Whether a list that is not null names a property.
+bool isNamed(CmpiPropertyList names, std::string_view property);
+
 /// A CIM instance as a plain value: its path and its properties in the order in which they were first added.
 class CmpiInstance {
  public:

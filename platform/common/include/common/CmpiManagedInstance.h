@@ -28,6 +28,8 @@ class CmpiManagedInstance {
   /// That path's hash, for which a class may not need the path.
   virtual std::size_t pathHash() { return makeObjectPath().hash(); }
   virtual CmpiCpp::CmpiInstance makeInstance() = 0;
+  /// With no properties but those that a client wants. A class may not have to make the others.
+  virtual CmpiCpp::CmpiInstance makeInstanceOf(CmpiCpp::CmpiPropertyList wanted);
   /// Throws `CmpiStatus` with `CMPI_RC_ERR_METHOD_NOT_FOUND` unless overridden.
   virtual void invokeMethod(const CmpiCpp::CmpiName& method, const CmpiCpp::CmpiArgs& in,
                             CmpiCpp::CmpiMethodResult& result);
