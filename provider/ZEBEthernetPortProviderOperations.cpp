@@ -20,6 +20,16 @@ namespace {
 
 constexpr NameLiteral kAutoStartClass = "ZEB_AutoStart";
 
+/// Set by an object manager in this process that asks for several classes at one moment: when it began, in
+/// nanoseconds of the monotonic clock.
+constexpr char kSharedSinceEntry[] = "ZEBSharedSince";
+
+std::optional<RefreshScope::Clock::time_point> sharedSince(const CmpiContext& context) {
+  const auto entry = context.getNumber(kSharedSinceEntry);
+  if (!entry) return std::nullopt;
+  return RefreshScope::Clock::time_point(std::chrono::nanoseconds(*entry));
+}
+
 }  // namespace
 
 void ZEBEthernetPortProvider::enumInstanceNames(CmpiObjectPathResult& result, const CmpiContext& context,
@@ -33,7 +43,7 @@ void ZEBEthernetPortProvider::enumInstances(CmpiInstanceResult& result, const Cm
                                             const CmpiObjectPath& classPath, CmpiPropertyList properties) {
   _logger.info("enumInstances()");
   const AutoMutex lock(_collectionMutex);
-  const RefreshScope refresh;
+  const RefreshScope refresh(sharedSince(context));
   followFilters();
   if (classPath.className() == CmpiName(kAutoStartClass)) {
     returnAutostart(result);
@@ -52,7 +62,7 @@ void ZEBEthernetPortProvider::getInstance(CmpiInstanceResult& result, const Cmpi
                                           const CmpiObjectPath& path, CmpiPropertyList properties) {
   _logger.info("getInstance()");
   const AutoMutex lock(_collectionMutex);
-  const RefreshScope refresh;
+  const RefreshScope refresh(sharedSince(context));
   followFilters();
   if (!_collection.getInstance(result, context, path, properties)) throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND);
 }
@@ -71,7 +81,7 @@ void ZEBEthernetPortProvider::associators(CmpiInstanceResult& result, const Cmpi
                                           const CmpiName& resultRole, CmpiPropertyList properties) {
   _logger.info("associators()");
   const AutoMutex lock(_collectionMutex);
-  const RefreshScope refresh;
+  const RefreshScope refresh(sharedSince(context));
   followFilters();
   _collection.associators(result, context, path, associationClass, resultClass, role, resultRole, properties);
 }
@@ -90,7 +100,7 @@ void ZEBEthernetPortProvider::references(CmpiInstanceResult& result, const CmpiC
                                          const CmpiName& role, CmpiPropertyList properties) {
   _logger.info("references()");
   const AutoMutex lock(_collectionMutex);
-  const RefreshScope refresh;
+  const RefreshScope refresh(sharedSince(context));
   followFilters();
   _collection.references(result, context, path, resultClass, role, properties);
 }

@@ -7,6 +7,8 @@ namespace ZebManager {
 namespace {
 
 constexpr CMPIStatus kOk = {CMPI_RC_OK, nullptr};
+/// Nanoseconds of the monotonic clock. A plug-in that does not know the entry asks each time.
+constexpr char kSharedSinceEntry[] = "ZEBSharedSince";
 
 /// The interface takes lists that are not const; providers do not change them.
 const char** listOf(PropertyList properties) {
@@ -56,10 +58,21 @@ Reply Reply::orThrow() && {
 ProviderCalls::ProviderCalls(const ClassRepository& repository, std::string nameSpace)
     : _repository(repository), _nameSpace(std::move(nameSpace)) {}
 
+ProviderCalls ProviderCalls::atOneMoment() const {
+  ProviderCalls same(*this);
+  same._moment = std::chrono::steady_clock::now();
+  return same;
+}
+
 Reply ProviderCalls::perform(const void* interface, const Operation& operation) const {
   Reply reply;
   const ArenaScope scope(reply.callMemory());
-  const Context* const context = makeCallContext(reply.callMemory(), _nameSpace);
+  Context* const context = makeCallContext(reply.callMemory(), _nameSpace);
+  if (_moment) {
+    CMPIValue since{};
+    since.uint64 = static_cast<CMPIUint64>(std::chrono::nanoseconds(_moment->time_since_epoch()).count());
+    addEntry(*context, kSharedSinceEntry, dataOf(CMPI_uint64, since));
+  }
   const CMPIStatus status = interface ? operation(context, reply.result()) : notOffered();
   reply.code = status.rc;
   reply.message = textOf(status.msg);

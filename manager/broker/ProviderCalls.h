@@ -2,8 +2,10 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -65,6 +67,10 @@ class ProviderCalls {
   const ClassRepository& repository() const { return _repository; }
   const std::string& nameSpace() const { return _nameSpace; }
 
+  /// The same, for several questions about one moment: their answers may share what the plug-in has asked the
+  /// system for since it was made.
+  ProviderCalls atOneMoment() const;
+
   /// Instances of the class and of every class that derives from it; each is asked for by its own name.
   Reply enumerateInstances(std::string_view className, PropertyList properties = nullptr) const;
   Reply enumerateInstanceNames(std::string_view className) const;
@@ -99,6 +105,7 @@ class ProviderCalls {
   const ClassRepository& _repository;
   std::string _nameSpace;
   ProviderInterfaces _interfaces;
+  std::optional<std::chrono::steady_clock::time_point> _moment;
 };
 
 /// A context as operations and factories get it.

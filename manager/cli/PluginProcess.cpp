@@ -18,8 +18,7 @@ class HostedPlugin : public HostedProvider {
 
   Broker& broker() override { return _session.broker(); }
   std::string perform(std::string_view message) override {
-    if (const auto format = metricsAskedFor(message))
-      return metricsOf(_namespace, readWorker(_session.runFolder()), *format);
+    if (const auto format = metricsAskedFor(message)) return metrics(*format);
     return isStep(message) ? performStep(message, _namespace) : answer(message, _namespace);
   }
   std::string instanceElement(const Instance& indication) override {
@@ -27,6 +26,12 @@ class HostedPlugin : public HostedProvider {
   }
 
  private:
+  std::string metrics(MetricFormat format) {
+    const ProviderCalls calls = _session.provider().atOneMoment();
+    PluginNamespace model(calls);
+    return metricsOf(model, readWorker(_session.runFolder()), format);
+  }
+
   Session _session;
   PluginNamespace _namespace;
 };

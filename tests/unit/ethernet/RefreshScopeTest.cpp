@@ -53,8 +53,10 @@ class PartsTest : public InventoryTest {
     host.dumps = 0;
   }
 
-  void refreshAll(RefreshPart part) {
-    const RefreshScope scope;
+  using Clock = RefreshScope::Clock;
+
+  void refreshAll(RefreshPart part, std::optional<Clock::time_point> sharedSince = {}) {
+    const RefreshScope scope(sharedSince);
     for (EthernetPort& port : ports) port.refresh(part);
   }
   std::uint64_t bytesReceived(std::size_t port) {
@@ -103,6 +105,55 @@ TEST_F(PartsTest, CountersAreNewAndTheRestIsWhatWasLastHeard) {
   EXPECT_EQ(statistics.sampleTime, 2000);
   EXPECT_EQ(statusOf(ports.back()), operationalStatus::OK);
   EXPECT_EQ(ports.back().getIPv4Addresses().size(), 1u);
+}
+
+TEST_F(PartsTest, ScopesOfOneMomentAskForCountersAlone) {
+  count(5);
+  const auto moment = Clock::now();
+  refreshAll(RefreshPart::Link, moment);
+  refreshAll(RefreshPart::Everything, moment);
+  refreshAll(RefreshPart::Counters, moment);
+  EXPECT_EQ(host.dumps + host.linkDumps + host.singles, 0);
+  EXPECT_EQ(host.counterDumps, 1);
+  for (std::size_t i = 0; i < ports.size(); ++i) EXPECT_EQ(bytesReceived(i), kFirst + i + 5);
+}
+
+TEST_F(PartsTest, ScopesOfOneMomentShareAnAnswerWhenSomethingWasAnnounced) {
+  count(5);
+  unplug(kFirst);
+  const auto moment = Clock::now();
+  refreshAll(RefreshPart::Link, moment);
+  EXPECT_NE(statusOf(ports.front()), operationalStatus::OK);
+  unplug(kFirst + 1);
+  refreshAll(RefreshPart::Everything, moment);
+  EXPECT_EQ(statusOf(ports[1]), operationalStatus::OK) << "the moment's answer";
+  refreshAll(RefreshPart::Counters, moment);
+  EXPECT_EQ(host.dumps, 1);
+  EXPECT_EQ(host.counterDumps + host.linkDumps + host.singles, 0) << "the answer has counters as well";
+  for (std::size_t i = 0; i < ports.size(); ++i) EXPECT_EQ(bytesReceived(i), kFirst + i + 5);
+  refreshAll(RefreshPart::Link, Clock::now());
+  EXPECT_EQ(host.dumps, 2) << "another moment";
+  EXPECT_NE(statusOf(ports[1]), operationalStatus::OK);
+}
+
+TEST_F(PartsTest, WhatClientsHaveHeardIsStillNewsForWhoFollows) {
+  unplug(kFirst);
+  refreshAll(RefreshPart::Everything, Clock::now());
+  EXPECT_TRUE(inventory->announced());
+  EXPECT_TRUE(inventory->update());
+  EXPECT_FALSE(inventory->announced());
+  EXPECT_EQ(host.dumps, 1) << "the news are there";
+}
+
+TEST_F(PartsTest, ScopesOfOneMomentShareAWholeAnswerOfASourceThatKnowsNoParts) {
+  host.inParts = false;
+  count(5);
+  const auto moment = Clock::now();
+  refreshAll(RefreshPart::Link, moment);
+  refreshAll(RefreshPart::Counters, moment);
+  refreshAll(RefreshPart::Counters, moment);
+  EXPECT_EQ(host.dumps, 1);
+  for (std::size_t i = 0; i < ports.size(); ++i) EXPECT_EQ(bytesReceived(i), kFirst + i + 5);
 }
 
 TEST_F(PartsTest, CountersComeWithEverythingWhenSomethingWasAnnounced) {

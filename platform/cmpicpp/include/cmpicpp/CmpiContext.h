@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -20,6 +21,8 @@ class CmpiContext {
   /// A text entry, such as the principal; nothing when there is none or its text is a null pointer, as some
   /// object managers have it.
   std::optional<std::string> getText(const char* name) const;
+  /// An entry of type uint64.
+  std::optional<std::uint64_t> getNumber(const char* name) const;
 
  private:
   const CMPIContext* _context = nullptr;

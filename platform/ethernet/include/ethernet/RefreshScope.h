@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
+#include <optional>
 
 namespace ZEB {
 
@@ -15,7 +17,12 @@ class ScopeState;
 /// while they are deleted and made anew.
 class RefreshScope {
  public:
-  RefreshScope();
+  using Clock = std::chrono::steady_clock;
+
+  RefreshScope() : RefreshScope(std::nullopt) {}
+  /// For one operation of several that may share what was asked for since a time. Counters aside, it then
+  /// takes the last whole answer as long as the kernel has announced nothing since and it is not old.
+  explicit RefreshScope(std::optional<Clock::time_point> sharedSince);
   ~RefreshScope();
   RefreshScope(const RefreshScope&) = delete;
   RefreshScope& operator=(const RefreshScope&) = delete;

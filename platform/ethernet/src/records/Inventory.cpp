@@ -8,6 +8,8 @@
 namespace ZEB::ethernet {
 namespace {
 
+constexpr std::chrono::seconds kUnannouncedAge{60};
+
 std::size_t slot(Inventory::Kind kind) {
   return static_cast<std::size_t>(kind);
 }
@@ -103,6 +105,18 @@ std::shared_ptr<const Model> Inventory::newestOfOneQuestion() {
   return _newest;
 }
 
+void Inventory::takeShared(ScopeAnswers& answers, Clock::time_point since) {
+  const std::scoped_lock asking(_asking);
+  // Not everything that changes is announced.
+  const bool mayDiffer = _source->announced() || _settling.next() || Clock::now() - _begun > kUnannouncedAge;
+  {
+    const std::scoped_lock lock(_mutex);
+    if (!mayDiffer || _begun >= since) answers.model = _newest;
+  }
+  if (!answers.model) answers.model = askLocked();
+  answers.olderCounters = _begun < since;
+}
+
 std::shared_ptr<const Model> Inventory::reload(Kind kind) {
   std::shared_ptr<const Model> model;
   {
@@ -112,6 +126,7 @@ std::shared_ptr<const Model> Inventory::reload(Kind kind) {
       model = std::move(offer.model);
     } else {
       model = askLocked();
+      _unfollowed = false;
       _offers[otherSlot(kind)] = {model, _begun};
     }
   }
@@ -131,11 +146,13 @@ bool Inventory::update() {
   {
     const std::scoped_lock asking(_asking);
     const bool stale = _source->announced();
+    _unfollowed = false;
     {
       const std::scoped_lock lock(_mutex);
       if (_newest && !stale) return true;
     }
     model = askLocked();
+    _unfollowed = false;
   }
   shareWithScope(*this, model);
   return model != nullptr;
@@ -143,7 +160,7 @@ bool Inventory::update() {
 
 bool Inventory::announced() {
   const std::scoped_lock asking(_asking);
-  return _source->announced();
+  return _unfollowed || _source->announced();
 }
 
 bool Inventory::concernedBy(const LayerChange& change) const {
@@ -158,6 +175,7 @@ bool Inventory::concernedBy(const LayerChange& change) const {
 
 std::shared_ptr<const Model> Inventory::askLocked() {
   _begun = Clock::now();
+  const bool news = _source->announced();
   Outcome<HostSnapshot> snapshot = _source->readAll();
   if (!snapshot) {
     noteFailure(snapshot.failure().what);
@@ -166,6 +184,7 @@ std::shared_ptr<const Model> Inventory::askLocked() {
   _settling.watchAll(*snapshot);
   auto model = buildModel(std::move(*snapshot), _includeVirtual);
   const std::scoped_lock lock(_mutex);
+  _unfollowed |= news && _newest;
   _newest = model;
   _failure.clear();
   return model;
@@ -188,6 +207,7 @@ std::optional<std::shared_ptr<const Facts>> Inventory::newerFacts(const Facts& b
   ScopeState* scope = openScope();
   ScopeAnswers* answers = scope ? &scope->answersOf(*this) : nullptr;
   if (answers && !answers->model && _oneQuestion) answers->model = newestOfOneQuestion();
+  if (answers && scope->sharedSince) return sharedFacts<Facts>(*answers, *scope->sharedSince, index, part);
   if (answers && part != RefreshPart::Everything) {
     if (auto newer = partOfMany<Facts>(*answers, index, part)) return newer;
   }
@@ -207,6 +227,23 @@ std::optional<std::shared_ptr<const Facts>> Inventory::newerFacts(const Facts& b
 template std::optional<std::shared_ptr<const PortFacts>> Inventory::newerFacts(const PortFacts&, RefreshPart);
 template std::optional<std::shared_ptr<const VlanFacts>> Inventory::newerFacts(const VlanFacts&, RefreshPart);
 template std::optional<std::shared_ptr<const TeamFacts>> Inventory::newerFacts(const TeamFacts&, RefreshPart);
+
+template <class Facts>
+std::optional<std::shared_ptr<const Facts>> Inventory::sharedFacts(ScopeAnswers& answers,
+                                                                   Clock::time_point since,
+                                                                   std::uint32_t index, RefreshPart part) {
+  if (!answers.model) takeShared(answers, since);
+  if (!answers.model) return std::nullopt;
+  if constexpr (std::is_same_v<Facts, PortFacts>) {
+    if (part == RefreshPart::Counters && answers.olderCounters) {
+      if (!answers.counters) answers.counters = askCounters();
+      if (answers.counters) return withCounters(*answers.counters, index);
+      if (!fresh()) return std::nullopt;
+      answers.olderCounters = false;
+    }
+  }
+  return find<Facts>(*answers.model, index);
+}
 
 /// Nothing where the part is not to be had by itself, or where whole answers are the cheaper way.
 template <class Facts>

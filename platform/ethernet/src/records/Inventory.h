@@ -58,7 +58,8 @@ class Inventory {
   /// scope that has its answer keeps to it, and what is announced meanwhile stays announced.
   bool update();
 
-  /// Whether anything was announced since the newest answer was begun.
+  /// Whether anything was announced since the newest answer was begun, or since the last `update` or `reload`
+  /// and clients have had it already.
   bool announced();
 
   /// Whether the newest answer may be another since that change; true when there is none.
@@ -115,14 +116,21 @@ class Inventory {
 
   /// Null where it is not as good as one begun now.
   std::shared_ptr<const Model> newestOfOneQuestion();
+  /// What an operation works with that may share its answers with others since a time: the newest, or a new
+  /// one where that was begun before and something but counters may have changed.
+  void takeShared(ScopeAnswers& answers, Clock::time_point since);
+  template <class Facts>
+  std::optional<std::shared_ptr<const Facts>> sharedFacts(ScopeAnswers& answers, Clock::time_point since,
+                                                          std::uint32_t index, RefreshPart part);
 
   const bool _includeVirtual;
   bool _oneQuestion = false;
 
-  std::mutex _asking;  ///< held while the source is used; guards _source, _settling, _begun and _offers
+  std::mutex _asking;  ///< held while the source is used; guards what follows, to _offers
   std::unique_ptr<HostSource> _source;
   Settling _settling;
   Clock::time_point _begun;
+  bool _unfollowed = false;  ///< whether an answer had news that the two who reload have not looked at
   std::array<Offer, 2> _offers;
 
   mutable std::mutex _mutex;  ///< guards what follows; never held while asking

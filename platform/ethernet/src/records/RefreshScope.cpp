@@ -30,9 +30,9 @@ ScopeAnswers& ScopeState::answersOf(const Inventory& inventory) {
 
 }  // namespace ethernet
 
-RefreshScope::RefreshScope() {
+RefreshScope::RefreshScope(std::optional<Clock::time_point> sharedSince) {
   if (ethernet::currentScope) return;
-  _state = std::make_unique<ethernet::ScopeState>();
+  _state = std::make_unique<ethernet::ScopeState>(sharedSince);
   ethernet::currentScope = _state.get();
 }
 

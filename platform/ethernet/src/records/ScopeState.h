@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <tuple>
 #include <unordered_map>
 #include <vector>
@@ -20,6 +21,7 @@ class ScopeAnswers {
 
   const Inventory* inventory;
   std::shared_ptr<const Model> model;             ///< once there, it answers everything
+  bool olderCounters = false;                     ///< whether those of the model are not new enough
   std::shared_ptr<const Model> links;             ///< answers who asks for no more
   std::shared_ptr<const CounterAnswer> counters;  ///< answers who asks for no more
 
@@ -37,10 +39,12 @@ class ScopeAnswers {
 
 class ScopeState {
  public:
-  ScopeState() : begun(Inventory::Clock::now()), _kept(existingProcessInventory()) {}
+  explicit ScopeState(std::optional<Inventory::Clock::time_point> since)
+      : begun(Inventory::Clock::now()), sharedSince(since), _kept(existingProcessInventory()) {}
 
   ScopeAnswers& answersOf(const Inventory& inventory);
   const Inventory::Clock::time_point begun;
+  const std::optional<Inventory::Clock::time_point> sharedSince;
 
  private:
   std::vector<std::unique_ptr<ScopeAnswers>> _answers;  ///< one inventory but in tests
