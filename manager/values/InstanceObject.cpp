@@ -30,8 +30,10 @@ CMPICount getPropertyCount(const CMPIInstance* object, CMPIStatus* status) {
 
 bool isFilteredOut(const InstanceBody& body, const PropertyDef& property) {
   if (!body.filter || property.key) return false;
+  const char first = foldCase(property.name.front());
   for (const char* const* wanted = body.filter; *wanted; ++wanted) {
-    if (sameName(*wanted, property.name)) return false;
+    // Nearly all differ in their first letter.
+    if (foldCase(**wanted) == first && sameName(*wanted, property.name)) return false;
   }
   return true;
 }

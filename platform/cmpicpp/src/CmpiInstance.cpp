@@ -7,8 +7,11 @@
 namespace CmpiCpp {
 
 bool isNamed(CmpiPropertyList names, std::string_view property) {
+  constexpr int kCase = 'a' - 'A';
   for (CmpiPropertyList name = names; *name; ++name) {
-    if (CmpiName::equal(property, *name)) return true;
+    // Nearly all differ in their first letter.
+    const bool mayBe = property.empty() || ((**name ^ property.front()) & ~kCase) == 0;
+    if (mayBe && CmpiName::equal(property, *name)) return true;
   }
   return false;
 }
