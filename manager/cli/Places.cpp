@@ -28,15 +28,16 @@ bool isAddress(const std::string& word) {
 
 std::vector<std::string> carriersOf(Namespace& model, const std::string& address) {
   std::unordered_map<std::string, std::string> endpoints;
-  forEachInstance(model, "ZEB_EthernetLANEndpoint", [&](const PropertyView& view) {
-    if (!isVlan(view)) endpoints[view.path()] = bare(view.text("MACAddress"));
-  });
+  forEachInstance(model, "ZEB_EthernetLANEndpoint", {"MACAddress", "VLANId", "VLANName"},
+                  [&](const PropertyView& view) {
+                    if (!isVlan(view)) endpoints[view.path()] = bare(view.text("MACAddress"));
+                  });
   std::vector<std::string> found;
   for (const auto& [className, toEndpoint] :
        {std::pair("ZEB_EthernetPort", "ZEB_EthernetPortToLANEndpoint"),
         std::pair("ZEB_EthernetTeam", "ZEB_EthernetTeamToLANEndpoint")}) {
     const Links links = readLinks(model, toEndpoint, "Antecedent", "Dependent");
-    forEachInstance(model, className, [&](const PropertyView& view) {
+    forEachInstance(model, className, {"PermanentAddress"}, [&](const PropertyView& view) {
       std::string own = bare(view.text("PermanentAddress"));
       if (own.empty()) {
         if (const std::string* const current = firstOf(links, view.path(), endpoints)) own = *current;
