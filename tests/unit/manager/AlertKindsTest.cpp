@@ -106,7 +106,8 @@ Tree machine(std::uint64_t portStatus, std::uint64_t teamStatus, std::uint64_t r
   team.name = "bond0";
   team.status.code = teamStatus;
   team.redundancyCode = redundancy;
-  team.members = {{.port = "eth0", .role = "", .roleCode = role, .portStatus = {}, .memberStatus = {}}};
+  team.members = {
+      {.port = "eth0", .role = "", .roleCode = role, .portStatus = {}, .memberStatus = {}, .path = {}}};
   TreeCard card;
   card.ports.push_back(port);
   tree.cards.push_back(card);
