@@ -48,7 +48,8 @@ Plan planOf(std::string_view text) {
   plan.classOrigin = reader.nextNumber() != 0;
   plan.query = reader.next();
   if (reader.nextNumber() != 0) plan.properties.emplace();
-  while (!reader.atEnd()) plan.properties.value().push_back(reader.next());
+  if (!plan.properties && !reader.atEnd()) throw TextListError("properties of a plan that has none");
+  while (!reader.atEnd()) plan.properties->push_back(reader.next());
   return plan;
 }
 

@@ -1,5 +1,6 @@
 // Enumerations that are pulled: what the operations give, and what they refuse.
 #include "PullFixture.h"
+#include "cimxml/TextList.h"
 
 namespace ZebManager {
 namespace {
@@ -109,6 +110,20 @@ TEST_F(PullTest, PropertiesAreNarrowed) {
   const Pulled shallow = ask("OpenEnumerateInstances",
                              kThings + value("MaxObjectCount", "1") + value("DeepInheritance", "FALSE"));
   EXPECT_THAT(shallow.text, Not(HasSubstr("\"Colour\""))) << "M_Base has none";
+}
+
+/// Namespace, class, whether with class origin, query, whether there are names of properties, a name.
+TEST_F(PullTest, APlanThatNamesPropertiesItDoesNotHaveIsRefused) {
+  for (const char* const listed : {"0", "1"}) {
+    TextList plan;
+    for (const char* const text : {"root/jxv", "", "0", "", listed, "Colour"}) plan.append(text);
+    const std::string step = fetchingStep(plan.bytes(), 1, {});
+    if (*listed == '1') {
+      EXPECT_EQ(readFetched(performStep(step, things)).used, 0U);
+    } else {
+      EXPECT_THROW(performStep(step, things), TextListError);
+    }
+  }
 }
 
 TEST_F(PullTest, InstancesThatHaveGoneAreLeftOut) {
