@@ -4,12 +4,17 @@ namespace ZebManager {
 
 LoginAttempt attemptOf(const Frame& frame) {
   std::vector<std::string> texts = unpackTexts(frame.body);
-  if (frame.kind != Frame::Kind::Login || texts.size() != 3) throw FrameError("this is no login");
-  return {std::move(texts[0]), std::move(texts[1]), std::move(texts[2])};
+  if (frame.kind != Frame::Kind::Login || texts.size() < 2 || texts.size() > 3)
+    throw FrameError("this is no login");
+  LoginAttempt attempt{std::move(texts[0]), std::nullopt, std::move(texts[1])};
+  if (texts.size() == 3) attempt.password = std::move(texts[2]);
+  return attempt;
 }
 
 Frame frameOf(const LoginAttempt& attempt) {
-  return {Frame::Kind::Login, 0, packTexts({attempt.user, attempt.password, attempt.host})};
+  std::vector<std::string> texts = {attempt.user, attempt.host};
+  if (attempt.password) texts.push_back(*attempt.password);
+  return {Frame::Kind::Login, 0, packTexts(texts)};
 }
 
 Verdict verdictOf(const Frame& frame) {

@@ -1,6 +1,7 @@
 // What the server asks the process that checks passwords, and what it is told.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "isolation/Frame.h"
@@ -9,8 +10,8 @@ namespace ZebManager {
 
 struct LoginAttempt {
   std::string user;
-  std::string password;
-  std::string host;  ///< address of the client
+  std::optional<std::string> password;  ///< nothing: the user has shown a certificate
+  std::string host;                     ///< address of the client
 };
 
 enum class Verdict { Refused, MayRead, MayWrite };

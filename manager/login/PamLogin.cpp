@@ -12,6 +12,7 @@ namespace {
 
 /// PAM frees what it gets here.
 int converse(int count, const pam_message** messages, pam_response** responses, void* password) {
+  if (!password) return PAM_CONV_ERR;
   auto* const answers =
       static_cast<pam_response*>(std::calloc(static_cast<std::size_t>(count), sizeof **responses));
   if (!answers) return PAM_BUF_ERR;
@@ -30,14 +31,15 @@ int authenticate(pam_handle_t* handle, const LoginAttempt& attempt) {
   constexpr int kFlags = PAM_SILENT | PAM_DISALLOW_NULL_AUTHTOK;
   pam_set_item(handle, PAM_FAIL_DELAY, reinterpret_cast<const void*>(&doNotSleep));
   pam_set_item(handle, PAM_RHOST, attempt.host.c_str());
-  const int result = pam_authenticate(handle, kFlags);
+  const int result = attempt.password ? pam_authenticate(handle, kFlags) : PAM_SUCCESS;
   return result == PAM_SUCCESS ? pam_acct_mgmt(handle, kFlags) : result;
 }
 
 }  // namespace
 
 Verdict askPam(const LoginSettings& settings, const LoginAttempt& attempt) {
-  const pam_conv conversation{converse, const_cast<std::string*>(&attempt.password)};
+  const std::string* const password = attempt.password ? &*attempt.password : nullptr;
+  const pam_conv conversation{converse, const_cast<std::string*>(password)};
   pam_handle_t* handle = nullptr;
   const char* const folder = settings.pamFolder.empty() ? nullptr : settings.pamFolder.c_str();
   const int started =

@@ -18,6 +18,7 @@ constexpr seconds kHolds{30};
 constexpr seconds kRemembered{3600};
 constexpr seconds kWhenFull{5};
 constexpr std::size_t kMostKnown = 1000;
+constexpr std::size_t kMostHosts = 64;
 constexpr std::size_t kDigestBytes = 32;
 /// More than Linux and PAM take.
 constexpr std::size_t kLongestUser = 256;
@@ -53,10 +54,16 @@ std::optional<LoginAttempt> attemptOf(std::string_view authorization, const std:
   return LoginAttempt{plain->substr(0, colon), plain->substr(colon + 1), host};
 }
 
+/// No header holds a line end, and no user who guesses has one in the name.
+std::string keyOf(const ShownCertificate& certificate) {
+  return "\ncertificate of " + certificate.user;
+}
+
 }  // namespace
 
 Authenticator::Authenticator(ProcessSource judges, LogLine log)
     : _log(std::move(log)),
+      _refusals(_log),
       _line(std::move(judges)),
       _salt(kDigestBytes, '\0'),
       _users(kFreeOfUser),
@@ -79,33 +86,61 @@ std::optional<std::string> Authenticator::knownBefore(const std::string& authori
   return found->second.user.name;
 }
 
-/// The same header is judged once at a time, whoever sends it.
+std::optional<std::string> Authenticator::knownBefore(const ShownCertificate& certificate) {
+  return knownBefore(keyOf(certificate));
+}
+
 Login Authenticator::check(const std::string& authorization, const std::string& host,
                            const std::string& client) {
-  const auto attempt = attemptOf(authorization, host);
-  if (!attempt) return {};
-  const std::string digest = digestOf(authorization);
+  auto attempt = attemptOf(authorization, host);
+  if (attempt) {
+    const std::string name = quotedForLog(attempt->user) + " with a password";
+    return check(Claim{std::move(*attempt), authorization, name, client});
+  }
+  refuse("a login that cannot be read", host, client);
+  return {};
+}
+
+Login Authenticator::check(const ShownCertificate& certificate, const std::string& host,
+                           const std::string& client) {
+  const std::string name = "the certificate " + quotedForLog(certificate.subject);
+  if (!certificate.user.empty()) {
+    return check(Claim{{certificate.user, std::nullopt, host},
+                       keyOf(certificate),
+                       quotedForLog(certificate.user) + " with " + name,
+                       client});
+  }
+  refuse(name + " (" + certificate.fault + ")", host, client);
+  return {};
+}
+
+/// What is shown is judged once at a time, whoever shows it.
+Login Authenticator::check(const Claim& claim) {
+  const std::string digest = digestOf(claim.key);
   std::unique_lock lock(_mutex);
   _judged.wait(lock, [&] { return !_underWay.contains(digest); });
   const auto now = Clock::now();
   const auto found = _known.find(digest);
   const bool knownBefore = found != _known.end() && now - found->second.asked < kRemembered;
-  if (knownBefore && now - found->second.asked < kHolds) return {found->second.user};
+  if (knownBefore && now - found->second.asked < kHolds) return letIn(found->second, claim);
   if (!knownBefore) {
-    if (const seconds pause = pauseOf(attempt->user, client, now); pause > seconds(0)) return {{}, pause};
+    if (const seconds pause = pauseOf(claim.counted(), claim.client, now); pause > seconds(0))
+      return {{}, pause};
   }
   _underWay.insert(digest);
   lock.unlock();
-  const Login login = judge(*attempt, client, knownBefore);
+  const Login login = judge(claim, knownBefore);
   lock.lock();
   _underWay.erase(digest);
   _judged.notify_all();
   if (login.user) {
     remember(digest, *login.user);
-    _users.succeeded(attempt->user);
-  } else if (login.later == seconds(0)) {
+    _users.succeeded(claim.counted());
+    return letIn(_known[digest], claim);
+  }
+  if (login.later == seconds(0)) {
     _known.erase(digest);
-    noteFailure(attempt->user, client);
+    noteFailure(claim);
   }
   return login;
 }
@@ -114,9 +149,10 @@ seconds Authenticator::pauseOf(const std::string& user, const std::string& clien
   return std::max(_users.pauseOf(user, now), _clients.pauseOf(client, now));
 }
 
-Login Authenticator::judge(const LoginAttempt& attempt, const std::string& client, bool knownBefore) {
+Login Authenticator::judge(const Claim& claim, bool knownBefore) {
+  const LoginAttempt& attempt = claim.attempt;
   try {
-    const auto verdict = _line.judge(attempt, client, knownBefore);
+    const auto verdict = _line.judge(attempt, claim.client, knownBefore);
     if (!verdict) return {{}, kWhenFull};
     if (*verdict == Verdict::Refused) return {};
     return {User{attempt.user, *verdict == Verdict::MayWrite}};
@@ -126,21 +162,37 @@ Login Authenticator::judge(const LoginAttempt& attempt, const std::string& clien
   }
 }
 
+/// A line for each address from which somebody signs in.
+Login Authenticator::letIn(Known& known, const Claim& claim) const {
+  const std::string& host = claim.attempt.host;
+  if (known.hosts.size() >= kMostHosts && !known.hosts.contains(host)) known.hosts.clear();
+  if (known.hosts.insert(host).second) _log("signed in from " + host + ": " + claim.name);
+  return {known.user};
+}
+
 void Authenticator::remember(const std::string& digest, const User& user) {
   if (_known.size() >= kMostKnown) {
     _known.erase(std::min_element(_known.begin(), _known.end(), [](const auto& a, const auto& b) {
       return a.second.asked < b.second.asked;
     }));
   }
-  _known[digest] = {user, Clock::now()};
+  Known& known = _known[digest];
+  known.user = user;
+  known.asked = Clock::now();
 }
 
-void Authenticator::noteFailure(const std::string& user, const std::string& client) {
+void Authenticator::refuse(const std::string& what, const std::string& host, const std::string& client) {
+  const std::lock_guard lock(_mutex);
+  _refusals.add("refused from " + host + ": " + what, client, Clock::now());
+}
+
+void Authenticator::noteFailure(const Claim& claim) {
   const auto now = Clock::now();
-  if (_users.failed(user, now))
-    _log("logins of " + quotedForLog(user) + " keep failing: further ones have to wait");
-  if (_clients.failed(client, now))
-    _log("logins from " + client + " keep failing: further ones have to wait");
+  _refusals.add("refused from " + claim.attempt.host + ": " + claim.name, claim.client, now);
+  if (_users.failed(claim.counted(), now))
+    _log("logins of " + quotedForLog(claim.attempt.user) + " keep failing: further ones have to wait");
+  if (_clients.failed(claim.client, now))
+    _log("logins from " + claim.client + " keep failing: further ones have to wait");
 }
 
 }  // namespace ZebManager

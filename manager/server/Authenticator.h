@@ -9,6 +9,8 @@
 #include <set>
 #include <string>
 
+#include "server/ClientCertificate.h"
+#include "server/FailureLog.h"
 #include "server/LoginBackOff.h"
 #include "server/LoginLine.h"
 #include "server/ServerSettings.h"
@@ -20,16 +22,17 @@ struct User {
   bool mayWrite = false;
 };
 
-/// What became of an Authorization header.
+/// What became of an Authorization header, or of a certificate.
 struct Login {
   std::optional<User> user = std::nullopt;
-  /// Without a user: the header was not looked at, and may be sent again after so long. Zero: it is wrong.
+  /// Without a user: it was not looked at, and may be sent again after so long. Zero: it is wrong.
   std::chrono::seconds later{0};
 };
 
-/// Asks the processes that judge logins. What they accepted holds for half a minute, so that not every
-/// request of a client waits for it, and such a client is asked for last when many guess. Who guesses waits
-/// longer and longer, by user and by client. Safe from any thread.
+/// Asks the processes that judge logins, also whether the account of a certificate's user is valid. What they
+/// accepted holds for half a minute, so that not every request of a client waits for it, and such a client is
+/// asked for last when many guess. Who guesses waits longer and longer, by user and by client. Safe from any
+/// thread.
 class Authenticator {
  public:
   using LogLine = std::function<void(const std::string&)>;
@@ -38,8 +41,10 @@ class Authenticator {
 
   /// Who has been let in with it within the last hour.
   std::optional<std::string> knownBefore(const std::string& authorization);
+  std::optional<std::string> knownBefore(const ShownCertificate& certificate);
   /// `host`: address of the client; `client`: what it is counted as.
   Login check(const std::string& authorization, const std::string& host, const std::string& client);
+  Login check(const ShownCertificate& certificate, const std::string& host, const std::string& client);
 
   /// From now on nobody is let in whom it does not know already.
   void stop() { _line.stop(); }
@@ -49,15 +54,31 @@ class Authenticator {
   struct Known {
     User user;
     Clock::time_point asked;
+    std::set<std::string> hosts = {};  ///< that the log has named
+  };
+  /// What is judged, and how the log calls it.
+  struct Claim {
+    LoginAttempt attempt;
+    std::string key;  ///< of what is shown for it
+    std::string name;
+    std::string client;
+
+    /// Whose failures count. Nobody guesses a certificate: who shows one is not held up by guesses at the
+    /// user's password.
+    const std::string& counted() const { return attempt.password ? attempt.user : key; }
   };
 
   std::string digestOf(const std::string& text) const;
   std::chrono::seconds pauseOf(const std::string& user, const std::string& client, Clock::time_point now);
-  Login judge(const LoginAttempt& attempt, const std::string& client, bool knownBefore);
+  Login check(const Claim& claim);
+  Login judge(const Claim& claim, bool knownBefore);
+  Login letIn(Known& known, const Claim& claim) const;
   void remember(const std::string& digest, const User& user);
-  void noteFailure(const std::string& user, const std::string& client);
+  void refuse(const std::string& what, const std::string& host, const std::string& client);
+  void noteFailure(const Claim& claim);
 
   const LogLine _log;
+  FailureLog _refusals;
   LoginLine _line;
   std::string _salt;
   std::mutex _mutex;

@@ -85,7 +85,7 @@ Certificate make() {
   gnutls_datum_t keyText{};
   require(gnutls_x509_crt_export2(rawCrt, GNUTLS_X509_FMT_PEM, &certificateText), "certificate");
   require(gnutls_x509_privkey_export2(rawKey, GNUTLS_X509_FMT_PEM, &keyText), "key");
-  return {textOf(certificateText), textOf(keyText)};
+  return {textOf(certificateText), textOf(keyText), {}};
 }
 
 std::string contentOf(const std::string& file) {
@@ -119,7 +119,7 @@ gnutls_datum_t viewOf(const std::string& text) {
 
 /// The library that serves says nothing about what it cannot use.
 Certificate configured(const std::string& file, const std::string& keyFile) {
-  Certificate read{contentOf(file), contentOf(keyFile)};
+  Certificate read{contentOf(file), contentOf(keyFile), {}};
   gnutls_certificate_credentials_t raw = nullptr;
   require(gnutls_certificate_allocate_credentials(&raw), "memory");
   const std::unique_ptr<gnutls_certificate_credentials_st, FreeCredentials> credentials(raw);
@@ -133,9 +133,20 @@ Certificate configured(const std::string& file, const std::string& keyFile) {
   return read;
 }
 
-}  // namespace
+/// Of those who sign clients' certificates.
+std::string authority(const std::string& file) {
+  std::string read = contentOf(file);
+  gnutls_certificate_credentials_t raw = nullptr;
+  require(gnutls_certificate_allocate_credentials(&raw), "memory");
+  const std::unique_ptr<gnutls_certificate_credentials_st, FreeCredentials> credentials(raw);
+  const gnutls_datum_t certificates = viewOf(read);
+  const int count = gnutls_certificate_set_x509_trust_mem(raw, &certificates, GNUTLS_X509_FMT_PEM);
+  if (count > 0) return read;
+  throw ManagerError("cannot use the certificates of " + file + ": " +
+                     (count < 0 ? gnutls_strerror(count) : "there are none"));
+}
 
-Certificate certificateFor(const ServerSettings& settings, const LogLine& log) {
+Certificate ownCertificate(const ServerSettings& settings, const LogLine& log) {
   if (!settings.certificate.empty()) {
     return configured(settings.certificate, settings.key.empty() ? settings.certificate : settings.key);
   }
@@ -143,7 +154,7 @@ Certificate certificateFor(const ServerSettings& settings, const LogLine& log) {
   std::error_code error;
   if (std::filesystem::exists(file, error)) {
     const std::string both = contentOf(file);
-    return {both, both};
+    return {both, both, {}};
   }
   Certificate made = make();
   try {
@@ -153,6 +164,14 @@ Certificate certificateFor(const ServerSettings& settings, const LogLine& log) {
     log(std::string("the certificate is another one at the next start: ") + unwritable.what());
   }
   return made;
+}
+
+}  // namespace
+
+Certificate certificateFor(const ServerSettings& settings, const LogLine& log) {
+  Certificate certificate = ownCertificate(settings, log);
+  if (!settings.clientAuthority.empty()) certificate.clientAuthority = authority(settings.clientAuthority);
+  return certificate;
 }
 
 }  // namespace ZebManager

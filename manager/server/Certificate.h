@@ -8,8 +8,9 @@
 namespace ZebManager {
 
 struct Certificate {
-  std::string certificate;  ///< PEM
-  std::string key;          ///< PEM
+  std::string certificate;           ///< PEM
+  std::string key;                   ///< PEM
+  std::string clientAuthority = {};  ///< PEM: who signs clients' certificates; empty: none are asked for
 };
 
 /// The configured one. Without it one that the server has signed itself, made at the first time and kept in

@@ -11,6 +11,7 @@
 
 #include "cimxml/Message.h"
 #include "server/ByteStream.h"
+#include "server/ClientCertificate.h"
 
 namespace ZebManager {
 
@@ -32,6 +33,8 @@ struct HttpHead {
   std::string path = {};                ///< what is asked for, without what follows a question mark
   /// What follows it under a name, unescaped; empty when there is none.
   std::function<std::string(const std::string& name)> argument = {};
+  std::optional<ShownCertificate> certificate =
+      {};  ///< once the head alone has come; nothing when none was shown
 
   /// Prefix of the headers of CIM: empty, or for M-POST the number that Man gives, and a hyphen.
   std::string prefix() const;

@@ -72,7 +72,16 @@ HttpHead headOf(MHD_Connection* connection, const char* method, const char* path
           ownAddressOf(connection),
           namesIn(connection),
           path,
-          valuesIn(connection, MHD_GET_ARGUMENT_KIND)};
+          valuesIn(connection, MHD_GET_ARGUMENT_KIND),
+          {}};
+}
+
+/// Looked at anew for each request: a connection may stay for longer than a certificate is in date.
+std::optional<ShownCertificate> certificateOf(HttpServer& server, MHD_Connection* connection) {
+  const auto& users = server.bounds().settings.certificateUsers;
+  const auto* const tls = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_GNUTLS_SESSION);
+  if (users.empty() || !tls || !tls->tls_session) return std::nullopt;
+  return shownBy(static_cast<gnutls_session_int*>(tls->tls_session), users);
 }
 
 /// One request while it arrives.
@@ -169,7 +178,11 @@ MHD_Result onAccess(void* server, MHD_Connection* connection, const char* path, 
                     const char*, const char* data, std::size_t* size, void** state) {
   HttpServer& self = *static_cast<HttpServer*>(server);
   try {
-    if (!*state) return begin(self, connection, headOf(connection, method, path), state);
+    if (!*state) {
+      HttpHead head = headOf(connection, method, path);
+      head.certificate = certificateOf(self, connection);
+      return begin(self, connection, head, state);
+    }
     Exchange& exchange = *static_cast<Exchange*>(*state);
     if (*size == 0) return finish(self, connection, headOf(connection, method, path), exchange);
     exchange.take(data, *size);
@@ -215,6 +228,8 @@ HttpServer::HttpServer(ListeningSocket listener, Router& router, HttpBounds& bou
     options = {{MHD_OPTION_HTTPS_MEM_CERT, 0, _certificate->certificate.data()},
                {MHD_OPTION_HTTPS_MEM_KEY, 0, _certificate->key.data()},
                {MHD_OPTION_HTTPS_PRIORITIES, 0, const_cast<char*>(kCiphers)}};
+    std::string& authority = _certificate->clientAuthority;
+    if (!authority.empty()) options.push_back({MHD_OPTION_HTTPS_MEM_TRUST, 0, authority.data()});
   }
   options.push_back({MHD_OPTION_END, 0, nullptr});
   const unsigned flags = MHD_USE_INTERNAL_POLLING_THREAD | MHD_USE_THREAD_PER_CONNECTION | MHD_USE_POLL |

@@ -67,17 +67,19 @@ std::optional<HttpAnswer> Router::refuse(const HttpHead& head) const {
 
 Party Router::partyOf(const HttpHead& head) {
   const std::string authorization = head.header("Authorization");
-  if (authorization.empty()) return {Party::Kind::Nobody, head.client};
-  const auto user = _users.knownBefore(authorization);
+  if (authorization.empty() && !head.certificate) return {Party::Kind::Nobody, head.client};
+  const auto user =
+      authorization.empty() ? _users.knownBefore(*head.certificate) : _users.knownBefore(authorization);
   return user ? Party{Party::Kind::User, *user} : Party{Party::Kind::Stranger, head.client};
 }
 
 Router::Admission Router::admit(const HttpHead& head) {
   const std::string authorization = head.header("Authorization");
-  if (authorization.empty()) {
+  if (authorization.empty() && !head.certificate) {
     return head.fromLoopback ? Admission() : Admission{httpError(401)};
   }
-  Login login = _users.check(authorization, head.host, head.client);
+  Login login = authorization.empty() ? _users.check(*head.certificate, head.host, head.client)
+                                      : _users.check(authorization, head.host, head.client);
   if (login.user) return {std::nullopt, std::move(login.user)};
   return {login.later > std::chrono::seconds(0) ? busy(login.later) : httpError(401)};
 }

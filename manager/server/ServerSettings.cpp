@@ -69,9 +69,16 @@ void orderPauses(ServerSettings& settings, const std::string& file, const Warn& 
 /// Values that fit alone.
 void checkTogether(ServerSettings& settings, const std::string& file, const Warn& warn) {
   orderPauses(settings, file, warn);
-  if (!settings.key.empty() && settings.certificate.empty()) {
-    throw ManagerError(file + ": 'listen.key' is of no use without 'listen.certificate'");
-  }
+  const auto require = [&](bool given, const char* what, bool other, const char* without) {
+    if (given && !other) {
+      throw ManagerError(file + ": '" + what + "' is of no use without '" + without + "'");
+    }
+  };
+  const bool authority = !settings.clientAuthority.empty();
+  const bool users = !settings.certificateUsers.empty();
+  require(!settings.key.empty(), "listen.key", !settings.certificate.empty(), "listen.certificate");
+  require(authority, "listen.client-ca", users, "access.certificates");
+  require(users, "access.certificates", authority, "listen.client-ca");
 }
 
 }  // namespace

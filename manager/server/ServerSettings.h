@@ -11,6 +11,7 @@
 #include "isolation/ProviderSupervisor.h"
 #include "login/LoginSettings.h"
 #include "pull/EnumerationTable.h"
+#include "server/ClientCertificate.h"
 
 namespace ZebManager {
 
@@ -22,6 +23,8 @@ struct ServerSettings {
   std::vector<std::string> aliases;      ///< other names of the namespace that the plug-in serves
   std::string certificate;               ///< PEM file; without it the server makes one
   std::string key;                       ///< PEM file; empty: it is in the file of the certificate
+  std::string clientAuthority;  ///< PEM file of who signs clients' certificates; empty: none are asked for
+  CertificateUsers certificateUsers;
   LoginSettings login;
   std::string stateDirectory = "/var/lib/zebcim";
   unsigned connections = 256;

@@ -56,6 +56,7 @@ constexpr std::array kTexts = {
     TextRow{"listen.https", [](ServerSettings& s) -> std::string& { return s.https; }, isPlace, kPlace},
     TextRow{"listen.certificate", [](ServerSettings& s) -> std::string& { return s.certificate; }},
     TextRow{"listen.key", [](ServerSettings& s) -> std::string& { return s.key; }},
+    TextRow{"listen.client-ca", [](ServerSettings& s) -> std::string& { return s.clientAuthority; }},
     TextRow{"access.pam-service", [](ServerSettings& s) -> std::string& { return s.login.pamService; },
             isName, kName},
     TextRow{"access.pam-folder", [](ServerSettings& s) -> std::string& { return s.login.pamFolder; }},
@@ -190,6 +191,20 @@ TakenKey take(ServerSettings& settings, const TextsRow& row, const toml::node& v
   return {KeyState::Taken, {}};
 }
 
+/// Names in certificates, each with the user whom it signs in.
+TakenKey takeUsers(ServerSettings& settings, const toml::node& value) {
+  const TakenKey bad{KeyState::Bad, "names, and a user for each"};
+  if (!value.is_table()) return bad;
+  CertificateUsers users;
+  for (const auto& [name, user] : *value.as_table()) {
+    const auto text = user.value_exact<std::string>();
+    if (name.str().empty() || !text || text->empty()) return bad;
+    users.emplace(name.str(), *text);
+  }
+  settings.certificateUsers = std::move(users);
+  return {KeyState::Taken, {}};
+}
+
 TakenKey take(ServerSettings& settings, const FlagRow& row, const toml::node& value) {
   const auto flag = value.value_exact<bool>();
   if (!flag) return {KeyState::Bad, "true or false"};
@@ -214,6 +229,7 @@ TakenKey takeKey(ServerSettings& settings, std::string_view key, const toml::nod
   if (const auto* const texts = rowOf(kLists, key)) return take(settings, *texts, value);
   if (const auto* const flag = rowOf(kFlags, key)) return take(settings, *flag, value);
   if (const auto* const number = rowOf(kNumbers, key)) return take(settings, *number, value);
+  if (key == "access.certificates") return takeUsers(settings, value);
   return {KeyState::Unknown, {}};
 }
 

@@ -1,5 +1,5 @@
 // How long an accepted password holds, with a clock that the test sets and a judge that it plays.
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -51,6 +51,7 @@ class Judge {
 
   std::atomic<Verdict> verdict{Verdict::MayRead};
   std::atomic<int> asked{0};
+  std::atomic<int> withCertificate{0};
 
  private:
   void run() {
@@ -59,7 +60,12 @@ class Judge {
     FrameReader reader;
     while (reader.receive(one.get()) == Transfer::Done) {
       while (const auto frame = reader.next()) {
-        EXPECT_EQ(attemptOf(*frame).password, "secret");
+        const LoginAttempt attempt = attemptOf(*frame);
+        if (attempt.password) {
+          EXPECT_EQ(attempt.password, "secret");
+        } else {
+          ++withCertificate;
+        }
         ++asked;
         FrameSender(one.get()).send(frameOf(verdict.load()));
       }
@@ -74,10 +80,15 @@ class Judge {
 class AuthenticatorTest : public testing::Test {
  protected:
   ~AuthenticatorTest() override { passed = 0s; }
-  Login login() { return authenticator.check(kUser, "192.0.2.1", "192.0.2.1"); }
+  Login login(const std::string& host = "192.0.2.1") { return authenticator.check(kUser, host, host); }
+  Login show(const ShownCertificate& certificate) {
+    return authenticator.check(certificate, "192.0.2.1", "192.0.2.1");
+  }
 
   Judge judge;
-  Authenticator authenticator{{.socket = judge.path()}, [](const std::string&) {}};
+  std::vector<std::string> lines;
+  Authenticator authenticator{{.socket = judge.path()},
+                              [this](const std::string& line) { lines.push_back(line); }};
 };
 
 TEST_F(AuthenticatorTest, APasswordThatWasAcceptedHoldsForHalfAMinute) {
@@ -121,6 +132,67 @@ TEST_F(AuthenticatorTest, AUserWhoIsRefusedIsKnownNoMore) {
   passed = 31s;
   EXPECT_FALSE(login().user);
   EXPECT_FALSE(authenticator.knownBefore(kUser));
+}
+
+const ShownCertificate kConsole{"console", "CN=it's", ""};
+
+/// With it nothing but the account is judged, and that anew after half a minute.
+TEST_F(AuthenticatorTest, ACertificateSignsInWhoseAccountIsValid) {
+  judge.verdict = Verdict::MayWrite;
+  const Login first = show(kConsole);
+  ASSERT_TRUE(first.user);
+  EXPECT_EQ(first.user->name, "console");
+  EXPECT_TRUE(first.user->mayWrite);
+  EXPECT_EQ(authenticator.knownBefore(kConsole), "console");
+  judge.verdict = Verdict::Refused;
+  passed = 20s;
+  EXPECT_TRUE(show(kConsole).user);
+  passed = 40s;
+  EXPECT_FALSE(show(kConsole).user);
+  EXPECT_FALSE(authenticator.knownBefore(kConsole));
+  EXPECT_EQ(judge.withCertificate, 2);
+}
+
+TEST_F(AuthenticatorTest, ACertificateOfNobodyIsNotJudged) {
+  const Login login = show({"", "CN=it", "it is late"});
+  EXPECT_FALSE(login.user);
+  EXPECT_EQ(login.later, 0s);
+  EXPECT_EQ(judge.asked, 0);
+  EXPECT_THAT(lines, testing::ElementsAre("refused from 192.0.2.1: the certificate 'CN=it' (it is late)"));
+}
+
+TEST_F(AuthenticatorTest, WhoGuessesAtAPasswordHoldsUpNoCertificate) {
+  judge.verdict = Verdict::Refused;
+  for (int i = 0; i < 4; ++i) login();
+  EXPECT_EQ(login().later, 1s);
+  EXPECT_EQ(authenticator.check({"user", "CN=user", ""}, "192.0.2.2", "192.0.2.2").later, 0s);
+  EXPECT_EQ(authenticator.check(kUser, "192.0.2.2", "192.0.2.2").later, 1s) << "the password of that user";
+}
+
+TEST_F(AuthenticatorTest, EachAddressFromWhichAUserSignsInIsALine) {
+  for (const char* const host : {"192.0.2.1", "192.0.2.1", "192.0.2.2", "192.0.2.1"}) login(host);
+  passed = 31s;
+  login();
+  show(kConsole);
+  EXPECT_THAT(lines, testing::ElementsAre(
+                         "signed in from 192.0.2.1: 'user' with a password",
+                         "signed in from 192.0.2.2: 'user' with a password",
+                         R"(signed in from 192.0.2.1: 'console' with the certificate 'CN=it\x27s')"));
+}
+
+TEST_F(AuthenticatorTest, EachRefusalIsALineAndWhoGoesOnHasTenAMinute) {
+  judge.verdict = Verdict::Refused;
+  login();
+  EXPECT_THAT(lines, testing::ElementsAre("refused from 192.0.2.1: 'user' with a password"));
+  for (int i = 0; i < 100; ++i) show({"", "x", "late"});
+  ASSERT_EQ(lines.size(), 10U);
+  EXPECT_EQ(lines[8], "refused from 192.0.2.1: the certificate 'x' (late)");
+  EXPECT_EQ(lines[9], lines[8] + "; further ones of this minute are not told");
+  authenticator.check("Bearer x", "192.0.2.2", "192.0.2.2");
+  EXPECT_EQ(lines.back(), "refused from 192.0.2.2: a login that cannot be read");
+  passed = 61s;
+  show({"", "x", "late"});
+  EXPECT_EQ(lines.size(), 12U);
 }
 
 }  // namespace

@@ -123,6 +123,7 @@ const std::vector<Text> kTexts = {
     {"listen.https", "127.0.0.1:5989", "none", [](const S& s) { return s.https; }, "127.0.0.1:65536"},
     {"listen.certificate", "", "/a.pem", [](const S& s) { return s.certificate; }},
     {"listen.key", "", "/b.pem", [](const S& s) { return s.key; }},
+    {"listen.client-ca", "", "/c.pem", [](const S& s) { return s.clientAuthority; }},
     {"access.pam-service", "zebcim", "login", [](const S& s) { return s.login.pamService; }, ""},
     {"access.pam-folder", "", "/etc/pam", [](const S& s) { return s.login.pamFolder; }},
     {"access.write-group", "zebcim", "", [](const S& s) { return s.login.writeGroup; }},
@@ -180,7 +181,8 @@ INSTANTIATE_TEST_SUITE_P(All, TextKeys, testing::ValuesIn(kTexts),
 TEST_P(TextKeys, HaveADefaultAndTakeTexts) {
   const Text& text = GetParam();
   EXPECT_EQ(text.of(ServerSettings()), text.byDefault);
-  const std::string more = text.key == std::string("listen.key") ? "certificate = \"/a.pem\"\n" : "";
+  std::string more = text.key == std::string("listen.key") ? "certificate = \"/a.pem\"\n" : "";
+  if (text.key == std::string("listen.client-ca")) more = "[access.certificates]\na = \"b\"\n";
   const SettingsFile file(fileWith(text.key, "\"" + std::string(text.good) + "\"") + more);
   EXPECT_THAT(file.warnings(), IsEmpty());
   EXPECT_EQ(text.of(file.settings()), text.good);
@@ -301,6 +303,27 @@ TEST(ServerSettings, AKeyWithoutItsCertificateIsRefused) {
   EXPECT_THAT(SettingsFile("[listen]\nkey = \"/b.pem\"\ncertificate = \"/a.pem\"\n").warnings(), IsEmpty());
 }
 
+TEST(ServerSettings, CertificatesHaveAnAuthorityAndUsers) {
+  const std::string authority = "[listen]\nclient-ca = \"/c.pem\"\n";
+  const SettingsFile file(authority + "[access.certificates]\n\"a@example.org\" = \"ann\"\nb = \"ann\"\n");
+  EXPECT_THAT(file.warnings(), IsEmpty());
+  EXPECT_THAT(file.settings().certificateUsers,
+              ElementsAre(testing::Pair("a@example.org", "ann"), testing::Pair("b", "ann")));
+  EXPECT_THAT(refusalOf(authority),
+              testing::EndsWith(": 'listen.client-ca' is of no use without 'access.certificates'"));
+  EXPECT_THAT(refusalOf("[access.certificates]\na = \"b\"\n"),
+              testing::EndsWith(": 'access.certificates' is of no use without 'listen.client-ca'"));
+  for (const char* const bad :
+       {"\"a\"", "[\"a\"]", "{ a = 5 }", "{ a = \"\" }", "{ \"\" = \"a\" }", "{ a = { b = \"c\" } }"}) {
+    EXPECT_THAT(
+        refusalOf(fileWith("access.certificates", bad)),
+        testing::EndsWith(":2: 'access.certificates' has a bad value: expected names, and a user for each"))
+        << bad;
+  }
+  EXPECT_THAT(refusalOf("[listen]\nclients-ca = \"/c.pem\"\n"),
+              testing::EndsWith(":2: 'listen.clients-ca' is unknown"));
+}
+
 TEST(ServerSettings, WhatIsUnknownIsNamedWithItsLineAndTheRestIsTaken) {
   const SettingsFile file("top = 1\n[limits]\nconections = 5\nconnections = 6\n[cache]\nsize = 1\n");
   EXPECT_THAT(file.warnings(),
@@ -355,7 +378,7 @@ TEST(ServerSettings, TheShippedFileNamesEveryKeyAndItsDefault) {
   }
   const SettingsFile file(content);
   EXPECT_THAT(file.warnings(), IsEmpty());
-  // All but access.pam-folder, and with the lists and delivery.verify-listeners.
+  // All but access.pam-folder and access.certificates, and with the lists and delivery.verify-listeners.
   EXPECT_EQ(keys, kNumbers.size() + kTexts.size() + 4);
   EXPECT_THAT(content, testing::HasSubstr("\nurls = []\n"));
   EXPECT_THAT(content, testing::HasSubstr("\nlabels = []\n"));
