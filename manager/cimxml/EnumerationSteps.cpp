@@ -2,16 +2,16 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
 #include <utility>
 
 #include "cimxml/Answer.h"
 #include "cimxml/Document.h"
+#include "cimxml/EnumerationPlan.h"
 #include "cimxml/Operations.h"
 #include "cimxml/PropertyNames.h"
 #include "cimxml/QueryOperations.h"
 #include "cimxml/TextList.h"
-#include "cimxml/ValueWriter.h"
-#include "values/CallMemory.h"
 
 namespace ZebManager {
 namespace {
@@ -20,72 +20,44 @@ namespace {
 constexpr char kMark = '\x01';
 constexpr std::string_view kOpen = "open";
 constexpr std::string_view kFetch = "fetch";
-
-/// What instances are asked for and how they are written, the same for all of an enumeration.
-struct Plan {
-  std::string nameSpace;
-  std::string only;  ///< class whose properties alone are written; empty for all
-  bool classOrigin = false;
-  std::optional<std::vector<std::string>> properties;
-  std::string query;  ///< empty for all instances
-};
-
-std::string textOf(const Plan& plan) {
-  TextList list;
-  for (const std::string& text : {plan.nameSpace, plan.only, std::string(plan.classOrigin ? "1" : "0"),
-                                  plan.query, std::string(plan.properties ? "1" : "0")}) {
-    list.append(text);
-  }
-  for (const std::string& name : plan.properties.value_or(std::vector<std::string>())) list.append(name);
-  return std::move(list).takeBytes();
-}
-
-Plan planOf(std::string_view text) {
-  TextListReader reader(text);
-  Plan plan;
-  plan.nameSpace = reader.next();
-  plan.only = reader.next();
-  plan.classOrigin = reader.nextNumber() != 0;
-  plan.query = reader.next();
-  if (reader.nextNumber() != 0) plan.properties.emplace();
-  if (!plan.properties && !reader.atEnd()) throw TextListError("properties of a plan that has none");
-  while (!reader.atEnd()) plan.properties->push_back(reader.next());
-  return plan;
-}
-
-void takeProperties(Plan& plan, const Request& request, const std::string& className) {
+void takeProperties(EnumerationPlan& plan, const Request& request, const std::string& className) {
   if (const auto given = request.parameters.names("PropertyList"))
     plan.properties = thoseOf(classesBelow(request.repository(), className), *given);
   plan.classOrigin = request.parameters.flag("IncludeClassOrigin", false);
 }
 
 /// The paths that an operation comes to; of those whose elements are instances also how they are written.
-using Begin = Reply (*)(const Request& request, PulledKind kind, Plan& plan);
+/// `root`: the class all of whose instances are wanted, also those that cannot be asked for by name; else
+/// null.
+using Begin = Reply (*)(const Request& request, PulledKind kind, EnumerationPlan& plan,
+                        const ClassDef*& root);
 
-Reply beginEnumerate(const Request& request, PulledKind kind, Plan& plan) {
+Reply beginEnumerate(const Request& request, PulledKind kind, EnumerationPlan& plan, const ClassDef*& root) {
   const ClassDef& asked = askedClass(request);
   if (kind == PulledKind::Instances) {
+    root = &asked;
     takeProperties(plan, request, asked.name);
     if (!request.parameters.flag("DeepInheritance", true)) plan.only = asked.name;
   }
   return request.target.enumerateInstanceNames(asked.name);
 }
 
-Reply beginAssociators(const Request& request, PulledKind kind, Plan& plan) {
+Reply beginAssociators(const Request& request, PulledKind kind, EnumerationPlan& plan, const ClassDef*&) {
   const AssociationFilter filter = associationFilterOf(request);
   if (kind == PulledKind::Instances) takeProperties(plan, request, filter.resultClass);
   return request.target.associatorNames(askedPath(request), filter);
 }
 
-Reply beginReferences(const Request& request, PulledKind kind, Plan& plan) {
+Reply beginReferences(const Request& request, PulledKind kind, EnumerationPlan& plan, const ClassDef*&) {
   const AssociationFilter filter = associationFilterOf(request);
   if (kind == PulledKind::Instances) takeProperties(plan, request, filter.resultClass);
   return request.target.referenceNames(askedPath(request), filter);
 }
 
-Reply beginQuery(const Request& request, PulledKind, Plan& plan) {
+Reply beginQuery(const Request& request, PulledKind, EnumerationPlan& plan, const ClassDef*& root) {
   plan.query = request.parameters.text("FilterQuery");
   const AskedQuery asked(request, "FilterQueryLanguage", "FilterQuery");
+  root = request.repository().find(asked.query().className);
   return request.target.enumerateInstanceNames(asked.query().className);
 }
 
@@ -140,18 +112,20 @@ std::string open(std::string_view body, Namespace& target) {
   const Parameters parameters(call);
   const ValueReader reader(arena, target.repository(), message.nameSpace);
   const Request request{target, parameters, reader, message.nameSpace};
-  Plan plan;
+  EnumerationPlan plan;
   plan.nameSpace = message.nameSpace;
-  const Reply reply = row->begin(request, row->kind, plan).orThrow();
+  const ClassDef* root = nullptr;
+  const Reply reply = row->begin(request, row->kind, plan, root).orThrow();
   TextList paths;
-  std::string text;
+  std::set<const ClassDef*> named;
   for (const CMPIData& item : reply.items()) {
     const ObjectPath* const path = as<ObjectPath>(item.value.ref);
     if (!path) continue;
-    text.clear();
-    appendInstancePath(text, path->body());
-    paths.append(text);
+    paths.append(pathTextOf(path->body()));
+    if (const ClassDef* const classDef = target.repository().find(path->body().className))
+      named.insert(classDef);
   }
+  if (root) PlannedElements(plan, target).keepUnnamed(*root, named, paths);
   TextList answer = begun();
   answer.append(textOf(plan));
   answer.append(std::to_string(paths.count()));
@@ -160,49 +134,19 @@ std::string open(std::string_view body, Namespace& target) {
   return std::move(answer).takeBytes();
 }
 
-/// Fetches one instance after the other.
-class Fetch {
- public:
-  Fetch(const Plan& plan, Namespace& target)
-      : _target(target), _query(plan.query.empty() ? nullptr : std::make_unique<OwnedQuery>(plan.query)) {
-    if (plan.properties) _properties.emplace(*plan.properties);
-    if (_query) {
-      if (const auto selected = selectedProperties(_query->query())) _properties.emplace(*selected);
-    }
-    _view.properties = _properties ? _properties->get() : nullptr;
-    _view.only = plan.only.empty() ? nullptr : target.repository().find(plan.only);
-    _view.classOrigin = plan.classOrigin;
-  }
-
-  /// Whether there is an element more. Throws CimError.
-  bool add(const std::string& pathText, const ObjectPath& path, std::string& out) {
-    const Reply reply = _target.getInstance(path, _query ? nullptr : _view.properties);
-    if (reply.code == CMPI_RC_ERR_NOT_FOUND) return false;
-    if (reply.code != CMPI_RC_OK) throw CimError(reply.code, reply.message);
-    const Instance* const instance =
-        reply.items().empty() ? nullptr : as<Instance>(reply.items().front().value.inst);
-    if (!instance || (_query && !_query->matches(*instance, _target.repository()))) return false;
-    if (!_query) out.append("<VALUE.INSTANCEWITHPATH>").append(pathText);
-    appendInstance(out, instance->body(), _view);
-    if (!_query) out += "</VALUE.INSTANCEWITHPATH>";
-    return true;
-  }
-
- private:
-  Namespace& _target;
-  const std::unique_ptr<OwnedQuery> _query;
-  std::optional<NameList> _properties;
-  InstanceView _view;
-};
-
 std::string fetch(TextListReader& step, Namespace& target) {
-  const Plan plan = planOf(step.next());
+  const EnumerationPlan plan = enumerationPlanOf(step.next());
   const std::uint64_t most = step.nextNumber();
   FetchedInstances fetched;
-  Fetch fetch(plan, target);
+  const PlannedElements elements(plan, target);
   while (!step.atEnd() && fetched.elements < most && !fetched.error) {
     const std::string& text = step.next();
     ++fetched.used;
+    if (PlannedElements::isKept(text)) {
+      fetched.text += text;
+      ++fetched.elements;
+      continue;
+    }
     pugi::xml_document document;
     constexpr unsigned kOptions = pugi::parse_default | pugi::parse_ws_pcdata_single;
     if (!document.load_buffer(text.data(), text.size(), kOptions, pugi::encoding_utf8))
@@ -211,7 +155,7 @@ std::string fetch(TextListReader& step, Namespace& target) {
     const ArenaScope scope(arena);
     try {
       const ValueReader reader(arena, target.repository(), plan.nameSpace);
-      if (fetch.add(text, *reader.path(firstElement(document.root())), fetched.text)) ++fetched.elements;
+      if (elements.fetch(text, *reader.path(firstElement(document.root())), fetched.text)) ++fetched.elements;
     } catch (const CimError& error) {
       fetched.error = error;
     }

@@ -1,6 +1,7 @@
 // What an enumeration that a client pulls consists of, performed on a namespace step by step: first the paths
-// of all its instances, then the instances at some of them, as often as it takes. Who keeps the paths in
-// between need not be where the namespace is, so a step and what comes of it are texts.
+// of all its instances, then the instances at some of them, as often as it takes. Instances that cannot be
+// asked for by name come whole in the place of their paths. Who keeps the paths in between need not be where
+// the namespace is, so a step and what comes of it are texts.
 #pragma once
 
 #include <cstdint>
@@ -27,9 +28,9 @@ const OpenOperation* findOpenOperation(std::string_view name);
 
 /// What opening comes to.
 struct OpenedEnumeration {
-  std::string plan;         ///< what the later steps have to know
-  std::string paths;        ///< a TextList of INSTANCEPATH elements
-  std::uint64_t count = 0;  ///< of the paths
+  std::string plan;   ///< what the later steps have to know
+  std::string paths;  ///< a TextList of INSTANCEPATH elements, and of elements of instances without a name
+  std::uint64_t count = 0;  ///< of both
   std::string resultClass;  ///< of a query: a CLASS element
 };
 

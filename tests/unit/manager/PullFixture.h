@@ -14,17 +14,21 @@ namespace ZebManager {
 inline constexpr char kManySchema[] = R"(
   class M_Base { [Key] string Name; uint32 Number; };
   class M_Thing : M_Base { string Colour; };
+  class M_Quiet : M_Thing { };
   [Association] class M_Link { [Key] M_Base REF One; [Key] M_Base REF Other; };)";
 
-/// As many things as are wanted, the odd ones red and the even ones blue, the first linked to all others.
+/// As many things as are wanted, the odd ones red and the even ones blue, the first linked to all others; and
+/// quiet ones, from 101 on, which are enumerated and never named.
 class Many : public Namespace {
  public:
   explicit Many(unsigned count) : _count(count) {}
 
   const ClassRepository& repository() const override { return _repository; }
-  Reply enumerateInstances(std::string_view, PropertyList) override {
+  Reply enumerateInstances(std::string_view className, PropertyList) override {
     Reply reply;
-    for (unsigned i = 1; i <= _count; ++i) addInstance(reply, i);
+    const bool quietOnes = sameName(className, "M_Quiet");
+    for (unsigned i = 1; i <= _count && !quietOnes; ++i) addInstance(reply, i);
+    for (unsigned i = 101; i <= 100 + quiet; ++i) addInstance(reply, i, "M_Quiet");
     return reply;
   }
   Reply enumerateInstanceNames(std::string_view) override { return names(1); }
@@ -66,7 +70,7 @@ class Many : public Namespace {
   }
 
   std::set<unsigned> gone, broken;
-  unsigned fetched = 0;
+  unsigned fetched = 0, quiet = 0;
   std::vector<std::string> lastList;
   AssociationFilter asked;
 
@@ -78,8 +82,8 @@ class Many : public Namespace {
     return reply;
   }
 
-  ObjectPath& path(Arena& arena, unsigned number) const {
-    ObjectPath& path = *makePath(arena, "root/jxv", "M_Thing");
+  ObjectPath& path(Arena& arena, unsigned number, const char* className = "M_Thing") const {
+    ObjectPath& path = *makePath(arena, "root/jxv", className);
     path.body().keys.append(arena, "Name").data =
         dataOf(makeString(arena, "thing " + std::to_string(number)));
     return path;
@@ -92,10 +96,10 @@ class Many : public Namespace {
     return reply;
   }
 
-  void addInstance(Reply& reply, unsigned number) const {
+  void addInstance(Reply& reply, unsigned number, const char* className = "M_Thing") const {
     ListBody& list = reply.result()->body();
     Arena& arena = *list.keep;
-    Instance& instance = *makeInstance(arena, path(arena, number), *_repository.find("M_Thing"));
+    Instance& instance = *makeInstance(arena, path(arena, number, className), *_repository.find(className));
     const auto set = [&](const char* name, const CMPIData& data) {
       instance.ft->setProperty(&instance, name, &data.value, data.type);
     };

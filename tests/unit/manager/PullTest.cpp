@@ -112,6 +112,32 @@ TEST_F(PullTest, PropertiesAreNarrowed) {
   EXPECT_THAT(shallow.text, Not(HasSubstr("\"Colour\""))) << "M_Base has none";
 }
 
+TEST_F(PullTest, InstancesThatAreNeverNamedAreKeptWhole) {
+  things.quiet = 2;
+  const Pulled opened =
+      ask("OpenEnumerateInstances",
+          kThings + value("MaxObjectCount", "4") +
+              parameter("PropertyList", "<VALUE.ARRAY><VALUE>Number</VALUE></VALUE.ARRAY>"));
+  EXPECT_THAT(opened.numbers, ElementsAre(1, 2, 3, 4));
+  things.quiet = 0;
+  const Pulled rest = pull(opened.context, "9");
+  EXPECT_THAT(rest.numbers, ElementsAre(5, 101, 102)) << "as they were";
+  EXPECT_EQ(rest.end, "TRUE");
+  EXPECT_THAT(rest.text, HasSubstr("CLASSNAME=\"M_Quiet\"><KEYBINDING NAME=\"Name\"><KEYVALUE "
+                                   "VALUETYPE=\"string\" TYPE=\"string\">thing 101</KEYVALUE>"));
+  EXPECT_THAT(rest.text, Not(HasSubstr("Colour")));
+  EXPECT_EQ(things.fetched, 5U);
+  things.quiet = 2;
+  EXPECT_THAT(ask("OpenEnumerateInstancePaths", kThings + value("MaxObjectCount", "9")).numbers,
+              ElementsAre(1, 2, 3, 4, 5));
+  EXPECT_THAT(
+      ask("OpenQueryInstances", value("FilterQueryLanguage", "DMTF:CQL") +
+                                    value("FilterQuery", "SELECT Number FROM M_Base WHERE Colour = 'red'") +
+                                    value("MaxObjectCount", "9"))
+          .numbers,
+      ElementsAre(1, 3, 5, 101));
+}
+
 /// Namespace, class, whether with class origin, query, whether there are names of properties, a name.
 TEST_F(PullTest, APlanThatNamesPropertiesItDoesNotHaveIsRefused) {
   for (const char* const listed : {"0", "1"}) {
