@@ -1,9 +1,11 @@
 #include "login/PamLogin.h"
 
 #include <security/pam_appl.h>
+#include <shadow.h>
 
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 #include "login/WriteGroup.h"
 
@@ -27,11 +29,22 @@ int converse(int count, const pam_message** messages, pam_response** responses, 
 /// Who guesses is slowed down by the server, without a process that sleeps.
 void doNotSleep(int, unsigned, void*) {}
 
+/// Whether somebody has locked the password of an account, which the modules that judge accounts do not look
+/// at. One that has never had a password is not locked.
+bool isLocked(const std::string& user) {
+  const spwd* const entry = getspnam(user.c_str());
+  const std::string_view password = entry && entry->sp_pwdp ? entry->sp_pwdp : "";
+  const std::size_t hash = password.find_first_not_of('!');
+  return hash != 0 && hash != std::string_view::npos && password[hash] != '*';
+}
+
 int authenticate(pam_handle_t* handle, const LoginAttempt& attempt) {
   constexpr int kFlags = PAM_SILENT | PAM_DISALLOW_NULL_AUTHTOK;
   pam_set_item(handle, PAM_FAIL_DELAY, reinterpret_cast<const void*>(&doNotSleep));
   pam_set_item(handle, PAM_RHOST, attempt.host.c_str());
-  const int result = attempt.password ? pam_authenticate(handle, kFlags) : PAM_SUCCESS;
+  const int result = attempt.password         ? pam_authenticate(handle, kFlags)
+                     : isLocked(attempt.user) ? PAM_AUTH_ERR
+                                              : PAM_SUCCESS;
   return result == PAM_SUCCESS ? pam_acct_mgmt(handle, kFlags) : result;
 }
 

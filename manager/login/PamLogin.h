@@ -7,7 +7,8 @@
 namespace ZebManager {
 
 /// Runs the service's modules in this process: all, or for a user who has shown a certificate those alone
-/// that judge the account. Whoever they let in may read, and members of the group may write.
+/// that judge the account, if nobody has locked it. Whoever they let in may read, and members of the group
+/// may write.
 Verdict askPam(const LoginSettings& settings, const LoginAttempt& attempt);
 
 }  // namespace ZebManager

@@ -11,6 +11,8 @@
 
 #include "Attack.h"
 #include "Ground.h"
+#include "TestAuthority.h"
+#include "TlsClient.h"
 #include "Unit.h"
 
 namespace ZebManager {
@@ -29,14 +31,18 @@ std::string reading(const std::string& user, const std::string& password) {
   return namesOfClasses(credentials(user, password));
 }
 
-std::string writing(const std::string& user, const std::string& password) {
+std::string writingAs(const std::string& headers) {
   return post(
       call("SetProperty",
            "<IPARAMVALUE NAME=\"InstanceName\"><INSTANCENAME CLASSNAME=\"ZEB_EthEventSettings\">"
            "<KEYBINDING NAME=\"InstanceId\"><KEYVALUE>JXV:0</KEYVALUE></KEYBINDING></INSTANCENAME>"
            "</IPARAMVALUE><IPARAMVALUE NAME=\"PropertyName\"><VALUE>PollInterval</VALUE></IPARAMVALUE>"
            "<IPARAMVALUE NAME=\"NewValue\"><VALUE>300</VALUE></IPARAMVALUE>"),
-      "SetProperty", "root/jxv", credentials(user, password) + "Connection: close\r\n");
+      "SetProperty", "root/jxv", headers + "Connection: close\r\n");
+}
+
+std::string writing(const std::string& user, const std::string& password) {
+  return writingAs(credentials(user, password));
 }
 
 std::string contentOf(const std::filesystem::path& file) {
@@ -69,6 +75,33 @@ TEST(Login, EachUserGetsWhatIsTheirs) {
     EXPECT_EQ(statusOf(ask(unit.http(), reading(user, "secret"))), 401) << user;
   }
   EXPECT_EQ(statusOf(ask(unit.http(), reading("reader", "guess"))), 401);
+}
+
+/// As a group and an account have it, without a password.
+TEST(Login, ACertificateGivesEachUserWhatIsTheirs) {
+  REQUIRE_GROUND();
+  const ZEB::TemporaryFolder folder;
+  std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
+  const TestAuthority authority;
+  std::ofstream(folder / "ca.pem") << authority.certificate();
+  const std::string names[] = {"reader", "writer", "nobody", "expired", "aged", "locked", "unknown"};
+  std::string settings =
+      "[listen]\nclient-ca = \"" + (folder / "ca.pem").string() + "\"\n[access.certificates]\n";
+  for (const std::string& name : names) settings += name + " = \"" + name + "\"\n";
+  const Unit unit({.settings = settings, .stack = kUnix});
+  const auto asked = [&](const std::string& name, const std::string& request) {
+    const Identity identity = authority.issue({.commonName = name});
+    return TlsClient(unit.https(), "NORMAL", identity.certificate, identity.key).ask(request);
+  };
+  EXPECT_EQ(statusOf(asked("reader", namesOfClasses())), 200);
+  EXPECT_EQ(statusOf(asked("nobody", namesOfClasses())), 200) << "who never had a password";
+  EXPECT_THAT(asked("reader", writingAs("")), HasSubstr("<ERROR CODE=\"2\""));
+  EXPECT_THAT(asked("writer", writingAs("")), AllOf(HasSubstr("200 OK"), Not(HasSubstr("<ERROR"))));
+  for (const char* const user : {"expired", "aged", "locked", "unknown"}) {
+    EXPECT_EQ(statusOf(asked(user, namesOfClasses())), 401) << user;
+  }
+  EXPECT_THAT(unit.log(), HasSubstr("signed in from 127.0.0.1: 'writer' with the certificate 'CN=writer'\n"));
+  EXPECT_THAT(unit.log(), HasSubstr("refused from 127.0.0.1: 'locked' with the certificate 'CN=locked'\n"));
 }
 
 /// What the units give to each of the processes is enough.
