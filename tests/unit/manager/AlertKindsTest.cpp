@@ -107,7 +107,7 @@ Tree machine(std::uint64_t portStatus, std::uint64_t teamStatus, std::uint64_t r
   team.status.code = teamStatus;
   team.redundancyCode = redundancy;
   team.members = {
-      {.port = "eth0", .role = "", .roleCode = role, .portStatus = {}, .memberStatus = {}, .path = {}}};
+      {.path = {}, .port = "eth0", .role = "", .roleCode = role, .portStatus = {}, .memberStatus = {}}};
   TreeCard card;
   card.ports.push_back(port);
   tree.cards.push_back(card);
