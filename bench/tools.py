@@ -4,13 +4,16 @@ Prints JSON: for each tool the milliseconds of each run, of the clock and of the
 than LIMIT seconds is ended and counts as that long; there is no other of that tool then.
 """
 
+import contextlib
 import json
 import os
 import resource
+import signal
 import socket
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 import urllib.request
 
@@ -26,9 +29,26 @@ def children_seconds():
 def process_seconds(pid):
     """Processor time of a process and of those that it has started and that still run."""
     clock = ~pid << 3 | 2  # the kernel's number for the clock of a process, which counts threads that have ended
-    children = (child for task in os.listdir(f"/proc/{pid}/task")
-                for child in open(f"/proc/{pid}/task/{task}/children").read().split())
-    return time.clock_gettime(clock) + sum(process_seconds(int(child)) for child in children)
+    return time.clock_gettime(clock) + sum(process_seconds(child) for child in children(pid))
+
+
+def children(pid):
+    for task in os.listdir(f"/proc/{pid}/task"):
+        with contextlib.suppress(FileNotFoundError, ProcessLookupError):  # a thread may end while it is looked at
+            with open(f"/proc/{pid}/task/{task}/children") as listed:
+                yield from map(int, listed.read().split())
+
+
+def run(command, limit, environment=None):
+    """Waits for a command as the kernel tells of its end; a wait with a time limit would look only every now and then."""
+    with subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, env=environment) as process:
+        watch = threading.Timer(limit, process.kill)
+        watch.start()
+        status = process.wait()
+        watch.cancel()
+    if status == -signal.SIGKILL:
+        raise TimeoutError(command[0])
+    return status
 
 
 class Command:
@@ -45,8 +65,7 @@ class Command:
         pass
 
     def once(self, limit):
-        subprocess.run(self.command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=limit,
-                       env=self.environment, check=False)
+        run(self.command, limit, self.environment)
 
     def seconds(self):
         return children_seconds()
@@ -108,11 +127,11 @@ class Service(Daemon):
                           f"127.0.0.1:{SERVICE_PORT}", "--https", "none"], lambda: os.path.exists(self.socket) and self.answers())
 
     def answers(self):
-        return subprocess.run(self.words, env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                              timeout=20, check=False).returncode == 0
+        return run(self.words, 20, self.environment) == 0
 
     def once(self, limit):
-        subprocess.run(self.words, env=self.environment, stdout=subprocess.DEVNULL, timeout=limit, check=True)
+        if run(self.words, limit, self.environment) != 0:
+            raise RuntimeError(f"{self.words} failed")
 
     def __exit__(self, *_):
         self.process.terminate()
@@ -139,9 +158,8 @@ class Snmp(Daemon):
 
     @staticmethod
     def walk(table, patience, limit):
-        return subprocess.run(["snmpbulkwalk", "-v2c", "-c", COMMUNITY, "-Cr50", "-On", "-r0", f"-t{patience}",
-                               f"127.0.0.1:{SNMP_PORT}", table], stdout=subprocess.DEVNULL,
-                              stderr=subprocess.DEVNULL, timeout=limit, check=False).returncode == 0
+        return run(["snmpbulkwalk", "-v2c", "-c", COMMUNITY, "-Cr50", "-On", "-r0", f"-t{patience}",
+                    f"127.0.0.1:{SNMP_PORT}", table], limit) == 0
 
     def answers(self):
         return self.walk(".1.3.6.1.2.1.1.3", 1, 20)
@@ -162,7 +180,7 @@ def measure(tool, runs, limit):
             begin, begin_seconds = time.monotonic(), tool.seconds()
             try:
                 tool.once(limit)
-            except (subprocess.TimeoutExpired, TimeoutError, OSError):
+            except OSError:
                 return {"clock": [limit * 1e3], "processor": [], "ended": True}
             clock.append((time.monotonic() - begin) * 1e3)
             processor.append((tool.seconds() - begin_seconds) * 1e3)
