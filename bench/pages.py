@@ -13,15 +13,10 @@ import sys
 import tempfile
 import time
 
+import processes
+
 PAGES = 64
 SIGHT = 20  # seconds
-
-
-def seconds(pid):
-    """Processor time of a process and of its children that live."""
-    fields = open(f"/proc/{pid}/stat").read().rsplit(")", 1)[1].split()
-    children = "".join(open(f"/proc/{pid}/task/{task}/children").read() for task in os.listdir(f"/proc/{pid}/task"))
-    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK") + sum(map(seconds, children.split()))
 
 
 def read_for(pages, duration):
@@ -53,9 +48,9 @@ def main():
             first = read_for(pages, SIGHT)
             percents = []
             for _ in range(windows):
-                before = seconds(server.pid)
+                before = processes.seconds(server.pid)
                 read_for(pages, length)
-                percents.append(100 * (seconds(server.pid) - before) / length)
+                percents.append(100 * (processes.seconds(server.pid) - before) / length)
             print(json.dumps({"pages_percent": percents, "pages_first_bytes": first // PAGES}))
         finally:
             server.terminate()

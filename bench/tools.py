@@ -4,7 +4,6 @@ Prints JSON: for each tool the milliseconds of each run, of the clock and of the
 than LIMIT seconds is ended and counts as that long; there is no other of that tool then.
 """
 
-import contextlib
 import json
 import os
 import resource
@@ -17,6 +16,8 @@ import threading
 import time
 import urllib.request
 
+import processes
+
 SNMP_PORT, EXPORTER_PORT, SERVICE_PORT = 16161, 19100, 15988
 COMMUNITY = "bench"
 
@@ -24,19 +25,6 @@ COMMUNITY = "bench"
 def children_seconds():
     usage = resource.getrusage(resource.RUSAGE_CHILDREN)
     return usage.ru_utime + usage.ru_stime
-
-
-def process_seconds(pid):
-    """Processor time of a process and of those that it has started and that still run."""
-    clock = ~pid << 3 | 2  # the kernel's number for the clock of a process, which counts threads that have ended
-    return time.clock_gettime(clock) + sum(process_seconds(child) for child in children(pid))
-
-
-def children(pid):
-    for task in os.listdir(f"/proc/{pid}/task"):
-        with contextlib.suppress(FileNotFoundError, ProcessLookupError):  # a thread may end while it is looked at
-            with open(f"/proc/{pid}/task/{task}/children") as listed:
-                yield from map(int, listed.read().split())
 
 
 def run(command, limit, environment=None):
@@ -92,7 +80,7 @@ class Daemon:
         self.process.wait()
 
     def seconds(self):
-        return process_seconds(self.process.pid) + children_seconds()
+        return processes.seconds(self.process.pid) + children_seconds()
 
 
 def scrape(port, limit):

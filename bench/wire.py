@@ -11,6 +11,8 @@ import subprocess
 import sys
 import time
 
+import processes
+
 CALL = ('<?xml version="1.0" encoding="utf-8"?><CIM CIMVERSION="2.0" DTDVERSION="2.0"><MESSAGE ID="1" '
         'PROTOCOLVERSION="1.0"><SIMPLEREQ><IMETHODCALL NAME="{}"><LOCALNAMESPACEPATH><NAMESPACE NAME="root"/>'
         '<NAMESPACE NAME="jxv"/></LOCALNAMESPACEPATH>{}</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>')
@@ -58,16 +60,12 @@ class Served:
 
     def processes(self):
         """The server and the plug-in's process."""
-        found = {self.process.pid}
-        for task in pathlib.Path(f"/proc/{self.process.pid}/task").iterdir():
-            found.update(map(int, (task / "children").read_text().split()))
-        return [process for process in found
+        return [process for process in processes.family(self.process.pid)
                 if pathlib.Path(f"/proc/{process}/comm").read_text() != "zebcim-login\n"]
 
     def memory(self, line):
         """VmRSS or VmHWM of both, in KiB."""
-        return sum(int(re.search(line + r":\s*(\d+)", pathlib.Path(f"/proc/{process}/status").read_text())[1])
-                   for process in self.processes())
+        return sum(processes.kib(process, line) for process in self.processes())
 
     def growth(self, call):
         """How much memory more than before both took at their highest, in KiB."""
