@@ -7,6 +7,7 @@
 #include <optional>
 #include <ostream>
 
+#include "cimxml/AnswerReader.h"
 #include "cli/Assignments.h"
 #include "cli/Check.h"
 #include "cli/Doctor.h"
@@ -20,6 +21,7 @@
 #include "cli/PluginProcess.h"
 #include "cli/Programs.h"
 #include "cli/ShortNames.h"
+#include "cli/ShownInstances.h"
 #include "cli/TextOutput.h"
 #include "cli/TreeModel.h"
 #include "cli/Watch.h"
@@ -69,8 +71,21 @@ void runClasses(const Options& options, Session& session, const Output& output) 
   output.out << (options.json ? jsonOfClasses(served) : textOfClasses(served, output.colour));
 }
 
+/// False where no service is asked.
+bool showOfService(const ClassDef& asked, Session& session, const Output& output) {
+  const auto shown = session.shown(asked.name);
+  if (!shown) return false;
+  if (!isJson(*shown)) {
+    static_cast<void>(
+        answered("class '" + asked.name + "'", readAnswer(*shown, session.repository(), kNameSpace)));
+  }
+  output.out << *shown;
+  return true;
+}
+
 void runInstances(const Options& options, Session& session, const Output& output) {
   const ClassDef& asked = classMeant(session.repository(), options.className);
+  if (options.json && !options.names && showOfService(asked, session, output)) return;
   Namespace& model = session.model();
   Reply reply = options.names ? model.enumerateInstanceNames(asked.name)
                               : model.enumerateInstances(asked.name, nullptr);

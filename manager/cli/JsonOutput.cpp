@@ -1,5 +1,6 @@
 #include "cli/JsonOutput.h"
 
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <ostream>
 
@@ -92,20 +93,39 @@ class ValueWriter {
 
 }  // namespace
 
-void writeItems(std::ostream& out, std::span<const CMPIData> items, JsonForm form) {
-  // Piece by piece: the text of a large answer takes more memory than the answer.
-  constexpr std::size_t kPiece = 64U << 10;
-  std::string text;
+namespace {
+
+/// `written`: called after each item; it may take what is there.
+void appendItems(std::string& text, std::span<const CMPIData> items, JsonForm form,
+                 const std::function<void()>& written) {
   JsonWriter json(text);
   json.open('[');
   for (const CMPIData& item : items) {
     ValueWriter(json, form).scalar(item);
-    if (text.size() < kPiece) continue;
-    out << text;
-    text.clear();
+    written();
   }
   json.close(']');
-  out << text << "\n";
+  text += '\n';
+}
+
+}  // namespace
+
+void writeItems(std::ostream& out, std::span<const CMPIData> items, JsonForm form) {
+  // Piece by piece: the text of a large answer takes more memory than the answer.
+  constexpr std::size_t kPiece = 64U << 10;
+  std::string text;
+  appendItems(text, items, form, [&] {
+    if (text.size() < kPiece) return;
+    out << text;
+    text.clear();
+  });
+  out << text;
+}
+
+std::string jsonOfItems(std::span<const CMPIData> items, JsonForm form) {
+  std::string text;
+  appendItems(text, items, form, [] {});
+  return text;
 }
 
 std::string jsonLineOfInstance(const Instance& instance, JsonForm form) {

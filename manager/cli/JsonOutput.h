@@ -18,9 +18,11 @@ enum class JsonForm {
 
 /// An array of objects with class, path and properties; paths in the list become their text.
 void writeItems(std::ostream& out, std::span<const CMPIData> items, JsonForm form);
-/// The same object of one instance, in one line without its end.
-std::string jsonLineOfInstance(const Instance& instance, JsonForm form);
+/// The same in one piece.
+std::string jsonOfItems(std::span<const CMPIData> items, JsonForm form);
 std::string jsonOfClasses(const std::vector<const ClassDef*>& classes);
+/// The object of one instance, in one line without its end.
+std::string jsonLineOfInstance(const Instance& instance, JsonForm form);
 /// Return value and output arguments of a method.
 std::string jsonOfMethod(const CMPIData& returned, const NamedValues& arguments, JsonForm form);
 /// An object that names the instance that was changed.

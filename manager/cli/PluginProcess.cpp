@@ -5,6 +5,7 @@
 #include "cimxml/Export.h"
 #include "cli/Metrics.h"
 #include "cli/Session.h"
+#include "cli/ShownInstances.h"
 #include "isolation/ProviderProcess.h"
 #include "plugin/PluginNamespace.h"
 
@@ -19,6 +20,7 @@ class HostedPlugin : public HostedProvider {
   Broker& broker() override { return _session.broker(); }
   std::string perform(std::string_view message) override {
     if (const auto format = metricsAskedFor(message)) return metrics(*format);
+    if (const auto question = shownAskedFor(message)) return shownInstances(_namespace, *question);
     return isStep(message) ? performStep(message, _namespace) : answer(message, _namespace);
   }
   std::string instanceElement(const Instance& indication) override {

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "cli/Programs.h"
+#include "cli/ShownInstances.h"
 #include "local/RunFolder.h"
 #include "local/ServiceNamespace.h"
 #include "plugin/PluginNamespace.h"
@@ -103,6 +104,12 @@ ServiceLink& Session::link() {
 std::string Session::hintOf(const std::string& name, bool again) {
   model();
   return asksService() ? link().pathOf(name, again) : std::string();
+}
+
+std::optional<std::string> Session::shown(std::string_view className) {
+  model();
+  if (!asksService()) return std::nullopt;
+  return link().show(shownMessage(className, _options.jsonForm()));
 }
 
 void Session::restart() {

@@ -49,6 +49,8 @@ class Session {
   std::unique_ptr<ServiceLink> service() const;
   /// Where a service runs: the path of what may be called so, as `ServiceLink::pathOf`.
   std::string hintOf(const std::string& name, bool again);
+  /// Where a service runs: what it writes of a class, as `shownInstances`.
+  std::optional<std::string> shown(std::string_view className);
   /// Forgets the model, so that the next use asks anew; a plug-in that is loaded goes.
   void restart();
   /// Ends the process with status 0 where nothing is left to do: to take thousands of instances apart takes

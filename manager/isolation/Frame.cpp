@@ -81,6 +81,7 @@ void FrameReader::takeHeader() {
   _frame.kind = static_cast<Frame::Kind>(header.kind);
   _frame.number = header.number;
   _missing = header.length;
+  _frame.body.reserve(_missing);
 }
 
 std::optional<Frame> FrameReader::next() {

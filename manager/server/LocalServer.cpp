@@ -37,6 +37,10 @@ std::optional<Frame> nextFrame(FrameReader& reader, int socket) {
   }
 }
 
+bool isAnswered(Frame::Kind kind) {
+  return kind == Frame::Kind::Perform || kind == Frame::Kind::Name || kind == Frame::Kind::Show;
+}
+
 Frame refusal(const std::string& why) {
   return {Frame::Kind::Refusal, 0, why};
 }
@@ -130,7 +134,7 @@ void LocalServer::serve(int socket, const User& user) {
     _connections.work(socket);
     _connections.allow(socket, Connections::Seconds(0));
     if (frame->kind == Frame::Kind::Filters) return watch(socket, *frame);
-    if (frame->kind != Frame::Kind::Perform && frame->kind != Frame::Kind::Name) return;
+    if (!isAnswered(frame->kind)) return;
     Frame answer = place.grow(1) ? answerTo(user, *frame) : refusal(kTooMany);
     Share share(_bounds.answerBytes, party);
     if (!share.grow(answer.body.size()))
@@ -145,6 +149,7 @@ Frame LocalServer::answerTo(const User& user, const Frame& frame) {
   try {
     if (frame.kind == Frame::Kind::Perform)
       return {Frame::Kind::Answer, 0, _router.answerTo(user, frame.body)};
+    if (frame.kind == Frame::Kind::Show) return {Frame::Kind::Answer, 0, _router.shown(frame.body)};
     ServiceNamespace model([&](const std::string& request) { return _router.answerTo(user, request); },
                            _classes);
     return {Frame::Kind::Answer, 0, _names.pathOf(model, frame.body, frame.number != 0)};

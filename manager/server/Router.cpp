@@ -5,6 +5,7 @@
 
 #include "broker/Broker.h"
 #include "cimxml/Answer.h"
+#include "cli/ShownInstances.h"
 #include "server/Compression.h"
 
 namespace ZebManager {
@@ -135,6 +136,15 @@ std::string Router::answerTo(const User& user, std::string_view body) {
   const CimMessage message = readMessage(body, _deepest);
   if (auto refusal = refuseUser(user, message, _writers)) return std::move(refusal->body);
   return perform(body, message, user.name);
+}
+
+std::string Router::shown(const std::string& message) {
+  if (!shownAskedFor(message)) throw ManagerError("nobody can show what was asked for");
+  try {
+    return performOnPlugin(message, true);
+  } catch (const CimError& error) {
+    return errorAnswer(CimMessage(), error.code, descriptionOf(error));
+  }
 }
 
 HttpAnswer Router::resourceAnswer(const HttpHead& head) const {

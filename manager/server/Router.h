@@ -35,6 +35,8 @@ class Router {
   HttpAnswer handle(const HttpHead& head, const std::optional<User>& user, std::string_view body);
   /// The document that answers a request of a user of this machine. Throws MessageError.
   std::string answerTo(const User& user, std::string_view body);
+  /// What the plug-in's process writes for a `shownMessage`. Throws ManagerError for another message.
+  std::string shown(const std::string& message);
 
  private:
   HttpAnswer answerTo(const HttpHead& head, const std::optional<User>& user, std::string_view body);

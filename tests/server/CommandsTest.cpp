@@ -59,7 +59,12 @@ TEST_F(Commands, SayOfAServiceWhatTheySayByThemselves) {
   ASSERT_THAT(path, HasSubstr("root/jxv:ZEB_EthernetPort."));
   for (const std::vector<std::string>& words : {std::vector<std::string>{"classes"},
                                                 {"instances", "ZEB_EthernetPort"},
+                                                {"instances", "ZEB_EthernetPort", "--json"},
+                                                {"instances", "ZEB_EthernetDevice", "--json=typed"},
+                                                {"instances", "ZEB_EthernetPort", "--json", "--names"},
+                                                {"instances", "ZEB_EthernetTeam", "--json"},
                                                 {"instances", "CIM_System"},
+                                                {"instances", "CIM_System", "--json"},
                                                 {"instances", "CIM_Dependency", "--names"},
                                                 {"instances", "ZEB_EthernetStatistics", "--json"},
                                                 {"get", path},
@@ -221,6 +226,17 @@ TEST_F(Commands, GarbageEndsItsConnectionAlone) {
     EXPECT_EQ(read(socket.get(), &byte, 1), 0) << "the connection is closed without an answer";
   }
   EXPECT_EQ(zebcim({"get", kSettings}).status, 0);
+}
+
+TEST_F(Commands, AreToldWhenNobodyCanShowWhatTheyAskFor) {
+  const ZEB::FileDescriptor socket = connected();
+  const std::string show("\x12\0\0\0\x07\0\0\0\0\0\0\0\0\0\0\0metrics", 23);
+  ASSERT_EQ(write(socket.get(), show.data(), show.size()), static_cast<ssize_t>(show.size()));
+  std::string answer(100, '\0');
+  answer.resize(
+      static_cast<std::size_t>(std::max<ssize_t>(read(socket.get(), answer.data(), answer.size()), 0)));
+  EXPECT_THAT(answer, StartsWith("\x06"));
+  EXPECT_THAT(answer, HasSubstr("nobody can show what was asked for"));
 }
 
 TEST_F(Commands, LeaveTheReportsOfTheServiceAlone) {
