@@ -78,7 +78,8 @@ std::string compressed(std::string_view text, const std::string& coding) {
 }
 
 HttpAnswer compressed(const HttpHead& head, HttpAnswer answer) {
-  const std::string coding = answer.body.size() < kShort ? "" : codingOf(head.header("Accept-Encoding"));
+  const bool worthIt = !answer.stream && answer.body.size() >= kShort;
+  const std::string coding = worthIt ? codingOf(head.header("Accept-Encoding")) : "";
   if (coding.empty()) return answer;
   answer.body = compressed(answer.body, coding);
   answer.headers.emplace_back("Content-Encoding", coding);

@@ -156,8 +156,8 @@ HttpAnswer Router::resourceAnswer(const HttpHead& head) const {
 }
 
 HttpAnswer Router::handle(const HttpHead& head, const std::optional<User>& user, std::string_view body) {
-  if (isForResource(head, _resources)) return resourceAnswer(head);
-  return compressed(head, extended(head, answerTo(head, user, body)));
+  return compressed(head, isForResource(head, _resources) ? resourceAnswer(head)
+                                                          : extended(head, answerTo(head, user, body)));
 }
 
 }  // namespace ZebManager

@@ -72,6 +72,10 @@ class ResourcesTest : public testing::Test {
              [](const HttpHead& head) {
                return HttpAnswer{200, "for " + head.header("Accept"), {{"Content-Type", "text/plain"}}};
              }},
+            {"/long",
+             [](const HttpHead&) {
+               return HttpAnswer{200, std::string(5000, 'x'), {{"Content-Type", "text/plain"}}};
+             }},
             {"/broken", [](const HttpHead&) -> HttpAnswer { throw std::runtime_error("broken"); }},
             {"/events", [this](const HttpHead&) {
                const auto made = std::make_shared<Pipe>(open);
@@ -107,6 +111,14 @@ TEST_F(ResourcesTest, FixedBytesAndBytesMadeOnDemandAreServed) {
               AllOf(StartsWith("HTTP/1.1 200 "), HasSubstr("Content-Type: text/html"), EndsWith("<p>")));
   EXPECT_THAT(ask(asked("GET", "/made?x=1", "Accept: a/b\r\n")), EndsWith("\r\n\r\nfor a/b"));
   EXPECT_THAT(ask(asked("GET", "/broken")), StartsWith("HTTP/1.1 500 "));
+}
+
+TEST_F(ResourcesTest, BytesAreCompressedForWhoAsks) {
+  const std::string compressed = ask(asked("GET", "/long", "Accept-Encoding: gzip\r\n"));
+  EXPECT_THAT(compressed, AllOf(StartsWith("HTTP/1.1 200 "), HasSubstr("Content-Encoding: gzip\r\n"),
+                                HasSubstr("Vary: Accept-Encoding\r\n")));
+  EXPECT_LT(compressed.size(), 1000U);
+  EXPECT_THAT(ask(asked("GET", "/long")), EndsWith("\r\n\r\n" + std::string(5000, 'x')));
 }
 
 TEST_F(ResourcesTest, HeadIsAnsweredWithoutABody) {

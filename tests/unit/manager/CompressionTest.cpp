@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <zlib.h>
 
+#include "server/ByteStream.h"
 #include "server/Compression.h"
 
 namespace ZebManager {
@@ -58,6 +59,17 @@ TEST(Compression, AnswersSayHowTheyCome) {
   EXPECT_THAT(asked.headers, testing::Contains(testing::Pair("Content-Encoding", "gzip")));
   EXPECT_EQ(compressed(asking(""), answer).body, answer.body);
   EXPECT_TRUE(compressed(asking("gzip"), {200, "short", {}}).headers.empty());
+}
+
+/// What comes while it is read has no end that could be compressed.
+TEST(Compression, StreamsComeAsTheyAre) {
+  struct Endless : ByteStream {
+    int ready() const override { return -1; }
+    bool takeInto(std::string&) override { return true; }
+    std::string_view heartbeat() const override { return ":"; }
+  };
+  const HttpAnswer stream{200, std::string(5000, 'x'), {}, std::make_shared<Endless>()};
+  EXPECT_TRUE(compressed(asking("gzip"), stream).headers.empty());
 }
 
 }  // namespace
