@@ -136,6 +136,48 @@ TEST(LinkDecoder, BondAndMember) {
   EXPECT_EQ(toText(*port->bondMember->permanentAddress), "02:00:00:00:00:01");
 }
 
+MessageBuilder bondWith(const MessageBuilder& aggregator) {
+  MessageBuilder data, info;
+  data.number(IFLA_BOND_MODE, std::uint8_t{4}).nest(IFLA_BOND_AD_INFO, aggregator);
+  info.text(IFLA_INFO_KIND, "bond").nest(IFLA_INFO_DATA, data);
+  auto bond = named(9, "bond0");
+  bond.nest(IFLA_LINKINFO, info);
+  return bond;
+}
+
+TEST(LinkDecoder, AggregatorAndItsPartner) {
+  MessageBuilder aggregator;
+  aggregator.number(IFLA_BOND_AD_INFO_AGGREGATOR, std::uint16_t{3})
+      .number(IFLA_BOND_AD_INFO_NUM_PORTS, std::uint16_t{2})
+      .number(IFLA_BOND_AD_INFO_ACTOR_KEY, std::uint16_t{9})
+      .number(IFLA_BOND_AD_INFO_PARTNER_KEY, std::uint16_t{15});
+  aggregator.bytes(IFLA_BOND_AD_INFO_PARTNER_MAC, {2, 0, 0, 0, 0, 7});
+  const auto bond = decodeLink(bondWith(aggregator).view());
+  ASSERT_TRUE(bond && bond->bond && bond->bond->aggregator);
+  EXPECT_EQ(*bond->bond->aggregator,
+            (AggregatorFacts{3, 2, 9, 15, parseHardwareAddress("02:00:00:00:00:07")}));
+}
+
+TEST(LinkDecoder, APartnerWithoutAnAddressIsNone) {
+  MessageBuilder aggregator;
+  aggregator.number(IFLA_BOND_AD_INFO_AGGREGATOR, std::uint16_t{1});
+  aggregator.bytes(IFLA_BOND_AD_INFO_PARTNER_MAC, {0, 0, 0, 0, 0, 0});
+  EXPECT_EQ(decodeLink(bondWith(aggregator).view())->bond->aggregator, (AggregatorFacts{1, {}, {}, {}, {}}));
+  EXPECT_EQ(decodeLink(bondWith({}).view())->bond->aggregator, AggregatorFacts{}) << "said and empty";
+}
+
+TEST(LinkDecoder, WhatLacpSaysOfAMember) {
+  MessageBuilder data, info;
+  data.number(IFLA_BOND_SLAVE_AD_AGGREGATOR_ID, std::uint16_t{2})
+      .number(IFLA_BOND_SLAVE_AD_ACTOR_OPER_PORT_STATE, std::uint8_t{61})
+      .number(IFLA_BOND_SLAVE_AD_PARTNER_OPER_PORT_STATE, std::uint16_t{63});
+  info.text(IFLA_INFO_SLAVE_KIND, "bond").nest(IFLA_INFO_SLAVE_DATA, data);
+  auto member = named(4, "eth0");
+  member.nest(IFLA_LINKINFO, info);
+  const auto port = decodeLink(member.view());
+  EXPECT_EQ(*port->bondMember, (BondMemberFacts{{}, {}, {}, 2, 61, 63}));
+}
+
 TEST(LinkDecoder, MemberOfABridgeIsNoTeamMember) {
   MessageBuilder info;
   info.text(IFLA_INFO_SLAVE_KIND, "bridge");

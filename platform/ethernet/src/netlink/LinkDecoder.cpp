@@ -35,12 +35,22 @@ constexpr AttributePolicy kInfoPolicy{
     {IFLA_INFO_SLAVE_DATA, Kind::Nested},
 };
 
-constexpr AttributePolicy kBondPolicy{{IFLA_BOND_MODE, Kind::U8}, {IFLA_BOND_ACTIVE_SLAVE, Kind::U32}};
+constexpr AttributePolicy kBondPolicy{
+    {IFLA_BOND_MODE, Kind::U8}, {IFLA_BOND_ACTIVE_SLAVE, Kind::U32}, {IFLA_BOND_AD_INFO, Kind::Nested}};
+
+constexpr AttributePolicy kAggregatorPolicy{{IFLA_BOND_AD_INFO_AGGREGATOR, Kind::U16},
+                                            {IFLA_BOND_AD_INFO_NUM_PORTS, Kind::U16},
+                                            {IFLA_BOND_AD_INFO_ACTOR_KEY, Kind::U16},
+                                            {IFLA_BOND_AD_INFO_PARTNER_KEY, Kind::U16},
+                                            {IFLA_BOND_AD_INFO_PARTNER_MAC, Kind::Binary}};
 
 constexpr AttributePolicy kMemberPolicy{
     {IFLA_BOND_SLAVE_STATE, Kind::U8},
     {IFLA_BOND_SLAVE_MII_STATUS, Kind::U8},
     {IFLA_BOND_SLAVE_PERM_HWADDR, Kind::Binary},
+    {IFLA_BOND_SLAVE_AD_AGGREGATOR_ID, Kind::U16},
+    {IFLA_BOND_SLAVE_AD_ACTOR_OPER_PORT_STATE, Kind::U8},
+    {IFLA_BOND_SLAVE_AD_PARTNER_OPER_PORT_STATE, Kind::U16},
 };
 
 constexpr AttributePolicy kVlanPolicy{{IFLA_VLAN_ID, Kind::U16}};
@@ -74,12 +84,21 @@ std::optional<std::uint8_t> operState(const Attributes& attributes, std::optiona
   return carrier == true && state == IF_OPER_LOWERLAYERDOWN ? std::nullopt : state;
 }
 
+std::optional<AggregatorFacts> aggregator(std::optional<Bytes> bytes) {
+  if (!bytes) return std::nullopt;
+  const Attributes info(*bytes, kAggregatorPolicy);
+  return AggregatorFacts{info.u16(IFLA_BOND_AD_INFO_AGGREGATOR), info.u16(IFLA_BOND_AD_INFO_NUM_PORTS),
+                         info.u16(IFLA_BOND_AD_INFO_ACTOR_KEY), info.u16(IFLA_BOND_AD_INFO_PARTNER_KEY),
+                         macAddress(info, IFLA_BOND_AD_INFO_PARTNER_MAC)};
+}
+
 void decodeOwnKind(const Attributes& info, LinkFacts& link) {
   link.kind = info.text(IFLA_INFO_KIND).value_or("");
   const Bytes data = info.bytes(IFLA_INFO_DATA).value_or(Bytes{});
   if (link.kind == "bond") {
     const Attributes bond(data, kBondPolicy);
-    link.bond = BondFacts{bond.u8(IFLA_BOND_MODE), bond.u32(IFLA_BOND_ACTIVE_SLAVE)};
+    link.bond = BondFacts{bond.u8(IFLA_BOND_MODE), bond.u32(IFLA_BOND_ACTIVE_SLAVE),
+                          aggregator(bond.bytes(IFLA_BOND_AD_INFO))};
   } else if (link.kind == "vlan") {
     const auto id = Attributes(data, kVlanPolicy).u16(IFLA_VLAN_ID);
     if (id && *id < kVlanIdLimit) link.vlanId = id;
@@ -89,8 +108,12 @@ void decodeOwnKind(const Attributes& info, LinkFacts& link) {
 void decodeMembership(const Attributes& info, LinkFacts& link) {
   if (info.text(IFLA_INFO_SLAVE_KIND) != "bond") return;
   const Attributes member(info.bytes(IFLA_INFO_SLAVE_DATA).value_or(Bytes{}), kMemberPolicy);
-  link.bondMember = BondMemberFacts{member.u8(IFLA_BOND_SLAVE_STATE), member.u8(IFLA_BOND_SLAVE_MII_STATUS),
-                                    macAddress(member, IFLA_BOND_SLAVE_PERM_HWADDR)};
+  link.bondMember = BondMemberFacts{member.u8(IFLA_BOND_SLAVE_STATE),
+                                    member.u8(IFLA_BOND_SLAVE_MII_STATUS),
+                                    macAddress(member, IFLA_BOND_SLAVE_PERM_HWADDR),
+                                    member.u16(IFLA_BOND_SLAVE_AD_AGGREGATOR_ID),
+                                    member.u8(IFLA_BOND_SLAVE_AD_ACTOR_OPER_PORT_STATE),
+                                    member.u16(IFLA_BOND_SLAVE_AD_PARTNER_OPER_PORT_STATE)};
 }
 
 }  // namespace

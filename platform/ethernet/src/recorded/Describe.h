@@ -29,9 +29,19 @@ void describe(MacStatistics& mac, Visit& visit) {
 }
 
 template <class Visit>
+void describe(AggregatorFacts& aggregator, Visit& visit) {
+  visit("id", aggregator.id);
+  visit("ports", aggregator.ports);
+  visit("actorKey", aggregator.actorKey);
+  visit("partnerKey", aggregator.partnerKey);
+  visit("partner", aggregator.partner);
+}
+
+template <class Visit>
 void describe(BondFacts& bond, Visit& visit) {
   visit("mode", bond.mode);
   visit("activeIndex", bond.activeIndex);
+  visit("aggregator", bond.aggregator);
 }
 
 template <class Visit>
@@ -39,6 +49,9 @@ void describe(BondMemberFacts& member, Visit& visit) {
   visit("state", member.state);
   visit("miiStatus", member.miiStatus);
   visit("permanentAddress", member.permanentAddress);
+  visit("aggregatorId", member.aggregatorId);
+  visit("actorState", member.actorState);
+  visit("partnerState", member.partnerState);
 }
 
 template <class Visit>

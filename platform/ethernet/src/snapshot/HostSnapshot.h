@@ -29,9 +29,18 @@ struct MacStatistics {
   friend bool operator==(const MacStatistics&, const MacStatistics&) = default;
 };
 
+/// Of a bond that speaks LACP: the aggregator that carries its traffic.
+struct AggregatorFacts {
+  std::optional<std::uint16_t> id, ports;  ///< its number, and how many members it has
+  std::optional<std::uint16_t> actorKey, partnerKey;
+  std::optional<HardwareAddress> partner;  ///< none where nobody at the other end speaks LACP
+  friend bool operator==(const AggregatorFacts&, const AggregatorFacts&) = default;
+};
+
 struct BondFacts {
   std::optional<std::uint8_t> mode;          ///< IFLA_BOND_MODE
   std::optional<std::uint32_t> activeIndex;  ///< interface number of the active member
+  std::optional<AggregatorFacts> aggregator = {};
   friend bool operator==(const BondFacts&, const BondFacts&) = default;
 };
 
@@ -39,6 +48,8 @@ struct BondMemberFacts {
   std::optional<std::uint8_t> state;      ///< 0 active, 1 backup
   std::optional<std::uint8_t> miiStatus;  ///< 0 up, 1 going down, 2 down, 3 coming back
   std::optional<HardwareAddress> permanentAddress;
+  std::optional<std::uint16_t> aggregatorId = {};                   ///< of the aggregator that it is in
+  std::optional<std::uint16_t> actorState = {}, partnerState = {};  ///< states of its port in LACP, as bits
   friend bool operator==(const BondMemberFacts&, const BondMemberFacts&) = default;
 };
 
