@@ -24,6 +24,9 @@ constexpr NameLiteral kAutoStartClass = "ZEB_AutoStart";
 /// nanoseconds of the monotonic clock.
 constexpr char kSharedSinceEntry[] = "ZEBSharedSince";
 
+/// Where the context of an enumeration has such an entry, it becomes what LACP says of the teams.
+constexpr char kLinkAggregationEntry[] = "ZEBLinkAggregation";
+
 std::optional<RefreshScope::Clock::time_point> sharedSince(const CmpiContext& context) {
   const auto entry = context.getNumber(kSharedSinceEntry);
   if (!entry) return std::nullopt;
@@ -50,6 +53,8 @@ void ZEBEthernetPortProvider::enumInstances(CmpiInstanceResult& result, const Cm
   } else {
     _collection.enumInstances(result, context, classPath, properties);
   }
+  if (context.getText(kLinkAggregationEntry))
+    context.setText(getBroker().get(), kLinkAggregationEntry, _ethTeamMRA->linkAggregation());
 }
 
 // Made for the occasion, and never part of the collection.

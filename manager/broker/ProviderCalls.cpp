@@ -9,6 +9,8 @@ namespace {
 constexpr CMPIStatus kOk = {CMPI_RC_OK, nullptr};
 /// Nanoseconds of the monotonic clock. A plug-in that does not know the entry asks each time.
 constexpr char kSharedSinceEntry[] = "ZEBSharedSince";
+/// Becomes what the classes have no properties for. A plug-in that does not know the entry leaves it empty.
+constexpr char kLinkAggregationEntry[] = "ZEBLinkAggregation";
 
 /// The interface takes lists that are not const; providers do not change them.
 const char** listOf(PropertyList properties) {
@@ -171,6 +173,23 @@ Reply ProviderCalls::invokeMethod(const CMPIObjectPath& path, const char* method
     return callSlot(_interfaces.method->ft->invokeMethod, _interfaces.method, context, result, &path, method,
                     &in, &out);
   });
+}
+
+std::string ProviderCalls::linkAggregation() const {
+  std::string text;
+  const auto ask = [&](const CMPIContext* context, const CMPIResult* result) {
+    Arena& arena = *currentArena();
+    const CMPIData empty = dataOf(makeString(arena, ""));
+    context->ft->addEntry(context, kLinkAggregationEntry, &empty.value, empty.type);
+    const char* const none[] = {nullptr};
+    const CMPIStatus status =
+        callSlot(_interfaces.instance->ft->enumerateInstances, _interfaces.instance, context, result,
+                 makePath(arena, _nameSpace, "ZEB_EthernetTeam"), listOf(none));
+    text = textOf(context->ft->getEntry(context, kLinkAggregationEntry, nullptr).value.string);
+    return status;
+  };
+  static_cast<void>(std::move(perform(_interfaces.instance, ask)).orThrow());
+  return text;
 }
 
 Reply ProviderCalls::startIndications(const CMPISelectExp& filter, std::string_view className) const {

@@ -87,6 +87,9 @@ class ProviderCalls {
   Reply referenceNames(const CMPIObjectPath& path, const AssociationFilter& filter) const;
   Reply invokeMethod(const CMPIObjectPath& path, const char* method, const CMPIArgs& in, CMPIArgs& out) const;
 
+  /// What LACP says of the teams, as JSON; empty where the provider does not know the question.
+  std::string linkAggregation() const;
+
   /// Tells the provider that somebody listens to what the filter selects. The filter has to stay until
   /// `stopIndications`.
   Reply startIndications(const CMPISelectExp& filter, std::string_view className) const;

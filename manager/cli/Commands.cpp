@@ -193,10 +193,15 @@ void runTree(const Options& options, Session& session, const Output& output) {
 }
 
 void runMetrics(const Options& options, Session& session, const Output& output) {
+  const MetricFormat format = options.openMetrics ? MetricFormat::OpenMetrics : MetricFormat::Text;
+  if (const auto service = session.service()) {
+    output.out << service->ask(metricsMessage(format));
+    return;
+  }
   Namespace& model = session.model();
   const auto worker = options.wantsPlugin() ? std::nullopt : readWorker(session.runFolder());
-  const MetricFormat format = options.openMetrics ? MetricFormat::OpenMetrics : MetricFormat::Text;
-  output.out << metricsOf(model, worker, format) << endOf(format);
+  output.out << metricsOf(model, readLacp(session.provider().linkAggregation()), worker, format)
+             << endOf(format);
 }
 
 void runWatch(const Options& options, Session& session, const Output& output) {

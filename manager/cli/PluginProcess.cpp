@@ -31,7 +31,7 @@ class HostedPlugin : public HostedProvider {
   std::string metrics(MetricFormat format) {
     const ProviderCalls calls = _session.provider().atOneMoment();
     PluginNamespace model(calls);
-    return metricsOf(model, readWorker(_session.runFolder()), format);
+    return metricsOf(model, readLacp(calls.linkAggregation()), readWorker(_session.runFolder()), format);
   }
 
   Session _session;

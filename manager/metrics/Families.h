@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 
+#include "metrics/LacpReading.h"
 #include "metrics/MachineReading.h"
 
 namespace ZebManager {
@@ -53,6 +54,8 @@ MetricTable<MachineReading> machineMetrics();
 MetricTable<PortReading> portMetrics();
 MetricTable<TreeTeam> teamMetrics();
 MetricTable<MemberReading> memberMetrics();
+MetricTable<LacpTeamReading> lacpTeamMetrics();
+MetricTable<LacpMemberReading> lacpMemberMetrics();
 MetricTable<VlanReading> vlanMetrics();
 MetricTable<GatewayReading> gatewayMetrics();
 MetricTable<WorkerReading> workerMetrics();
@@ -65,6 +68,8 @@ void forEachMetricTable(const Visit& visit) {
   visit(portMetrics());
   visit(teamMetrics());
   visit(memberMetrics());
+  visit(lacpTeamMetrics());
+  visit(lacpMemberMetrics());
   visit(vlanMetrics());
   visit(gatewayMetrics());
   visit(workerMetrics());

@@ -12,7 +12,8 @@ std::span<const Thing> only(const Thing& thing) {
 
 }  // namespace
 
-std::string metricsOf(Namespace& model, const std::optional<WorkerReading>& worker, MetricFormat format) {
+std::string metricsOf(Namespace& model, const LacpReading& lacp, const std::optional<WorkerReading>& worker,
+                      MetricFormat format) {
   MachineReading reading;
   readMachine(model, reading);
   Exposition all(format);
@@ -20,6 +21,8 @@ std::string metricsOf(Namespace& model, const std::optional<WorkerReading>& work
   all.add<PortReading>(portMetrics(), reading.ports);
   all.add<TreeTeam>(teamMetrics(), reading.tree.teams);
   all.add<MemberReading>(memberMetrics(), reading.members);
+  all.add<LacpTeamReading>(lacpTeamMetrics(), lacp.teams);
+  all.add<LacpMemberReading>(lacpMemberMetrics(), lacp.members);
   all.add<VlanReading>(vlanMetrics(), reading.vlans);
   all.add<GatewayReading>(gatewayMetrics(), reading.gateways);
   if (worker) all.add(workerMetrics(), only(*worker));

@@ -9,8 +9,9 @@
 
 namespace ZebManager {
 
-/// What a namespace and a worker say, without the end. Throws ManagerError when the plug-in refuses.
-std::string metricsOf(Namespace& model, const std::optional<WorkerReading>& worker, MetricFormat format);
+/// What a namespace, LACP and a worker say, without the end. Throws ManagerError when the plug-in refuses.
+std::string metricsOf(Namespace& model, const LacpReading& lacp, const std::optional<WorkerReading>& worker,
+                      MetricFormat format);
 
 /// A message that asks the plug-in's process for that, and what it asks for; nothing for another message.
 std::string metricsMessage(MetricFormat format);

@@ -48,12 +48,13 @@ Frame refusal(const std::string& why) {
 }  // namespace
 
 LocalServer::LocalServer(const std::string& path, Router& router, HttpBounds& bounds, LocalWatchers& watchers,
-                         const ClassRepository& classes)
+                         MetricsText metrics, const ClassRepository& classes)
     : _path(path),
       _listener(listenLocally(path)),
       _router(router),
       _bounds(bounds),
       _watchers(watchers),
+      _metrics(std::move(metrics)),
       _classes(classes),
       _connections(kMostConnections + kMostOfOne, kMostConnections + kMostOfOne),
       _requests(kMostConnections + kMostOfOne),
@@ -147,6 +148,7 @@ void LocalServer::serve(int socket, const User& user) {
 
 Frame LocalServer::answerTo(const User& user, const Frame& frame) {
   try {
+    if (const auto format = metricsAskedFor(frame.body)) return {Frame::Kind::Answer, 0, _metrics(*format)};
     if (frame.kind == Frame::Kind::Perform)
       return {Frame::Kind::Answer, 0, _router.answerTo(user, frame.body)};
     if (frame.kind == Frame::Kind::Show) return {Frame::Kind::Answer, 0, _router.shown(frame.body)};

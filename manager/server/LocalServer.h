@@ -10,6 +10,7 @@
 #include "posix/FileDescriptor.h"
 #include "server/HttpServer.h"
 #include "server/LocalWatchers.h"
+#include "server/MetricsResource.h"
 #include "server/NameHints.h"
 
 namespace ZebManager {
@@ -20,7 +21,7 @@ class LocalServer {
  public:
   /// `classes`: what alerts are selected from. Throws ManagerError when there can be no socket.
   LocalServer(const std::string& path, Router& router, HttpBounds& bounds, LocalWatchers& watchers,
-              const ClassRepository& classes);
+              MetricsText metrics, const ClassRepository& classes);
   LocalServer(const LocalServer&) = delete;
   LocalServer& operator=(const LocalServer&) = delete;
   ~LocalServer();
@@ -45,6 +46,7 @@ class LocalServer {
   Router& _router;
   HttpBounds& _bounds;
   LocalWatchers& _watchers;
+  const MetricsText _metrics;
   const ClassRepository& _classes;
   NameHints _names;
   Connections _connections;

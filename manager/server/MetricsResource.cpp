@@ -2,8 +2,8 @@
 
 #include "broker/Broker.h"
 #include "cimxml/AnswerReader.h"
-#include "metrics/Metrics.h"
 #include "tree/PropertyView.h"
+#include "values/ManagerError.h"
 
 namespace ZebManager {
 
@@ -21,16 +21,25 @@ std::vector<AlertCount> AlertCounts::all() const {
   return all;
 }
 
-Resource metricsResource(ProviderSupervisor& plugin, const AlertCounts& alerts) {
-  return [&plugin, &alerts](const HttpHead& head) {
-    const MetricFormat format = metricFormatFor(head.header("Accept"));
+MetricsText metricsText(ProviderSupervisor& plugin, const AlertCounts& alerts) {
+  return [&plugin, &alerts](MetricFormat format) {
     const ProviderSupervisor::Answer answer = plugin.perform(metricsMessage(format), true);
-    if (answer.outcome != ProviderSupervisor::Answer::Outcome::Done) return httpError(503, "", answer.body);
+    if (answer.outcome != ProviderSupervisor::Answer::Outcome::Done) throw ManagerError(answer.body);
     const std::vector<AlertCount> counts = alerts.all();
     Exposition own(format);
     own.add<AlertCount>(alertMetrics(), counts);
-    return HttpAnswer{
-        200, answer.body + own.text() + endOf(format), {{"Content-Type", contentTypeOf(format)}}};
+    return answer.body + own.text() + endOf(format);
+  };
+}
+
+Resource metricsResource(MetricsText text) {
+  return [text = std::move(text)](const HttpHead& head) {
+    const MetricFormat format = metricFormatFor(head.header("Accept"));
+    try {
+      return HttpAnswer{200, text(format), {{"Content-Type", contentTypeOf(format)}}};
+    } catch (const ManagerError& error) {
+      return httpError(503, "", error.what());
+    }
   };
 }
 

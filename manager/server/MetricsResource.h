@@ -1,13 +1,14 @@
 // What Prometheus scrapes.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <mutex>
 #include <string>
 #include <vector>
 
 #include "isolation/ProviderSupervisor.h"
-#include "metrics/MachineReading.h"
+#include "metrics/Metrics.h"
 #include "server/Resources.h"
 
 namespace ZebManager {
@@ -28,7 +29,11 @@ class AlertCounts {
   std::map<std::string, std::uint64_t> _counts;
 };
 
-/// Metrics, made in the plug-in's process, in the format that the client prefers.
-Resource metricsResource(ProviderSupervisor& plugin, const AlertCounts& alerts);
+/// All metrics in a format, those of the machine made in the plug-in's process. Throws ManagerError.
+using MetricsText = std::function<std::string(MetricFormat)>;
+MetricsText metricsText(ProviderSupervisor& plugin, const AlertCounts& alerts);
+
+/// They in the format that the client prefers.
+Resource metricsResource(MetricsText text);
 
 }  // namespace ZebManager

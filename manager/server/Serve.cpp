@@ -223,7 +223,7 @@ class Core {
 Resources resourcesOf(Core& core) {
   Resources resources;
   addPage(resources, core.live(), core.model(), core.explanations());
-  resources.emplace("/metrics", metricsResource(core.plugin(), core.alerts()));
+  resources.emplace("/metrics", metricsResource(metricsText(core.plugin(), core.alerts())));
   return resources;
 }
 
@@ -231,7 +231,8 @@ Resources resourcesOf(Core& core) {
 std::unique_ptr<LocalServer> listenToCommands(Core& core, Router& router, HttpBounds& bounds, Log& log) {
   try {
     return std::make_unique<LocalServer>(serviceSocket(configuredRunFolder()), router, bounds,
-                                         core.watchers(), core.classes());
+                                         core.watchers(), metricsText(core.plugin(), core.alerts()),
+                                         core.classes());
   } catch (const ManagerError& error) {
     log(std::string("commands do not find this service: ") + error.what());
     return nullptr;

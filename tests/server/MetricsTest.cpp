@@ -172,7 +172,8 @@ class RecordedMetricsTest : public testing::TestWithParam<const char*> {};
 TEST_P(RecordedMetricsTest, EveryNumberIsThatOfTheInstance) {
   Series served = seriesIn(outputOf(GetParam(), {"metrics"}));
   std::erase_if(served, [](const auto& one) {
-    return one.first.find("_info{") != std::string::npos || one.first.starts_with("zeb_vlan_");
+    return one.first.find("_info{") != std::string::npos || one.first.find("_lacp_") != std::string::npos ||
+           one.first.starts_with("zeb_vlan_");
   });
   EXPECT_EQ(served, Instances(GetParam()).series());
 }
@@ -206,6 +207,45 @@ TEST(Metrics, InformationSaysWhatBelongsTogether) {
   }
 }
 
+Series lacpIn(const std::string& text) {
+  Series all = seriesIn(text);
+  std::erase_if(all, [](const auto& one) { return one.first.find("_lacp_") == std::string::npos; });
+  return all;
+}
+
+/// bond1 of eth2, which its partner has bundled, and eth3, which has no link.
+const Series kLacp = {
+    {"zeb_team_lacp_info{device=\"bond1\",aggregator=\"1\",actor_key=\"9\",partner=\"00:1c:73:00:00:01\","
+     "partner_key=\"1003\"}",
+     1},
+    {"zeb_team_lacp_partner{device=\"bond1\"}", 1},
+    {"zeb_team_lacp_ports{device=\"bond1\"}", 1},
+    {"zeb_team_member_lacp_aggregator{team=\"bond1\",device=\"eth2\"}", 1},
+    {"zeb_team_member_lacp_aggregator{team=\"bond1\",device=\"eth3\"}", 2},
+    {"zeb_team_member_lacp_partner{team=\"bond1\",device=\"eth2\"}", 1},
+    {"zeb_team_member_lacp_partner{team=\"bond1\",device=\"eth3\"}", 0},
+    {"zeb_team_member_lacp_synchronized{team=\"bond1\",device=\"eth2\"}", 1},
+    {"zeb_team_member_lacp_synchronized{team=\"bond1\",device=\"eth3\"}", 0}};
+
+TEST(Metrics, LacpHasAPartnerOrNone) {
+  EXPECT_EQ(lacpIn(outputOf("teams", {"metrics"})), kLacp);
+  Json snapshot = Json::parse(std::ifstream(ZEB_SNAPSHOTS "/teams.json"));
+  for (Json& link : snapshot["links"]) {
+    if (link["name"] == "bond1") link["bond"]["aggregator"] = {{"id", 1}, {"ports", 1}};
+    // Active, aggregating and defaulted: it has made up a partner.
+    if (link["name"] == "eth2") link["bondMember"].update({{"actorState", 69}, {"partnerState", 1}});
+  }
+  const ZEB::TemporaryFolder folder("zebcim-metrics");
+  const std::string file = (folder / "alone.json").string();
+  std::ofstream(file) << snapshot;
+  const Outcome alone = run(ZEB_CIM, {"--plugin", ZEB_REAL_PLUGIN, "--source", file, "metrics"});
+  const Series said = lacpIn(alone.out);
+  EXPECT_EQ(said.at("zeb_team_lacp_info{device=\"bond1\",aggregator=\"1\"}"), 1);
+  EXPECT_EQ(said.at("zeb_team_lacp_partner{device=\"bond1\"}"), 0);
+  EXPECT_EQ(said.at("zeb_team_member_lacp_partner{team=\"bond1\",device=\"eth2\"}"), 0);
+  EXPECT_EQ(said.at("zeb_team_member_lacp_synchronized{team=\"bond1\",device=\"eth2\"}"), 0);
+}
+
 std::string contentOf(const std::string& file) {
   std::ostringstream text;
   text << std::ifstream(file).rdbuf();
@@ -234,7 +274,7 @@ TEST(Rules, EachIsTestedFiringAndNotAndHasItsPage) {
     EXPECT_THAT(page, HasSubstr("\n## " + name + "\n"));
     ++count;
   }
-  EXPECT_EQ(count, 10U);
+  EXPECT_EQ(count, 12U);
 }
 
 std::string bodyOf(const std::string& answer) {
@@ -253,6 +293,11 @@ TEST(Metrics, AServerServesWhatTheCommandPrintsAndHowTheWorkerIs) {
                             HasSubstr("Content-Type: text/plain; version=0.0.4; charset=utf-8\r\n")));
   const Series served = seriesIn(bodyOf(answer));
   EXPECT_THAT(served, IsSupersetOf(seriesIn(outputOf("teams", {"metrics"}))));
+  EXPECT_THAT(served, IsSupersetOf(kLacp));
+  // Where a service runs, the command asks it, and not this machine.
+  const Outcome asked = run(ZEB_CIM, {"metrics"},
+                            {"ZEB_CONFIG=/dev/null", "ZEB_RUN_DIR=" + (server.folder() / "run").string()});
+  EXPECT_THAT(seriesIn(asked.out), IsSupersetOf(kLacp));
 }
 
 Series alertsIn(const std::string& text) {

@@ -96,7 +96,7 @@ TEST(Prometheus, EveryQueryOfTheDashboardHasAnAnswerWithData) {
       ++count;
     }
   }
-  EXPECT_EQ(count, 19U);
+  EXPECT_EQ(count, 21U);
 }
 
 /// eth3 of bond1 has no link, and one member is left.

@@ -31,4 +31,11 @@ std::optional<std::uint64_t> CmpiContext::getNumber(const char* name) const {
   return entry.type == CMPI_uint64 ? std::optional(entry.value.uint64) : std::nullopt;
 }
 
+void CmpiContext::setText(const CMPIBroker* broker, const char* name, const std::string& text) const {
+  if (!_context || !_context->ft || !_context->ft->addEntry) return;
+  CMPIValue value{};
+  value.string = toBroker(broker, text);
+  _context->ft->addEntry(_context, name, &value, CMPI_string);
+}
+
 }  // namespace CmpiCpp

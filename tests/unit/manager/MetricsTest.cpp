@@ -76,6 +76,21 @@ TEST(Metrics, TheMessageToThePluginsProcessIsToldApartFromOthers) {
   EXPECT_FALSE(metricsAskedFor("<?xml version=\"1.0\"?><CIM/>"));
 }
 
+TEST(Metrics, OfLacpWhatIsNoTextIsLeftOut) {
+  for (const char* const text : {"", "{}", "[1]", "[{\"name\":7,\"members\":[null]}]"}) {
+    EXPECT_TRUE(readLacp(text).members.empty()) << text;
+  }
+  const LacpReading reading =
+      readLacp(R"([{"name":"b0","ports":-1,"partner":1,"members":[{"name":"e0","actorState":"61"}]}])");
+  ASSERT_EQ(reading.teams.size(), 1U);
+  EXPECT_EQ(reading.teams[0].device, "b0");
+  EXPECT_EQ(reading.teams[0].partner, "");
+  EXPECT_FALSE(reading.teams[0].ports || reading.teams[0].aggregator);
+  ASSERT_EQ(reading.members.size(), 1U);
+  EXPECT_EQ(reading.members[0].team, "b0");
+  EXPECT_FALSE(reading.members[0].actorState);
+}
+
 template <class Thing>
 void addLines(std::vector<std::string>& lines, const MetricTable<Thing>& table) {
   std::string labels;

@@ -31,6 +31,7 @@ struct TeamMember {
   std::optional<std::uint32_t> speed;                ///< Mbit/s
   std::optional<operationalStatus> portStatus = {};  ///< whatever bonding thinks of the link
   Settles settles = Settles::No;
+  BondMemberFacts bonding = {};
 };
 
 struct TeamFacts : InterfaceFacts {

@@ -51,7 +51,8 @@ TeamMember teamMember(const LinkFacts& link) {
   return {.slave = {link.name, role == Role::Active && !joining, role, status, joining},
           .speed = link.ethtool.speed,
           .portStatus = portStatus(link),
-          .settles = link.settles};
+          .settles = link.settles,
+          .bonding = facts};
 }
 
 std::optional<operationalStatus> teamStatus(const TeamFacts& team) {

@@ -1,6 +1,7 @@
 #include "ethernet/EthernetTeamMRA.h"
 
 #include "model/Changes.h"
+#include "model/LinkAggregation.h"
 #include "records/RecordFactory.h"
 #include "records/Walk.h"
 
@@ -61,6 +62,11 @@ void EthernetTeamMRA::eventsProcessed() {
 
 void EthernetTeamMRA::buildFailed() {
   _inventory->beginDelivery(kKind);
+}
+
+std::string EthernetTeamMRA::linkAggregation() {
+  const auto model = _inventory->current();
+  return model ? linkAggregationText(*model) : std::string();
 }
 
 std::unique_ptr<EthernetTeamMRA> ethernetTeamMRAFactory(const Logger&) {

@@ -71,6 +71,7 @@ Inventory::Inventory(std::unique_ptr<HostSource> source, bool includeVirtual,
 std::shared_ptr<const Model> Inventory::current() {
   if (ScopeState* scope = openScope()) {
     auto& answers = scope->answersOf(*this);
+    if (!answers.model && scope->sharedSince) takeShared(answers, *scope->sharedSince);
     return answers.model ? answers.model : fresh();
   }
   const std::scoped_lock asking(_asking);

@@ -1,0 +1,84 @@
+#include "metrics/Families.h"
+
+namespace ZebManager {
+namespace {
+
+using Kind = MetricKind;
+
+/// Bits of the state of a port.
+enum : std::uint64_t { kSynchronized = 8, kDefaulted = 64, kExpired = 128 };
+
+std::string textOf(const std::optional<std::uint64_t>& number) {
+  return number ? std::to_string(*number) : std::string();
+}
+
+/// What a port says of its partner it has heard lately, or made up.
+MetricValue hasPartner(const LacpMemberReading& m) {
+  if (!m.actorState) return std::nullopt;
+  return (*m.actorState & (kDefaulted | kExpired)) == 0 ? 1 : 0;
+}
+
+MetricValue isSynchronized(const LacpMemberReading& m) {
+  if (!m.actorState || !m.partnerState) return std::nullopt;
+  return (*m.actorState & *m.partnerState & kSynchronized) != 0 && hasPartner(m) == 1 ? 1 : 0;
+}
+
+constexpr std::array kTeamIdentity = {
+    LabelRow<LacpTeamReading>{"device", [](const LacpTeamReading& t) { return t.device; }},
+};
+
+constexpr std::array kTeamLabels = {
+    LabelRow<LacpTeamReading>{"aggregator", [](const LacpTeamReading& t) { return textOf(t.aggregator); }},
+    LabelRow<LacpTeamReading>{"actor_key", [](const LacpTeamReading& t) { return textOf(t.actorKey); }},
+    LabelRow<LacpTeamReading>{"partner", [](const LacpTeamReading& t) { return t.partner; }},
+    LabelRow<LacpTeamReading>{"partner_key", [](const LacpTeamReading& t) { return textOf(t.partnerKey); }},
+};
+
+using TeamRow = NumberRow<LacpTeamReading>;
+
+constexpr std::array kTeamNumbers = {
+    TeamRow{{"zeb_team_lacp_partner", Kind::Gauge, "",
+             "Whether somebody at the other end of a team speaks LACP.", "IFLA_BOND_AD_INFO_PARTNER_MAC"},
+            [](const LacpTeamReading& t) { return MetricValue(t.partner.empty() ? 0 : 1); }},
+    TeamRow{{"zeb_team_lacp_ports", Kind::Gauge, "",
+             "Members in the aggregator that carries the traffic of a team.", "IFLA_BOND_AD_INFO_NUM_PORTS"},
+            [](const LacpTeamReading& t) { return MetricValue(t.ports); }},
+};
+
+constexpr std::array kMemberIdentity = {
+    LabelRow<LacpMemberReading>{"team", [](const LacpMemberReading& m) { return m.team; }},
+    LabelRow<LacpMemberReading>{"device", [](const LacpMemberReading& m) { return m.device; }},
+};
+
+using MemberRow = NumberRow<LacpMemberReading>;
+
+constexpr std::array kMemberNumbers = {
+    MemberRow{{"zeb_team_member_lacp_aggregator", Kind::Gauge, "",
+               "Number of the aggregator that a port is in; ports that carry traffic together are in one.",
+               "IFLA_BOND_SLAVE_AD_AGGREGATOR_ID"},
+              [](const LacpMemberReading& m) { return MetricValue(m.aggregator); }},
+    MemberRow{{"zeb_team_member_lacp_partner", Kind::Gauge, "",
+               "Whether a port has heard LACP from its other end lately.",
+               "IFLA_BOND_SLAVE_AD_ACTOR_OPER_PORT_STATE"},
+              hasPartner},
+    MemberRow{{"zeb_team_member_lacp_synchronized", Kind::Gauge, "",
+               "Whether both ends have put a port into the aggregator that it belongs to.",
+               "IFLA_BOND_SLAVE_AD_ACTOR_OPER_PORT_STATE, IFLA_BOND_SLAVE_AD_PARTNER_OPER_PORT_STATE"},
+              isSynchronized},
+};
+
+}  // namespace
+
+MetricTable<LacpTeamReading> lacpTeamMetrics() {
+  return {kTeamIdentity,
+          MetricFamily{"zeb_team_lacp_info", Kind::Info, "",
+                       "Aggregator that carries the traffic of a team, and who is at its other end.",
+                       "IFLA_BOND_AD_INFO"},
+          kTeamLabels, kTeamNumbers};
+}
+
+MetricTable<LacpMemberReading> lacpMemberMetrics() {
+  return {kMemberIdentity, std::nullopt, {}, kMemberNumbers};
+}
+
+}  // namespace ZebManager
