@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <fstream>
 
+#include "cli/NearLinks.h"
 #include "values/ManagerError.h"
 
 namespace ZebManager {
@@ -61,6 +62,19 @@ bool change(Json& element, const Json::json_pointer& pointer, const RecordedFact
   return true;
 }
 
+constexpr const char* kOfLinks[] = {"addresses", "routes"};
+
+std::set<Json> indexesOf(const Json& links) {
+  std::set<Json> indexes;
+  for (const Json& link : links) indexes.insert(link["index"]);
+  return indexes;
+}
+
+/// Of links, addresses and routes.
+auto isNotOf(const std::set<Json>& indexes) {
+  return [&indexes](const Json& one) { return !indexes.contains(one.value("index", Json())); };
+}
+
 Json firstMoment(const std::string& text) {
   Json recording = Json::parse(text, nullptr, false);
   if (recording.is_object() && recording.contains("steps") && !recording["steps"].empty()) {
@@ -76,8 +90,38 @@ Json firstMoment(const std::string& text) {
 }  // namespace
 
 AlteredRecording::AlteredRecording(const std::string& text, std::filesystem::path file)
-    : _recording(firstMoment(text)), _file(std::move(file)) {
+    : _whole(firstMoment(text)), _recording(_whole), _file(std::move(file)) {
   restore();
+}
+
+bool AlteredRecording::cut(const std::set<std::string>& names, std::size_t most) {
+  _recording = _whole;
+  const Json links = _whole.value("links", Json::array());
+  const bool leavesOut = most > 0 && most * 2 < links.size();
+  if (leavesOut) {
+    Json& kept = _recording["links"] = Json::array();
+    for (const std::size_t place : nearLinks(links, names, most)) kept.push_back(links[place]);
+    const auto indexes = indexesOf(kept);
+    for (const char* const list : kOfLinks) {
+      if (_recording.contains(list))
+        std::erase_if(_recording[list].get_ref<Json::array_t&>(), isNotOf(indexes));
+    }
+  }
+  restore();
+  return leavesOut;
+}
+
+void AlteredRecording::alterLeftOut(const std::set<const RecordedFact*>& facts, Change how) {
+  const auto kept = indexesOf(_recording["links"]);
+  Json altered = _whole;
+  for (const RecordedFact* const fact : facts) {
+    const Place place(fact->key);
+    for (Json* const element : elementsOf(altered, place)) {
+      if (isNotOf(kept)(*element) && element->contains("index"))
+        change(*element, pointerOf(place), *fact, how);
+    }
+  }
+  write(altered);
 }
 
 void AlteredRecording::write(const Json& recording) const {
@@ -123,7 +167,7 @@ void AlteredRecording::twin() {
     }
     altered["links"].push_back(link);
   }
-  for (const char* const list : {"addresses", "routes"}) {
+  for (const char* const list : kOfLinks) {
     for (Json one : _recording.value(list, Json::array())) {
       move(one, "index");
       altered[list].push_back(one);

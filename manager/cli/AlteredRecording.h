@@ -3,6 +3,8 @@
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -35,6 +37,11 @@ class AlteredRecording {
   const std::string& file() const { return _file.native(); }
   /// As it was recorded.
   void restore() { write(_recording); }
+  /// From now on it has no other interfaces than so many that have to do with these; all with `most` 0. False
+  /// where hardly any would be left out; then it has all.
+  bool cut(const std::set<std::string>& names, std::size_t most);
+  /// As it was recorded, but for what has been left out: there all of the facts are changed.
+  void alterLeftOut(const std::set<const RecordedFact*>& facts, Change change);
   /// False when the change would change nothing; then nothing is written.
   bool alter(const RecordedFact& fact, Change change, Range range);
   /// Every link gets a carrier or loses it.
@@ -52,6 +59,7 @@ class AlteredRecording {
  private:
   void write(const Json& recording) const;
 
+  const Json _whole;
   Json _recording;
   const std::filesystem::path _file;
 };

@@ -7,7 +7,7 @@
 
 #include "broker/Broker.h"
 #include "cli/InterfaceNames.h"
-#include "cli/JsonOutput.h"
+#include "cli/NearLinks.h"
 #include "cli/ProgramOutput.h"
 #include "cli/ShortNames.h"
 #include "values/CallMemory.h"
@@ -20,6 +20,10 @@ namespace {
 using Json = nlohmann::ordered_json;
 using Change = AlteredRecording::Change;
 using Range = AlteredRecording::Range;
+
+constexpr std::array kChanges = {Change::Other, Change::Gone, Change::There};
+constexpr std::size_t kFewInterfaces = 16;
+constexpr std::size_t kMore = 4;
 
 std::vector<RecordedFact> readFacts() {
   std::vector<RecordedFact> facts;
@@ -69,48 +73,41 @@ Explainer::Explainer(const Options& options, const std::string& recording)
       _options(optionsFor(options, _recording.file(), _folder)),
       _session(_options) {}
 
-std::optional<Explainer::Values> Explainer::read() {
-  Arena arena;
-  const ObjectPath& path = *parsePath(arena, _session.repository(), kNameSpace, _path);
-  const Reply reply = _session.model().getInstance(path, nullptr);
-  if (reply.code != CMPI_RC_OK || reply.items().empty()) return std::nullopt;
-  const Instance& instance = *as<Instance>(reply.items()[0].value.inst);
-  const Json json = Json::parse(jsonLineOfInstance(instance, JsonForm::Plain));
-  Values values;
-  _order.clear();
-  for (const auto& [name, value] : json["properties"].items()) {
-    values[name] = value;
-    _order.push_back(name);
-  }
-  return values;
+std::optional<InstanceValues> Explainer::read() {
+  return readValues(_session.model(), _path);
 }
 
 std::string Explainer::nameNow() {
-  return InterfaceNames::has(_session.repository(), classOf(_session, _path).name)
-             ? InterfaceNames(_session.model()).nameOf(_path)
-             : "";
+  Arena arena;
+  return interfaceName(_session.model(), *parsePath(arena, _session.repository(), kNameSpace, _path));
+}
+
+/// What the recording is now; nothing where there is no such instance.
+std::optional<InstanceValues> Explainer::readAltered() {
+  _session.restart();
+  try {
+    // Where the numbers of instances moved, the path stands for another.
+    return nameNow() == _name ? read() : std::nullopt;
+  } catch (const ManagerError&) {
+    return std::nullopt;  // without that fact there is no such machine
+  }
+}
+
+Explainer::Changed Explainer::changedIn(const InstanceValues& altered) const {
+  Changed changed;
+  for (const auto& [name, value] : altered.items()) {
+    if (!_values.contains(name) || _values[name] != value) changed.push_back(name);
+  }
+  for (const auto& [name, value] : _values.items()) {
+    if (!altered.contains(name)) changed.push_back(name);
+  }
+  return changed;
 }
 
 Explainer::Changed Explainer::changedBy(const RecordedFact& fact, Change change, Range range) {
   if (!_recording.alter(fact, change, range)) return {};
-  _session.restart();
-  std::optional<Values> altered;
-  try {
-    // Where the numbers of instances moved, the path stands for another.
-    if (nameNow() == _name) altered = read();
-  } catch (const ManagerError&) {
-    // Without that fact there is no such machine.
-  }
-  Changed changed;
-  if (!altered) return changed;
-  for (const auto& [name, value] : *altered) {
-    const auto before = _values.find(name);
-    if (before == _values.end() || before->second != value) changed.push_back(name);
-  }
-  for (const auto& [name, value] : _values) {
-    if (!altered->contains(name)) changed.push_back(name);
-  }
-  return changed;
+  const auto altered = readAltered();
+  return altered ? changedIn(*altered) : Changed();
 }
 
 Explanation& Explainer::of(const std::string& property) {
@@ -131,7 +128,7 @@ Reason Explainer::reasonOf(const RecordedFact& fact, Change change, const std::s
 }
 
 void Explainer::tryFact(const RecordedFact& fact) {
-  for (const Change change : {Change::Other, Change::Gone, Change::There}) {
+  for (const Change change : kChanges) {
     std::optional<Reason> reason;  // properties that a fact changes at once have it of the same interface
     for (const std::string& property : changedBy(fact, change, {})) {
       auto& reasons = of(property).reasons;
@@ -159,8 +156,8 @@ void Explainer::findMemory() {
   _recording.switchLinks();
   work();
   _recording.restore();
-  const auto now = read();
-  for (const auto& [name, value] : now ? *now : Values()) {
+  const InstanceValues now = read().value_or(Json::object());
+  for (const auto& [name, value] : now.items()) {
     if (_values[name] != value && of(name).reasons.empty()) of(name).source = Source::Remembered;
   }
 }
@@ -172,8 +169,8 @@ void Explainer::findPlace() {
   const Reply reply = _session.model().enumerateInstances(classOf(_session, _path).name, nullptr);
   std::map<std::string, std::set<Json>> values;
   for (const CMPIData& item : reply.items()) {
-    const Json json = Json::parse(jsonLineOfInstance(*as<Instance>(item.value.inst), JsonForm::Plain));
-    for (const auto& [name, value] : json["properties"].items()) values[name].insert(value);
+    const InstanceValues one = valuesOf(*as<Instance>(item.value.inst));
+    for (const auto& [name, value] : one.items()) values[name].insert(value);
   }
   for (auto& [name, explanation] : _explanations) {
     if (values[name].size() > 1 && explanation.source == Source::Constant && !hasKnown(explanation.reasons))
@@ -181,12 +178,11 @@ void Explainer::findPlace() {
   }
 }
 
-void Explainer::classify() {
+void Explainer::classify(const InstanceValues& served) {
   const ClassDef& classDef = classOf(_session, _path);
   for (auto& [name, explanation] : _explanations) {
     const PropertyDef* const def = classDef.property(name);
-    const auto value = _values.find(name);
-    if (value != _values.end()) explanation.value = value->second;
+    if (served.contains(name)) explanation.value = served[name];
     std::ranges::stable_sort(explanation.reasons, {},
                              [](const Reason& reason) { return reason.value.is_null(); });
     if (def && def->type == CMPI_ref) {
@@ -203,23 +199,68 @@ void Explainer::classify() {
   }
 }
 
+/// False where the instance needs nearly all of the machine.
+bool Explainer::narrow(const Likeness& likeness) {
+  for (std::size_t most = kFewInterfaces; _recording.cut(likeness.interfaces, most); most *= kMore) {
+    _session.restart();
+    const auto there = likeness.findIn(_session.model());
+    if (!there) continue;
+    _path = *there;
+    _values = *read();
+    return true;
+  }
+  return false;
+}
+
+void Explainer::widen() {
+  _recording.cut({}, 0);
+  _session.restart();
+  _path = _asked;
+  _values = *read();
+}
+
+/// Whether the facts that the instance depends on make a difference to it where they were left out.
+bool Explainer::dependsOnOthers(const Likeness& likeness) {
+  std::set<const RecordedFact*> facts;
+  for (const auto& [name, explanation] : _explanations) {
+    for (const Reason& reason : explanation.reasons) {
+      if (!isReference(reason.fact->key)) facts.insert(reason.fact);
+    }
+  }
+  return std::ranges::any_of(kChanges, [&](Change change) {
+    _recording.alterLeftOut(facts, change);
+    _session.restart();
+    return !likeness.isAt(_session.model(), _asked) && !likeness.findIn(_session.model());
+  });
+}
+
+void Explainer::tryAll() {
+  _explanations.clear();
+  for (const auto& [name, value] : _values.items()) of(name);
+  for (const RecordedFact& fact : _facts) tryFact(fact);
+}
+
 std::vector<Explanation> Explainer::explain(const std::string& word) {
   Arena arena;
-  _path = formatPath(instanceMeant(_session, arena, word).body());
+  _path = _asked = formatPath(instanceMeant(_session, arena, word).body());
   const auto values = read();
   if (!values) throw ManagerError("path '" + _path + "': there is no such instance");
   _values = *values;
   _name = nameNow();
-  const std::vector<std::string> served = _order;
-  for (const std::string& name : served) of(name);
-  for (const RecordedFact& fact : _facts) tryFact(fact);
+  const Likeness likeness = Likeness::of(_session.model(), _path, _values);
+  const bool narrowed = narrow(likeness);
+  tryAll();
+  if (narrowed && dependsOnOthers(likeness)) {
+    widen();
+    tryAll();
+  }
   findMemory();
   findPlace();
-  classify();
+  classify(*values);
   std::vector<Explanation> explained;
-  for (const std::string& name : served) explained.push_back(_explanations[name]);
+  for (const auto& [name, value] : values->items()) explained.push_back(_explanations[name]);
   for (const auto& [name, explanation] : _explanations) {
-    if (!_values.contains(name)) explained.push_back(explanation);
+    if (!values->contains(name)) explained.push_back(explanation);
   }
   return explained;
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cli/AlteredRecording.h"
+#include "cli/Likeness.h"
 #include "cli/Session.h"
 
 namespace ZebManager {
@@ -38,7 +39,9 @@ struct Explanation {
 };
 
 /// Finds out by trial: has the plug-in serve the same machine with one fact altered, and looks which
-/// properties are others then. What is said of a property is so of the plug-in that is asked.
+/// properties are others then. What is said of a property is so of the plug-in that is asked. Where there are
+/// many interfaces, it tries on a machine that has no others than those that the instance has to do with, if
+/// the instance is the same there and what is left out makes no difference to it.
 class Explainer {
  public:
   /// `options`: with the plug-in and schema to use. `recording`: the text of one. Throws ManagerError.
@@ -47,21 +50,26 @@ class Explainer {
   /// Of every property of the instance that a word means. Throws ManagerError.
   std::vector<Explanation> explain(const std::string& word);
   /// The path of that instance.
-  const std::string& path() const { return _path; }
+  const std::string& path() const { return _asked; }
 
  private:
   using Json = nlohmann::ordered_json;
-  using Values = std::map<std::string, Json>;
   using Changed = std::vector<std::string>;  ///< names of properties
 
-  std::optional<Values> read();
+  std::optional<InstanceValues> read();
+  std::optional<InstanceValues> readAltered();
+  Changed changedIn(const InstanceValues& altered) const;
   Changed changedBy(const RecordedFact& fact, AlteredRecording::Change change, AlteredRecording::Range range);
+  bool narrow(const Likeness& likeness);
+  void widen();
+  bool dependsOnOthers(const Likeness& likeness);
+  void tryAll();
   void tryFact(const RecordedFact& fact);
   Reason reasonOf(const RecordedFact& fact, AlteredRecording::Change change, const std::string& property);
   void findMemory();
   void findPlace();
   std::string nameNow();
-  void classify();
+  void classify(const InstanceValues& served);
   Explanation& of(const std::string& property);
 
   ZEB::TemporaryFolder _folder{"zebcim-explain"};
@@ -69,10 +77,10 @@ class Explainer {
   AlteredRecording _recording;
   const Options _options;
   Session _session;
-  std::string _path;
-  std::string _name;                ///< of the interface that it stands for; may be empty
-  std::vector<std::string> _order;  ///< of properties as they are served
-  Values _values;
+  std::string _asked;      ///< the path that is meant
+  std::string _path;       ///< the same on the machine on which is tried
+  std::string _name;       ///< of the interface that it stands for; may be empty
+  InstanceValues _values;  ///< on the machine on which is tried
   std::map<std::string, Explanation> _explanations;
 };
 
