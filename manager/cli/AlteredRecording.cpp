@@ -39,7 +39,7 @@ Json::json_pointer pointerOf(const Place& place) {
 }
 
 Json otherThan(const Json& value, const RecordedFact& fact) {
-  if (value.is_number_integer()) return value.get<std::int64_t>() + 1;
+  if (value.is_number_integer() && fact.values[0] == 1) return value.get<std::int64_t>() + 1;
   if (!value.is_string()) return value == fact.values[0] ? fact.values[1] : fact.values[0];
   const bool isWord = fact.values[0] == "one";
   if (!isWord) return value == fact.values[0] ? fact.values[1] : fact.values[0];

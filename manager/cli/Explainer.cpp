@@ -227,11 +227,22 @@ bool Explainer::dependsOnOthers(const Likeness& likeness) {
       if (!isReference(reason.fact->key)) facts.insert(reason.fact);
     }
   }
-  return std::ranges::any_of(kChanges, [&](Change change) {
+  return std::ranges::any_of(kChanges,
+                             [&](Change change) { return leftOutMatters(facts, change, likeness); });
+}
+
+bool Explainer::leftOutMatters(const std::set<const RecordedFact*>& facts, Change change,
+                               const Likeness& likeness) {
+  try {
     _recording.alterLeftOut(facts, change);
     _session.restart();
     return !likeness.isAt(_session.model(), _asked) && !likeness.findIn(_session.model());
-  });
+  } catch (const ManagerError&) {
+    // There is no such machine; there may be one with some of the changes.
+    return facts.size() > 1 && std::ranges::any_of(facts, [&](const RecordedFact* fact) {
+             return leftOutMatters({fact}, change, likeness);
+           });
+  }
 }
 
 void Explainer::tryAll() {

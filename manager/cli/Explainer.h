@@ -63,6 +63,8 @@ class Explainer {
   bool narrow(const Likeness& likeness);
   void widen();
   bool dependsOnOthers(const Likeness& likeness);
+  bool leftOutMatters(const std::set<const RecordedFact*>& facts, AlteredRecording::Change change,
+                      const Likeness& likeness);
   void tryAll();
   void tryFact(const RecordedFact& fact);
   Reason reasonOf(const RecordedFact& fact, AlteredRecording::Change change, const std::string& property);

@@ -86,7 +86,8 @@ class Near {
 }  // namespace
 
 bool isReference(std::string_view fact) {
-  return fact.ends_with("ndex") || fact.ends_with(".pci") || fact.ends_with(".physicalFunction");
+  return fact == "links.name" || fact.ends_with("ndex") || fact.ends_with(".pci") ||
+         fact.ends_with(".physicalFunction");
 }
 
 std::vector<std::size_t> nearLinks(const Json& links, const std::set<std::string>& names, std::size_t most) {

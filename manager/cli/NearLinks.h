@@ -9,7 +9,8 @@
 
 namespace ZebManager {
 
-/// Whether interfaces refer to each other by that fact of a recording ("links.masterIndex").
+/// Whether interfaces are told apart or refer to each other by that fact of a recording
+/// ("links.masterIndex").
 bool isReference(std::string_view fact);
 
 /// The places in the list of those with such names, of those that they are stacked on, teamed with or on one
