@@ -74,7 +74,7 @@ class AlertSender::Worker {
   void endRound(Alertmanager& one);
   void finishDone();
   void conclude(Alertmanager& one, CURLcode code);
-  void failed(Alertmanager& one, const std::string& reason);
+  void failed(Alertmanager& one, const std::string& reason, const std::string& advice);
   void poll();
 
   const AlertmanagerSettings _settings;
@@ -121,7 +121,7 @@ void AlertSender::Worker::begin(Alertmanager& one, Clock::time_point now) {
     one.beginRound(std::move(extract), authorizationIn(_settings.credentials));
     sendNext(one);
   } catch (const ManagerError& error) {
-    failed(one, error.what());
+    failed(one, error.what(), "");
   }
 }
 
@@ -152,24 +152,25 @@ void AlertSender::Worker::finishDone() {
 
 void AlertSender::Worker::conclude(Alertmanager& one, CURLcode code) {
   const Alertmanager::Failure failure = one.conclude(code);
-  if (!failure.reason.empty() && !failure.refused) return failed(one, failure.reason);
-  if (failure.refused && one.post().postpone())
-    _log("Alertmanager " + one.url() + " refuses alerts: " + failure.reason);
-  if (!failure.refused && !one.refused() && one.post().recover() > 0)
+  if (!failure.reason.empty() && !failure.refused) return failed(one, failure.reason, failure.advice);
+  if (failure.refused && one.postpone(failure.advice))
+    _log("Alertmanager " + one.url() + " refuses alerts: " + failure.reason + "; " + failure.advice);
+  if (!failure.refused && !one.refused() && one.recover())
     _log("Alertmanager " + one.url() + " takes alerts again");
   try {
     sendNext(one);
   } catch (const ManagerError& error) {
-    failed(one, error.what());
+    failed(one, error.what(), "");
   }
 }
 
-void AlertSender::Worker::failed(Alertmanager& one, const std::string& reason) {
+void AlertSender::Worker::failed(Alertmanager& one, const std::string& reason, const std::string& advice) {
   one.abandon();
   one.resendAt = Clock::time_point::min();  // it may have begun anew
   _table.acknowledged(0, _clock());
-  if (one.post().postpone())
-    _log("Alertmanager " + one.url() + ": " + reason + "; it gets what is open when it answers");
+  if (one.postpone(advice))
+    _log("Alertmanager " + one.url() + ": " + reason + (advice.empty() ? "" : "; " + advice) +
+         "; it gets what is open when it answers");
 }
 
 /// Waits for the network, for a change of the table, or until something is due.

@@ -68,9 +68,13 @@ void AlertTable::keep(const Work& work) {
 void AlertTable::receive(std::string element, DayTime time) {
   const std::lock_guard lock(_mutex);
   if (_received.size() >= kMostReceived) {
-    _log("too many alerts wait for the plug-in to say what they are about: one is not sent to Alertmanager");
+    if (!std::exchange(_behindPlugin, true))
+      _log(
+          "too many alerts wait for the plug-in to say what they are about: further ones are not sent to "
+          "Alertmanager");
     return;
   }
+  _behindPlugin = false;
   _received.push_back({++_lastId, time, std::move(element)});
   keep([this] { _file.add(_received.back()); });
 }

@@ -63,6 +63,7 @@ class AlertTable {
   std::uint64_t _revision = 0;
   bool _behind = false;  ///< the file lacks something
   bool _full = false;
+  bool _behindPlugin = false;  ///< more was received than is kept
 };
 
 }  // namespace ZebManager

@@ -86,17 +86,27 @@ Alertmanager::Failure Alertmanager::conclude(CURLcode code) {
   constexpr std::size_t kQuoted = 200;
   const HttpPost::Answer answer = _post.finish(code);
   _answers = false;
-  if (answer.code != CURLE_OK) return {answer.reason + "; " + adviceFor(answer.code)};
+  if (answer.code != CURLE_OK) return {answer.reason, adviceFor(answer.code)};
   const bool empty = answer.body.find_first_not_of(" \r\n\t") == std::string::npos;
   if (answer.status >= 200 && answer.status < 300) {
     _answers = empty;
     if (empty) return {};
-    return {"it answers as no Alertmanager does; 'alertmanager.urls' has to name one"};
+    return {"it answers as no Alertmanager does", "'alertmanager.urls' has to name one"};
   }
   std::string reason = "HTTP status " + std::to_string(answer.status);
   if (!empty) reason += " " + quotedForLog(answer.body.substr(0, kQuoted));
   if (answer.status == kBadRequest) _refused = true;
-  return {reason + "; " + adviceFor(answer.status), answer.status == kBadRequest};
+  return {reason, adviceFor(answer.status), answer.status == kBadRequest};
+}
+
+bool Alertmanager::postpone(const std::string& advice) {
+  _post.postpone();
+  return _said.insert(advice).second;
+}
+
+bool Alertmanager::recover() {
+  _said.clear();
+  return _post.recover() > 0;
 }
 
 }  // namespace ZebManager

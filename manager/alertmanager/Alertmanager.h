@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -34,9 +35,15 @@ class Alertmanager {
   /// refused does not keep others of the same round back.
   struct Failure {
     std::string reason = {};
+    std::string advice = {};
     bool refused = false;
   };
   Failure conclude(CURLcode code);
+
+  /// Puts the next attempt off. Whether that has to be said: it was not since somebody took alerts last.
+  bool postpone(const std::string& advice);
+  /// After a success: whether there was a failure before.
+  bool recover();
 
   /// Revision up to which it knows everything.
   std::uint64_t known() const { return _known; }
@@ -52,6 +59,7 @@ class Alertmanager {
   bool _refused = false;
   bool _answers = false;
   std::uint64_t _known = 0;
+  std::set<std::string> _said;  ///< advice
 };
 
 }  // namespace ZebManager

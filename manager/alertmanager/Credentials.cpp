@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <vector>
 
@@ -14,6 +15,9 @@ namespace {
 constexpr std::size_t kLongest = 16'384;
 
 std::string lineOf(const std::string& file) {
+  std::error_code ignored;
+  if (std::filesystem::exists(file, ignored) && !std::filesystem::is_regular_file(file, ignored))
+    throw ManagerError("'alertmanager.credentials' " + file + " is no file");  // one that waits for a writer
   std::ifstream in(file);
   std::string line;
   if (!in) throw ManagerError("cannot read 'alertmanager.credentials' " + file + ": " + std::strerror(errno));

@@ -16,6 +16,7 @@
 #include "local/RunFolder.h"
 #include "local/ServiceLink.h"
 #include "login/ConfigurationFile.h"
+#include "server/ExamineAlertmanager.h"
 #include "server/ListeningSocket.h"
 #include "server/ServerSettings.h"
 #include "values/ManagerError.h"
@@ -44,6 +45,9 @@ class Examination {
     lookAtGroup(settings.login.writeGroup);
     lookAtPam(settings.login);
     lookAtWaiting(settings.stateDirectory);
+    examineAlertmanager(settings.alertmanager, [this](const char* state, const std::string& text) {
+      say(state, "alertmanager", text);
+    });
   }
 
   void say(const char* state, const char* what, const std::string& text) {

@@ -7,6 +7,7 @@
 
 #include "DoctorCommand.h"
 #include "posix/FileDescriptor.h"
+#include "support/TestListener.h"
 
 namespace ZebManager {
 namespace {
@@ -113,6 +114,43 @@ TEST_F(DoctorOfServer, CountsTheIndicationsThatWait) {
       << "this is no database, however long it may be, and so it is said";
   expectTrouble(doctorOf(nothing),
                 "waiting    FAILED  " + (folder / "state/delivery.db").string() + " cannot be read");
+}
+
+TEST_F(DoctorOfServer, LooksAtTheSettingsOfAlertmanager) {
+  const std::string nothing = "[listen]\nhttp = \"none\"\nhttps = \"none\"\n";
+  const std::string who = (folder / "who").string(), trusted = (folder / "ca.pem").string();
+  std::string url, more;
+  const auto said = [&] { return doctorOf(nothing + "[alertmanager]\nurls = [\"" + url + "\"]\n" + more); };
+  EXPECT_THAT(doctorOf(nothing).out, HasSubstr("alertmanager  -       none is told of alerts"));
+  url = "ftp://alerts.example";
+  expectTrouble(said(), "'alertmanager.urls' has a bad value: expected a list of http or https URLs");
+  TestListener listener([](std::size_t, const auto&) { return TestListener::response("200 OK", ""); });
+  url = "http://127.0.0.1:9";
+  expectTrouble(said(), "alertmanager  FAILED  http://127.0.0.1:9: ");
+  url = listener.url();
+  EXPECT_THAT(said().out, HasSubstr("alertmanager  ok      " + url + " takes alerts\n"));
+  ASSERT_EQ(listener.requests().size(), 1U);
+  EXPECT_EQ(listener.requests()[0].body, "[]") << "no alert";
+  more = "credentials = \"" + who + "\"\n";
+  expectTrouble(said(),
+                "alertmanager  FAILED  alertmanager.credentials " + who + " cannot be read: No such file");
+  std::ofstream(who) << "zeb:secret\n";
+  std::filesystem::permissions(who, std::filesystem::perms(0644));
+  expectTrouble(said(),
+                "alertmanager  FAILED  alertmanager.credentials " + who + " can be read by everybody; ");
+  std::filesystem::permissions(who, std::filesystem::perms(0640));
+  expectTrouble(said(), "alertmanager  FAILED  'alertmanager.credentials' " + who + " has to hold one line");
+  EXPECT_EQ(listener.requests().size(), 1U) << "without credentials that can be used nobody is asked";
+  std::ofstream(who) << "Bearer abc\n";
+  EXPECT_THAT(said().out,
+              testing::AllOf(HasSubstr("alertmanager  -       credentials cross the network readable"),
+                             HasSubstr("alertmanager  ok      " + url)));
+  more = "trusted-certificates = \"" + trusted + "\"\n";
+  expectTrouble(said(),
+                "alertmanager  FAILED  alertmanager.trusted-certificates " + trusted + " cannot be read");
+  std::ofstream(trusted) << "no certificate";
+  expectTrouble(said(), "alertmanager  FAILED  alertmanager.trusted-certificates " + trusted +
+                            " holds no certificate\n");
 }
 
 /// In a mount namespace where those programs and files are, whatever this machine has.

@@ -1,5 +1,6 @@
 // What reaches an Alertmanager, of a stand-in that answers as a test tells it to.
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <atomic>
 #include <fstream>
@@ -256,6 +257,35 @@ TEST_F(AlertSenders, BringOthersWhatComesAfterWhatIsRefused) {
   });
   start({listener.url()});
   EXPECT_TRUE(eventually([&] { return testing::Value(sentTo(listener), Contains("eth249")); }));
+}
+
+TEST_F(AlertSenders, SayWhatElseIsWrongWhenThatIsMended) {
+  std::atomic<int> status = 0;
+  TestListener listener([&](std::size_t, const auto&) {
+    if (status == 0) return TestListener::response("503 Service Unavailable", "");
+    return status == 1 ? TestListener::response("401 Unauthorized", "") : taken();
+  });
+  start({listener.url()});
+  ASSERT_TRUE(logs("HTTP status 503"));
+  status = 1;
+  ASSERT_TRUE(logs("'alertmanager.credentials'"));
+  status = 0;
+  ASSERT_TRUE(listener.waitFor(listener.requests().size() + 3));
+  EXPECT_EQ(log().size(), 2U) << "each once";
+  status = 2;
+  ASSERT_TRUE(logs("takes alerts again"));
+  status = 1;
+  open("eth0");
+  EXPECT_TRUE(eventually([&] { return log().size() == 4; })) << "and anew after that";
+}
+
+/// To open a pipe without a writer is to wait for one.
+TEST_F(AlertSenders, DoNotWaitForCredentialsThatAreNoFile) {
+  TestListener listener([](std::size_t, const auto&) { return taken(); });
+  settings.credentials = folder / "who";
+  ASSERT_EQ(mkfifo(settings.credentials.c_str(), 0600), 0);
+  start({listener.url()});
+  EXPECT_TRUE(logs("is no file"));
 }
 
 TEST_F(AlertSenders, WaitForATrustedCertificate) {

@@ -191,5 +191,11 @@ TEST_F(AlertTables, HaveABound) {
   EXPECT_THAT(log, Contains(HasSubstr("too many alerts are open")).Times(1));
 }
 
+TEST_F(AlertTables, SayOnceThatTooMuchWaits) {
+  for (std::size_t i = 0; i < AlertTable::kMostReceived + 3; ++i) table->receive("<INSTANCE/>", 1);
+  EXPECT_EQ(table->received().size(), AlertTable::kMostReceived);
+  EXPECT_THAT(log, Contains(HasSubstr("too many alerts wait")).Times(1));
+}
+
 }  // namespace
 }  // namespace ZebManager
