@@ -66,9 +66,13 @@ std::optional<CMPIType> typeFromName(std::string_view name) {
   return std::nullopt;
 }
 
-std::string typeName(CMPIType type) {
+std::string_view elementTypeName(CMPIType type) {
   const TypeRow* row = rowOf(type);
-  std::string name(row ? row->name : elementType(type) == CMPI_ref ? "reference" : "unknown");
+  return row ? row->name : elementType(type) == CMPI_ref ? "reference" : "unknown";
+}
+
+std::string typeName(CMPIType type) {
+  const std::string name(elementTypeName(type));
   return isArray(type) ? name + "[]" : name;
 }
 

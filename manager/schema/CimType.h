@@ -19,8 +19,19 @@ struct IntegerRange {
 /// Code of a type that MOF names, without arrays and references.
 std::optional<CMPIType> typeFromName(std::string_view name);
 
-/// MOF name of a type; `[]` behind it for an array, "reference" for a reference.
+/// MOF name of a type, of its elements for an array; "reference" for a reference.
+std::string_view elementTypeName(CMPIType type);
+/// The same with `[]` behind it for an array.
 std::string typeName(CMPIType type);
+
+/// False for an array.
+constexpr bool isInteger(CMPIType type) {
+  return (type & ~0x70) == CMPI_uint8;
+}
+constexpr bool isSigned(CMPIType integer) {
+  return integer >= CMPI_sint8;
+}
+static_assert(isInteger(CMPI_uint64) && isInteger(CMPI_sint64) && !isInteger(CMPI_string));
 
 /// Nothing when the type is no integer, or an array.
 std::optional<IntegerRange> integerRange(CMPIType type);

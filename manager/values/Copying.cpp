@@ -76,7 +76,7 @@ CMPIrc checkObject(const CMPIValue& value, CMPIType type, bool& present) {
 
 bool isPlain(CMPIType type) {
   return type == CMPI_boolean || type == CMPI_char16 || type == CMPI_real32 || type == CMPI_real64 ||
-         integerRange(type).has_value();
+         isInteger(type);
 }
 
 }  // namespace
