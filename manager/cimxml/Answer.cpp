@@ -17,12 +17,28 @@ void performIntrinsic(const CimMessage& message, pugi::xml_node call, Namespace&
   }
   const Parameters parameters(call);
   parameters.allowOnly(operation->parameters);
-  out = "<IRETURNVALUE>";
+  const std::size_t before = out.size();
+  out.append("<IRETURNVALUE>");
   if (operation->perform({target, parameters, reader, message.nameSpace}, out)) {
     out.append("</IRETURNVALUE>");
   } else {
-    out.clear();
+    out.resize(before);
   }
+}
+
+std::string_view elementOf(const CimMessage& message) {
+  return message.intrinsic ? "IMETHODRESPONSE" : "METHODRESPONSE";
+}
+
+void appendStart(std::string& out, const CimMessage& message) {
+  appendMessageStart(out, message.id, message.protocolVersion);
+  out.append("<SIMPLERSP><").append(elementOf(message));
+  appendAttribute(out, "NAME", message.operation);
+  out.append(">");
+}
+
+void appendEnd(std::string& out, const CimMessage& message) {
+  out.append("</").append(elementOf(message)).append("></SIMPLERSP></MESSAGE></CIM>\n");
 }
 
 /// Codes that only programs on this side of the protocol know are failures to a client.
@@ -34,13 +50,11 @@ int cimCode(CMPIrc code) {
 }  // namespace
 
 std::string contentAnswer(const CimMessage& message, std::string_view content) {
-  const std::string_view element = message.intrinsic ? "IMETHODRESPONSE" : "METHODRESPONSE";
   std::string out;
   out.reserve(content.size() + 512);
-  appendMessageStart(out, message.id, message.protocolVersion);
-  out.append("<SIMPLERSP><").append(element);
-  appendAttribute(out, "NAME", message.operation);
-  out.append(">").append(content).append("</").append(element).append("></SIMPLERSP></MESSAGE></CIM>\n");
+  appendStart(out, message);
+  out.append(content);
+  appendEnd(out, message);
   return out;
 }
 
@@ -57,17 +71,19 @@ std::string answer(std::string_view body, Namespace& target) {
   Arena arena;
   const ArenaScope scope(arena);
   const ValueReader reader(arena, target.repository(), message.nameSpace);
-  std::string content;
+  std::string out;
+  appendStart(out, message);
   try {
     if (message.intrinsic) {
-      performIntrinsic(message, call, target, reader, content);
+      performIntrinsic(message, call, target, reader, out);
     } else {
-      performMethod(call, target, reader, message.nameSpace, content);
+      performMethod(call, target, reader, message.nameSpace, out);
     }
   } catch (const CimError& error) {
     return errorAnswer(message, error.code, descriptionOf(error));
   }
-  return contentAnswer(message, content);
+  appendEnd(out, message);
+  return out;
 }
 
 std::string errorAnswer(const CimMessage& message, CMPIrc code, std::string_view description) {

@@ -14,36 +14,47 @@ namespace ZebManager {
 namespace {
 
 template <class Number>
-std::string realText(Number number) {
-  if (std::isnan(number)) return "NaN";
-  if (std::isinf(number)) return number < 0 ? "-INF" : "INF";
-  std::array<char, 40> digits{};
-  return {digits.data(), std::to_chars(digits.begin(), digits.end(), number).ptr};
+void appendNumber(std::string& out, Number number) {
+  std::array<char, 40> digits;
+  out.append(digits.begin(), std::to_chars(digits.begin(), digits.end(), number).ptr);
 }
 
-/// Text of a value that is no array, no reference and not null.
-std::string scalarText(const CMPIData& data) {
-  if (const auto range = integerRange(data.type)) {
-    return range->min < 0 ? std::to_string(signedOf(data)) : std::to_string(unsignedOf(data));
+template <class Real>
+void appendReal(std::string& out, Real number) {
+  if (std::isnan(number)) {
+    out += "NaN";
+  } else if (std::isinf(number)) {
+    out += number < 0 ? "-INF" : "INF";
+  } else {
+    appendNumber(out, number);
+  }
+}
+
+/// A value that is no array, no reference and not null.
+void appendText(std::string& out, const CMPIData& data) {
+  if (isInteger(data.type)) {
+    return isSigned(data.type) ? appendNumber(out, signedOf(data)) : appendNumber(out, unsignedOf(data));
   }
   switch (data.type) {
     case CMPI_boolean:
-      return data.value.boolean ? "TRUE" : "FALSE";
+      out += data.value.boolean ? "TRUE" : "FALSE";
+      return;
     case CMPI_real32:
-      return realText(data.value.real32);
+      return appendReal(out, data.value.real32);
     case CMPI_real64:
-      return realText(data.value.real64);
+      return appendReal(out, data.value.real64);
     case CMPI_char16:
-      return utf8Of(data.value.char16);
+      return appendEscaped(out, utf8Of(data.value.char16));
     case CMPI_dateTime:
-      return formatDateTime(as<DateTime>(data.value.dateTime)->body());
+      out += formatDateTime(as<DateTime>(data.value.dateTime)->body());
+      return;
     case CMPI_instance: {
       std::string element;
       appendInstance(element, as<Instance>(data.value.inst)->body());
-      return element;
+      return appendEscaped(out, element);
     }
     default:
-      return std::string(textOf(data.value.string));
+      return appendEscaped(out, textOf(data.value.string));
   }
 }
 
@@ -56,7 +67,7 @@ void appendReference(std::string& out, const CMPIData& data) {
 void appendScalar(std::string& out, const CMPIData& data) {
   if (data.type == CMPI_ref) return appendReference(out, data);
   out += "<VALUE>";
-  appendEscaped(out, scalarText(data));
+  appendText(out, data);
   out += "</VALUE>";
 }
 
@@ -75,13 +86,13 @@ void appendArray(std::string& out, const ArrayBody& array) {
 
 void appendKeyValue(std::string& out, const CMPIData& data) {
   if (data.type == CMPI_ref) return appendReference(out, data);
-  const bool number = integerRange(data.type) || data.type == CMPI_real32 || data.type == CMPI_real64;
+  const bool number = isInteger(data.type) || data.type == CMPI_real32 || data.type == CMPI_real64;
   const std::string_view kind = data.type == CMPI_boolean ? "boolean" : number ? "numeric" : "string";
   out += "<KEYVALUE";
   appendAttribute(out, "VALUETYPE", kind);
   appendAttribute(out, "TYPE", xmlTypeName(data.type));
   out += ">";
-  if (!isNull(data)) appendEscaped(out, scalarText(data));
+  if (!isNull(data)) appendText(out, data);
   out += "</KEYVALUE>";
 }
 
@@ -106,9 +117,9 @@ void appendProperty(std::string& out, const ClassDef& classDef, const NamedValue
                     const InstanceView& view) {
   const CMPIType type = elementType(property.data.type);
   const bool reference = property.data.type == CMPI_ref;
-  const std::string element = reference                     ? "PROPERTY.REFERENCE"
-                              : isArray(property.data.type) ? "PROPERTY.ARRAY"
-                                                            : "PROPERTY";
+  const std::string_view element = reference                     ? "PROPERTY.REFERENCE"
+                                   : isArray(property.data.type) ? "PROPERTY.ARRAY"
+                                                                 : "PROPERTY";
   const PropertyDef* const def = classDef.property(property.name);
   out.append("<").append(element);
   appendAttribute(out, "NAME", property.name);
@@ -124,8 +135,8 @@ void appendProperty(std::string& out, const ClassDef& classDef, const NamedValue
 
 }  // namespace
 
-std::string xmlTypeName(CMPIType type) {
-  return elementType(type) == CMPI_instance ? "string" : typeName(elementType(type));
+std::string_view xmlTypeName(CMPIType type) {
+  return elementType(type) == CMPI_instance ? "string" : elementTypeName(type);
 }
 
 void appendLocalNameSpace(std::string& out, std::string_view nameSpace) {

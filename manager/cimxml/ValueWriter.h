@@ -30,6 +30,6 @@ void appendValue(std::string& out, const CMPIData& data);
 /// PARAMVALUE or RETURNVALUE, whose attributes beside the type are `attributes`.
 void appendParameter(std::string& out, std::string_view element, std::string_view name, const CMPIData& data);
 /// What a type without arrays is called.
-std::string xmlTypeName(CMPIType type);
+std::string_view xmlTypeName(CMPIType type);
 
 }  // namespace ZebManager

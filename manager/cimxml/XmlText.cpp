@@ -1,6 +1,7 @@
 #include "cimxml/XmlText.h"
 
 #include <algorithm>
+#include <array>
 
 namespace ZebManager {
 namespace {
@@ -39,9 +40,15 @@ Character decode(std::string_view text) {
 }
 
 /// Nearly all text: printable ASCII that stands for itself.
+constexpr auto kPlain = [] {
+  std::array<bool, 256> plain{};
+  for (std::size_t character = 0x20; character < 0x7f; ++character) plain[character] = true;
+  for (const char character : {'&', '<', '>', '"'}) plain[static_cast<std::size_t>(character)] = false;
+  return plain;
+}();
+
 bool isPlain(char character) {
-  return character >= 0x20 && character < 0x7f && character != '&' && character != '<' && character != '>' &&
-         character != '"';
+  return kPlain[static_cast<unsigned char>(character)];
 }
 
 /// What stands for a character; empty when it stands for itself. Line ends are kept from being made alike.
