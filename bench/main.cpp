@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Commands.h"
+#include "values/KeptMemory.h"
 
 namespace {
 
@@ -25,6 +26,7 @@ constexpr Command kCommands[] = {
 }  // namespace
 
 int main(int argc, char** argv) {
+  ZebManager::keepMemory();
   const std::vector<std::string> words(argv + 1, argv + argc);
   for (const Command& command : kCommands) {
     if (words.empty() || words[0] != command.name || words.size() != command.arguments + 1) continue;

@@ -9,6 +9,7 @@
 #include "isolation/IndicationPump.h"
 #include "isolation/Subscriptions.h"
 #include "posix/FileDescriptor.h"
+#include "values/KeptMemory.h"
 
 namespace ZebManager {
 namespace {
@@ -100,6 +101,7 @@ void serve(int socket, FrameSender& sender, const std::function<std::unique_ptr<
 int runProviderProcess(int socket, const std::function<std::unique_ptr<HostedProvider>()>& load) {
   const ZEB::FileDescriptor owned(socket);
   followParent(socket);
+  keepMemory();
   FrameSender sender(socket);
   try {
     serve(socket, sender, load);
