@@ -186,7 +186,9 @@ Outcome<HostSnapshot> KernelSource::dumpLinks() {
   auto links = _kernel->queries->links();
   if (!links) return links.failure();
   snapshot.links = std::move(*links);
-  std::ranges::sort(snapshot.links, {}, &LinkFacts::index);
+  // Most kernels list them in order, and links are heavy to move.
+  if (!std::ranges::is_sorted(snapshot.links, {}, &LinkFacts::index))
+    std::ranges::sort(snapshot.links, {}, &LinkFacts::index);
   addSettings(snapshot.links);
   _kernel->devices.completeAll(snapshot.links);
   return snapshot;

@@ -39,7 +39,8 @@ std::vector<PlacedPort> portsInOrder(const Assembler& assembler, bool includeVir
   for (const LinkFacts& link : assembler.links()) {
     if (isPort(link, includeVirtual)) ports.push_back({placeOf(link), &link});
   }
-  std::ranges::sort(ports, {}, &PlacedPort::place);
+  if (!std::ranges::is_sorted(ports, {}, &PlacedPort::place))
+    std::ranges::sort(ports, {}, &PlacedPort::place);
   return ports;
 }
 

@@ -63,9 +63,11 @@ struct Mode {
 
 std::vector<Mode> modesOf(const LinkModes& set) {
   std::vector<Mode> modes;
+  if (set.none()) return modes;
   for (std::size_t bit = 0; bit < set.size(); ++bit) {
+    if (!set[bit]) continue;
     const auto name = linkModeName(bit);
-    if (set[bit] && linkModeSpeed(name) != 0) modes.push_back({linkModeSpeed(name), linkModeMedium(name)});
+    if (linkModeSpeed(name) != 0) modes.push_back({linkModeSpeed(name), linkModeMedium(name)});
   }
   return modes;
 }

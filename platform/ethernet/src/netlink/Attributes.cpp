@@ -26,7 +26,7 @@ Attributes::Attributes(Bytes bytes, const AttributePolicy& policy) {
     const AttributeKind kind = policy.kind(type);
     if (kind == AttributeKind::Ignored) return;
     if (const auto size = requiredSize(kind); size && payload.size() != *size) return;
-    _payloads[type] = payload;
+    _payloads[type] = {payload.data(), payload.size()};
     _present[type] = true;
   });
 }
@@ -40,7 +40,7 @@ std::optional<std::string> Attributes::text(std::uint16_t type) const {
 
 std::optional<Bytes> Attributes::bytes(std::uint16_t type) const {
   if (type >= _present.size() || !_present[type]) return std::nullopt;
-  return _payloads[type];
+  return Bytes(_payloads[type].data, _payloads[type].size);
 }
 
 }  // namespace ZEB::ethernet

@@ -68,8 +68,12 @@ class Attributes {
     return value;
   }
 
-  std::array<Bytes, AttributePolicy::kMaximum> _payloads{};
+  struct Payload {
+    const std::byte* data;
+    std::size_t size;
+  };
   std::array<bool, AttributePolicy::kMaximum> _present{};
+  std::array<Payload, AttributePolicy::kMaximum> _payloads;  ///< of those that are present; else anything
 };
 
 /// A fixed structure at the beginning of a message; nothing when the message is shorter.

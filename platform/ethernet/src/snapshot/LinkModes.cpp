@@ -167,6 +167,7 @@ std::string_view linkModeMedium(std::string_view name) {
 
 std::uint32_t fastestSpeed(const LinkModes& modes) {
   std::uint32_t fastest = 0;
+  if (modes.none()) return fastest;
   for (std::size_t bit = 0; bit < kNames.size(); ++bit) {
     if (modes[bit]) fastest = std::max(fastest, linkModeSpeed(kNames[bit]));
   }
