@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -15,10 +16,10 @@ namespace CmpiCpp {
 
 /// What the object manager made. Throws `CmpiStatus` with its code when it made nothing.
 template <class Object>
-Object* checked(Object* object, const CMPIStatus& status, const char* what) {
+Object* checked(Object* object, const CMPIStatus& status, const char* what, std::string_view className = "") {
   if (object && status.rc == CMPI_RC_OK) return object;
   throw CmpiStatus(status.rc == CMPI_RC_OK ? CMPI_RC_ERR_FAILED : status.rc,
-                   std::string("the object manager cannot make ") + what);
+                   std::string("the object manager cannot make ").append(what).append(className));
 }
 
 CMPIString* toBroker(const CMPIBroker* broker, const std::string& text);

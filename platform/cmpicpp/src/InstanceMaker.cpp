@@ -9,7 +9,7 @@ CMPIInstance* InstanceMaker::make(const CmpiInstance& instance) {
   const CMPIObjectPath* path = toBroker(_broker, instance.path());
   CMPIStatus status{CMPI_RC_OK, nullptr};
   CMPIInstance* made = checked(_broker->eft->newInstance(_broker, path, &status), status,
-                               ("an instance of class " + instance.className().str()).c_str());
+                               "an instance of class ", instance.className().view());
   keepToList(made, instance.path());
   for (const Prefilled& property : prefilled(made, instance.path())) {
     if (!instance.findProperty(property.name.view())) {

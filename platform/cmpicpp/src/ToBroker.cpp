@@ -99,7 +99,7 @@ CMPIObjectPath* toBroker(const CMPIBroker* broker, const CmpiObjectPath& path) {
   CMPIStatus status = kOk;
   CMPIObjectPath* made =
       broker->eft->newObjectPath(broker, path.nameSpace().c_str(), path.className().c_str(), &status);
-  checked(made, status, ("a path of class " + path.className().str()).c_str());
+  checked(made, status, "a path of class ", path.className().view());
   if (!path.host().empty()) made->ft->setHostname(made, path.host().c_str());
   for (const CmpiObjectPath::Key& key : path.keys()) {
     const CMPIValue value = toBroker(broker, key.value);

@@ -34,7 +34,9 @@ class CmpiInstance {
   void addProperty(CmpiName name, CmpiData value);
   /// Adds a property that the caller knows not to be there.
   void appendProperty(CmpiName name, CmpiData value) {
-    _properties.push_back({std::move(name), std::move(value)});
+    Property& added = _properties.emplace_back();
+    added.name = std::move(name);
+    added.value = std::move(value);
   }
 
   /// Null when there is no property of that name.
