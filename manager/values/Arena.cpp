@@ -6,7 +6,7 @@ namespace ZebManager {
 namespace {
 
 constexpr std::size_t kFirstBlock = 1U << 12;
-constexpr std::size_t kLargestStep = 1U << 18;
+constexpr std::size_t kLargestStep = 1U << 16;
 
 }  // namespace
 

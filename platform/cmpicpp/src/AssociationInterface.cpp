@@ -18,9 +18,7 @@ CMPIStatus associators(CMPIAssociationMI* mi, const CMPIContext* context, const 
                              optionalName(resultClass), optionalName(role), optionalName(resultRole),
                              properties);
       },
-      [&](const CMPIBroker* broker, const auto& found) {
-        deliver(broker, result, found.instances(), properties);
-      });
+      [&](const CMPIBroker* broker, auto& found) { deliver(broker, result, found.take(), properties); });
 }
 
 CMPIStatus associatorNames(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
@@ -45,9 +43,7 @@ CMPIStatus references(CMPIAssociationMI* mi, const CMPIContext* context, const C
         provider.references(found, CmpiContext(context), fromBroker(path), optionalName(resultClass),
                             optionalName(role), properties);
       },
-      [&](const CMPIBroker* broker, const auto& found) {
-        deliver(broker, result, found.instances(), properties);
-      });
+      [&](const CMPIBroker* broker, auto& found) { deliver(broker, result, found.take(), properties); });
 }
 
 CMPIStatus referenceNames(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,

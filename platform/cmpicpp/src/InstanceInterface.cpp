@@ -25,9 +25,7 @@ CMPIStatus enumerateInstances(CMPIInstanceMI* mi, const CMPIContext* context, co
       [&](auto& provider, auto& found) {
         provider.enumInstances(found, CmpiContext(context), fromBroker(classPath), properties);
       },
-      [&](const CMPIBroker* broker, const auto& found) {
-        deliver(broker, result, found.instances(), properties);
-      });
+      [&](const CMPIBroker* broker, auto& found) { deliver(broker, result, found.take(), properties); });
 }
 
 CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
@@ -37,9 +35,7 @@ CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMP
       [&](auto& provider, auto& found) {
         provider.getInstance(found, CmpiContext(context), fromBroker(path), properties);
       },
-      [&](const CMPIBroker* broker, const auto& found) {
-        deliver(broker, result, found.instances(), properties);
-      });
+      [&](const CMPIBroker* broker, auto& found) { deliver(broker, result, found.take(), properties); });
 }
 
 CMPIStatus createInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
@@ -84,9 +80,7 @@ CMPIStatus execQuery(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIR
       [&](auto& provider, auto& found) {
         provider.execQuery(found, CmpiContext(context), fromBroker(path), query, language);
       },
-      [&](const CMPIBroker* broker, const auto& found) {
-        deliver(broker, result, found.instances(), nullptr);
-      });
+      [&](const CMPIBroker* broker, auto& found) { deliver(broker, result, found.take(), nullptr); });
 }
 
 CMPIStatus enumerateInstancesFiltered(CMPIInstanceMI* mi, const CMPIContext* /*context*/,

@@ -25,11 +25,12 @@ void deliver(const CMPIBroker* broker, const CMPIResult* result, const std::vect
   throwIfFailed(result->ft->returnDone(result));
 }
 
-void deliver(const CMPIBroker* broker, const CMPIResult* result, const std::vector<CmpiInstance>& instances,
+void deliver(const CMPIBroker* broker, const CMPIResult* result, std::vector<CmpiInstance> instances,
              CmpiPropertyList properties) {
   InstanceMaker maker(broker, properties);
-  for (const CmpiInstance& instance : instances) {
+  for (CmpiInstance& instance : instances) {
     throwIfFailed(result->ft->returnInstance(result, maker.make(instance)));
+    instance = {};
   }
   throwIfFailed(result->ft->returnDone(result));
 }

@@ -76,7 +76,9 @@ CMPIStatus cleanupInterface(Interface* interface, const CMPIContext* context, CM
 
 /// Hands plain results over and tells the object manager that they are all.
 void deliver(const CMPIBroker* broker, const CMPIResult* result, const std::vector<CmpiObjectPath>& paths);
-void deliver(const CMPIBroker* broker, const CMPIResult* result, const std::vector<CmpiInstance>& instances,
+/// Each instance goes when the object manager has its own of it, so that the two need not be there in full at
+/// one time.
+void deliver(const CMPIBroker* broker, const CMPIResult* result, std::vector<CmpiInstance> instances,
              CmpiPropertyList properties);
 
 /// A name that an object manager may leave out with a null pointer.

@@ -23,6 +23,8 @@ class CmpiInstanceResult {
  public:
   void returnInstance(CmpiInstance instance) { _instances.push_back(std::move(instance)); }
   const std::vector<CmpiInstance>& instances() const { return _instances; }
+  /// Leaves none behind.
+  std::vector<CmpiInstance> take() { return std::move(_instances); }
 
  private:
   std::vector<CmpiInstance> _instances;
