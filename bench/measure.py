@@ -118,6 +118,17 @@ class Bench:
         answer = lab.call(command, 60 + 2 * self.plan.idle_seconds * self.plan.idle_windows)
         self.figures.add("pages_percent", lab.ports, answer["pages_percent"])
 
+    def browser(self, ports):
+        """The page of a recorded server, where a browser could be installed."""
+        tests = BENCH.parent / "tests" / "browser"
+        if not (tests / "node_modules").exists():
+            return
+        out = subprocess.run(["node", str(tests / "smoothness.mjs"), str(ports), str(self.plan.runs)], check=True,
+                             stdout=subprocess.PIPE, timeout=300).stdout
+        answer = json.loads(out)
+        self.figures.add("page_sight", ports, answer["sights"])
+        self.figures.add("page_frames", ports, answer["frames"])
+
     def recorded(self, ports):
         file = self.folder / f"server{ports}.json"
         subprocess.run([str(BUILD / "bench" / "zeb_bench_server"), str(ports), str(file)], check=True)
@@ -188,6 +199,8 @@ def measure(plan, folder, figures):
         for ports in (1000, 4000, 10000):
             bench.recorded(ports)
             bench.wire(ports)
+        say("a browser")
+        bench.browser(4000)
         say("1 port")
         with Lab(1) as lab:
             bench.alerts(lab)

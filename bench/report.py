@@ -101,6 +101,9 @@ def rows(r):
     yield f"idle processor time, {largest:,} ports, mean", r.of("idle_percent", largest), " % of a core", 0.1, \
         statistics.mean
     yield "64 open pages at rest, 1,000 ports, mean", r.of("pages_percent", 1000), " % of a core", 2, statistics.mean
+    yield "4,000 ports in a browser, first sight", r.of("page_sight", 4000), " ms", 1000, None
+    yield "4,000 ports in a browser, a frame of scrolling, median", r.of("page_frames", 4000), " ms", 50, None
+    yield "4,000 ports in a browser, a frame of scrolling, p99", r.of("page_frames", 4000), " ms", None, p99
     yield "transactions of the first build of 10,000 ports", r.of("store_transactions", 10000), "", 1, None
 
 

@@ -8,6 +8,7 @@ import path from "node:path";
 import { after, before, test } from "node:test";
 import { launch, look, plugin, serve, snapshot, top, zebcim } from "./page.mjs";
 import { busy, hostile, kHostile, many } from "./recordings.mjs";
+import { smoothnessOf } from "./smoothness.mjs";
 
 const axe = readFileSync(createRequire(import.meta.url).resolve("axe-core/axe.min.js"), "utf8");
 const folder = mkdtempSync(path.join(tmpdir(), "zeb-browser-"));
@@ -219,18 +220,7 @@ test("4,000 ports are seen within a second and scroll smoothly", () =>
   on(many(path.join(folder, "many.json"), 4000), async (open) => {
     await (await open()).locator(".port").first().waitFor();
     const page = await open();
-    const { sight, frames } = await page.evaluate(async () => {
-      const tick = () => new Promise((resolve) => requestAnimationFrame(resolve));
-      const sight = performance.getEntriesByName("first sight")[0].startTime;
-      const frames = [];
-      for (let y = 0; y < 60; ++y) {
-        const begin = performance.now();
-        scrollBy(0, 400);
-        await tick();
-        frames.push(performance.now() - begin);
-      }
-      return { sight, frames: frames.sort((a, b) => a - b) };
-    });
+    const { sight, frames } = await smoothnessOf(page);
     console.log(`first sight ${sight.toFixed(0)} ms, frames: median ${frames[30].toFixed(0)} ms, longest ${frames[59].toFixed(0)} ms`);
     assert.ok(sight < 1000, `first sight after ${sight} ms`);
     assert.ok(frames[30] < 50, `frames of ${frames[30]} ms`);
