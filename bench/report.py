@@ -4,12 +4,13 @@ import json
 import pathlib
 import platform
 import re
-import shutil
 import statistics
 import subprocess
 import sys
 import tempfile
 import time
+
+import parts
 
 TOOLS = {"ip": "`ip -j -s -d link`", "ethtool": "`ethtool`, once a port", "lshw": "`lshw -class network -json`",
          "snmp": "SNMP walk of the interface tables", "exporter": "node exporter: netclass, ethtool, netdev, bonding",
@@ -175,8 +176,8 @@ def draw(r, folder):
                 subprocess.run(["gnuplot"], input=script, text=True, check=True)
 
 
-def versions():
-    listed = subprocess.run(["dpkg-query", "-W", "-f", "${Package} ${Version}\n", *PACKAGES], text=True,
+def versions(packages):
+    listed = subprocess.run(["dpkg-query", "-W", "-f", "${Package} ${Version}\n", *packages], text=True,
                             stdout=subprocess.PIPE, check=False).stdout
     return ", ".join(line.strip() for line in listed.splitlines())
 
@@ -200,17 +201,19 @@ def processor(r):
             "this one does not count. Processor time at 1,000 ports:", f"{times}."]
 
 
+def busy(load):
+    return (f"The machine was busy with other work when it began (load {load:.1f}), so times of the clock are longer than "
+            "need be." if load > 0.5 else "Nothing else ran on the machine.")
+
+
 def document(r):
     data = r.data
     began = time.strftime("%Y-%m-%d %H:%M", time.gmtime(data["began"]))
-    busy = ("The machine was busy with other work when it began (load "
-            f"{data['load']:.1f}), so times of the clock are longer than need be." if data["load"] > 0.5 else
-            "Nothing else ran on the machine.")
     return "\n".join([
         "# What things cost", "",
         f"Written by `bench/run`, begun {began} UTC: {machine()}; {data['runs']} runs, {data['alerts']} alerts for each "
-        f"number of ports, {data['seconds'] / 60:.0f} minutes. {busy}", "",
-        f"Versions: {versions()}.", "",
+        f"number of ports, {data['seconds'] / 60:.0f} minutes. {busy(data['load'])}", "",
+        f"Versions: {versions(PACKAGES)}.", "",
         "Ports are veth interfaces in a network namespace that are up, with the other ends in another; the plug-in is",
         "loaded into the embedded object manager's broker as the file that is installed, and each run is a process of",
         "its own. A cold start finds the store of an earlier one. Builds are of recorded ports on cards of four, each",
@@ -243,9 +246,8 @@ def main():
         print("\n".join([*table(r), "", *beside(r)]))
         return
     docs = pathlib.Path(sys.argv[2])
-    shutil.rmtree(docs / "performance", ignore_errors=True)
     draw(r, docs / "performance")
-    (docs / "performance.md").write_text(document(r))
+    parts.write_first(docs / "performance.md", document(r))
     print("\n".join(table(r)))
 
 
