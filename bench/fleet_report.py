@@ -93,12 +93,12 @@ def draw(f, file):
         for name, what in WAYS.items():
             found = f["delays"][name]
             data = pathlib.Path(scratch) / name
-            data.write_text("".join(f"{delay} {100 * (i + 1) / len(found)}\n" for i, delay in enumerate(found)))
             if found:
-                plots.append(f"'{data}' using 1:2 with steps linewidth 2 title '{what.replace('`', '')}'")
+                data.write_text("".join(f"{percentile(found, part / 100)} {part}\n" for part in range(101)))
+                plots.append(f"'{data}' using 1:2 with lines linewidth 2 title '{what.replace('`', '')}'")
         script = (f"set terminal svg size 720,440 background 'white' font 'sans,12'\nset output '{file}'\n"
                   f"set title '{PICTURE}, {f['servers']} servers'\nset xlabel 's'\nset ylabel '% of all'\n"
-                  f"set logscale x\nset grid\nset key below maxcols 2\nset yrange [0:100]\nplot {', '.join(plots)}\n")
+                  f"set logscale x\nset xrange [0.05:60]\nset grid\nset key below maxcols 2\nset yrange [0:100]\nplot {', '.join(plots)}\n")
         subprocess.run(["gnuplot"], input=script, text=True, check=True)
 
 

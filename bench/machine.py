@@ -4,6 +4,8 @@ MODES = ["10baseT/Full", "100baseT/Full", "1000baseT/Full", "Autoneg", "TP"]
 PORTS, CARD = 8, 4
 TEAM, MEMBERS, ALONE = "bond0", ("eth0", "eth1"), "eth2"
 TEAM_INDEX = 20
+AGGREGATOR = {"id": 1, "ports": len(MEMBERS), "actorKey": 9, "partnerKey": 1003, "partner": "00:1c:73:00:00:01"}
+LACP = {"aggregatorId": 1, "actorState": 61, "partnerState": 61}  # both ends are synchronized
 
 
 def counters(index):
@@ -32,9 +34,10 @@ def running():
     links = [port(i) for i in range(PORTS)]
     for member in links[:len(MEMBERS)]:
         member["flags"].append("SLAVE")
-        member.update(masterIndex=TEAM_INDEX, bondMember={"state": 0, "miiStatus": 0,
+        member.update(masterIndex=TEAM_INDEX, bondMember={"state": 0, "miiStatus": 0, **LACP,
                                                           "permanentAddress": member["permanentAddress"]})
-    links.append(interface(TEAM_INDEX, TEAM, kind="bond", address=links[0]["address"], bond={"mode": 4}))
+    links.append(interface(TEAM_INDEX, TEAM, kind="bond", address=links[0]["address"],
+                           bond={"mode": 4, "aggregator": AGGREGATOR}))
     links += [interface(TEAM_INDEX + vlan, f"{TEAM}.{vlan}", kind="vlan", vlanId=vlan, lowerIndex=TEAM_INDEX)
               for vlan in (1, 2)]
     addresses = [{"index": link["index"], "address": f"10.0.{link['index']}.1", "prefixLength": 24, "flags": 128}
