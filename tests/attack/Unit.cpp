@@ -24,7 +24,7 @@
 namespace ZebManager {
 namespace {
 
-constexpr int kPatienceMs = 60'000;
+constexpr int kOutputPatienceMs = 60'000;
 
 pid_t parentOf(pid_t process) {
   const auto status = statusOf(process);
@@ -151,8 +151,9 @@ void Unit::serve(const UnitOptions& options) {
   while (!_addresses.contains("https")) {
     pollfd ready{output.reading.get(), POLLIN, 0};
     std::array<char, 512> buffer{};
-    const ssize_t got =
-        poll(&ready, 1, kPatienceMs) == 1 ? read(output.reading.get(), buffer.data(), buffer.size()) : 0;
+    const ssize_t got = poll(&ready, 1, kOutputPatienceMs) == 1
+                            ? read(output.reading.get(), buffer.data(), buffer.size())
+                            : 0;
     if (got <= 0) throw std::runtime_error("the server does not start: " + this->log());
     text.append(buffer.data(), static_cast<std::size_t>(got));
     std::istringstream lines(text);

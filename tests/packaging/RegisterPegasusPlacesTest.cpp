@@ -10,13 +10,6 @@
 namespace ZebManager {
 namespace {
 
-const std::string kProviders = "/usr/lib/Pegasus/providers";
-const std::string kState = "/var/lib/qv-zeb/OpenPegasus";
-
-std::string module(const std::string& interop) {
-  return "/srv/repository/" + interop + "/instances/module.ZEBEthernetPortProvider";
-}
-
 TEST(RegisterPegasusPlaces, AsksWhichNamespaceHasTheRegistrations) {
   for (const std::string interop : {"root/PG_InterOp", "root/interop", "interop"}) {
     const FakeRoot root;
@@ -26,7 +19,7 @@ TEST(RegisterPegasusPlaces, AsksWhichNamespaceHasTheRegistrations) {
     ASSERT_EQ(root.doRegister().status, 0);
     std::string folder = interop;
     if (folder.find('/') != std::string::npos) folder[folder.find('/')] = '#';
-    EXPECT_TRUE(root.has(module(folder))) << interop;
+    EXPECT_TRUE(root.has(pegasusModule(folder))) << interop;
   }
 }
 
@@ -35,7 +28,7 @@ TEST(RegisterPegasusPlaces, TakesTheNamespaceThatItIsTold) {
   addPegasus(root, "root/own");
   EXPECT_EQ(root.doRegister().status, 1);
   EXPECT_EQ(root.doRegister({"--interop", "root/own"}).status, 0);
-  EXPECT_TRUE(root.has(module("root#own")));
+  EXPECT_TRUE(root.has(pegasusModule("root#own")));
 }
 
 TEST(RegisterPegasusPlaces, PutsTheLinkWhereTheServerLooks) {
@@ -44,7 +37,7 @@ TEST(RegisterPegasusPlaces, PutsTheLinkWhereTheServerLooks) {
   root.setHabits("provider-folders /opt/site/providers:/usr/lib/cmpi");
   ASSERT_EQ(root.doRegister().status, 0);
   EXPECT_EQ(root.linkAt("/opt/site/providers" + kLibrary), PROVIDER_FOLDER + kLibrary);
-  EXPECT_FALSE(root.has(kProviders + kLibrary));
+  EXPECT_FALSE(root.has(kPegasusProviders + kLibrary));
   ASSERT_EQ(root.doUnregister().status, 0);
   EXPECT_FALSE(root.has("/opt/site/providers" + kLibrary));
 }
@@ -54,7 +47,7 @@ TEST(RegisterPegasusPlaces, PutsNoLinkWhereTheServerFindsThePlugIn) {
   addPegasus(root);
   root.setHabits("provider-folders /usr/lib/Pegasus/providers:" PROVIDER_FOLDER);
   ASSERT_EQ(root.doRegister().status, 0);
-  EXPECT_FALSE(root.has(kProviders + kLibrary));
+  EXPECT_FALSE(root.has(kPegasusProviders + kLibrary));
 }
 
 TEST(RegisterPegasusPlaces, PutsTheLinkWhereItIsTold) {
@@ -78,7 +71,7 @@ TEST(RegisterPegasusPlaces, FindsOneElsewhereWhenTold) {
     // It is found again without being told, as when the package is removed.
     EXPECT_EQ(root.doUnregister().out, "zeb-unregister: OpenPegasus: no longer registered\n");
     EXPECT_FALSE(root.has("/opt/site/lib" + kLibrary));
-    EXPECT_FALSE(root.has(kState));
+    EXPECT_FALSE(root.has(kPegasusState));
   }
 }
 

@@ -13,16 +13,11 @@ using testing::Not;
 using testing::SizeIs;
 using testing::StartsWith;
 
-const std::string kProviders = "/usr/lib/Pegasus/providers";
-const std::string kDone = "zeb-register: OpenPegasus: registered\n";
-const std::string kAsk = "cimprovider -l -s";
+const std::string kPegasusDone = "zeb-register: OpenPegasus: registered\n";
 const std::string kAskFolder = "cimconfig -g providerDir -c";
 
 std::string has(const std::string& interop) {
   return "cimcli gc PG_ProviderModule -n " + interop;
-}
-std::string module(const std::string& interop) {
-  return "/srv/repository/" + interop + "/instances/module.ZEBEthernetPortProvider";
 }
 std::string cimmof(const std::string& options, const std::string& file) {
   return "cimmof " + options + " ROOT" DATA_FOLDER "/registration/" + file;
@@ -33,14 +28,15 @@ TEST(RegisterPegasus, LoadsSchemaThenRegistration) {
   addPegasus(root);
   const Outcome outcome = root.doRegister();
   EXPECT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_THAT(outcome.out, StartsWith(kDone));
+  EXPECT_THAT(outcome.out, StartsWith(kPegasusDone));
   // A call a file: the compiler's status is that of the last.
-  EXPECT_THAT(root.calls(), ElementsAre(kAsk, kAskFolder, has("root/PG_InterOp"), "cimcli nc -di -n root/jxv",
-                                        "cimcli ns", cimmof("-n root/jxv", "qualifiers.mof"),
-                                        "cimmof -n root/jxv ROOT" DATA_FOLDER "/schema/cim.mof",
-                                        cimmof("-uc -n root/jxv", "ZEBEthernet.mof"),
-                                        "cimmof -n root/PG_InterOp WORK/ZEBEthernetProvider.mof"));
-  EXPECT_EQ(root.linkAt(kProviders + kLibrary), PROVIDER_FOLDER + kLibrary);
+  EXPECT_THAT(root.calls(),
+              ElementsAre(kPegasusAsk, kAskFolder, has("root/PG_InterOp"), "cimcli nc -di -n root/jxv",
+                          "cimcli ns", cimmof("-n root/jxv", "qualifiers.mof"),
+                          "cimmof -n root/jxv ROOT" DATA_FOLDER "/schema/cim.mof",
+                          cimmof("-uc -n root/jxv", "ZEBEthernet.mof"),
+                          "cimmof -n root/PG_InterOp WORK/ZEBEthernetProvider.mof"));
+  EXPECT_EQ(root.linkAt(kPegasusProviders + kLibrary), PROVIDER_FOLDER + kLibrary);
 }
 
 TEST(RegisterPegasus, GoesWithoutUserContextWhereThatIsRefused) {
@@ -49,8 +45,8 @@ TEST(RegisterPegasus, GoesWithoutUserContextWhereThatIsRefused) {
   root.setHabits("no-user-context");
   const Outcome outcome = root.doRegister();
   EXPECT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_THAT(outcome.out, StartsWith(kDone));
-  const std::string instance = root.read(module("root#PG_InterOp"));
+  EXPECT_THAT(outcome.out, StartsWith(kPegasusDone));
+  const std::string instance = root.read(pegasusModule("root#PG_InterOp"));
   EXPECT_THAT(instance, HasSubstr("Location = \"ZEBEthernetPortProvider\";"));
   EXPECT_THAT(instance, Not(HasSubstr("UserContext")));
   EXPECT_EQ(root.doRegister().out, "zeb-register: OpenPegasus: registered already\n");
@@ -65,7 +61,7 @@ TEST(RegisterPegasus, DoesNothingWhenNothingChanged) {
   const Outcome second = root.doRegister();
   EXPECT_EQ(second.status, 0) << second.err;
   EXPECT_EQ(second.out, "zeb-register: OpenPegasus: registered already\n");
-  EXPECT_THAT(root.calls(), ElementsAre(kAsk, kAskFolder));
+  EXPECT_THAT(root.calls(), ElementsAre(kPegasusAsk, kAskFolder));
   EXPECT_THAT(changes(before, root.tree()), IsEmpty());
 }
 
@@ -76,7 +72,7 @@ TEST(RegisterPegasus, MakesTheServerTakeANewPlugIn) {
   root.append(PROVIDER_FOLDER + kLibrary, ", improved");
   root.calls();
   EXPECT_EQ(root.doRegister().out, "zeb-register: OpenPegasus: registered already; takes the new plug-in\n");
-  EXPECT_THAT(root.calls(), ElementsAre(kAsk, kAskFolder, "cimprovider -d -m ZEBEthernetPortProvider",
+  EXPECT_THAT(root.calls(), ElementsAre(kPegasusAsk, kAskFolder, "cimprovider -d -m ZEBEthernetPortProvider",
                                         "cimprovider -e -m ZEBEthernetPortProvider"));
   EXPECT_EQ(root.doRegister().out, "zeb-register: OpenPegasus: registered already\n");
 }
@@ -99,7 +95,7 @@ TEST(RegisterPegasus, AnUpgradeTakesTheOldRegistrationAwayFirst) {
   upgrade(root);
   const Outcome outcome = root.doRegister();
   EXPECT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_THAT(outcome.out, StartsWith(kDone));
+  EXPECT_THAT(outcome.out, StartsWith(kPegasusDone));
   const auto calls = root.calls();
   ASSERT_THAT(calls, SizeIs(11));
   EXPECT_EQ(calls[8], "cimprovider -d -m ZEBEthernetPortProvider");
@@ -117,7 +113,7 @@ TEST(RegisterPegasus, AnUpgradeRemovesTheClassesThatItNoLongerHas) {
   EXPECT_TRUE(root.has("/srv/repository/root#jxv/classes/ZEB_New"));
   root.write(kRegistration + "/ZEBEthernet.mof", schema);
   root.write(kRegistration + "/ZEBEthernetProvider.mof", registration);
-  EXPECT_THAT(root.doRegister().out, StartsWith(kDone));
+  EXPECT_THAT(root.doRegister().out, StartsWith(kPegasusDone));
   EXPECT_FALSE(root.has("/srv/repository/root#jxv/classes/ZEB_New"));
   EXPECT_FALSE(root.has("/srv/repository/root#PG_InterOp/instances/class.ZEB_New"));
 }
@@ -130,8 +126,8 @@ TEST(RegisterPegasus, DoesAgainWhatTheServerForgot) {
     std::filesystem::remove_all(root.path("/srv/repository/" + folder));
   }
   std::filesystem::create_directories(root.path("/srv/repository/root#PG_InterOp/instances"));
-  EXPECT_THAT(root.doRegister().out, StartsWith(kDone));
-  EXPECT_TRUE(root.has(module("root#PG_InterOp")));
+  EXPECT_THAT(root.doRegister().out, StartsWith(kPegasusDone));
+  EXPECT_TRUE(root.has(pegasusModule("root#PG_InterOp")));
   EXPECT_TRUE(root.has("/srv/repository/root#jxv/classes/ZEB_EthernetPort"));
 }
 

@@ -12,9 +12,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-const std::string kRegistrationFolder = "/var/lib/sfcb/registration";
-const std::string kSpace = kRegistrationFolder + "/repository/root/jxv";
-
 /// The line of a file that declares a class.
 std::string lineOf(const std::string& className, const std::string& text) {
   const std::string before = text.substr(0, text.find("\nclass " + className + " ") + 1);
@@ -97,14 +94,14 @@ TEST_P(RegisterSfcbFailure, WhenTheLinkCannotBeMade) {
 /// Power that fails in the middle of putting things in place.
 TEST_P(RegisterSfcbFailure, WhenAnEarlierRunWasKilled) {
   before = root.tree();
-  const std::string left = kRegistrationFolder + "/.zeb-register.abc123";
+  const std::string left = kSfcbRegistration + "/.zeb-register.abc123";
   std::filesystem::create_directories(root.path(left));
-  const std::string old = root.read(kRegistrationFolder + "/providerRegister");
-  root.write(left + "/journal", "old 1 " + root.path(kRegistrationFolder + "/providerRegister") + "\nnew 2 " +
+  const std::string old = root.read(kSfcbRegistration + "/providerRegister");
+  root.write(left + "/journal", "old 1 " + root.path(kSfcbRegistration + "/providerRegister") + "\nnew 2 " +
                                     root.path("/usr/lib/half") + "\nold 3 " +
                                     root.path("/etc/sfcb/sfcb.cfg") + "\n");
   root.write(left + "/old.1", old);
-  root.write(kRegistrationFolder + "/providerRegister", "half");
+  root.write(kSfcbRegistration + "/providerRegister", "half");
   root.write("/usr/lib/half", "half");
   root.setHabits("stops-after-removing");
   EXPECT_EQ(root.doRegister().status, 1);
@@ -121,8 +118,8 @@ TEST_P(RegisterSfcbLoss, IsRefusedUnlessForced) {
             "zeb-register: sfcb: its repository could not be made without losing what is stored in root/jxv, "
             "which takes --force:\n  site_thing Id=1\n  site_thing Id=2,Name=\"x y\"\n");
   EXPECT_EQ(root.doRegister({"--force"}).status, 0);
-  EXPECT_FALSE(root.has(kSpace + "/site_thing"));
-  EXPECT_THAT(root.read(kSpace + "/classSchemas"), HasSubstr("class ZEB_New"));
+  EXPECT_FALSE(root.has(kSfcbSpace + "/site_thing"));
+  EXPECT_THAT(root.read(kSfcbSpace + "/classSchemas"), HasSubstr("class ZEB_New"));
 }
 
 TEST_P(RegisterSfcbLoss, OfWhatCannotBeMigratedIsRefusedUnlessForced) {
@@ -133,7 +130,7 @@ TEST_P(RegisterSfcbLoss, OfWhatCannotBeMigratedIsRefusedUnlessForced) {
             "zeb-register: sfcb: its repository could not be made; --force leaves out what is stored in "
             "root/jxv:\n  bad property name SequenceContext\n  Failed compiling the MOF files.\n");
   EXPECT_EQ(root.doRegister({"--force"}).status, 0);
-  EXPECT_FALSE(root.has(kSpace + "/cim_listenerdestinationcimxml"));
+  EXPECT_FALSE(root.has(kSfcbSpace + "/cim_listenerdestinationcimxml"));
 }
 
 }  // namespace

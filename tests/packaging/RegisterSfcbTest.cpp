@@ -14,12 +14,9 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-const std::string kState = "/var/lib/sfcb";
-const std::string kRegister = kState + "/registration/providerRegister";
-const std::string kSpace = kState + "/registration/repository/root/jxv";
-const std::string kDone = "zeb-register: sfcb: registered; restart it\n";
+const std::string kSfcbDone = "zeb-register: sfcb: registered; restart it\n";
 
-long stanzas(const FakeRoot& root, const std::string& file = kRegister) {
+long stanzas(const FakeRoot& root, const std::string& file = kSfcbRegister) {
   const std::string text = root.read(file);
   const std::string line = "   location: ZEBEthernetPortProvider\n";
   long count = 0;
@@ -30,18 +27,19 @@ long stanzas(const FakeRoot& root, const std::string& file = kRegister) {
 TEST(RegisterSfcb, AddsANamespaceAndStanzasAndTouchesNothingElse) {
   const FakeRoot root;
   addSfcb(root);
-  const std::string others = root.read(kRegister);
+  const std::string others = root.read(kSfcbRegister);
   const Tree before = root.tree();
   const Outcome outcome = root.doRegister();
   EXPECT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_THAT(outcome.out, StartsWith(kDone));
-  EXPECT_THAT(changes(before, root.tree()),
-              ElementsAre("+ /usr/lib/sfcb", "+ /usr/lib/sfcb" + kLibrary, "~ " + kRegister, "+ " + kSpace,
-                          "+ " + kSpace + "/classSchemas", "+ " + kState + "/stage/mofs/root/jxv",
-                          "+ " + kState + "/stage/mofs/root/jxv/ZEBEthernet.mof",
-                          "+ " + kState + "/stage/regs/ZEBEthernet.reg"));
-  EXPECT_EQ(root.read(kSpace + "/classSchemas"), root.read(kRegistration + "/ZEBEthernet.mof"));
-  EXPECT_EQ(root.read(kRegister), others + root.read(kRegistration + "/ZEBEthernet.reg"));
+  EXPECT_THAT(outcome.out, StartsWith(kSfcbDone));
+  EXPECT_THAT(
+      changes(before, root.tree()),
+      ElementsAre("+ /usr/lib/sfcb", "+ /usr/lib/sfcb" + kLibrary, "~ " + kSfcbRegister, "+ " + kSfcbSpace,
+                  "+ " + kSfcbSpace + "/classSchemas", "+ " + kSfcbState + "/stage/mofs/root/jxv",
+                  "+ " + kSfcbState + "/stage/mofs/root/jxv/ZEBEthernet.mof",
+                  "+ " + kSfcbState + "/stage/regs/ZEBEthernet.reg"));
+  EXPECT_EQ(root.read(kSfcbSpace + "/classSchemas"), root.read(kRegistration + "/ZEBEthernet.mof"));
+  EXPECT_EQ(root.read(kSfcbRegister), others + root.read(kRegistration + "/ZEBEthernet.reg"));
   EXPECT_EQ(stanzas(root), 35);
   EXPECT_EQ(root.linkAt("/usr/lib/sfcb" + kLibrary), PROVIDER_FOLDER + kLibrary);
 }
@@ -65,9 +63,9 @@ TEST(RegisterSfcb, TakesTheFoldersThatItWasBuiltFor) {
   addSfcb(root, "/usr/local", "/usr/local/lib/sfcb /usr/local/lib");
   const Outcome outcome = root.doRegister();
   EXPECT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_EQ(stanzas(root, "/usr/local" + kRegister), 35);
-  EXPECT_TRUE(root.has("/usr/local" + kSpace + "/classSchemas"));
-  EXPECT_TRUE(root.has("/usr/local" + kState + "/stage/regs/ZEBEthernet.reg"));
+  EXPECT_EQ(stanzas(root, "/usr/local" + kSfcbRegister), 35);
+  EXPECT_TRUE(root.has("/usr/local" + kSfcbSpace + "/classSchemas"));
+  EXPECT_TRUE(root.has("/usr/local" + kSfcbState + "/stage/regs/ZEBEthernet.reg"));
   EXPECT_EQ(root.linkAt("/usr/local/lib/sfcb" + kLibrary), PROVIDER_FOLDER + kLibrary);
   EXPECT_FALSE(root.has("/var"));
 }
@@ -79,7 +77,7 @@ TEST(RegisterSfcb, WorksInARootThatItWasBuiltFor) {
   const Outcome outcome = root.doRegister({"--root", root.path("/.")});
   EXPECT_EQ(outcome.status, 0) << outcome.err;
   EXPECT_EQ(stanzas(root), 35);
-  EXPECT_TRUE(root.has(kSpace + "/classSchemas"));
+  EXPECT_TRUE(root.has(kSfcbSpace + "/classSchemas"));
   EXPECT_EQ(root.linkAt("/lib/sfcb" + kLibrary), PROVIDER_FOLDER + kLibrary);
   EXPECT_FALSE(root.has(root.path("")));
 }
@@ -87,14 +85,14 @@ TEST(RegisterSfcb, WorksInARootThatItWasBuiltFor) {
 TEST(RegisterSfcb, MakesTheWholeWhereThereIsNoRepositoryYet) {
   const FakeRoot root;
   addSfcb(root);
-  std::filesystem::remove_all(root.path(kState + "/registration"));
-  std::filesystem::create_directories(root.path(kState + "/registration"));
+  std::filesystem::remove_all(root.path(kSfcbState + "/registration"));
+  std::filesystem::create_directories(root.path(kSfcbState + "/registration"));
   const Outcome outcome = root.doRegister();
   EXPECT_EQ(outcome.status, 0) << outcome.err;
   EXPECT_EQ(stanzas(root), 35);
-  EXPECT_THAT(root.read(kRegister), HasSubstr("[Site_Thing]"));
+  EXPECT_THAT(root.read(kSfcbRegister), HasSubstr("[Site_Thing]"));
   for (const std::string space : {"jxv", "interop", "cimv2", "site"}) {
-    EXPECT_TRUE(root.has(kState + "/registration/repository/root/" + space + "/classSchemas")) << space;
+    EXPECT_TRUE(root.has(kSfcbState + "/registration/repository/root/" + space + "/classSchemas")) << space;
   }
 }
 
@@ -129,14 +127,14 @@ TEST(RegisterSfcb, DoesNothingWhenNothingChanged) {
 }
 
 TEST(RegisterSfcb, DoesAgainWhatSomebodyTookAway) {
-  for (const std::string& lost : {kSpace + "/classSchemas", kRegister, "/usr/lib/sfcb" + kLibrary}) {
+  for (const std::string& lost : {kSfcbSpace + "/classSchemas", kSfcbRegister, "/usr/lib/sfcb" + kLibrary}) {
     const FakeRoot root;
     addSfcb(root);
     ASSERT_EQ(root.doRegister().status, 0);
     std::filesystem::remove(root.path(lost));
     const Outcome outcome = root.doRegister();
     EXPECT_EQ(outcome.status, 0) << outcome.err;
-    EXPECT_THAT(outcome.out, StartsWith(kDone)) << lost;
+    EXPECT_THAT(outcome.out, StartsWith(kSfcbDone)) << lost;
     EXPECT_TRUE(root.has(lost)) << lost;
     EXPECT_EQ(stanzas(root), 35) << lost;
   }
@@ -151,8 +149,8 @@ TEST(RegisterSfcb, AnUpgradeKeepsWhatIsStoredInTheNamespace) {
   const Outcome outcome = root.doRegister();
   EXPECT_EQ(outcome.status, 0) << outcome.err;
   EXPECT_EQ(stanzas(root), 36);
-  EXPECT_THAT(root.read(kSpace + "/classSchemas"), HasSubstr("class ZEB_New"));
-  EXPECT_EQ(root.read(kSpace + "/zeb_computersystem"), "the host");
+  EXPECT_THAT(root.read(kSfcbSpace + "/classSchemas"), HasSubstr("class ZEB_New"));
+  EXPECT_EQ(root.read(kSfcbSpace + "/zeb_computersystem"), "the host");
 }
 
 }  // namespace

@@ -6,6 +6,20 @@
 
 namespace ZebManager {
 
+inline const std::string kSfcbState = "/var/lib/sfcb";
+inline const std::string kSfcbRegistration = kSfcbState + "/registration";
+inline const std::string kSfcbRegister = kSfcbRegistration + "/providerRegister";
+inline const std::string kSfcbSpace = kSfcbRegistration + "/repository/root/jxv";
+
+inline const std::string kPegasusProviders = "/usr/lib/Pegasus/providers";
+inline const std::string kPegasusState = "/var/lib/qv-zeb/OpenPegasus";
+inline const std::string kPegasusAsk = "cimprovider -l -s";
+
+/// Where a namespace of OpenPegasus, by the name of its folder, keeps the registration.
+inline std::string pegasusModule(const std::string& space) {
+  return "/srv/repository/" + space + "/instances/module.ZEBEthernetPortProvider";
+}
+
 /// sfcb built for folders below `prefix` ("" for a distribution's), with the folders in which it looks for
 /// providers.
 void addSfcb(const FakeRoot& root, const std::string& prefix = "", const std::string& providerDirs = "");

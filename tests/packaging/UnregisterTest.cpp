@@ -12,13 +12,6 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
 
-const std::string kState = "/var/lib/sfcb";
-const std::string kRegister = kState + "/registration/providerRegister";
-const std::string kSpace = kState + "/registration/repository/root/jxv";
-const std::string kProviders = "/usr/lib/Pegasus/providers";
-const std::string kGiven = "/var/lib/qv-zeb/OpenPegasus";
-const std::string kAsk = "cimprovider -l -s";
-
 TEST(UnregisterSfcb, LeavesWhatWasThere) {
   const FakeRoot root;
   addSfcb(root);
@@ -40,11 +33,11 @@ TEST(UnregisterSfcb, LeavesWhatWasThere) {
 TEST(UnregisterSfcb, LeavesOtherClassesOfTheNamespace) {
   const FakeRoot root;
   addSfcb(root);
-  root.write(kState + "/stage/mofs/root/jxv/site.mof", "class Site_Own {\n};\n");
-  root.write(kSpace + "/classSchemas", "class Site_Own {\n};\n");
+  root.write(kSfcbState + "/stage/mofs/root/jxv/site.mof", "class Site_Own {\n};\n");
+  root.write(kSfcbSpace + "/classSchemas", "class Site_Own {\n};\n");
   const Tree before = root.tree();
   ASSERT_EQ(root.doRegister().status, 0);
-  EXPECT_THAT(root.read(kSpace + "/classSchemas"), HasSubstr("class Site_Own"));
+  EXPECT_THAT(root.read(kSfcbSpace + "/classSchemas"), HasSubstr("class Site_Own"));
   const Outcome outcome = root.doUnregister();
   EXPECT_EQ(outcome.status, 0) << outcome.err;
   EXPECT_THAT(changes(before, root.tree()), ElementsAre("+ /usr/lib/sfcb"));
@@ -57,28 +50,28 @@ TEST(UnregisterSfcb, LeavesANamespaceInWhichTheSiteStoredSomething) {
   storeInSfcb(root, "root/jxv", "zeb_computersystem", "Name=\"host\"", "the host");
   const Outcome outcome = root.doUnregister();
   EXPECT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_THAT(
-      outcome.out,
-      HasSubstr(root.path(kSpace) + " has instances that were stored there; it stays, and can be removed\n"));
-  EXPECT_EQ(root.read(kSpace + "/zeb_computersystem"), "the host");
-  EXPECT_THAT(root.read(kRegister), Not(HasSubstr("ZEBEthernetPortProvider")));
+  EXPECT_THAT(outcome.out,
+              HasSubstr(root.path(kSfcbSpace) +
+                        " has instances that were stored there; it stays, and can be removed\n"));
+  EXPECT_EQ(root.read(kSfcbSpace + "/zeb_computersystem"), "the host");
+  EXPECT_THAT(root.read(kSfcbRegister), Not(HasSubstr("ZEBEthernetPortProvider")));
 }
 
 TEST(UnregisterSfcb, TakesFilesAndLinkAwayEvenWhenTheRepositoryCannotBeMade) {
   const FakeRoot root;
   addSfcb(root);
-  root.write(kState + "/stage/mofs/root/jxv/site.mof", "class Site_Own {\n};\n");
+  root.write(kSfcbState + "/stage/mofs/root/jxv/site.mof", "class Site_Own {\n};\n");
   ASSERT_EQ(root.doRegister().status, 0);
-  const std::string classes = root.read(kSpace + "/classSchemas");
+  const std::string classes = root.read(kSfcbSpace + "/classSchemas");
   root.setHabits("refuses Site_Own");
   const Outcome outcome = root.doUnregister();
   EXPECT_EQ(outcome.status, 1);
   EXPECT_THAT(outcome.err, HasSubstr("zeb-unregister: sfcb: its classes are still there, and '" +
                                      root.path("/usr/bin/sfcbrepos") + " -f' cannot make its repository:\n"));
   EXPECT_THAT(outcome.err, HasSubstr("site.mof:1: class Site_Own has a superclass that is not known\n"));
-  EXPECT_EQ(root.read(kSpace + "/classSchemas"), classes);
-  EXPECT_THAT(root.read(kRegister), Not(HasSubstr("ZEBEthernetPortProvider")));
-  EXPECT_FALSE(root.has(kState + "/stage/regs/ZEBEthernet.reg"));
+  EXPECT_EQ(root.read(kSfcbSpace + "/classSchemas"), classes);
+  EXPECT_THAT(root.read(kSfcbRegister), Not(HasSubstr("ZEBEthernetPortProvider")));
+  EXPECT_FALSE(root.has(kSfcbState + "/stage/regs/ZEBEthernet.reg"));
   EXPECT_FALSE(root.has("/usr/lib/sfcb" + kLibrary));
 }
 
@@ -97,13 +90,13 @@ TEST(UnregisterPegasus, TakesModuleClassesAndLinkAway) {
   // A subclass goes before its superclass.
   EXPECT_EQ(calls[3 + 33], "cimcli dc ZEB_AutoStartEthernetPort -n root/jxv");
   EXPECT_EQ(calls[3 + 34], "cimcli dc ZEB_AutoStart -n root/jxv");
-  EXPECT_FALSE(root.has(kProviders + kLibrary));
-  EXPECT_FALSE(root.has(kGiven));
+  EXPECT_FALSE(root.has(kPegasusProviders + kLibrary));
+  EXPECT_FALSE(root.has(kPegasusState));
 
   const Outcome second = root.doUnregister();
   EXPECT_EQ(second.status, 0);
   EXPECT_EQ(second.out, "zeb-unregister: OpenPegasus: was not registered\n");
-  EXPECT_THAT(root.calls(), ElementsAre(kAsk));
+  EXPECT_THAT(root.calls(), ElementsAre(kPegasusAsk));
 }
 
 TEST(UnregisterPegasus, SaysWhichClassesTheServerKeeps) {
@@ -125,7 +118,7 @@ TEST(UnregisterPegasus, TakesTheLinkAwayWhileTheServerIsStoppedAndSaysWhatIsLeft
   root.setHabits("stopped");
   const Outcome outcome = root.doUnregister();
   EXPECT_EQ(outcome.status, 1);
-  EXPECT_FALSE(root.has(kProviders + kLibrary));
+  EXPECT_FALSE(root.has(kPegasusProviders + kLibrary));
   const std::string program = root.path("/usr/bin/cimprovider");
   EXPECT_EQ(outcome.err,
             "zeb-unregister: OpenPegasus: does not answer. The plug-in is gone from where it looks for "

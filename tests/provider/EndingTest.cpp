@@ -27,9 +27,9 @@ namespace ZEB::test {
 namespace {
 
 #ifdef __SANITIZE_THREAD__
-constexpr int kRounds = 15;
+constexpr int kEndings = 15;
 #else
-constexpr int kRounds = 60;
+constexpr int kEndings = 60;
 #endif
 
 using namespace std::chrono_literals;
@@ -59,7 +59,7 @@ TEST_F(EndingTest, AProcessThatEndsUnderItsClientsKeepsItsStatus) {
     std::this_thread::sleep_for(round % 20 * 1ms);
     std::exit(7);
   };
-  for (int round = 0; round < kRounds; ++round) EXPECT_EXIT(body(round), ExitedWithCode(7), "") << round;
+  for (int round = 0; round < kEndings; ++round) EXPECT_EXIT(body(round), ExitedWithCode(7), "") << round;
 }
 
 TEST_F(EndingTest, AProcessThatEndsInADeliveryOfTheTimersHangsNowhere) {

@@ -25,7 +25,7 @@ using testing::HasSubstr;
 using testing::StartsWith;
 namespace fs = std::filesystem;
 
-const std::string kSettings = R"(ZEB_EthEventSettings.InstanceId="JXV:0")";
+const std::string kSettingsPath = R"(ZEB_EthEventSettings.InstanceId="JXV:0")";
 
 class Commands : public testing::Test {
  protected:
@@ -76,7 +76,7 @@ TEST_F(Commands, SayOfAServiceWhatTheySayByThemselves) {
                                                 {"references", path, "--names"},
                                                 {"tree"},
                                                 {"tree", "--json"},
-                                                {"get", kSettings}}) {
+                                                {"get", kSettingsPath}}) {
     const Outcome asked = zebcim(words), own = standalone(words);
     EXPECT_EQ(asked.status, 0) << words[0];
     EXPECT_EQ(asked.err, "");
@@ -88,8 +88,8 @@ TEST_F(Commands, RefuseLikeTheyDoByThemselves) {
   for (const std::vector<std::string>& words :
        {std::vector<std::string>{"get", R"(ZEB_EthEventSettings.InstanceId="none")"},
         {"instances", "ZEB_Nothing"},
-        {"modify", kSettings, "Nothing=1"},
-        {"invoke", kSettings, "Nothing"}}) {
+        {"modify", kSettingsPath, "Nothing=1"},
+        {"invoke", kSettingsPath, "Nothing"}}) {
     const Outcome asked = zebcim(words), own = standalone(words);
     EXPECT_EQ(asked.status, 1) << words[0];
     EXPECT_EQ(asked.out, "");
@@ -98,7 +98,8 @@ TEST_F(Commands, RefuseLikeTheyDoByThemselves) {
 }
 
 TEST_F(Commands, SayWhoIsAsked) {
-  EXPECT_EQ(zebcim({"-v", "get", kSettings}).err, "zebcim: asking the service behind " + socketPath() + "\n");
+  EXPECT_EQ(zebcim({"-v", "get", kSettingsPath}).err,
+            "zebcim: asking the service behind " + socketPath() + "\n");
   EXPECT_EQ(zebcim({"-v", "--standalone", "instances", "ZEB_EthEventSettings"}).err,
             "zebcim: loading the plug-in, as the options want it\n");
   EXPECT_EQ(server.stop(), 0);
@@ -108,7 +109,7 @@ TEST_F(Commands, SayWhoIsAsked) {
 }
 
 TEST_F(Commands, ChangeWhatTheServiceServes) {
-  ASSERT_EQ(zebcim({"modify", kSettings, "FloodThreshold=23"}).status, 0);
+  ASSERT_EQ(zebcim({"modify", kSettingsPath, "FloodThreshold=23"}).status, 0);
   EXPECT_THAT(ZebManager::exchange(server.http(), post(call("EnumerateInstances",
                                                             "<IPARAMVALUE NAME=\"ClassName\"><CLASSNAME "
                                                             "NAME=\"ZEB_EthEventSettings\"/></IPARAMVALUE>"),
@@ -118,7 +119,7 @@ TEST_F(Commands, ChangeWhatTheServiceServes) {
 
 TEST_F(Commands, ChangeNothingThatTheSchemaLetsNobodyWrite) {
   for (const bool service : {true, false}) {
-    const std::vector<std::string> words = {"modify", kSettings, "Caption=mine"};
+    const std::vector<std::string> words = {"modify", kSettingsPath, "Caption=mine"};
     const Outcome refused = service ? zebcim(words) : standalone(words);
     EXPECT_EQ(refused.status, 1);
     EXPECT_THAT(refused.err,
@@ -128,7 +129,7 @@ TEST_F(Commands, ChangeNothingThatTheSchemaLetsNobodyWrite) {
 }
 
 TEST_F(Commands, SayWhatIsNotKept) {
-  const std::vector<std::string> words = {"modify", kSettings, "FloodThreshold=24", "--source",
+  const std::vector<std::string> words = {"modify", kSettingsPath, "FloodThreshold=24", "--source",
                                           ZEB_SNAPSHOTS "/two_cards.json"};
   const Outcome recording = run(ZEB_CIM, words, {"ZEB_CONFIG=/dev/null"});
   EXPECT_EQ(recording.status, 1);
@@ -137,8 +138,8 @@ TEST_F(Commands, SayWhatIsNotKept) {
   const Outcome nowhere = run(ZEB_CIM, words, {"ZEB_CONFIG=/dev/null", "ZEB_STORE_DIR=/dev/null/none"});
   EXPECT_EQ(nowhere.status, 1);
   EXPECT_THAT(nowhere.err, HasSubstr(R"(ZEB_EthEventSettings.InstanceId="JXV:0"': )"));
-  EXPECT_EQ(standalone({"modify", kSettings, "FloodThreshold=25"}).status, 0);
-  EXPECT_THAT(zebcim({"get", kSettings}).out, HasSubstr("FloodThreshold             25\n"));
+  EXPECT_EQ(standalone({"modify", kSettingsPath, "FloodThreshold=25"}).status, 0);
+  EXPECT_THAT(zebcim({"get", kSettingsPath}).out, HasSubstr("FloodThreshold             25\n"));
 }
 
 TEST_F(Commands, RefuseAStoreThatDependsOnWhereTheyStand) {
@@ -164,7 +165,7 @@ TEST_F(Commands, FindTheComputerSystemWhereAssociationsLead) {
 TEST_F(Commands, LeaveAServiceAloneThatHasEndedInTheMiddle) {
   fs::remove(socketPath());
   fs::create_symlink("/dev/null", socketPath());
-  EXPECT_EQ(zebcim({"get", kSettings}).status, 0) << "what is no socket is no service";
+  EXPECT_EQ(zebcim({"get", kSettingsPath}).status, 0) << "what is no socket is no service";
 }
 
 /// Somebody keeps the folder of the stores to himself, so that the change hangs, and goes on doing so for
@@ -172,7 +173,7 @@ TEST_F(Commands, LeaveAServiceAloneThatHasEndedInTheMiddle) {
 class CommandsAtTheEnd : public Commands {
  protected:
   Outcome changeWhileItIsHeldFor(std::chrono::milliseconds time) {
-    EXPECT_EQ(zebcim({"get", kSettings}).status, 0);
+    EXPECT_EQ(zebcim({"get", kSettingsPath}).status, 0);
     ZEB::FileDescriptor folder(open((server.folder() / "store").c_str(), O_RDONLY | O_CLOEXEC));
     EXPECT_EQ(flock(folder.get(), LOCK_EX), 0);
     std::thread end([&] {
@@ -183,7 +184,7 @@ class CommandsAtTheEnd : public Commands {
       }).swap(_release);
       EXPECT_EQ(server.stop(), 0);
     });
-    const Outcome changed = zebcim({"modify", kSettings, "PollInterval=61"});
+    const Outcome changed = zebcim({"modify", kSettingsPath, "PollInterval=61"});
     end.join();
     _release.join();
     return changed;
@@ -208,12 +209,12 @@ TEST_F(Commands, KeepTheServiceFromNobody) {
   std::vector<ZEB::FileDescriptor> idle;
   for (int i = 0; i < 16; ++i) idle.push_back(connected());
   // One user has so many; root is one.
-  const Outcome refused = zebcim({"get", kSettings});
+  const Outcome refused = zebcim({"get", kSettingsPath});
   EXPECT_EQ(refused.status, 1);
   EXPECT_EQ(refused.err, "zebcim: the service answers too many commands at once\n");
   idle.clear();
   Outcome answered;
-  for (int i = 0; i < 100 && answered.status != 0; ++i) answered = zebcim({"get", kSettings});
+  for (int i = 0; i < 100 && answered.status != 0; ++i) answered = zebcim({"get", kSettingsPath});
   EXPECT_EQ(answered.status, 0) << answered.err;
 }
 
@@ -225,7 +226,7 @@ TEST_F(Commands, GarbageEndsItsConnectionAlone) {
     char byte = 0;
     EXPECT_EQ(read(socket.get(), &byte, 1), 0) << "the connection is closed without an answer";
   }
-  EXPECT_EQ(zebcim({"get", kSettings}).status, 0);
+  EXPECT_EQ(zebcim({"get", kSettingsPath}).status, 0);
 }
 
 TEST_F(Commands, AreToldWhenNobodyCanShowWhatTheyAskFor) {

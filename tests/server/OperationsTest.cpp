@@ -54,7 +54,7 @@ const std::string kEndpoint = R"(ZEB_EthernetLANEndpoint.CreationClassName="ZEB_
 const std::string kNoPort = R"(ZEB_EthernetPort.CreationClassName="ZEB_EthernetPort",)" + kSystem +
                             R"(,DeviceID="JXV:ZEB_EthernetPort:99")";
 const std::string kMachine = R"(ZEB_ComputerSystem.CreationClassName="ZEB_ComputerSystem",Name="{HOST}")";
-const std::string kSettings = R"(root/jxv:ZEB_EthEventSettings.InstanceId="JXV:0")";
+const std::string kSettingsObject = R"(root/jxv:ZEB_EthEventSettings.InstanceId="JXV:0")";
 const std::string kWorker = R"(root/jxv:ZEB_AutoStartEthernetPort.ProviderName="ZEBEthernetPort")";
 const std::string kFilterKeys = kSystem + R"(,CreationClassName="CIM_IndicationFilter",Name="{FILTER}")";
 const std::string kFilters = "root/interop:CIM_IndicationFilter";
@@ -117,17 +117,17 @@ std::vector<Row> instanceRows() {
         {{"gi", kFilter}, {"-" + kQuery + "\n", "-QueryLanguage=\"WQL\"\n"}},
         {makeFilter().question, {}, "(11) CIM_ERR_ALREADY_EXISTS"},
         deleteFilter(),
-        {{"ci", kSettings, {"PollInterval=1"}, {}, kWriter}, {}, "(7) CIM_ERR_NOT_SUPPORTED"}}},
+        {{"ci", kSettingsObject, {"PollInterval=1"}, {}, kWriter}, {}, "(7) CIM_ERR_NOT_SUPPORTED"}}},
       {"di",
        {makeFilter(),
         deleteFilter(),
         {{"gi", kFilter}, {}, "(6) CIM_ERR_NOT_FOUND"},
         {{"di", "root/jxv:" + kPort, {}, {}, kWriter}, {}, "(7) CIM_ERR_NOT_SUPPORTED"}}},
       {"mi",
-       {{{"mi", kSettings, {"FloodThreshold=21"}, {}, kWriter}},
-        {{"gi", kSettings}, {"-FloodThreshold=21\n", "-PollInterval=200\n"}},
-        {{"mi", kSettings, {"FloodThreshold=22"}}, {}, "Username/password required"},
-        {{"gp", kSettings, {"FloodThreshold"}}, {"21\n"}}}},
+       {{{"mi", kSettingsObject, {"FloodThreshold=21"}, {}, kWriter}},
+        {{"gi", kSettingsObject}, {"-FloodThreshold=21\n", "-PollInterval=200\n"}},
+        {{"mi", kSettingsObject, {"FloodThreshold=22"}}, {}, "Username/password required"},
+        {{"gp", kSettingsObject, {"FloodThreshold"}}, {"21\n"}}}},
   };
 }
 
@@ -137,13 +137,15 @@ std::vector<Row> propertyAndMethodRows() {
        {{about("gp", kPort, {"ActiveMaximumTransmissionUnit"}), {"{MTU}\n"}},
         {about("gp", kPort, {"NoSuch"}), {}, "(12) CIM_ERR_NO_SUCH_PROPERTY"}}},
       {"sp",
-       {{{"sp", kSettings, {"PollInterval=301"}, {}, kWriter}},
-        {{"gp", kSettings, {"PollInterval"}}, {"301\n"}},
-        {{"sp", kSettings, {"PollInterval=200"}, {}, kWriter}},
-        {{"sp", kSettings, {"PollInterval=999"}}, {}, "Username/password required"},
-        {{"sp", kSettings, {"PollInterval=999"}, {}, "root:wrong@"}, {}, "Invalid username/password"},
-        {{"sp", kSettings, {"PollInterval=999"}, {}, "daemon:secret@"}, {}, "(2) CIM_ERR_ACCESS_DENIED"},
-        {{"gp", kSettings, {"PollInterval"}}, {"200\n"}}}},
+       {{{"sp", kSettingsObject, {"PollInterval=301"}, {}, kWriter}},
+        {{"gp", kSettingsObject, {"PollInterval"}}, {"301\n"}},
+        {{"sp", kSettingsObject, {"PollInterval=200"}, {}, kWriter}},
+        {{"sp", kSettingsObject, {"PollInterval=999"}}, {}, "Username/password required"},
+        {{"sp", kSettingsObject, {"PollInterval=999"}, {}, "root:wrong@"}, {}, "Invalid username/password"},
+        {{"sp", kSettingsObject, {"PollInterval=999"}, {}, "daemon:secret@"},
+         {},
+         "(2) CIM_ERR_ACCESS_DENIED"},
+        {{"gp", kSettingsObject, {"PollInterval"}}, {"200\n"}}}},
       {"cm",
        {{{"cm", kWorker, {"PerformWork"}, {}, kWriter}, {"PerformWork: 0"}},
         {{"cm", kWorker, {"NoSuch"}, {}, kWriter}, {}, "(17) CIM_ERR_METHOD_NOT_FOUND"}}},

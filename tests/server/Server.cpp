@@ -21,7 +21,7 @@
 namespace ZebManager {
 namespace {
 
-constexpr int kPatienceMs = 60'000;
+constexpr int kServerPatienceMs = 60'000;
 
 void write(const std::filesystem::path& file, const std::string& text) {
   std::ofstream(file) << text;
@@ -109,7 +109,8 @@ void Server::readAddresses(int output) {
   std::array<char, 512> buffer{};
   while (_https.empty()) {
     pollfd ready{output, POLLIN, 0};
-    const ssize_t got = poll(&ready, 1, kPatienceMs) == 1 ? read(output, buffer.data(), buffer.size()) : 0;
+    const ssize_t got =
+        poll(&ready, 1, kServerPatienceMs) == 1 ? read(output, buffer.data(), buffer.size()) : 0;
     if (got <= 0) throw std::runtime_error("the server does not start");
     text.append(buffer.data(), static_cast<std::size_t>(got));
     std::istringstream lines(text);

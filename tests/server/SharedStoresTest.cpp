@@ -14,7 +14,7 @@ namespace {
 using testing::HasSubstr;
 namespace fs = std::filesystem;
 
-const std::string kSettings = R"(root/jxv:ZEB_EthEventSettings.InstanceId="JXV:0")";
+const std::string kSharedSettings = R"(root/jxv:ZEB_EthEventSettings.InstanceId="JXV:0")";
 const std::vector<std::string> kRecording = {"--source", ZEB_SNAPSHOTS "/two_cards.json"};
 
 class SharedStores : public testing::Test {
@@ -66,8 +66,9 @@ TEST_F(SharedStores, ASettingOfTheCommandLineIsReadThroughBothServers) {
 TEST_F(SharedStores, ASettingOfOneServerIsReadThroughTheOther) {
   for (const std::string value : {"21", "10", "22"}) {
     const Server& changed = value == "10" ? second : first;
-    ASSERT_EQ(ask(changed, "http", {"mi", kSettings, {"FloodThreshold=" + value}, {}, "root:secret@"}).status,
-              0);
+    ASSERT_EQ(
+        ask(changed, "http", {"mi", kSharedSettings, {"FloodThreshold=" + value}, {}, "root:secret@"}).status,
+        0);
     expectBothSay("root/jxv:ZEB_EthEventSettings", "FloodThreshold=" + value);
   }
 }

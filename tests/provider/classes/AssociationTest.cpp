@@ -23,17 +23,17 @@ Made make(const Logger& logger, const CmpiObjectPath& first, const CmpiObjectPat
   return std::make_unique<Class>(logger, "root/jxv", first, second);
 }
 
-struct Row {
+struct AssociationRow {
   const char* name;
   Made (*make)(const Logger&, const CmpiObjectPath&, const CmpiObjectPath&);
   Table keys;
   Table properties;
 
-  friend void PrintTo(const Row& row, std::ostream* out) { *out << row.name; }
+  friend void PrintTo(const AssociationRow& row, std::ostream* out) { *out << row.name; }
 };
 
-Row plain(const char* name, decltype(Row::make) make, const std::string& first, const std::string& second,
-          const Table& extras = {}) {
+AssociationRow plain(const char* name, decltype(AssociationRow::make) make, const std::string& first,
+                     const std::string& second, const Table& extras = {}) {
   const Table keys{{first, kFirst}, {second, kSecond}};
   Table properties = keys;
   properties.insert(properties.end(), extras.begin(), extras.end());
@@ -43,7 +43,7 @@ Row plain(const char* name, decltype(Row::make) make, const std::string& first, 
 const Table kSoftwareStatus{{"ElementSoftwareStatus", "uint16[] {2, 6}"}};
 
 #define CLASS(name) #name, make < name>
-const auto kRows = testing::Values(
+const auto kAssociations = testing::Values(
     plain(CLASS(ZEB_EthernetPortToLANEndpoint), "Antecedent", "Dependent"),
     plain(CLASS(ZEB_EthernetLANHostedAccessPoint), "Antecedent", "Dependent"),
     plain(CLASS(ZEB_IPBindsToEthernetLANEndpoint), "Antecedent", "Dependent", {{"FrameType", "uint16 1"}}),
@@ -61,12 +61,12 @@ const auto kRows = testing::Values(
     plain(CLASS(ZEB_EthernetElementFirmwareIdentity), "Dependent", "Antecedent", kSoftwareStatus),
     plain(CLASS(ZEB_EthernetElementSoftwareIdentity), "Dependent", "Antecedent", kSoftwareStatus),
     plain(CLASS(ZEB_EthernetTeamToLANEndpoint), "Antecedent", "Dependent"),
-    Row{CLASS(ZEB_HostedEthernetTeam),
-        {{"OwnedElement", kSecond}, {"OwningElement", kFirst}},
-        {{"OwningElement", kFirst}, {"OwnedElement", kSecond}}});
+    AssociationRow{CLASS(ZEB_HostedEthernetTeam),
+                   {{"OwnedElement", kSecond}, {"OwningElement", kFirst}},
+                   {{"OwningElement", kFirst}, {"OwnedElement", kSecond}}});
 #undef CLASS
 
-class AssociationTest : public ClassTest, public testing::WithParamInterface<Row> {
+class AssociationTest : public ClassTest, public testing::WithParamInterface<AssociationRow> {
  protected:
   Made association() { return GetParam().make(recorded.logger, end("first"), end("second")); }
 };
@@ -106,7 +106,7 @@ TEST_P(AssociationTest, LogsItsLife) {
   EXPECT_EQ(recorded.sink->lines(), expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, AssociationTest, kRows, kByName);
+INSTANTIATE_TEST_SUITE_P(All, AssociationTest, kAssociations, kByName);
 
 }  // namespace
 }  // namespace ZEB::test

@@ -101,14 +101,6 @@ TEST_F(IPEndpointTest, OfAnInterfaceWithoutAddressesHasNoOrigin) {
             edited(endpoint({}, kPortCaption, "eth0"), {{"AddressOrigin", "uint16 0"}}));
 }
 
-const Table kUnknownStatus{{"HealthState", "uint16 0"},
-                           {"OperationalStatus", "uint16[] {0}"},
-                           {"StatusDescriptions", "string[] {\"Unknown\"}"}};
-
-Table captioned(const std::string& caption) {
-  return {{"ElementName", "string \"" + caption + "\""}, {"Caption", "string \"" + caption + "\""}};
-}
-
 class IPEndpointOfPort : public IPEndpointTest, public testing::WithParamInterface<UnknownRow<PortFacts>> {};
 
 TEST_P(IPEndpointOfPort, StandsInOrIsLeftOut) {

@@ -21,6 +21,14 @@ Table keysOf(const CmpiCpp::CmpiObjectPath& path);
 /// The table with other values for the names given; an empty value takes the row out.
 Table edited(Table table, const Table& changes);
 
+/// What an endpoint shows when its status is not known, and what follows from its caption.
+inline const Table kUnknownStatus{{"HealthState", "uint16 0"},
+                                  {"OperationalStatus", "uint16[] {0}"},
+                                  {"StatusDescriptions", "string[] {\"Unknown\"}"}};
+inline Table captioned(const std::string& caption) {
+  return {{"Caption", "string \"" + caption + "\""}, {"ElementName", "string \"" + caption + "\""}};
+}
+
 /// The name of the kernel's host, as paths have it.
 std::string hostName();
 

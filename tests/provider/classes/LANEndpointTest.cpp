@@ -46,14 +46,6 @@ Table ofVlan() {
   table.emplace_back("VLANName", "string \"eth0.100\"");
   return table;
 }
-const Table kUnknownStatus{{"HealthState", "uint16 0"},
-                           {"OperationalStatus", "uint16[] {0}"},
-                           {"StatusDescriptions", "string[] {\"Unknown\"}"}};
-
-Table captioned(const std::string& caption) {
-  return {{"Caption", "string \"" + caption + "\""}, {"ElementName", "string \"" + caption + "\""}};
-}
-
 TEST_F(LANEndpointTest, OfAPortShowsEverythingThatIsKnown) {
   EXPECT_EQ(read(portOf(everyPortFacts())), ofPort());
 }

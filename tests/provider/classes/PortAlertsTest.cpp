@@ -70,7 +70,7 @@ class PortAlertsTest : public ProviderTest {
   std::string linkMessage;
 };
 
-struct Transition {
+struct PortTransition {
   const char* name;
   Status before;
   Status now;
@@ -78,7 +78,7 @@ struct Transition {
   const char* logLine;
 };
 
-const Transition kTransitions[] = {
+const PortTransition kTransitions[] = {
     {"DormantToOk", Status::Dormant, Status::OK, "20", "Send ethernet port activated indication"},
     {"DegradedToOk", Status::Degraded, Status::OK, "3", "Send ethernet port connectivity restored"},
     {"ErrorToOk", Status::Error, Status::OK, "3", "Send ethernet port connectivity restored"},
@@ -101,10 +101,10 @@ const Transition kTransitions[] = {
     {"ErrorToStopped", Status::Error, Status::Stopped, nullptr, "Unknown indication type status("},
 };
 
-class TransitionTest : public PortAlertsTest, public testing::WithParamInterface<Transition> {};
+class TransitionTest : public PortAlertsTest, public testing::WithParamInterface<PortTransition> {};
 
 TEST_P(TransitionTest, SendsItsAlertAndIsRemembered) {
-  const Transition& transition = GetParam();
+  const PortTransition& transition = GetParam();
   const auto port = make(transition.before);
   const auto sent = see(*port, transition.now);
   EXPECT_NE(lineOf(transition.logLine), -1);

@@ -19,7 +19,7 @@ class PortTest : public ClassTest {
   Table read(const EthernetPort& record) { return propertiesOf(make(record).makeInstance()); }
 };
 
-Table everything() {
+Table everythingOfPort() {
   return {
       {"CreationClassName", "string \"ZEB_EthernetPort\""},
       {"SystemName", "string \"" + hostName() + "\""},
@@ -54,7 +54,7 @@ Table everything() {
 }
 
 TEST_F(PortTest, ShowsEverythingThatIsKnown) {
-  EXPECT_EQ(read(portOf(everyPortFacts())), everything());
+  EXPECT_EQ(read(portOf(everyPortFacts())), everythingOfPort());
 }
 
 TEST_F(PortTest, HasTheKeysOfADevice) {
@@ -73,7 +73,7 @@ class PortRow : public PortTest, public testing::WithParamInterface<UnknownRow<P
 TEST_P(PortRow, StandsInOrIsLeftOut) {
   PortFacts facts = everyPortFacts();
   GetParam().forget(facts);
-  EXPECT_EQ(read(portOf(facts)), edited(everything(), GetParam().changes));
+  EXPECT_EQ(read(portOf(facts)), edited(everythingOfPort(), GetParam().changes));
 }
 
 void forgetVirtualFunction(PortFacts& facts) {
@@ -133,35 +133,36 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(PortTest, OfWhichNothingIsKnownShowsEveryStandIn) {
   EXPECT_EQ(read(EthernetPort()),
-            edited(everything(), {{"Caption", "string \"Ethernet Port\""},
-                                  {"ElementName", "string \"Ethernet Port\""},
-                                  {"PermanentAddress", "string \"\""},
-                                  {"Name", ""},
-                                  {"PortType", "uint16 0"},
-                                  {"LinkTechnology", "uint16 0"},
-                                  {"PortNumber", "uint16 0"},
-                                  {"VirtualPortNumber", ""},
-                                  {"Description", "string \"Ethernet port on ethernet controller 5\""},
-                                  {"MaxSpeed", "uint64 0"},
-                                  {"Speed", "uint64 0"},
-                                  {"SupportedMaximumTransmissionUnit", "uint64 0"},
-                                  {"ActiveMaximumTransmissionUnit", "uint64 0"},
-                                  {"FullDuplex", ""},
-                                  {"AutoSense", ""},
-                                  {"Capabilities", "uint16[] {0}"},
-                                  {"CapabilityDescriptions", "string[] {\"Unknown\"}"},
-                                  {"EnabledCapabilities", "uint16[] {0}"},
-                                  {"NetworkAddresses", "string[] {\"\"}"},
-                                  {"HealthState", "uint16 0"},
-                                  {"OperationalStatus", "uint16[] {0}"},
-                                  {"StatusDescriptions", "string[] {\"Unknown\"}"}}));
+            edited(everythingOfPort(), {{"Caption", "string \"Ethernet Port\""},
+                                        {"ElementName", "string \"Ethernet Port\""},
+                                        {"PermanentAddress", "string \"\""},
+                                        {"Name", ""},
+                                        {"PortType", "uint16 0"},
+                                        {"LinkTechnology", "uint16 0"},
+                                        {"PortNumber", "uint16 0"},
+                                        {"VirtualPortNumber", ""},
+                                        {"Description", "string \"Ethernet port on ethernet controller 5\""},
+                                        {"MaxSpeed", "uint64 0"},
+                                        {"Speed", "uint64 0"},
+                                        {"SupportedMaximumTransmissionUnit", "uint64 0"},
+                                        {"ActiveMaximumTransmissionUnit", "uint64 0"},
+                                        {"FullDuplex", ""},
+                                        {"AutoSense", ""},
+                                        {"Capabilities", "uint16[] {0}"},
+                                        {"CapabilityDescriptions", "string[] {\"Unknown\"}"},
+                                        {"EnabledCapabilities", "uint16[] {0}"},
+                                        {"NetworkAddresses", "string[] {\"\"}"},
+                                        {"HealthState", "uint16 0"},
+                                        {"OperationalStatus", "uint16[] {0}"},
+                                        {"StatusDescriptions", "string[] {\"Unknown\"}"}}));
 }
 
 TEST_F(PortTest, HasATextForEveryCapability) {
   DataLibrary library;
   library.capabilities = {0, 1, 2, 3, 4, 11, 999};
-  EXPECT_EQ(read(portOf(everyPortFacts())),
-            edited(everything(), {{"Capabilities", "uint16[] {0, 1, 2, 3, 4, 11, 999}"},
+  EXPECT_EQ(
+      read(portOf(everyPortFacts())),
+      edited(everythingOfPort(), {{"Capabilities", "uint16[] {0, 1, 2, 3, 4, 11, 999}"},
                                   {"CapabilityDescriptions",
                                    "string[] {\"Unknown\", \"Other\", \"Alert On LAN\", \"Wake On LAN\", "
                                    "\"Unknown\", \"Unknown\", \"Unknown\"}"}}));
@@ -178,7 +179,7 @@ class PortStatus : public PortTest, public testing::WithParamInterface<StatusTex
 TEST_P(PortStatus, FillsTheStatusBlock) {
   PortFacts facts = everyPortFacts();
   setStatus(facts.link, GetParam().status);
-  EXPECT_EQ(read(portOf(facts)), edited(everything(), GetParam().changes));
+  EXPECT_EQ(read(portOf(facts)), edited(everythingOfPort(), GetParam().changes));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, PortStatus,

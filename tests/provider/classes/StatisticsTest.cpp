@@ -15,7 +15,7 @@ class StatisticsTest : public ClassTest {
   Table read(const EthernetPort& record) { return propertiesOf(make(record).makeInstance()); }
 };
 
-Table everything() {
+Table everyStatistic() {
   return {
       {"InstanceID", "string \"JXV:ZEB_EthernetStatistics:3\""},
       {"Caption", "string \"Gigabit Adapter\""},
@@ -40,7 +40,7 @@ Table everything() {
 }
 
 TEST_F(StatisticsTest, ShowsEverythingThatIsKnown) {
-  EXPECT_EQ(read(portOf(everyPortFacts())), everything());
+  EXPECT_EQ(read(portOf(everyPortFacts())), everyStatistic());
 }
 
 TEST_F(StatisticsTest, IsKeyedByItsIdAlone) {
@@ -53,7 +53,7 @@ class StatisticsRow : public StatisticsTest, public testing::WithParamInterface<
 TEST_P(StatisticsRow, StandsIn) {
   PortFacts facts = everyPortFacts();
   GetParam().forget(facts);
-  EXPECT_EQ(read(portOf(facts)), edited(everything(), GetParam().changes));
+  EXPECT_EQ(read(portOf(facts)), edited(everyStatistic(), GetParam().changes));
 }
 
 template <std::optional<std::uint64_t> ethernet::MacStatistics::*counter>

@@ -16,19 +16,20 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 /// A class with the system at an end, and how many of it a host with three teams has.
-struct Row {
+struct SystemRow {
   const char* name;
   const char* role;
   const char* otherRole;
   std::size_t count;
 };
 
-constexpr Row kRows[] = {{"ZEB_EthernetDevice", "GroupComponent", "PartComponent", 6},
-                         {"ZEB_EthernetLANHostedAccessPoint", "Antecedent", "Dependent", 12},
-                         {"ZEB_EthIPHostedAccessPoint", "Antecedent", "Dependent", 6},
-                         {"ZEB_EthernetRemoteServiceHostedAccessPoint", "Antecedent", "Dependent", 3},
-                         {"ZEB_HostedEthernetTeam", "OwningElement", "OwnedElement", 3},
-                         {"ZEB_EthernetGroupHostedCollection", "Antecedent", "Dependent", 1}};
+constexpr SystemRow kSystemRows[] = {
+    {"ZEB_EthernetDevice", "GroupComponent", "PartComponent", 6},
+    {"ZEB_EthernetLANHostedAccessPoint", "Antecedent", "Dependent", 12},
+    {"ZEB_EthIPHostedAccessPoint", "Antecedent", "Dependent", 6},
+    {"ZEB_EthernetRemoteServiceHostedAccessPoint", "Antecedent", "Dependent", 3},
+    {"ZEB_HostedEthernetTeam", "OwningElement", "OwnedElement", 3},
+    {"ZEB_EthernetGroupHostedCollection", "Antecedent", "Dependent", 1}};
 constexpr std::size_t kAll = 31;
 
 struct Configured {
@@ -65,7 +66,7 @@ class SystemPathTest : public ProviderTest, public testing::WithParamInterface<C
 
 TEST_P(SystemPathTest, IsTheEndOfEveryAssociationWithTheSystem) {
   Plugin plugin(broker);
-  for (const Row& row : kRows) {
+  for (const SystemRow& row : kSystemRows) {
     const auto associations = plugin.instances(row.name);
     EXPECT_THAT(associations, SizeIs(row.count)) << row.name;
     for (const auto& association : associations) {
@@ -79,7 +80,7 @@ TEST_P(SystemPathTest, IsTheEndOfEveryAssociationWithTheSystem) {
 TEST_P(SystemPathTest, LeadsToWhatTheSystemHas) {
   Plugin plugin(broker);
   for (const CmpiObjectPath& path : {system(), asked()}) {
-    for (const Row& row : kRows) {
+    for (const SystemRow& row : kSystemRows) {
       const AssociationFilter filter{
           .associationClass = row.name, .role = row.role, .resultRole = row.otherRole};
       EXPECT_THAT(plugin.associators(path, filter), SizeIs(row.count)) << row.name;

@@ -17,7 +17,7 @@ using Role = EthTeamMemberRoleEnum;
 using Slaves = std::vector<EthernetTeamSlave>;
 using Alerts = std::vector<TeamAlert>;
 
-struct Transition {
+struct TeamTransition {
   Status before;
   Status now;
   std::optional<TeamAlert> alert;
@@ -31,7 +31,7 @@ const TeamAlert kDeactivatedAlert{21, "Ethernet Team bond0 has been deactivated"
 
 /// Every transition between OK, Degraded, Error, Dormant and Unknown.
 TEST(TeamStatusAlert, FollowsTheTable) {
-  const Transition transitions[] = {
+  const TeamTransition transitions[] = {
       {Status::OK, Status::Degraded, kLostAlert},
       {Status::OK, Status::Error, kLostAlert},
       {Status::OK, Status::Dormant, kDeactivatedAlert},
@@ -53,7 +53,7 @@ TEST(TeamStatusAlert, FollowsTheTable) {
       {Status::Unknown, Status::Error, kFailedAlert},
       {Status::Unknown, Status::Dormant, kDeactivatedAlert},
   };
-  for (const Transition& t : transitions) {
+  for (const TeamTransition& t : transitions) {
     EXPECT_EQ(teamStatusAlert("bond0", t.before, t.now), t.alert)
         << static_cast<int>(t.before) << " to " << static_cast<int>(t.now);
   }

@@ -30,7 +30,7 @@ class TeamMemberTest : public ClassTest {
 const Table kEnds{{"Collection", R"(reference root/jxv:ZEB_EthernetTeam.Name="x")"},
                   {"Member", R"(reference root/jxv:ZEB_EthernetPort.Name="x")"}};
 
-Table everything() {
+Table everythingOfMember() {
   Table table = kEnds;
   table.emplace_back("MemberOperationalStatus", "uint16[] {2}");
   table.emplace_back("MemberStatusDescriptions", "string[] {\"OK\"}");
@@ -49,7 +49,7 @@ TeamFacts degradedTeam() {
 }
 
 TEST_F(TeamMemberTest, OfATeamAndAPortThatAreOkIsOk) {
-  EXPECT_EQ(read(everyTeamFacts(), everyPortFacts()), everything());
+  EXPECT_EQ(read(everyTeamFacts(), everyPortFacts()), everythingOfMember());
 }
 
 TEST_F(TeamMemberTest, HasAReferenceKeyForEachRole) {
@@ -57,13 +57,13 @@ TEST_F(TeamMemberTest, HasAReferenceKeyForEachRole) {
 }
 
 TEST_F(TeamMemberTest, IsDegradedUnlessBothAreOk) {
-  EXPECT_EQ(read(degradedTeam(), everyPortFacts()), edited(everything(), kDegraded));
+  EXPECT_EQ(read(degradedTeam(), everyPortFacts()), edited(everythingOfMember(), kDegraded));
   for (const auto status :
        {operationalStatus::Degraded, operationalStatus::Error, operationalStatus::Dormant}) {
     PortFacts port = everyPortFacts();
     setStatus(port.link, status);
-    EXPECT_EQ(read(everyTeamFacts(), port), edited(everything(), kDegraded));
-    EXPECT_EQ(read(degradedTeam(), port), edited(everything(), kDegraded));
+    EXPECT_EQ(read(everyTeamFacts(), port), edited(everythingOfMember(), kDegraded));
+    EXPECT_EQ(read(degradedTeam(), port), edited(everythingOfMember(), kDegraded));
   }
 }
 
@@ -72,9 +72,9 @@ TEST_F(TeamMemberTest, WithoutOneOfTheStatusValuesIsUnknown) {
   forgetStatus(team);
   PortFacts port = everyPortFacts();
   forgetStatus(port);
-  EXPECT_EQ(read(team, everyPortFacts()), edited(everything(), kUnknown));
-  EXPECT_EQ(read(everyTeamFacts(), port), edited(everything(), kUnknown));
-  EXPECT_EQ(read(team, port), edited(everything(), kUnknown));
+  EXPECT_EQ(read(team, everyPortFacts()), edited(everythingOfMember(), kUnknown));
+  EXPECT_EQ(read(everyTeamFacts(), port), edited(everythingOfMember(), kUnknown));
+  EXPECT_EQ(read(team, port), edited(everythingOfMember(), kUnknown));
 }
 
 TEST_F(TeamMemberTest, HasTheRoleOfItsNameInTheTeam) {
@@ -84,41 +84,41 @@ TEST_F(TeamMemberTest, HasTheRoleOfItsNameInTheTeam) {
                                    std::pair(EthTeamMemberRoleEnum::Unknown, "uint16 0")}) {
     TeamFacts team = everyTeamFacts();
     team.members[0].slave.role = role;
-    EXPECT_EQ(read(team, everyPortFacts()), edited(everything(), {{"Role", text}}));
+    EXPECT_EQ(read(team, everyPortFacts()), edited(everythingOfMember(), {{"Role", text}}));
   }
 }
 
 TEST_F(TeamMemberTest, WhoseNameIsNotInTheTeamHasNoRole) {
   PortFacts port = everyPortFacts();
   port.link.name = "eth9";
-  EXPECT_EQ(read(everyTeamFacts(), port), edited(everything(), {{"Role", "uint16 0"}}));
+  EXPECT_EQ(read(everyTeamFacts(), port), edited(everythingOfMember(), {{"Role", "uint16 0"}}));
   port.link.name = "ETH0";
-  EXPECT_EQ(read(everyTeamFacts(), port), edited(everything(), {{"Role", "uint16 0"}}));
+  EXPECT_EQ(read(everyTeamFacts(), port), edited(everythingOfMember(), {{"Role", "uint16 0"}}));
 }
 
 TEST_F(TeamMemberTest, WhoseNameIsNotKnownHasNoRole) {
   PortFacts port = everyPortFacts();
   port.link.name.clear();
-  EXPECT_EQ(read(everyTeamFacts(), port), edited(everything(), {{"Role", "uint16 0"}}));
+  EXPECT_EQ(read(everyTeamFacts(), port), edited(everythingOfMember(), {{"Role", "uint16 0"}}));
 }
 
 TEST_F(TeamMemberTest, DegradedAtTheFirstReportStaysDegraded) {
   auto member = make(degradedTeam(), everyPortFacts());
   for (int report = 0; report < 3; ++report) {
-    EXPECT_EQ(propertiesOf(member.makeInstance()), edited(everything(), kDegraded));
+    EXPECT_EQ(propertiesOf(member.makeInstance()), edited(everythingOfMember(), kDegraded));
   }
 }
 
 TEST_F(TeamMemberTest, DegradedAfterTheFirstReportIsInErrorForAsLongAsItIsDegraded) {
   DataLibrary library;
   auto member = make(everyTeamFacts(), everyPortFacts());
-  EXPECT_EQ(propertiesOf(member.makeInstance()), everything());
+  EXPECT_EQ(propertiesOf(member.makeInstance()), everythingOfMember());
   library.portStatus = operationalStatus::Dormant;
-  const Table inError = edited(everything(), {{"MemberOperationalStatus", "uint16[] {6}"},
-                                              {"MemberStatusDescriptions", "string[] {\"Error\"}"}});
+  const Table inError = edited(everythingOfMember(), {{"MemberOperationalStatus", "uint16[] {6}"},
+                                                      {"MemberStatusDescriptions", "string[] {\"Error\"}"}});
   for (int report = 0; report < 3; ++report) EXPECT_EQ(propertiesOf(member.makeInstance()), inError);
   library.portStatus = operationalStatus::OK;
-  EXPECT_EQ(propertiesOf(member.makeInstance()), everything());
+  EXPECT_EQ(propertiesOf(member.makeInstance()), everythingOfMember());
   library.portStatus = operationalStatus::Degraded;
   EXPECT_EQ(propertiesOf(member.makeInstance()), inError);
 }

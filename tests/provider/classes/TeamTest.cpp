@@ -22,7 +22,7 @@ TeamFacts knownTeam() {
 }
 
 /// In mode balance-rr.
-Table everything() {
+Table everythingOfTeam() {
   return {
       {"Caption", "string \"QV Network Team 7\""},
       {"ElementName", "string \"QV Network Team 7\""},
@@ -44,7 +44,7 @@ Table everything() {
 }
 
 TEST_F(TeamTest, ShowsEverythingThatIsKnown) {
-  EXPECT_EQ(read(knownTeam()), everything());
+  EXPECT_EQ(read(knownTeam()), everythingOfTeam());
 }
 
 TEST_F(TeamTest, IsKeyedByItsIdAlone) {
@@ -57,7 +57,7 @@ class TeamRow : public TeamTest, public testing::WithParamInterface<UnknownRow<T
 TEST_P(TeamRow, StandsInOrIsLeftOut) {
   TeamFacts facts = knownTeam();
   GetParam().forget(facts);
-  EXPECT_EQ(read(facts), edited(everything(), GetParam().changes));
+  EXPECT_EQ(read(facts), edited(everythingOfTeam(), GetParam().changes));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -89,17 +89,17 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(TeamTest, OfWhichNothingIsKnownShowsEveryStandIn) {
   EXPECT_EQ(propertiesOf(make(EthernetTeamDataObject()).makeInstance()),
-            edited(everything(), {{"LoadBalanceAlgorithm", "uint16 0"},
-                                  {"TypeOfSet", "uint16[] {0}"},
-                                  {"MaxNumberSupported", "uint32 0"},
-                                  {"RedundancyStatus", ""},
-                                  {"GroupOperationalStatus", ""},
-                                  {"ActiveMaximumTransmissionUnit", "uint64 0"},
-                                  {"Speed", "uint64 0"},
-                                  {"TeamCapabilities", ""},
-                                  {"TeamEnabledCapabilities", ""},
-                                  {"TeamOperatingMode", ""},
-                                  {"TeamCurrentOperatingMode", ""}}));
+            edited(everythingOfTeam(), {{"LoadBalanceAlgorithm", "uint16 0"},
+                                        {"TypeOfSet", "uint16[] {0}"},
+                                        {"MaxNumberSupported", "uint32 0"},
+                                        {"RedundancyStatus", ""},
+                                        {"GroupOperationalStatus", ""},
+                                        {"ActiveMaximumTransmissionUnit", "uint64 0"},
+                                        {"Speed", "uint64 0"},
+                                        {"TeamCapabilities", ""},
+                                        {"TeamEnabledCapabilities", ""},
+                                        {"TeamOperatingMode", ""},
+                                        {"TeamCurrentOperatingMode", ""}}));
 }
 
 struct ModeRow {
@@ -120,11 +120,11 @@ TEST_P(TeamMode, DecidesAlgorithmSetAndOperatingModes) {
   const ModeRow& row = GetParam();
   TeamFacts facts = knownTeam();
   facts.link.bond->mode = row.mode;
-  Table expected = edited(everything(), {{"LoadBalanceAlgorithm", row.algorithm},
-                                         {"TypeOfSet", row.typeOfSet},
-                                         {"TeamEnabledCapabilities", row.enabled},
-                                         {"TeamOperatingMode", row.operatingMode},
-                                         {"TeamCurrentOperatingMode", row.operatingMode}});
+  Table expected = edited(everythingOfTeam(), {{"LoadBalanceAlgorithm", row.algorithm},
+                                               {"TypeOfSet", row.typeOfSet},
+                                               {"TeamEnabledCapabilities", row.enabled},
+                                               {"TeamOperatingMode", row.operatingMode},
+                                               {"TeamCurrentOperatingMode", row.operatingMode}});
   if (row.other) expected.insert(expected.begin() + 5, {"OtherLoadBalanceAlgorithm", row.other});
   EXPECT_EQ(read(facts), expected);
 }
@@ -149,8 +149,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(TeamTest, WithoutItsStandByMemberHasLostItsRedundancy) {
   TeamFacts facts = knownTeam();
   facts.members[1].slave.status = operationalStatus::Error;
-  EXPECT_EQ(read(facts), edited(everything(), {{"RedundancyStatus", "uint16 4"},
-                                               {"GroupOperationalStatus", "uint16[] {3}"}}));
+  EXPECT_EQ(read(facts), edited(everythingOfTeam(), {{"RedundancyStatus", "uint16 4"},
+                                                     {"GroupOperationalStatus", "uint16[] {3}"}}));
 }
 
 TEST_F(TeamTest, DegradedWhenBuiltShowsDegraded) {

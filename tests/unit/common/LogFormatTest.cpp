@@ -8,14 +8,14 @@
 namespace ZEB {
 namespace {
 
-struct Row {
+struct FormatRow {
   const char* format;
   std::vector<LogArgument> arguments;
   std::string text;
 };
 
-void check(const std::vector<Row>& rows) {
-  for (const Row& row : rows) {
+void check(const std::vector<FormatRow>& rows) {
+  for (const FormatRow& row : rows) {
     EXPECT_EQ(formatLog(row.format, row.arguments.data(), row.arguments.size()), row.text) << row.format;
   }
 }

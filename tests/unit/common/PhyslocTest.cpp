@@ -5,7 +5,7 @@
 namespace ZEB {
 namespace {
 
-struct Row {
+struct LocationRow {
   physloc_t location;
   std::string encoded;
   std::string text;
@@ -21,8 +21,8 @@ physloc_t raw(std::uint8_t first, std::uint8_t second = 0, std::uint8_t last = 0
   return location;
 }
 
-const std::vector<Row>& rows() {
-  static const std::vector<Row> kRows = {
+const std::vector<LocationRow>& rows() {
+  static const std::vector<LocationRow> kRows = {
       {BMC_physloc_NULL, "", "", {}, {}},
       {makeSlotPhysloc(PhyslocType::PciSlot, 1),
        "0301",
@@ -70,7 +70,7 @@ const std::vector<Row>& rows() {
 }
 
 TEST(PhyslocTest, encodedForm) {
-  for (const Row& row : rows()) {
+  for (const LocationRow& row : rows()) {
     char text[32] = "before";
     EXPECT_EQ(BMC_physloc_to_str(row.location, text, sizeof text), text);
     EXPECT_EQ(std::string(text), row.encoded);
@@ -89,11 +89,11 @@ TEST(PhyslocTest, theEncodedFormFitsAnyBuffer) {
 }
 
 TEST(PhyslocTest, hardwareLocation) {
-  for (const Row& row : rows()) EXPECT_EQ(ZEBPhysloc::physlocToHWLocation(row.location), row.text);
+  for (const LocationRow& row : rows()) EXPECT_EQ(ZEBPhysloc::physlocToHWLocation(row.location), row.text);
 }
 
 TEST(PhyslocTest, locationVectors) {
-  for (const Row& row : rows()) {
+  for (const LocationRow& row : rows()) {
     std::vector<std::string> texts;
     std::vector<std::uint16_t> codes;
     EXPECT_EQ(ZEBPhysloc::createLocationInfoVectors(row.location, texts, codes) == 0, !row.parts.empty());

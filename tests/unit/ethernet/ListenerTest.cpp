@@ -16,7 +16,7 @@ namespace {
 
 using Interfaces = std::set<std::uint32_t>;
 
-MessageBuilder link(int index) {
+MessageBuilder linkOf(int index) {
   ifinfomsg header{};
   header.ifi_index = index;
   MessageBuilder builder;
@@ -42,9 +42,9 @@ MessageBuilder route(int destination, bool gateway) {
 }
 
 TEST(Announcements, NameTheInterfacesOfADatagram) {
-  auto datagram = link(3);
+  auto datagram = linkOf(3);
   datagram += address(4);
-  datagram += link(3);
+  datagram += linkOf(3);
   const auto heard = routingAnnouncement(datagram.view());
   EXPECT_FALSE(heard.everything);
   EXPECT_FALSE(heard.routes);
@@ -81,8 +81,8 @@ TEST(Announcements, RulesAndNextHopsMayConcernAnyRoute) {
 TEST(Announcements, WhatCannotBeReadMayBeEverything) {
   MessageBuilder cut;
   EXPECT_TRUE(routingAnnouncement(cut.raw(std::uint8_t{0}).message(RTM_NEWLINK, 0).view()).everything);
-  EXPECT_TRUE(routingAnnouncement(link(0).view()).everything);
-  EXPECT_FALSE(routingAnnouncement(link(3).view().first(8)).any());
+  EXPECT_TRUE(routingAnnouncement(linkOf(0).view()).everything);
+  EXPECT_FALSE(routingAnnouncement(linkOf(3).view().first(8)).any());
 }
 
 TEST(Announcements, OfEthtool) {
@@ -95,7 +95,7 @@ TEST(Announcements, OfEthtool) {
 }
 
 TEST(Announcements, AddUp) {
-  Announcements heard = routingAnnouncement(link(3).view());
+  Announcements heard = routingAnnouncement(linkOf(3).view());
   heard.add(routingAnnouncement(route(0, true).view()));
   MessageBuilder rule;
   heard.add(routingAnnouncement(rule.raw(fib_rule_hdr{}).message(RTM_NEWRULE, 0).view()));

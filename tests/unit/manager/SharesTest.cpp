@@ -68,9 +68,9 @@ class Line {
     }
   }
   int socket() const { return _own.get(); }
-  bool isOpen(int milliseconds = 0) const {
+  bool isOpen(int patienceMs = 0) const {
     pollfd ready{_other.get(), POLLIN, 0};
-    return poll(&ready, 1, milliseconds) == 0;
+    return poll(&ready, 1, patienceMs) == 0;
   }
 
  private:
