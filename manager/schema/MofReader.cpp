@@ -5,7 +5,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 #include "schema/ClassDeclaration.h"
 #include "schema/MofLexer.h"
@@ -131,10 +130,14 @@ std::string contentOf(const std::string& path, const std::string& from) {
   const auto status = std::filesystem::status(path, error);
   if (!std::filesystem::exists(status)) refuse(error ? error.message() : "No such file or directory");
   if (!std::filesystem::is_regular_file(status)) refuse("not a file");
-  if (std::filesystem::file_size(path, error) > kLargestFile) refuse("too large");
+  const std::uintmax_t size = std::filesystem::file_size(path, error);
+  if (size > kLargestFile) refuse("too large");
   std::ifstream file(path, std::ios::binary);
   if (!file) refuse(std::strerror(errno));
-  return {std::istreambuf_iterator<char>(file), {}};
+  std::string content(size, '\0');
+  file.read(content.data(), static_cast<std::streamsize>(content.size()));
+  content.resize(static_cast<std::size_t>(file.gcount()));
+  return content;
 }
 
 void MofReader::readFile(const std::string& path, const std::string& from) {

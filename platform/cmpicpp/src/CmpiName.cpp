@@ -1,6 +1,5 @@
 #include "cmpicpp/CmpiName.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -42,14 +41,19 @@ bool CmpiName::equal(std::string_view a, std::string_view b) {
 
 std::size_t CmpiName::hash(std::string_view name) {
   std::uint64_t hash = name.size();
-  while (!name.empty()) {
-    std::uint64_t word = 0;
-    const std::size_t taken = std::min(name.size(), sizeof word);
-    std::memcpy(&word, name.data(), taken);
-    hash = mixed(hash, lowered(word));
-    name.remove_prefix(taken);
+  std::uint64_t word = 0;
+  if (name.size() < sizeof word) {
+    std::memcpy(&word, name.data(), name.size());
+    return mixed(hash, lowered(word));
   }
-  return hash;
+  // The last word may begin within the one before.
+  const char* const last = name.data() + name.size() - sizeof word;
+  for (const char* at = name.data(); at < last; at += sizeof word) {
+    std::memcpy(&word, at, sizeof word);
+    hash = mixed(hash, lowered(word));
+  }
+  std::memcpy(&word, last, sizeof word);
+  return mixed(hash, lowered(word));
 }
 
 }  // namespace CmpiCpp
