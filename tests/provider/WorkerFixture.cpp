@@ -9,7 +9,7 @@ namespace ZEB::test {
 
 std::atomic<std::time_t> clockOffset{0};
 std::atomic<std::time_t> clockStands{0};
-std::function<void()> duringBuild;
+std::function<void()> duringBuild, betweenReloads;
 std::atomic<int> updates{0};
 std::atomic<bool> sourcesFail{false};
 std::atomic<int> chassisPaths{0};
@@ -36,6 +36,7 @@ bool __real__ZN3ZEB15EthernetTeamMRA11forceReloadERSt6vectorINSt7__cxx1112basic_
     ZEB::EthernetTeamMRA* self, Names& added, Names& removed);
 bool __wrap__ZN3ZEB15EthernetTeamMRA11forceReloadERSt6vectorINSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEESaIS7_EESA_(
     ZEB::EthernetTeamMRA* self, Names& added, Names& removed) {
+  if (ZEB::test::betweenReloads) ZEB::test::betweenReloads();
   const bool changed =
       __real__ZN3ZEB15EthernetTeamMRA11forceReloadERSt6vectorINSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEESaIS7_EESA_(
           self, added, removed);

@@ -22,6 +22,7 @@ extern std::atomic<std::time_t> clockStands;  ///< where it stands still; 0: it 
 extern std::atomic<int> updates;
 extern std::atomic<int> chassisPaths;
 extern std::function<void()> duringBuild;
+extern std::function<void()> betweenReloads;  ///< after that of the adapters, before that of the teams
 extern std::atomic<bool> sourcesFail;
 extern std::vector<std::string> ghostsAdded, ghostsRemoved;
 
@@ -41,7 +42,7 @@ class WorkerTest : public ProviderTest {
   ~WorkerTest() override {
     stop();
     clockOffset = clockStands = 0;
-    duringBuild = nullptr;
+    duringBuild = betweenReloads = nullptr;
     _netlinkEvent = false;
     sourcesFail = false;
     ghostsAdded.clear();

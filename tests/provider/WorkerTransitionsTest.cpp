@@ -15,6 +15,8 @@ namespace {
 using namespace std::chrono_literals;
 using CmpiCpp::CmpiData;
 using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
 
 /// The last time that somebody asked for a pass at, while it lives.
 class Alarm {
@@ -48,6 +50,18 @@ TEST_F(WorkerTest, APassThatCannotReadIsTriedAgainAndLosesNothing) {
   EXPECT_FALSE(_netlinkEvent);
 }
 
+TEST_F(WorkerTest, APassThatCanReadTheTeamsAloneLosesNothing) {
+  enableIndications();
+  EXPECT_TRUE(succeeded(pollingPass()));
+  std::ofstream(host.file()) << "no recording";
+  host.link("eth1").carrier = false;
+  betweenReloads = [this] { host.play(); };
+  EXPECT_TRUE(succeeded(pollingPass()));
+  EXPECT_THAT(events(), IsEmpty());
+  EXPECT_TRUE(succeeded(pass()));
+  EXPECT_THAT(events(), ElementsAre("2"));
+}
+
 TEST_F(WorkerTest, APassThatCannotReadAsksForAnotherWithinASecond) {
   std::ofstream(host.file()) << "no recording";
   const Alarm alarm;
@@ -66,6 +80,18 @@ TEST_F(WorkerTest, ARebuildThatFailsAsksForAPassWithinASecond) {
   EXPECT_FALSE(succeeded(pollingPass()));
   ASSERT_TRUE(alarm.time());
   EXPECT_LE(*alarm.time() - before, 1s + (Alarm::Clock::now() - before));
+}
+
+TEST_F(WorkerTest, APassThatFailsIsOneInTheHealthReport) {
+  host.addPort(6, "eth4");
+  host.play();
+  sourcesFail = true;
+  EXPECT_FALSE(succeeded(pollingPass()));
+  std::ifstream file(folder / "run" / "health.json");
+  const std::string report{std::istreambuf_iterator(file), {}};
+  EXPECT_THAT(report, HasSubstr(R"("outcome": "failed")"));
+  EXPECT_THAT(report, HasSubstr(R"("failure": "no data source")"));
+  EXPECT_THAT(report, HasSubstr(R"("failures": 1,)"));
 }
 
 TEST_F(WorkerTest, APassThatFindsAPortSettlingAsksForOneWhenItsTimeIsUp) {

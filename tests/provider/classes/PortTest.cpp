@@ -271,6 +271,15 @@ TEST_F(PortTest, APassTakesTheFirstReport) {
   EXPECT_EQ(statusOf(port), "uint16[] {6}");
 }
 
+TEST_F(PortTest, ThatWasTakenOverHasHadItsFirstReport) {
+  MemoryHost host;
+  host.addPort("eth0");
+  auto port = make(host.port(0));
+  port.resume("2 0");
+  setStatus(host.link("eth0"), operationalStatus::Degraded);
+  EXPECT_EQ(statusOf(port), "uint16[] {6}");
+}
+
 TEST_F(PortTest, ReadingIsNoChange) {
   MemoryHost host;
   host.addPort("eth0");

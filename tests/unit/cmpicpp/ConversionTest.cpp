@@ -128,6 +128,19 @@ TEST_F(ConversionTest, keysThatAreCountedAndNotDeliveredAreLeftOut) {
   EXPECT_EQ(fromBroker(path).str(), "n:C.A=\"a\",B=\"b\"");
 }
 
+TEST_F(ConversionTest, aKeyThatIsNamedAndNotDeliveredIsLeftOut) {
+  auto* path = call.path({"n", "C", "", {{"A", "a"}, {"B", "b"}}});
+  static const auto deliver = path->ft->getKeyAt;
+  CMPIObjectPathFT table = *path->ft;
+  table.getKeyAt = [](const CMPIObjectPath* of, CMPICount index, CMPIString** name, CMPIStatus* status) {
+    const CMPIData value = deliver(of, index, name, status);
+    if (index == 0) status->rc = CMPI_RC_ERR_FAILED;
+    return value;
+  };
+  path->ft = &table;
+  EXPECT_EQ(fromBroker(path).str(), "n:C.B=\"b\"");
+}
+
 TEST_F(ConversionTest, argumentsAreRead) {
   CmpiArgs args;
   args.setArg("One", std::uint32_t{1});

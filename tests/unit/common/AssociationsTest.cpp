@@ -1,4 +1,5 @@
 #include "CollectionFixture.h"
+#include "support/Environment.h"
 
 // How a collection leads from one end of an association to the other.
 
@@ -94,6 +95,13 @@ TEST_F(AssociationsTest, anInvisibleEndIsNeitherNamedNorShown) {
 TEST_F(AssociationsTest, aPathThatIsNoEndHasNone) {
   EXPECT_THAT(associatorNames({"n", "Port", "h", {{"Id", "C"}}}), IsEmpty());
   EXPECT_THAT(associatorNames({}), IsEmpty());
+}
+
+TEST_F(AssociationsTest, theConfiguredSystemIsMeantInEveryNamespace) {
+  const test::Environment configured("ZEB_COMPUTER_SYSTEM_PATH", R"(n:System.Id="system")");
+  EXPECT_THAT(associatorNames({"elsewhere", "System", "h", {{"Id", "system"}}}), ElementsAre("A"));
+  EXPECT_THAT(associatorNames({"elsewhere", "System", "h", {{"Id", "another"}}}), IsEmpty());
+  EXPECT_THAT(associatorNames({"elsewhere", "Port", "h", {{"Id", "A"}}}), IsEmpty());
 }
 
 TEST_F(AssociationsTest, equalEndsAreFoundOnce) {

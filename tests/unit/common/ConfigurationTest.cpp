@@ -121,6 +121,15 @@ TEST_F(ConfigurationTest, theEnvironmentStandsAboveTheFile) {
   EXPECT_EQ(load("log-level = \"info\"").logLevel, LogLevel::Error);
 }
 
+TEST_F(ConfigurationTest, secondsAreDigitsAlone) {
+  for (const char* text : {"6s", "6.5", "6 ", " 6", ""}) {
+    const Environment variable("ZEB_LINK_SETTLE_SECONDS", text);
+    const Configuration configuration = load("link-settle-seconds = 3");
+    EXPECT_EQ(configuration.linkSettle.count(), 3) << text;
+    EXPECT_EQ(configuration.warnings.size(), 1u) << text;
+  }
+}
+
 TEST_F(ConfigurationTest, anEmptyComputerSystemPathIsThePlugInsOwn) {
   const Environment variable("ZEB_COMPUTER_SYSTEM_PATH", "");
   const Configuration configuration = load("computer-system-path = 'n:C.K=\"x\"'");

@@ -35,6 +35,17 @@ TEST(HashIndexTest, keepsTheOrderOfAddingWhateverComesBetween) {
   EXPECT_THAT(found(index, 1), testing::ElementsAre(4));
 }
 
+TEST(HashIndexTest, keepsTheOrderOfManyOfOneHash) {
+  HashIndex index;
+  std::vector<std::uint32_t> odd, even;
+  for (std::uint32_t number = 0; number < 1000; ++number) {
+    index.add(number % 2 == 0 ? 7 : 3, number);
+    (number % 2 == 0 ? even : odd).push_back(number);
+  }
+  EXPECT_EQ(found(index, 3), odd);
+  EXPECT_EQ(found(index, 7), even);
+}
+
 TEST(HashIndexTest, tellsHashesApartByBothHalves) {
   HashIndex index;
   index.add(0x0000000100000000, 0);
@@ -90,8 +101,10 @@ TEST_F(ClassAncestryTest, aClassIsItselfWithoutAsking) {
 }
 
 TEST_F(ClassAncestryTest, inventedClassesDoNotFillTheMemory) {
+  EXPECT_TRUE(ancestry.isA("n", "Port", "Device"));
   for (int i = 0; i < 1000; ++i) EXPECT_FALSE(ancestry.isA("n", "Port", "Invented" + std::to_string(i)));
   EXPECT_TRUE(ancestry.isA("n", "Port", "Device"));
+  EXPECT_EQ(broker.ancestryQuestions(), 1002) << "what was known at first has made room";
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "CollectionFixture.h"
 #include "cmpicpp/CmpiStatus.h"
+#include "common/InstanceMemories.h"
 
 // What a collection holds, shows and hides.
 
@@ -114,6 +115,39 @@ TEST_F(InstanceCollectionTest, anInstanceHasNoMethodsOfItsOwn) {
   } catch (const CmpiStatus& status) {
     EXPECT_EQ(status.rc(), CMPI_RC_ERR_METHOD_NOT_FOUND);
   }
+}
+
+/// Watches its status, and remembers a number.
+class Watching : public Thing {
+ public:
+  explicit Watching(int number) : Thing("Watching", "x"), remembered(number) {
+    setWatchesStatus(true);
+    setSubject("x");
+  }
+  std::any memory() const override { return remembered; }
+  void remember(const std::any& memory) override { remembered = std::any_cast<int>(memory); }
+
+  int remembered;
+};
+
+TEST_F(InstanceCollectionTest, knowsThoseThatWatchUntilItIsCleared) {
+  thing("Port", "a");
+  collection.createInstance(new Watching(1));
+  EXPECT_THAT(collection.watchers(), ElementsAre(1u));
+  collection.clear();
+  EXPECT_THAT(collection.watchers(), IsEmpty());
+}
+
+TEST_F(InstanceCollectionTest, theNewestMemoryIsGivenOn) {
+  auto* watching = new Watching(1);
+  collection.createInstance(watching);
+  InstanceMemories memories;
+  memories.take(collection);
+  watching->remembered = 2;
+  memories.take(collection);
+  Watching next(0);
+  memories.giveTo(next);
+  EXPECT_EQ(next.remembered, 2);
 }
 
 }  // namespace

@@ -1,10 +1,29 @@
 #include <gmock/gmock.h>
+#include <syslog.h>
 
+#include <cstdarg>
+#include <cstdio>
+#include <mutex>
 #include <thread>
 
 #include "common/Logger.h"
 #include "support/ProcessLog.h"
 #include "support/RecordingLogSink.h"
+
+namespace {
+std::mutex systemLogMutex;
+std::vector<std::pair<int, std::string>> systemLog;
+}
+
+extern "C" void __wrap_syslog(int priority, const char* format, ...) {
+  char text[200] = "";
+  va_list arguments;
+  va_start(arguments, format);
+  std::vsnprintf(text, sizeof text, format, arguments);
+  va_end(arguments);
+  const std::lock_guard lock(systemLogMutex);
+  systemLog.emplace_back(priority, text);
+}
 
 namespace ZEB {
 namespace {
@@ -113,6 +132,17 @@ TEST(LoggerTest, standardErrorGetsOneLine) {
   testing::internal::CaptureStderr();
   Logger("Me", makeStandardErrorSink(), LogLevel::Info).error("no %s", "space");
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "error: Me: no space\n");
+}
+
+TEST(LoggerTest, theSystemLogGetsEachLevelAsItsOwn) {
+  systemLog.clear();
+  const Logger logger("Me", makeSyslogSink(), LogLevel::Info);
+  logger.error("no %s", "space");
+  logger.warn("%d left", 3);
+  logger.info("done");
+  EXPECT_THAT(systemLog, ElementsAre(testing::Pair(LOG_DAEMON | LOG_ERR, "Me: no space"),
+                                     testing::Pair(LOG_DAEMON | LOG_WARNING, "Me: 3 left"),
+                                     testing::Pair(LOG_DAEMON | LOG_INFO, "Me: done")));
 }
 
 }  // namespace

@@ -1,7 +1,10 @@
+#include <dlfcn.h>
+#include <sqlite3.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <functional>
 #include <thread>
 
 #include "StoreFixture.h"
@@ -25,6 +28,18 @@ extern "C" __attribute__((visibility("default"))) int fsync(int file) {
 }
 extern "C" __attribute__((visibility("default"))) int fdatasync(int file) {
   return noteAndSync(file, SYS_fdatasync);
+}
+
+// Once, as soon as a transaction is over.
+static std::function<void()> afterCommit;
+
+extern "C" __attribute__((visibility("default"))) int sqlite3_exec(sqlite3* database, const char* sql,
+                                                                   int (*row)(void*, int, char**, char**),
+                                                                   void* context, char** error) {
+  static const auto real = reinterpret_cast<decltype(&sqlite3_exec)>(dlsym(RTLD_NEXT, "sqlite3_exec"));
+  const int result = real(database, sql, row, context, error);
+  if (afterCommit && std::string_view(sql) == "COMMIT") std::exchange(afterCommit, nullptr)();
+  return result;
 }
 
 // What a store keeps, and who sees it when.
@@ -137,6 +152,25 @@ TEST_F(StoreTest, defaultsDoNotOverwriteWhatAnotherProcessHasJustKept) {
   store->addDefaults({{"a", 1}});
   EXPECT_EQ(store->values()->at("a"), 0u);
   EXPECT_EQ(open()->values()->at("a"), 0u);
+}
+
+TEST_F(StoreTest, defaultsDoNotOverwriteWhatAnotherProcessKeepsMeanwhile) {
+  const auto store = open();
+  const Locker other(file(), std::chrono::milliseconds(100), "INSERT INTO value VALUES ('a', 0)");
+  store->addDefaults({{"a", 1}});
+  EXPECT_EQ(store->getUInt32("a"), 0u);
+}
+
+TEST_F(StoreTest, whatAnotherProcessKeepsRightAfterAChangeIsSeen) {
+  const auto store = open();
+  store->setUInt32("a", 1);
+  afterCommit = [this] {
+    EXPECT_TRUE(sql("UPDATE value SET number = 7"));
+    // Later than any stamp that the file has got by it.
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  };
+  store->setUInt32("b", 2);
+  EXPECT_EQ(store->getUInt32("a"), 7u);
 }
 
 TEST_F(StoreTest, theValuesAreTheSameObjectWhileNothingChanges) {

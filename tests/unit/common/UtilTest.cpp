@@ -6,6 +6,17 @@
 #include "support/Environment.h"
 #include "support/RecordingLogSink.h"
 
+namespace {
+std::string givenName;  ///< as which the machine answers, if it is not empty
+}
+
+extern "C" int __real_gethostname(char* name, std::size_t size);
+extern "C" int __wrap_gethostname(char* name, std::size_t size) {
+  if (givenName.empty()) return __real_gethostname(name, size);
+  name[givenName.copy(name, size - 1)] = 0;
+  return 0;
+}
+
 namespace ZEB {
 namespace {
 
@@ -58,6 +69,18 @@ TEST(UtilTest, theSystemAndItsChassisAreKeyedByTheHostName) {
             "//" + host +
                 "/root/jxv:ZEB_ComputerSystemChassis.CreationClassName=\"ZEB_ComputerSystemChassis\",Tag=\"" +
                 host + "\"");
+}
+
+TEST(UtilTest, aNameThatTheMachineIsGivenIsReadWhenTheOldOneIsForgotten) {
+  givenName = "before";
+  ZEBUtil::forgetHostName();
+  EXPECT_EQ(ZEBUtil::getHostName(), "before");
+  givenName = "after";
+  EXPECT_EQ(ZEBUtil::getHostName(), "before");
+  ZEBUtil::forgetHostName();
+  EXPECT_EQ(ZEBUtil::getHostName(), "after");
+  givenName.clear();
+  ZEBUtil::forgetHostName();
 }
 
 TEST(UtilTest, theSystemIsTheOneThatIsConfigured) {

@@ -169,7 +169,8 @@ TEST(EthtoolDecoders, CounterThatWasNotSaidIsNoZero) {
 }
 
 TEST(EthtoolDecoders, CountersOfAnotherGroupAreNotTaken) {
-  const auto facts = merged(ETHTOOL_MSG_STATS_GET, macGroup(ETHTOOL_STATS_RMON, {{6, 66}}));
+  const auto facts =
+      merged(ETHTOOL_MSG_STATS_GET, macGroup(ETHTOOL_STATS_RMON, {{ETHTOOL_A_STATS_ETH_MAC_6_FCS_ERR, 66}}));
   EXPECT_EQ(facts.mac, MacStatistics{});
 }
 
