@@ -4,7 +4,11 @@
 #include <linux/if.h>
 #include <linux/if_tun.h>
 #include <sys/ioctl.h>
+#include <sys/socket.h>
 #include <unistd.h>
+
+#include <fstream>
+#include <sstream>
 
 #include "KernelSnapshot.h"
 #include "Namespace.h"
@@ -111,6 +115,40 @@ TEST(KernelAnnouncements, OfLinkSettings) {
     Announced announced;
     announced.by("another speed", [] { setSpeed("t0", 2500); });
     EXPECT_EQ(linkNamed(readAll(), "t0").ethtool.speed, 2500u);
+  });
+}
+
+/// The port that the only process in the calling thread's namespace has there.
+std::uint32_t onlyRoutingPort() {
+  std::ifstream table("/proc/thread-self/net/netlink");
+  std::string line;
+  std::getline(table, line);
+  while (std::getline(table, line)) {
+    std::istringstream words(line);
+    std::string socket;
+    int protocol = -1;
+    std::uint32_t port = 0;
+    if (words >> socket >> protocol >> port && protocol == NETLINK_ROUTE && port != 0) return port;
+  }
+  ADD_FAILURE() << "nobody has a port";
+  return 0;
+}
+
+TEST(KernelAnswers, AreTakenFromTheKernelAlone) {
+  IN_NAMESPACE([] {
+    KernelQueries queries(std::move(*KernelWire::open(NETLINK_ROUTE)), nullptr);
+    ASSERT_EQ(queries.links()->size(), 1u);
+    sockaddr_nl other{};
+    other.nl_family = AF_NETLINK;
+    other.nl_pid = onlyRoutingPort();
+    const FileDescriptor forger(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_ROUTE));
+    for (std::uint32_t sequence = 1; sequence <= 20; ++sequence) {
+      const nlmsghdr end{NLMSG_HDRLEN, NLMSG_DONE, NLM_F_MULTI, sequence, 0};
+      ASSERT_EQ(::sendto(forger.get(), &end, sizeof end, 0, reinterpret_cast<const sockaddr*>(&other),
+                         sizeof other),
+                static_cast<ssize_t>(sizeof end));
+    }
+    EXPECT_EQ(queries.links()->size(), 1u);
   });
 }
 

@@ -53,6 +53,15 @@ TEST_F(SharedStoresTest, aFilterOfAnotherProcessIsServedAtOnceWithTheGroupsStatu
   EXPECT_EQ(groupStatus(), 6U);
 }
 
+TEST_F(SharedStoresTest, aFilterOfAnotherProcessIsServedToWhoAsksForOneInstance) {
+  const auto path = membershipOfPort(2).path();
+  setElsewhere(kFilters, keyOf(2), false);
+  FakeBroker::Call call(broker);
+  interface->ft->getInstance(interface, &call.context(), &call.result(), call.path(path), nullptr);
+  ASSERT_EQ(call.result().instances.size(), 1U);
+  EXPECT_EQ(call.result().instances[0].getProperty("Included"), CmpiData(false));
+}
+
 TEST_F(SharedStoresTest, aFilterIsComparedWithWhatAnotherProcessHasKept) {
   setElsewhere(kFilters, keyOf(2), false);
   EXPECT_EQ(include(2, true), CMPI_RC_OK);

@@ -104,6 +104,15 @@ TEST(Changes, PortEvent) {
   EXPECT_EQ(after([](HostSnapshot& s) { s.links[0].operState = IF_OPER_TESTING; }), event);
 }
 
+TEST(Changes, ACarrierThatComesToAPortThatIsOffIsAnEvent) {
+  HostSnapshot snapshot = host();
+  snapshot.links[0].flags = 0;
+  snapshot.links[0].carrier = false;
+  const auto before = buildModel(snapshot, false);
+  snapshot.links[0].carrier = true;
+  EXPECT_TRUE(portTransition(*before, *buildModel(snapshot, false)));
+}
+
 TEST(Changes, AddressesGoOutOfUseWithThePort) {
   Found both = kNothing;
   both.portEvent = both.adapters = true;

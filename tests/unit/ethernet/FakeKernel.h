@@ -7,6 +7,7 @@
 #include <sys/socket.h>
 
 #include <cerrno>
+#include <functional>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -29,8 +30,9 @@ class FakeKernel {
   }
 
   std::map<std::uint32_t, MessageBuilder> links;  ///< by interface number
-  std::vector<MessageBuilder> addresses, routes, rules;
+  std::vector<MessageBuilder> addresses, routes, rules, counters;
   std::vector<int> refused;  ///< message types that it does not know
+  std::function<void(std::uint16_t type)> whenAsked = [](std::uint16_t) {};
   FakeDriver driver;
   std::map<std::uint16_t, int> dumps;  ///< how many were asked for, by message type
 
@@ -72,6 +74,7 @@ class FakeKernel {
     const nlmsghdr header = leading<nlmsghdr>(request).value();
     const bool dump = (header.nlmsg_flags & NLM_F_DUMP) == NLM_F_DUMP;
     dumps[header.nlmsg_type] += dump;
+    whenAsked(header.nlmsg_type);
     MessageBuilder answer;
     int result = 0;
     const auto append = [&](std::uint16_t type, const MessageBuilder& payload) {
@@ -97,6 +100,8 @@ class FakeKernel {
         if (leading<rtmsg>(route.view())->rtm_family == family) append(RTM_NEWROUTE, route);
     } else if (header.nlmsg_type == RTM_GETRULE) {
       appendAll(RTM_NEWRULE, rules);
+    } else if (header.nlmsg_type == RTM_GETSTATS) {
+      appendAll(RTM_NEWSTATS, counters);
     } else {
       result = header.nlmsg_type < RTM_BASE ? -EOPNOTSUPP : -ENOENT;
     }
@@ -124,6 +129,15 @@ inline MessageBuilder kindPayload(std::uint32_t index, const std::string& name, 
   MessageBuilder info, builder = linkPayload(index, name);
   info.text(IFLA_INFO_KIND, kind);
   return builder.nest(IFLA_LINKINFO, info);
+}
+
+inline MessageBuilder countersPayload(std::uint32_t index, std::uint64_t received) {
+  if_stats_msg header{};
+  header.ifindex = index;
+  rtnl_link_stats64 statistics{};
+  statistics.rx_packets = received;
+  MessageBuilder builder;
+  return builder.raw(header).number(IFLA_STATS_LINK_64, statistics);
 }
 
 inline MessageBuilder addressPayload(std::uint32_t index, std::initializer_list<int> address, int prefix) {

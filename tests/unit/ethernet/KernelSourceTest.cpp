@@ -113,6 +113,27 @@ TEST_F(KernelSourceTest, RulesAreAskedForOnceAndWhenTheyChange) {
   EXPECT_EQ(kernel.dumps[RTM_GETRULE], 2);
 }
 
+TEST_F(KernelSourceTest, ARouteThatCameIsThereForItsInterfaceAlone) {
+  kernel.links[2] = kindPayload(2, "veth0", "veth");
+  EXPECT_TRUE(readAll().routes.empty());
+  kernel.routes = {routePayload(2, {10, 0, 0, 1})};
+  kernel.announce(RTM_NEWROUTE, kernel.routes[0]);
+  EXPECT_EQ(readOne(2).routes.size(), 1u);
+}
+
+TEST_F(KernelSourceTest, CountersAreOfAMomentInWhichNothingChanges) {
+  kernel.links[2] = kindPayload(2, "veth0", "veth");
+  kernel.counters = {countersPayload(2, 7)};
+  (void)readAll();
+  const auto counters = source.readCounters();
+  ASSERT_TRUE(counters && *counters);
+  EXPECT_EQ((*counters)->interfaces.size(), 1u);
+  kernel.whenAsked = [&](std::uint16_t type) {
+    if (type == RTM_GETSTATS) kernel.announce(RTM_NEWLINK, kernel.links[2]);
+  };
+  EXPECT_FALSE(*source.readCounters());
+}
+
 /// Whoever asks only after an announcement would never ask again.
 TEST_F(KernelSourceTest, AFailedReadingIsLeftToBeAskedForAgain) {
   kernel.links[2] = kindPayload(2, "veth0", "veth");

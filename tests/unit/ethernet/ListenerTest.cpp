@@ -8,8 +8,22 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 
+#include <cerrno>
+
 #include "MessageBuilder.h"
 #include "kernel/Listener.h"
+
+namespace {
+int overruns = 0;  ///< that are still to be told of
+}
+
+extern "C" ssize_t __real_recv(int socket, void* buffer, std::size_t size, int flags);
+extern "C" ssize_t __wrap_recv(int socket, void* buffer, std::size_t size, int flags) {
+  if (overruns == 0) return __real_recv(socket, buffer, size, flags);
+  --overruns;
+  errno = ENOBUFS;
+  return -1;
+}
 
 namespace ZEB::ethernet::test {
 namespace {
@@ -129,6 +143,15 @@ FileDescriptor refusedSocket() {
 TEST(Announcements, AreHeardAgainAfterAnErrorThatPasses) {
   Listener listener(refusedSocket(), std::nullopt);
   EXPECT_TRUE(listener.drain().everything) << "who knows what was missed";
+  EXPECT_TRUE(listener.hears());
+  EXPECT_FALSE(listener.drain().any());
+}
+
+TEST(Announcements, AreHeardAgainHoweverOftenTheyOverrun) {
+  Listener listener(FileDescriptor(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)), std::nullopt);
+  overruns = 3;
+  EXPECT_TRUE(listener.drain().everything);
+  EXPECT_EQ(overruns, 0);
   EXPECT_TRUE(listener.hears());
   EXPECT_FALSE(listener.drain().any());
 }

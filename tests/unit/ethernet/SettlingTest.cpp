@@ -100,6 +100,32 @@ TEST_F(SettlingTest, APortThatComesSettles) {
   EXPECT_EQ(port(2), Status::Dormant);
 }
 
+TEST_F(SettlingTest, APortThatComesBackSettlesAnew) {
+  host.links = {pciPort(2, "eth0", "0000:01:00.0")};
+  EXPECT_EQ(port(2), Status::OK);
+  host.links.clear();
+  look();
+  host.links = {pciPort(2, "eth0", "0000:01:00.0")};
+  switchOn(link("eth0"));
+  EXPECT_EQ(port(2), Status::Dormant);
+}
+
+TEST_F(SettlingTest, TheNextIsTheFirstWhoseTimeIsUp) {
+  host.links = {pciPort(2, "eth0", "0000:01:00.0"), pciPort(3, "eth1", "0000:02:00.0")};
+  for (LinkFacts& each : host.links) switchOff(each);
+  look();
+  const auto began = now;
+  switchOn(link("eth0"));
+  look();
+  now += 2s;
+  switchOn(link("eth1"));
+  look();
+  EXPECT_EQ(settling.next(), began + 6s);
+  now += 4s;
+  look();
+  EXPECT_EQ(settling.next(), began + 8s);
+}
+
 TEST_F(SettlingTest, ATimeOfZeroIsNotAtAll) {
   Settling none(0s, [this] { return now; });
   host.links = {pciPort(2, "eth0", "0000:01:00.0")};

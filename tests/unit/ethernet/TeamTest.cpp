@@ -71,6 +71,7 @@ TEST(Team, Speed) {
                                            member(Status::OK, false, 25000)};
   EXPECT_EQ(teamSpeed(team(members, 4)), 11000u) << "members that carry traffic add up";
   EXPECT_EQ(teamSpeed(team(members, 3)), 10000u) << "the same goes over each";
+  EXPECT_EQ(teamSpeed(team(members, 1)), 10000u) << "one of them carries, while two call themselves active";
   EXPECT_EQ(teamSpeed(team({member(Status::OK, true, 1000), member(Status::OK, false, 10000)}, 1)), 1000u);
   EXPECT_FALSE(teamSpeed(team({member(Status::OK)})));
   EXPECT_FALSE(teamSpeed(team({})));

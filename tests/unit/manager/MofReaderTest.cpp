@@ -154,6 +154,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadMof{"OpenCharacter", "class A { char16 C = 'x; };",
                "test.mof:1: a character has no closing quote"},
         BadMof{"Escape", "[Description(\"\\q\")] class A {};", "test.mof:1: unknown escape in a string"},
+        BadMof{"ZeroCharacter", "[Description(\"\\x0\")] class A {};",
+               "test.mof:1: unknown escape in a string"},
         BadMof{"Keyword", "\ninstance of A {};", "test.mof:2: expected 'class', found 'instance'"},
         BadMof{"NoName", "class {};", "test.mof:1: expected the name of a class, found '{'"},
         BadMof{"NoSuperclass", "class A : ;", "test.mof:1: expected the name of the superclass, found ';'"},
