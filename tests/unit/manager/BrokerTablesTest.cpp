@@ -210,6 +210,15 @@ TEST_F(Indications, AWaitingReaderIsWoken) {
   EXPECT_EQ(broker.indications().next(0ms), nullptr);
 }
 
+TEST_F(Indications, WhatWaitsGoesWithTheEndOfListening) {
+  broker.indications().open();
+  const CMPIInstance* alert = face->eft->newInstance(face, newPath("A_Alert"), &status);
+  EXPECT_EQ(face->bft->deliverIndication(face, nullptr, "root/jxv", alert).rc, CMPI_RC_OK);
+  broker.indications().close();
+  broker.indications().open();
+  EXPECT_EQ(broker.indications().next(0ms), nullptr);
+}
+
 TEST_F(Indications, AFullQueueTakesNoMore) {
   broker.indications().open();
   const CMPIInstance* alert = face->eft->newInstance(face, newPath("A_Alert"), &status);

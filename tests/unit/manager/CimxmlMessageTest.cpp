@@ -70,6 +70,22 @@ std::string refusalOf(const std::string& body) {
   }
 }
 
+TEST_F(CimxmlTest, AMessageIsOneRequest) {
+  const std::string good = intrinsic("GetClass", kThing);
+  for (const std::string name : {"IMETHODCALL", "SIMPLEREQ", "MESSAGE"}) {
+    std::string more = good;
+    const std::string end = "</" + name + ">";
+    more.insert(more.find(end) + end.size(), "<" + name + "/>");
+    EXPECT_EQ(refusalOf(more), "400 request-not-valid") << name;
+  }
+}
+
+TEST_F(CimxmlTest, AMessageHasANumber) {
+  std::string without = intrinsic("GetClass", kThing);
+  without.replace(without.find(" ID="), 4, " NO=");
+  EXPECT_EQ(refusalOf(without), "400 request-not-valid");
+}
+
 TEST_F(CimxmlTest, ElementsAndAttributesAreBounded) {
   std::string elements = "<CIM>";
   std::string attributes = "<CIM";
@@ -86,7 +102,7 @@ TEST_F(CimxmlTest, ReferencesToCharactersAndToXmlsOwnEntitiesAreRead) {
                                       "<PROPERTY.ARRAY NAME=\"Texts\"><VALUE.ARRAY>"
                                       "<VALUE>&#x41;&lt;&amp;&gt;&quot;&apos;&#x1F600;</VALUE>"
                                       "<VALUE><![CDATA[&foo; & <b>]]></VALUE></VALUE.ARRAY></PROPERTY.ARRAY>"
-                                      "<!-- &foo; & -->");
+                                      "<!-- &foo; & --><!-- > &foo; -->");
   EXPECT_THAT(instance, HasSubstr("NAME=\"Letter\" TYPE=\"char16\"><VALUE>\xc3\xa9</VALUE>"));
   EXPECT_THAT(instance, HasSubstr("<VALUE>A&lt;&amp;&gt;&quot;'\xf0\x9f\x98\x80</VALUE>"));
   EXPECT_THAT(instance, HasSubstr("<VALUE>&amp;foo; &amp; &lt;b&gt;</VALUE>"));
@@ -113,6 +129,7 @@ TEST_F(CimxmlTest, DocumentTypesAreHarmless) {
   EXPECT_EQ(refusalOf("<?xml version=\"1.0\"?><!DOCTYPE CIM PUBLIC '-//A//[B]' 'http://[::1]/a.dtd'>" + good),
             "");
   EXPECT_EQ(refusalOf("<!DOCTYPE CIM []>" + good), "400 request-not-well-formed");
+  EXPECT_EQ(refusalOf("<!DOCTYPE CIM [ [ ]>" + good), "400 request-not-well-formed");
   EXPECT_EQ(refusalOf("<!DOCTYPE CIM [<!ENTITY foo \"bar\">]>" + good), "400 request-not-well-formed");
   EXPECT_EQ(refusalOf("<!DOCTYPE CIM SYSTEM 'a' [<!ENTITY foo SYSTEM \"file:///etc/passwd\">]>" +
                       intrinsic("GetInstance", parameter("InstanceName", "&foo;"))),

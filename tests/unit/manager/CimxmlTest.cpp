@@ -233,6 +233,13 @@ TEST(XmlTextTest, WhatXmlCannotHoldIsReplaced) {
   EXPECT_EQ(out, "&lt;a &amp; &quot;b&quot;&gt;&#10;\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbd \xf0\x9f\x98\x80");
 }
 
+TEST(XmlTextTest, ACharacterInMoreBytesThanItNeedsIsNone) {
+  for (const char* const text : {"\x7f", "\xc2\x80", "\xe0\xa0\x80", "\xf0\x90\x80\x80"})
+    EXPECT_TRUE(isXmlText(text)) << text;
+  for (const char* const text : {"\xc1\xbf", "\xe0\x9f\xbf", "\xf0\x8f\xbf\xbd"})
+    EXPECT_FALSE(isXmlText(text)) << text;
+}
+
 /// Parsers make one of a carriage return and a line feed that stand for themselves.
 TEST(XmlTextTest, LineEndsAndTabsStayWhatTheyAre) {
   std::string out;

@@ -215,6 +215,8 @@ TEST_F(Conditions, WhatCannotBeReadIsSaid) {
   EXPECT_THAT(refusal("SELECT * FROM B_Alert WHERE Tiny = 7 Tiny = 7"), HasSubstr("AND, OR or the end"));
   EXPECT_THAT(refusal("SELECT * B_Alert"), HasSubstr("',' or FROM"));
   EXPECT_THAT(refusal("SELECT * FROM"), HasSubstr("a class"));
+  EXPECT_THAT(refusal("SELECT * FROM WHERE Tiny = 7"), HasSubstr("a class"));
+  EXPECT_THAT(refusal("SELECT Tiny, FROM B_Alert"), HasSubstr("a property"));
   EXPECT_THAT(refusal("DELETE FROM B_Alert"), HasSubstr("SELECT"));
   EXPECT_THAT(refusal(""), HasSubstr("SELECT"));
 }

@@ -43,6 +43,19 @@ INSTANTIATE_TEST_SUITE_P(
                     TestListener::response("200 OK", std::string(70000, ' ')), "no HTTP at all\r\n\r\n",
                     TestListener::cimError()));
 
+TEST_F(Deliveries, GoNowhereElseThanToTheirListener) {
+  const TestListener elsewhere;
+  TestListener listener([&](std::size_t number, const auto&) {
+    return number == 0 ? TestListener::response("307 Temporary Redirect\r\nLocation: " + elsewhere.url(), "")
+                       : TestListener::acknowledgement();
+  });
+  start(listener.url());
+  deliver(1, 1);
+  ASSERT_TRUE(becomesEmpty());
+  EXPECT_THAT(alertsIn(elsewhere), testing::IsEmpty());
+  EXPECT_THAT(alertsIn(listener), ElementsAre(1, 1));
+}
+
 /// An answer of which one part is much longer than any honest one.
 std::string endless(const std::string& part) {
   constexpr char kChunked[] = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n";

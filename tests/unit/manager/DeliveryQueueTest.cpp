@@ -121,6 +121,19 @@ TEST_F(Queue, WhatWasAcknowledgedComesNoMoreThoughItCannotBeRemoved) {
   EXPECT_THAT(numbersFor("a"), ElementsAre(1)) << "it is made up for";
 }
 
+TEST_F(Queue, AListenerThatWentBeginsAnewWhenItComesBack) {
+  for (const Subscription& each : {a, a, b}) put(each);
+  const auto before = queue->oldest("a");
+  ASSERT_TRUE(before);
+  queue->keepOnly({b.name}, {"b"});
+  EXPECT_EQ(queue->waiting(), 1U);
+  put(a);
+  const auto after = queue->oldest("a");
+  ASSERT_TRUE(after);
+  EXPECT_EQ(after->number, before->number);
+  EXPECT_NE(after->context, before->context);
+}
+
 TEST_F(Queue, AllListenersShareABound) {
   settings.mostBytes = 1000;
   const std::string large(300, 'x');
