@@ -35,6 +35,16 @@ TEST_F(SecureDeliveries, WaitForATrustedCertificate) {
   EXPECT_THAT(listener.requests(), IsEmpty());
 }
 
+/// The certificate is for the address of the loopback.
+TEST_F(SecureDeliveries, WaitForACertificateOfThatName) {
+  settings.trustedCertificates = trusted;
+  start("https://localhost:" + std::to_string(listener.port()) + "/alerts");
+  deliver(1, 1);
+  EXPECT_TRUE(logs("certificate"));
+  EXPECT_EQ(delivery->waiting(), 1U);
+  EXPECT_THAT(listener.requests(), IsEmpty());
+}
+
 TEST_F(SecureDeliveries, GoToAnyoneWhenToldTo) {
   settings.verifyCertificates = false;
   start(listener.url());
