@@ -108,6 +108,13 @@ TEST_F(AuthenticatorTest, APasswordThatWasAcceptedHoldsForHalfAMinute) {
   EXPECT_EQ(judge.asked, 3);
 }
 
+TEST_F(AuthenticatorTest, WhoHasNoNameOrCredentialsOfAnotherKindIsNotJudged) {
+  // :secret, and user:secret
+  for (const char* const credentials : {"Basic OnNlY3JldA==", "Token dXNlcjpzZWNyZXQ="})
+    EXPECT_FALSE(authenticator.check(credentials, "192.0.2.1", "192.0.2.1").user) << credentials;
+  EXPECT_EQ(judge.asked, 0);
+}
+
 TEST_F(AuthenticatorTest, WhoMayWriteIsAskedAnewToo) {
   judge.verdict = Verdict::MayWrite;
   EXPECT_TRUE(login().user->mayWrite);

@@ -60,6 +60,19 @@ TEST(HttpHead, PostNeedsTheHeadersOfCimAsTheyAre) {
   EXPECT_EQ(statusOf(head("POST", {{"73-CIMOperation", "MethodCall"}, {"Man", kMan}})), 400U);
 }
 
+TEST(HttpHead, WhatCannotBeReadIsRefusedByItsType) {
+  const auto status = [](const char* header, const char* value) {
+    return statusOf(head("POST", {{"CIMOperation", "MethodCall"}, {header, value}}));
+  };
+  for (const char* const type : {"application/xml", "text/xml", "TEXT/XML; charset=UTF-8"})
+    EXPECT_EQ(status("Content-Type", type), 200U) << type;
+  for (const char* const type :
+       {"text/html", "application/xml; charset=iso-8859-1", "text/xml; charset=\"utf-16\""})
+    EXPECT_EQ(status("Content-Type", type), 415U) << type;
+  EXPECT_EQ(status("Content-Encoding", "identity"), 200U);
+  EXPECT_EQ(status("Content-Encoding", "gzip"), 415U);
+}
+
 TEST(HttpHead, MPostNeedsThemWithTheNumberThatManGives) {
   EXPECT_EQ(statusOf(head("M-POST", {{"73-CIMOperation", "MethodCall"}, {"Man", kMan}})), 200U);
   EXPECT_EQ(statusOf(head("M-POST", {{"73-CIMOperation", "MethodCall"},
@@ -104,6 +117,18 @@ TEST(HttpHead, ErrorsOfMPostCarryTheNumberToo) {
   EXPECT_THAT(extended(asked, *refusal).headers, Contains(Pair("73-CIMError", "unsupported-operation")));
   EXPECT_THAT(extended(head("POST", {}), *refusal).headers,
               Contains(Pair("CIMError", "unsupported-operation")));
+}
+
+TEST(HttpHead, EachHeaderIsHeldAgainstTheMessage) {
+  CimMessage message;
+  message.operation = "GetClass";
+  message.nameSpace = "root/jxv";
+  const auto refused = [&](const char* method, const char* object) {
+    return refuseMismatch(head("POST", {{"CIMMethod", method}, {"CIMObject", object}}), message).has_value();
+  };
+  EXPECT_FALSE(refused("getclass", "root%2Fjxv"));
+  EXPECT_TRUE(refused("GetInstance", "root/jxv"));
+  EXPECT_TRUE(refused("GetClass", "root/cimv2"));
 }
 
 TEST(HttpHead, HeadersOfMPostAreHeldAgainstTheMessage) {

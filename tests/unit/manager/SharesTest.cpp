@@ -120,6 +120,18 @@ TEST(Connections, WhoseRequestIsUnderWayGivesWayToNobody) {
   EXPECT_FALSE(lines[2].isOpen());
 }
 
+TEST(Connections, WhoseRequestIsUnderWayIsNotTheOneOfItsClientThatHasWaitedLongest) {
+  Connections connections(10, 1);
+  const std::array<Line, 3> lines;
+  connections.add(lines[0].socket(), "a", seconds(60));
+  connections.work(lines[0].socket());
+  connections.add(lines[1].socket(), "a", seconds(60));
+  connections.add(lines[2].socket(), "a", seconds(60));
+  EXPECT_TRUE(lines[0].isOpen());
+  EXPECT_FALSE(lines[1].isOpen());
+  EXPECT_TRUE(lines[2].isOpen());
+}
+
 TEST(Connections, TimeEndsThoseThatHaveAny) {
   Connections connections(4, 4);
   const std::array<Line, 3> lines;
