@@ -6,6 +6,7 @@
 
 #include "classes/port/StatusWatcher.h"
 #include "common/AutoMutex.h"
+#include "common/ServedState.h"
 #include "common/ZEBUtil.h"
 #include "ethernet/EthernetMRA.h"
 #include "ethernet/EthernetTeamMRA.h"
@@ -274,6 +275,7 @@ int BackgroundWorker::processIndications() {
     collection.reset();
     collection.updateMembers(instances, false);
   });
+  ServedState::changed();
   return 0;
 }
 

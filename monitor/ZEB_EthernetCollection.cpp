@@ -6,6 +6,7 @@
 #include "classes/port/CollectionMember.h"
 #include "classes/port/PropertyTable.h"
 #include "cmpicpp/CmpiFactories.h"
+#include "common/ServedState.h"
 
 namespace ZEB {
 
@@ -175,6 +176,7 @@ void ZEB_EthernetCollection::follow(CmpiManagedInstanceCollection& instances, Da
   if (!changed) return;
   reset();
   updateMembers(instances, false);
+  ServedState::changed();
 }
 
 }  // namespace ZEB

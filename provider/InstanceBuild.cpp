@@ -12,6 +12,7 @@
 #include "classes/team/ZEB_EthernetPortControllerFirmwareIdentity.h"
 #include "classes/team/ZEB_EthernetPortControllerPhysicalPackage.h"
 #include "classes/team/ZEB_EthernetPortControllerSoftwareIdentity.h"
+#include "common/ServedState.h"
 #include "ethernet/RefreshScope.h"
 #include "monitor/ZEB_EthEventSettings.h"
 #include "provider/Names.h"
@@ -32,6 +33,7 @@ EthernetAdapterDataObject withoutPortsVlans(EthernetAdapterDataObject adapter) {
 void ZEBEthernetPortProvider::_cmpiManagedInstanceFactory() {
   const RefreshScope refresh;
   InstanceBuild(*this).run();
+  ServedState::changed();
 }
 
 ZEBEthernetPortProvider::InstanceBuild::InstanceBuild(ZEBEthernetPortProvider& provider)

@@ -2,6 +2,7 @@
 
 #include "cmpicpp/CmpiStatus.h"
 #include "cmpicpp/Standstill.h"
+#include "common/ServedState.h"
 #include "common/ZEBUtil.h"
 #include "monitor/ZEB_EthEventSettings.h"
 #include "monitor/ZEB_EthernetCollection.h"
@@ -28,6 +29,7 @@ void updateCollection(const Provided& provided, const CmpiObjectPath& path) {
   if (!collection) throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND);
   collection->reset();
   collection->updateMembers(provided.instances, true);
+  ServedState::changed();
 }
 
 void modifyMembership(const Provided& provided, CmpiManagedInstance& found, const CmpiInstance& instance,

@@ -7,6 +7,7 @@
 #include "common/Configuration.h"
 #include "common/Handover.h"
 #include "common/Physloc.h"
+#include "common/ServedState.h"
 #include "common/ZEBUtil.h"
 #include "monitor/Reports.h"
 #include "monitor/ZEB_EthEventSettings.h"
@@ -158,6 +159,7 @@ void ZEBEthernetPortProvider::takeOver() {
   const std::lock_guard passes(_linkWatch->mutex);
   const AutoMutex lock(_collectionMutex);
   resumeReports(_collection);
+  ServedState::changed();
   _linkWatch->unfinished = true;
   _indications.readyToSendIndications = true;
   LinkWatch::lookAgain();

@@ -1,6 +1,7 @@
 #include "cmpicpp/CmpiStatus.h"
 #include "common/AutoMutex.h"
 #include "common/ClassNames.h"
+#include "common/ServedState.h"
 #include "ethernet/RefreshScope.h"
 #include "monitor/BackgroundWorker.h"
 #include "provider/ModifyInstance.h"
@@ -26,6 +27,8 @@ constexpr char kSharedSinceEntry[] = "ZEBSharedSince";
 
 /// Where the context of an enumeration has such an entry, it becomes what LACP says of the teams.
 constexpr char kLinkAggregationEntry[] = "ZEBLinkAggregation";
+/// Left for it: a number that stays as long as all classes answer the same, settings and counters aside.
+constexpr char kStateEntry[] = "ZEBState";
 
 std::optional<RefreshScope::Clock::time_point> sharedSince(const CmpiContext& context) {
   const auto entry = context.getNumber(kSharedSinceEntry);
@@ -33,12 +36,31 @@ std::optional<RefreshScope::Clock::time_point> sharedSince(const CmpiContext& co
   return RefreshScope::Clock::time_point(std::chrono::nanoseconds(*entry));
 }
 
+/// What an operation shares with others, which it is told by its context. To be made under the collection
+/// mutex.
+class SharedMoment {
+ public:
+  explicit SharedMoment(const CmpiContext& context) : _context(context), _refresh(sharedSince(context)) {}
+  SharedMoment(const SharedMoment&) = delete;
+  SharedMoment& operator=(const SharedMoment&) = delete;
+  /// Both numbers only grow, so that their sum stays as long as both do.
+  ~SharedMoment() {
+    if (const auto facts = _refresh.sharedState()) _context.setNumber(kStateEntry, _served + *facts);
+  }
+
+ private:
+  const CmpiContext& _context;
+  const std::uint64_t _served = ServedState::number();
+  const RefreshScope _refresh;
+};
+
 }  // namespace
 
 void ZEBEthernetPortProvider::enumInstanceNames(CmpiObjectPathResult& result, const CmpiContext& context,
                                                 const CmpiObjectPath& classPath) {
   _logger.info("enumInstanceNames()");
   const AutoMutex lock(_collectionMutex);
+  const SharedMoment moment(context);
   _collection.enumInstanceNames(result, context, classPath);
 }
 
@@ -46,8 +68,8 @@ void ZEBEthernetPortProvider::enumInstances(CmpiInstanceResult& result, const Cm
                                             const CmpiObjectPath& classPath, CmpiPropertyList properties) {
   _logger.info("enumInstances()");
   const AutoMutex lock(_collectionMutex);
-  const RefreshScope refresh(sharedSince(context));
   followFilters();
+  const SharedMoment moment(context);
   if (classPath.className() == CmpiName(kAutoStartClass)) {
     returnAutostart(result);
   } else {

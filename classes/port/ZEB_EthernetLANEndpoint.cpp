@@ -7,6 +7,7 @@
 #include "classes/port/PortDescription.h"
 #include "classes/port/PropertyTable.h"
 #include "classes/port/Subject.h"
+#include "common/ServedState.h"
 
 namespace ZEB {
 
@@ -106,7 +107,9 @@ std::string ZEB_EthernetLANEndpoint::description(const InterfaceRecord& record) 
 
 operationalStatus ZEB_EthernetLANEndpoint::reportedStatus(const InterfaceRecord& record) {
   const auto status = known(record, &InterfaceRecord::getStatus).value_or(operationalStatus::Unknown);
-  if (std::exchange(_memory.firstReport, false) || status == _memory.lastStatus) return status;
+  const bool first = std::exchange(_memory.firstReport, false);
+  if (first) ServedState::changed();
+  if (first || status == _memory.lastStatus) return status;
   return _memory.lastStatus = escalated(status, _memory.lastStatus);
 }
 

@@ -12,6 +12,7 @@
 #include "classes/port/Subject.h"
 #include "cmpicpp/CmpiFactories.h"
 #include "common/Handover.h"
+#include "common/ServedState.h"
 
 namespace ZEB {
 
@@ -130,8 +131,9 @@ CmpiDateTime ZEB_EthernetPort::timeOfLastStateChange() {
 operationalStatus ZEB_EthernetPort::reportedStatus(const EthernetPort& record) {
   const auto status = known(record, &EthernetPort::getPortStatus).value_or(operationalStatus::Unknown);
   const std::lock_guard lock(_mutex);
-  if (std::exchange(_memory.firstRefresh, false)) return status;
-  return escalated(status, _memory.lastStatus);
+  if (!std::exchange(_memory.firstRefresh, false)) return escalated(status, _memory.lastStatus);
+  ServedState::changed();
+  return status;
 }
 
 operationalStatus ZEB_EthernetPort::lastStatus() {

@@ -19,6 +19,7 @@ class LongLived {
   LongLived& operator=(const LongLived&) = delete;
 
   Served serves() { return servedBy(_broker, _instances); }
+  ServedMoment servesInState() { return stateServedBy(_broker, _instances); }
   /// A client asks for one class, which is chosen.
   void request(std::uint32_t which);
   void pass();

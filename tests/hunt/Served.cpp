@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 
 #include <algorithm>
+#include <chrono>
 #include <set>
 #include <stdexcept>
 
@@ -27,23 +28,49 @@ bool mayDiffer(const std::string& what, const std::string& anew, const std::stri
   return std::ranges::any_of(kRemembering, [&](const char* name) { return what.find(name) != what.npos; });
 }
 
+std::vector<std::string> classes() {
+  auto names = objectClasses();
+  names.insert(names.end(), associationClasses().begin(), associationClasses().end());
+  return names;
+}
+
+void enumerate(FakeBroker::Call& call, CMPIInstanceMI* instances, const std::string& name, Served& served) {
+  instances->ft->enumerateInstances(instances, &call.context(), &call.result(),
+                                    call.path({"root/jxv", CmpiCpp::CmpiName(name)}), nullptr);
+  std::size_t number = 0;
+  for (const CmpiCpp::CmpiInstance& instance : call.result().instances) {
+    const std::string start = instance.path().str() + " #" + std::to_string(number++) + " ";
+    for (const auto& [property, value] : propertiesOf(instance)) served[start + property] = value;
+  }
+}
+
 }  // namespace
 
 Served servedBy(FakeBroker& broker, CMPIInstanceMI* instances) {
   Served served;
-  auto names = objectClasses();
-  names.insert(names.end(), associationClasses().begin(), associationClasses().end());
-  for (const std::string& name : names) {
+  for (const std::string& name : classes()) {
     FakeBroker::Call call(broker);
-    instances->ft->enumerateInstances(instances, &call.context(), &call.result(),
-                                      call.path({"root/jxv", CmpiCpp::CmpiName(name)}), nullptr);
-    std::size_t number = 0;
-    for (const CmpiCpp::CmpiInstance& instance : call.result().instances) {
-      const std::string start = instance.path().str() + " #" + std::to_string(number++) + " ";
-      for (const auto& [property, value] : propertiesOf(instance)) served[start + property] = value;
-    }
+    enumerate(call, instances, name, served);
   }
   return served;
+}
+
+ServedMoment stateServedBy(FakeBroker& broker, CMPIInstanceMI* instances) {
+  ServedMoment all;
+  const auto now = std::chrono::steady_clock::now().time_since_epoch();
+  std::set<std::optional<std::uint64_t>> states;
+  for (const std::string& name : classes()) {
+    if (name == "ZEB_EthernetStatistics" || name == "ZEB_EthEventSettings") continue;
+    FakeBroker::Call call(broker);
+    call.context().entries["ZEBSharedSince"] =
+        static_cast<std::uint64_t>(std::chrono::nanoseconds(now).count());
+    enumerate(call, instances, name, all.served);
+    const auto state = call.context().entries.find("ZEBState");
+    states.insert(state == call.context().entries.end() ? std::nullopt
+                                                        : std::optional(state->second.asUnsigned()));
+  }
+  if (states.size() == 1) all.state = *states.begin();
+  return all;
 }
 
 Served servedByANewOne() {

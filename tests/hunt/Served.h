@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 
 #include "support/FakeBroker.h"
@@ -12,6 +14,14 @@ using Served = std::map<std::string, std::string>;
 
 /// Every instance and association that an instance interface enumerates.
 Served servedBy(FakeBroker& broker, CMPIInstanceMI* instances);
+
+/// The same as of one moment, settings and counters aside, and the state that all answers say that this is;
+/// none where they do not say one.
+struct ServedMoment {
+  std::optional<std::uint64_t> state;
+  Served served;
+};
+ServedMoment stateServedBy(FakeBroker& broker, CMPIInstanceMI* instances);
 
 /// The same of a plug-in as it is when it is loaded now, from a file: beside the one that is linked in.
 Served servedByANewOne();

@@ -38,4 +38,11 @@ void CmpiContext::setText(const CMPIBroker* broker, const char* name, const std:
   _context->ft->addEntry(_context, name, &value, CMPI_string);
 }
 
+void CmpiContext::setNumber(const char* name, std::uint64_t number) const {
+  if (!_context || !_context->ft || !_context->ft->addEntry) return;
+  CMPIValue value{};
+  value.uint64 = number;
+  _context->ft->addEntry(_context, name, &value, CMPI_uint64);
+}
+
 }  // namespace CmpiCpp

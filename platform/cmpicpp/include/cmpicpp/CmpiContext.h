@@ -23,6 +23,8 @@ class CmpiContext {
   std::optional<std::string> getText(const char* name) const;
   /// An entry of type uint64.
   std::optional<std::uint64_t> getNumber(const char* name) const;
+  /// Leaves an entry of that type for the object manager; an empty context stays empty.
+  void setNumber(const char* name, std::uint64_t number) const;
   /// Puts a text into an entry, for the object manager to find there after the call.
   void setText(const CMPIBroker* broker, const char* name, const std::string& text) const;
 

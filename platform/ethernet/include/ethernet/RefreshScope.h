@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <optional>
 
@@ -24,6 +25,9 @@ class RefreshScope {
   /// takes the last whole answer as long as the kernel has announced nothing since and it is not old.
   explicit RefreshScope(std::optional<Clock::time_point> sharedSince);
   ~RefreshScope();
+  /// For an operation of several: a number that stays as long as the facts that they work with do, counters
+  /// aside. None where the system could not be asked.
+  std::optional<std::uint64_t> sharedState() const;
   RefreshScope(const RefreshScope&) = delete;
   RefreshScope& operator=(const RefreshScope&) = delete;
 

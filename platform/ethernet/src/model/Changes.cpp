@@ -82,7 +82,47 @@ const TeamEntry* sameTeam(const Model& model, const TeamEntry& team) {
   return same ? &*found : nullptr;
 }
 
+LinkFacts withoutCounters(LinkFacts link) {
+  link.statistics.reset();
+  link.ethtool.mac = {};
+  return link;
+}
+
+bool sameButCounters(const InterfaceFacts& before, const InterfaceFacts& after) {
+  return withoutCounters(before.link) == withoutCounters(after.link) &&
+         hasStatistics(before.link) == hasStatistics(after.link) && before.addresses == after.addresses &&
+         before.gateway == after.gateway;
+}
+
+bool sameVlans(const std::vector<std::shared_ptr<const VlanFacts>>& before,
+               const std::vector<std::shared_ptr<const VlanFacts>>& after) {
+  return std::ranges::equal(before, after,
+                            [](const auto& a, const auto& b) { return sameButCounters(*a, *b); });
+}
+
+bool sameInAll(const PortEntry& before, const PortEntry& after) {
+  return before.facts->number == after.facts->number && sameButCounters(*before.facts, *after.facts) &&
+         sameVlans(before.vlans, after.vlans);
+}
+
+bool sameInAll(const AdapterEntry& before, const AdapterEntry& after) {
+  return before.key == after.key && *before.facts == *after.facts &&
+         std::ranges::equal(before.ports, after.ports,
+                            [](const PortEntry& a, const PortEntry& b) { return sameInAll(a, b); });
+}
+
+bool sameInAll(const TeamEntry& before, const TeamEntry& after) {
+  return before.facts->members == after.facts->members && sameButCounters(*before.facts, *after.facts) &&
+         sameVlans(before.vlans, after.vlans);
+}
+
 }  // namespace
+
+bool sameButCounters(const Model& before, const Model& after) {
+  const auto same = [](const auto& a, const auto& b) { return sameInAll(a, b); };
+  return std::ranges::equal(before.adapters, after.adapters, same) &&
+         std::ranges::equal(before.teams, after.teams, same);
+}
 
 bool adaptersDiffer(const Model* before, const Model& after) {
   if (!before) return !after.adapters.empty();

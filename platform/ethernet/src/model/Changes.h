@@ -20,6 +20,9 @@ std::vector<std::string> teamsAdded(const Model* before, const Model* after);
 /// VLANs.
 bool teamsDiffer(const Model* before, const Model& after);
 
+/// Both say the same of everything but counters and when they were read.
+bool sameButCounters(const Model& before, const Model& after);
+
 /// A port that both have changed its status or its link.
 bool portTransition(const Model& before, const Model& after);
 

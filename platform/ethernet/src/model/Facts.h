@@ -32,6 +32,7 @@ struct TeamMember {
   std::optional<operationalStatus> portStatus = {};  ///< whatever bonding thinks of the link
   Settles settles = Settles::No;
   BondMemberFacts bonding = {};
+  friend bool operator==(const TeamMember&, const TeamMember&) = default;
 };
 
 struct TeamFacts : InterfaceFacts {
@@ -44,6 +45,7 @@ struct AdapterFacts {
   std::uint32_t portCount = 0;
   std::optional<operationalStatus> status;
   std::uint32_t locationPart = 0;  ///< adapters before it in the same place: slots may share a number
+  friend bool operator==(const AdapterFacts&, const AdapterFacts&) = default;
 };
 
 }  // namespace ZEB::ethernet

@@ -1,6 +1,7 @@
 #include "records/Inventory.h"
 
 #include <algorithm>
+#include <atomic>
 
 #include "model/Changes.h"
 #include "records/ScopeState.h"
@@ -9,6 +10,9 @@ namespace ZEB::ethernet {
 namespace {
 
 constexpr std::chrono::seconds kUnannouncedAge{60};
+
+/// Of all inventories that there were, so that none has a number again.
+std::atomic<std::uint64_t> states{0};
 
 std::size_t slot(Inventory::Kind kind) {
   return static_cast<std::size_t>(kind);
@@ -116,6 +120,19 @@ void Inventory::takeShared(ScopeAnswers& answers, Clock::time_point since) {
   }
   if (!answers.model) answers.model = askLocked();
   answers.olderCounters = _begun < since;
+}
+
+std::optional<std::uint64_t> Inventory::sharedState() {
+  const ScopeState* const scope = openScope();
+  const auto model = scope && scope->sharedSince ? current() : nullptr;
+  return model ? std::optional(stateOf(model)) : std::nullopt;
+}
+
+std::uint64_t Inventory::stateOf(const std::shared_ptr<const Model>& model) {
+  const std::scoped_lock lock(_comparing);
+  if (model != _stated && !(_stated && sameButCounters(*_stated, *model))) _state = ++states;
+  _stated = model;
+  return _state;
 }
 
 std::shared_ptr<const Model> Inventory::reload(Kind kind) {

@@ -72,6 +72,10 @@ class Inventory {
   std::optional<std::shared_ptr<const Facts>> newerFacts(const Facts& before,
                                                          RefreshPart part = RefreshPart::Everything);
 
+  /// A number that stands for what the open scope works with: as long as it stays, nothing but counters is
+  /// another. Only for a scope that shares its answers; none where there is no answer.
+  std::optional<std::uint64_t> sharedState();
+
   /// Whether a transition of that kind lies between what was looked through last and the open scope's answer;
   /// without a scope, the newest. Says the same until `lookedThrough`, whoever else asks for what meanwhile.
   bool eventDetected(Kind kind) const;
@@ -119,6 +123,7 @@ class Inventory {
   /// What an operation works with that may share its answers with others since a time: the newest, or a new
   /// one where that was begun before and something but counters may have changed.
   void takeShared(ScopeAnswers& answers, Clock::time_point since);
+  std::uint64_t stateOf(const std::shared_ptr<const Model>& model);
   template <class Facts>
   std::optional<std::shared_ptr<const Facts>> sharedFacts(ScopeAnswers& answers, Clock::time_point since,
                                                           std::uint32_t index, RefreshPart part);
@@ -138,6 +143,10 @@ class Inventory {
   std::array<std::shared_ptr<const Model>, 2> _lookedThrough;  ///< null before the first build
   std::array<Delivery, 2> _deliveries;
   std::string _failure;
+
+  std::mutex _comparing;  ///< guards what follows
+  std::shared_ptr<const Model> _stated;
+  std::uint64_t _state = 0;  ///< of that model
 };
 
 /// The inventory that the process's data sources share, made as the configuration asks for when there is

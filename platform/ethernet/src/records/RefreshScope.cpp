@@ -36,6 +36,10 @@ RefreshScope::RefreshScope(std::optional<Clock::time_point> sharedSince) {
   ethernet::currentScope = _state.get();
 }
 
+std::optional<std::uint64_t> RefreshScope::sharedState() const {
+  return _state && _state->inventory() ? _state->inventory()->sharedState() : std::nullopt;
+}
+
 RefreshScope::~RefreshScope() {
   if (_state) ethernet::currentScope = nullptr;
 }

@@ -43,6 +43,8 @@ class ScopeState {
       : begun(Inventory::Clock::now()), sharedSince(since), _kept(existingProcessInventory()) {}
 
   ScopeAnswers& answersOf(const Inventory& inventory);
+  /// The process's; null when there is none.
+  Inventory* inventory() const { return _kept.get(); }
   const Inventory::Clock::time_point begun;
   const std::optional<Inventory::Clock::time_point> sharedSince;
 

@@ -123,6 +123,7 @@ struct LinkFacts {
   // Of no source, but of who watches it.
   Settles settles = Settles::No;
   bool hadCarrier = false;  ///< since it settles
+  friend bool operator==(const LinkFacts&, const LinkFacts&) = default;
 };
 
 struct AddressFacts {

@@ -1,0 +1,65 @@
+// What a plug-in says to be one state through random histories is one: nothing differs but counters.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "History.h"
+#include "LongLived.h"
+#include "ProviderFixture.h"
+
+namespace ZEB::test {
+namespace {
+
+class State : public ProviderTest {
+ protected:
+  State() {
+    configure("ZEB_LINK_SETTLE_SECONDS", "0");
+    configure("ZEB_SOURCE_FILE", file.string());
+  }
+  ~State() override { unsetenv("ZEB_LINK_SETTLE_SECONDS"); }
+
+  /// How often a state was still the one before.
+  int play(const History& history) {
+    Machine machine = firstMachine();
+    machine.play(file);
+    FakeBroker own;
+    LongLived lived(own);
+    ServedMoment before;
+    int same = 0;
+    for (const Step& next : history) {
+      if (apply(next, machine)) machine.play(file);
+      if (next.kind == Step::Kind::Request) lived.request(next.which);
+      if (next.kind == Step::Kind::Pass) lived.pass();
+      ServedMoment now = lived.servesInState();
+      if (now.state && now.state == before.state) {
+        ++same;
+        EXPECT_EQ(now.served, before.served) << next.text();
+      }
+      before = std::move(now);
+    }
+    return same;
+  }
+
+  const std::filesystem::path file = folder / "machine.json";
+};
+
+TEST_F(State, IsAnotherWhenAnythingIs) {
+  const std::uint64_t histories = std::getenv("ZEB_SOAK") ? 1000 : 20;
+  int same = 0;
+  for (std::uint64_t seed = 1; seed <= histories && !HasFailure(); ++seed)
+    same += play(randomHistory(seed, 60));
+  EXPECT_GT(same, 0);
+}
+
+TEST_F(State, StaysWhileNothingHappens) {
+  firstMachine().play(file);
+  FakeBroker own;
+  LongLived lived(own);
+  lived.servesInState();  // what a port says first is not compared with anything
+  const auto state = lived.servesInState().state;
+  ASSERT_TRUE(state);
+  EXPECT_EQ(lived.servesInState().state, state);
+}
+
+}  // namespace
+}  // namespace ZEB::test
