@@ -18,6 +18,9 @@ class Namespace {
 
   virtual const ClassRepository& repository() const = 0;
 
+  /// What the answers so far are a state of: see `ProviderCalls`. None where that is not known.
+  virtual std::optional<std::uint64_t> state() const { return std::nullopt; }
+
   /// Of the class and of every class that derives from it.
   virtual Reply enumerateInstances(std::string_view className, PropertyList properties) = 0;
   virtual Reply enumerateInstanceNames(std::string_view className) = 0;

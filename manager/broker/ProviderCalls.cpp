@@ -11,6 +11,8 @@ constexpr CMPIStatus kOk = {CMPI_RC_OK, nullptr};
 constexpr char kSharedSinceEntry[] = "ZEBSharedSince";
 /// Becomes what the classes have no properties for. A plug-in that does not know the entry leaves it empty.
 constexpr char kLinkAggregationEntry[] = "ZEBLinkAggregation";
+/// Left by a plug-in that knows that one.
+constexpr char kStateEntry[] = "ZEBState";
 
 /// The interface takes lists that are not const; providers do not change them.
 const char** listOf(PropertyList properties) {
@@ -62,8 +64,19 @@ ProviderCalls::ProviderCalls(const ClassRepository& repository, std::string name
 
 ProviderCalls ProviderCalls::atOneMoment() const {
   ProviderCalls same(*this);
-  same._moment = std::chrono::steady_clock::now();
+  same._moment = std::make_shared<Moment>(Moment{std::chrono::steady_clock::now(), std::nullopt});
   return same;
+}
+
+std::optional<std::uint64_t> ProviderCalls::state() const {
+  return _moment ? _moment->state : std::nullopt;
+}
+
+void ProviderCalls::noteState(Moment& moment, const Context& context) {
+  const NamedValue* const entry = context.body().values.find(kStateEntry);
+  const auto state = entry ? std::optional(entry->data.value.uint64) : std::nullopt;
+  moment.state = moment.answered && moment.state != state ? std::nullopt : state;
+  moment.answered = true;
 }
 
 Reply ProviderCalls::perform(const void* interface, const Operation& operation) const {
@@ -72,10 +85,12 @@ Reply ProviderCalls::perform(const void* interface, const Operation& operation) 
   Context* const context = makeCallContext(reply.callMemory(), _nameSpace);
   if (_moment) {
     CMPIValue since{};
-    since.uint64 = static_cast<CMPIUint64>(std::chrono::nanoseconds(_moment->time_since_epoch()).count());
+    since.uint64 =
+        static_cast<CMPIUint64>(std::chrono::nanoseconds(_moment->begin.time_since_epoch()).count());
     addEntry(*context, kSharedSinceEntry, dataOf(CMPI_uint64, since));
   }
   const CMPIStatus status = interface ? operation(context, reply.result()) : notOffered();
+  if (_moment) noteState(*_moment, *context);
   reply.code = status.rc;
   reply.message = textOf(status.msg);
   return reply;

@@ -67,9 +67,13 @@ class ProviderCalls {
   const ClassRepository& repository() const { return _repository; }
   const std::string& nameSpace() const { return _nameSpace; }
 
-  /// The same, for several questions about one moment: their answers may share what the plug-in has asked the
-  /// system for since it was made.
+  /// The same, for several questions about one moment, asked on one thread: their answers may share what the
+  /// plug-in has asked the system for since it was made.
   ProviderCalls atOneMoment() const;
+  /// What the answers of that moment, of which there was one at least, are a state of: as long as it stays,
+  /// all classes say the same, the counters of statistics aside. None where the plug-in does not tell, or
+  /// where they are not of one.
+  std::optional<std::uint64_t> state() const;
 
   /// Instances of the class and of every class that derives from it; each is asked for by its own name.
   Reply enumerateInstances(std::string_view className, PropertyList properties = nullptr) const;
@@ -102,13 +106,20 @@ class ProviderCalls {
   using ClassOperation =
       std::function<CMPIStatus(const CMPIContext*, const CMPIResult*, const CMPIObjectPath*)>;
 
+  struct Moment {
+    std::chrono::steady_clock::time_point begin;
+    std::optional<std::uint64_t> state;
+    bool answered = false;
+  };
+
+  static void noteState(Moment& moment, const Context& context);
   Reply perform(const void* interface, const Operation& operation) const;
   Reply performForEachClass(std::string_view className, const ClassOperation& operation) const;
 
   const ClassRepository& _repository;
   std::string _nameSpace;
   ProviderInterfaces _interfaces;
-  std::optional<std::chrono::steady_clock::time_point> _moment;
+  std::shared_ptr<Moment> _moment;
 };
 
 /// A context as operations and factories get it.

@@ -31,11 +31,13 @@ class HostedPlugin : public HostedProvider {
   std::string metrics(MetricFormat format) {
     const ProviderCalls calls = _session.provider().atOneMoment();
     PluginNamespace model(calls);
-    return metricsOf(model, readLacp(calls.linkAggregation()), readWorker(_session.runFolder()), format);
+    const auto lacp = [&] { return readLacp(calls.linkAggregation()); };
+    return _metrics.text(model, lacp, readWorker(_session.runFolder()), format);
   }
 
   Session _session;
   PluginNamespace _namespace;
+  Metrics _metrics;
 };
 
 }  // namespace

@@ -16,16 +16,19 @@ MetricFormat metricFormatFor(std::string_view accept);
 /// With its version, as a header says it.
 const char* contentTypeOf(MetricFormat format);
 
+/// The labels of a thing that all its series have, as they are written.
+using Labels = std::string;
+
 /// Families in a text, one after another.
 class Exposition {
  public:
-  explicit Exposition(MetricFormat format) : _format(format) {}
+  /// `size`: bytes that are expected.
+  explicit Exposition(MetricFormat format, std::size_t size = 0) : _format(format) { _text.reserve(size); }
 
   /// What a table says of all things of a kind. A family without a series is left out.
   template <class Thing>
   void add(const MetricTable<Thing>& table, std::span<const Thing> things) {
-    std::vector<std::string> identities;
-    for (const Thing& thing : things) identities.push_back(labelsOf(table.identity, thing));
+    const std::vector<Labels> identities = identitiesOf(table, things);
     if (table.info && !things.empty()) {
       begin(*table.info);
       for (std::size_t i = 0; i < things.size(); ++i) {
@@ -33,7 +36,14 @@ class Exposition {
         sample(*table.info, identities[i] + (identities[i].empty() || more.empty() ? "" : ",") + more, 1);
       }
     }
-    for (const NumberRow<Thing>& row : table.numbers) {
+    addNumbers(table.numbers, things, std::span<const Labels>(identities));
+  }
+
+  /// Numbers alone, of things whose identities are known.
+  template <class Thing>
+  void addNumbers(std::span<const NumberRow<Thing>> rows, std::span<const Thing> things,
+                  std::span<const Labels> identities) {
+    for (const NumberRow<Thing>& row : rows) {
       bool begun = false;
       for (std::size_t i = 0; i < things.size(); ++i) {
         const MetricValue value = row.value(things[i]);
@@ -45,7 +55,18 @@ class Exposition {
     }
   }
 
+  /// What was made before.
+  void add(std::string_view families) { _text.append(families); }
+
   const std::string& text() const { return _text; }
+  std::string take() { return std::move(_text); }
+
+  template <class Thing>
+  static std::vector<Labels> identitiesOf(const MetricTable<Thing>& table, std::span<const Thing> things) {
+    std::vector<Labels> identities;
+    for (const Thing& thing : things) identities.push_back(labelsOf(table.identity, thing));
+    return identities;
+  }
 
  private:
   template <class Thing>

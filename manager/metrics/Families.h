@@ -52,6 +52,7 @@ inline std::string deviceLabel(const TreeInterface& interface) {
 
 MetricTable<MachineReading> machineMetrics();
 MetricTable<PortReading> portMetrics();
+MetricTable<CounterReading> counterMetrics();
 MetricTable<TreeTeam> teamMetrics();
 MetricTable<MemberReading> memberMetrics();
 MetricTable<LacpTeamReading> lacpTeamMetrics();
@@ -66,6 +67,7 @@ template <class Visit>
 void forEachMetricTable(const Visit& visit) {
   visit(machineMetrics());
   visit(portMetrics());
+  visit(counterMetrics());
   visit(teamMetrics());
   visit(memberMetrics());
   visit(lacpTeamMetrics());

@@ -3,20 +3,30 @@
 #include <set>
 
 #include "tree/Links.h"
+#include "values/Values.h"
 
 namespace ZebManager {
 namespace {
 
-void readCounters(Namespace& model, MachineReading& reading) {
-  const Links toPort = readLinks(model, "ZEB_EthernetPortStatisticalData", "Stats", "ManagedElement");
-  const auto take = [&](const PropertyView& view) {
-    const std::string statistics = view.path();
-    for (const std::string& port : follow(toPort, statistics)) {
-      PortCounters& counters = reading.counters[port];
-      for (std::size_t i = 0; i < counters.size(); ++i) counters[i] = view.number(kCounterProperties[i]);
-    }
-  };
-  forEachInstance(model, "ZEB_EthernetStatistics", kCounterProperties, take);
+constexpr char kKey[] = "InstanceID";
+
+std::string keyOf(const PathBody& path) {
+  const NamedValue* const key = path.keys.find(kKey);
+  return key && key->data.type == CMPI_string ? std::string(textOf(key->data.value.string)) : std::string();
+}
+
+/// Where the counters of each port are, by its path.
+std::unordered_map<std::string, std::size_t> countersOfPorts(Namespace& model,
+                                                             const std::vector<std::string>& keys) {
+  std::unordered_map<std::string, std::size_t> places;
+  for (const std::string& key : keys) places.emplace(key, places.size());
+  std::unordered_map<std::string, std::size_t> ofPorts;
+  forEachName(model, "ZEB_EthernetPortStatisticalData", [&](const PathBody& link) {
+    const PathBody* const statistics = endOf(link, "Stats");
+    const auto place = statistics ? places.find(keyOf(*statistics)) : places.end();
+    if (place != places.end()) ofPorts.emplace(pathInKey(link, "ManagedElement"), place->second);
+  });
+  return ofPorts;
 }
 
 /// What a port or team carries.
@@ -48,15 +58,28 @@ std::string deviceLabel(const std::string& name, const std::string& path) {
   return path.substr(begin, path.size() - begin - 1);
 }
 
-void readMachine(Namespace& model, MachineReading& reading) {
+CounterReadings readCounters(Namespace& model) {
+  CounterReadings read;
+  PropertyPlaces places(kCounterProperties);
+  forEachInstance(model, "ZEB_EthernetStatistics", kCounterProperties, [&](const Instance& instance) {
+    read.keys.push_back(keyOf(*instance.body().path));
+    PortCounters& counters = read.counters.emplace_back();
+    places.forEachNumber(instance, [&](std::size_t i, auto number) { counters[i] = number; });
+  });
+  return read;
+}
+
+void readMachine(Namespace& model, const std::vector<std::string>& keys, MachineReading& reading) {
   reading.tree = readTree(model, TreeAddresses::WithGateways);
-  readCounters(model, reading);
+  const auto counters = countersOfPorts(model, keys);
   forEachInstance(model, "ZEB_EthernetCollection", {"GroupOperationalStatus"},
                   [&](const PropertyView& view) { reading.status = view.number("GroupOperationalStatus"); });
   std::set<std::string> gateways;
   for (const TreeCard& card : reading.tree.cards) {
     for (const TreePort& port : card.ports) {
-      reading.ports.push_back({&card, &port, findByPath(reading.counters, port.path)});
+      reading.ports.push_back({&card, &port});
+      if (const std::size_t* const place = findByPath(counters, port.path))
+        reading.counters.emplace_back(deviceLabel(port.name, port.path), *place);
       takeCarried(reading, port, gateways);
     }
   }

@@ -24,10 +24,21 @@ inline constexpr std::array kCounterProperties = {
 /// In that order.
 using PortCounters = std::array<std::optional<std::uint64_t>, kCounterProperties.size()>;
 
+/// Of all ports that have some, in the order in which they are served.
+struct CounterReadings {
+  std::vector<std::string> keys;  ///< of the instances
+  std::vector<PortCounters> counters;
+};
+
 struct PortReading {
   const TreeCard* card;
   const TreePort* port;
-  const PortCounters* counters;  ///< null without
+};
+
+/// The counters of a port.
+struct CounterReading {
+  std::string device;
+  const PortCounters* counters;
 };
 
 struct MemberReading {
@@ -45,16 +56,18 @@ struct GatewayReading {
   std::string gateway;
 };
 
-/// The parts refer to the tree, so that it stays where it is.
+/// All but the counters, and which of those are whose. The parts refer to the tree, so that it stays where it
+/// is.
 struct MachineReading {
   MachineReading() = default;
   MachineReading(const MachineReading&) = delete;
   MachineReading& operator=(const MachineReading&) = delete;
 
   Tree tree;
-  std::optional<std::uint64_t> status;                     ///< of all ports and teams that are included in it
-  std::unordered_map<std::string, PortCounters> counters;  ///< by path of the port
+  std::optional<std::uint64_t> status;  ///< of all ports and teams that are included in it
   std::vector<PortReading> ports;
+  std::vector<std::pair<std::string, std::size_t>>
+      counters;  ///< by port: its device, and where they are read
   std::vector<MemberReading> members;
   std::vector<VlanReading> vlans;
   std::vector<GatewayReading> gateways;
@@ -64,8 +77,11 @@ struct MachineReading {
 /// known.
 std::string deviceLabel(const std::string& name, const std::string& path);
 
-/// Asks for each class once at most. Throws ManagerError when the plug-in refuses.
-void readMachine(Namespace& model, MachineReading& reading);
+/// One question. Throws ManagerError when the plug-in refuses, as the other one does.
+CounterReadings readCounters(Namespace& model);
+
+/// Asks for each class once at most. `keys`: those of the counters.
+void readMachine(Namespace& model, const std::vector<std::string>& keys, MachineReading& reading);
 
 /// How the plug-in's worker is doing. Times are seconds, those of day since the epoch.
 struct WorkerReading {

@@ -1,5 +1,7 @@
 #include "metrics/Metrics.h"
 
+#include "broker/Namespace.h"
+
 namespace ZebManager {
 namespace {
 
@@ -10,23 +12,79 @@ std::span<const Thing> only(const Thing& thing) {
   return {&thing, 1};
 }
 
+template <class Thing>
+std::span<const Thing> all(const std::vector<Thing>& things) {
+  return things;
+}
+
 }  // namespace
 
-std::string metricsOf(Namespace& model, const LacpReading& lacp, const std::optional<WorkerReading>& worker,
-                      MetricFormat format) {
+/// All but counters, written, and what theirs begin with.
+struct Metrics::Kept {
+  std::optional<std::uint64_t> state;
+  std::vector<std::string> keys;  ///< of the counters that were there
+  std::string before, after;      ///< the families before those of counters and behind them
+  std::vector<Labels> identities;
+  std::vector<std::size_t> places;  ///< of their counters
+
+  Kept(Namespace& model, const ReadLacp& lacp, const std::vector<std::string>& counterKeys,
+       MetricFormat format);
+  bool holdsFor(const Namespace& model, const CounterReadings& read) const {
+    return state && state == model.state() && keys == read.keys;
+  }
+};
+
+Metrics::Kept::Kept(Namespace& model, const ReadLacp& lacp, const std::vector<std::string>& counterKeys,
+                    MetricFormat format)
+    : keys(counterKeys) {
   MachineReading reading;
-  readMachine(model, reading);
-  Exposition all(format);
-  all.add(machineMetrics(), only(reading));
-  all.add<PortReading>(portMetrics(), reading.ports);
-  all.add<TreeTeam>(teamMetrics(), reading.tree.teams);
-  all.add<MemberReading>(memberMetrics(), reading.members);
-  all.add<LacpTeamReading>(lacpTeamMetrics(), lacp.teams);
-  all.add<LacpMemberReading>(lacpMemberMetrics(), lacp.members);
-  all.add<VlanReading>(vlanMetrics(), reading.vlans);
-  all.add<GatewayReading>(gatewayMetrics(), reading.gateways);
-  if (worker) all.add(workerMetrics(), only(*worker));
-  return all.text();
+  readMachine(model, keys, reading);
+  const LacpReading aggregation = lacp();
+  state = model.state();
+  std::vector<CounterReading> counters;
+  for (auto& [device, place] : reading.counters) {
+    counters.push_back({std::move(device), nullptr});
+    places.push_back(place);
+  }
+  identities = Exposition::identitiesOf(counterMetrics(), all(counters));
+  Exposition first(format);
+  first.add(machineMetrics(), only(reading));
+  first.add(portMetrics(), all(reading.ports));
+  before = first.take();
+  Exposition last(format);
+  last.add(teamMetrics(), all(reading.tree.teams));
+  last.add(memberMetrics(), all(reading.members));
+  last.add(lacpTeamMetrics(), all(aggregation.teams));
+  last.add(lacpMemberMetrics(), all(aggregation.members));
+  last.add(vlanMetrics(), all(reading.vlans));
+  last.add(gatewayMetrics(), all(reading.gateways));
+  after = last.take();
+}
+
+std::string Metrics::text(Namespace& model, const ReadLacp& lacp, const std::optional<WorkerReading>& worker,
+                          MetricFormat format) {
+  constexpr std::size_t kSeries = 80;  // bytes, about
+  const CounterReadings read = readCounters(model);
+  std::shared_ptr<const Kept> kept;
+  {
+    const std::lock_guard lock(_mutex);
+    kept = keptIn(format);
+  }
+  if (!kept || !kept->holdsFor(model, read)) {
+    kept = std::make_shared<const Kept>(model, lacp, read.keys, format);
+    const std::lock_guard lock(_mutex);
+    keptIn(format) = kept;
+  }
+  std::vector<CounterReading> counters;
+  for (const std::size_t place : kept->places) counters.push_back({{}, &read.counters[place]});
+  const auto rows = counterMetrics().numbers;
+  Exposition whole(format,
+                   kept->before.size() + kept->after.size() + kSeries * rows.size() * (1 + counters.size()));
+  whole.add(kept->before);
+  whole.addNumbers(rows, all(counters), all(kept->identities));
+  whole.add(kept->after);
+  if (worker) whole.add(workerMetrics(), only(*worker));
+  return whole.take();
 }
 
 std::string metricsMessage(MetricFormat format) {

@@ -23,11 +23,6 @@ MetricValue carrierOf(const TreeStatus& status) {
   return status.code == kError ? MetricValue(0) : std::nullopt;
 }
 
-template <std::size_t kCounter>
-MetricValue counter(const PortReading& p) {
-  return p.counters ? (*p.counters)[kCounter] : std::nullopt;
-}
-
 constexpr std::array kIdentity = {
     LabelRow<PortReading>{"device", [](const PortReading& p) { return deviceLabel(*p.port); }},
 };
@@ -68,47 +63,64 @@ constexpr std::array kNumbers = {
          "When the state of the port was last seen to change; none since the plug-in started without it.",
          "ZEB_EthernetPort.TimeOfLastStateChange"},
         [](const PortReading& p) { return p.port->lastStateChange; }},
-    Row{{"zeb_port_receive_bytes_total", Kind::Counter, "bytes", "Bytes received.",
-         "ZEB_EthernetStatistics.BytesReceived"},
-        counter<0>},
-    Row{{"zeb_port_transmit_bytes_total", Kind::Counter, "bytes", "Bytes transmitted.",
-         "ZEB_EthernetStatistics.BytesTransmitted"},
-        counter<1>},
-    Row{{"zeb_port_receive_packets_total", Kind::Counter, "", "Packets received.",
-         "ZEB_EthernetStatistics.PacketsReceived"},
-        counter<2>},
-    Row{{"zeb_port_transmit_packets_total", Kind::Counter, "", "Packets transmitted.",
-         "ZEB_EthernetStatistics.PacketsTransmitted"},
-        counter<3>},
-    Row{{"zeb_port_alignment_errors_total", Kind::Counter, "",
+};
+
+constexpr std::array kCounterIdentity = {
+    LabelRow<CounterReading>{"device", [](const CounterReading& c) { return c.device; }},
+};
+
+template <std::size_t kCounter>
+MetricValue counter(const CounterReading& c) {
+  return (*c.counters)[kCounter];
+}
+
+using CounterRow = NumberRow<CounterReading>;
+
+constexpr std::array kCounters = {
+    CounterRow{{"zeb_port_receive_bytes_total", Kind::Counter, "bytes", "Bytes received.",
+                "ZEB_EthernetStatistics.BytesReceived"},
+               counter<0>},
+    CounterRow{{"zeb_port_transmit_bytes_total", Kind::Counter, "bytes", "Bytes transmitted.",
+                "ZEB_EthernetStatistics.BytesTransmitted"},
+               counter<1>},
+    CounterRow{{"zeb_port_receive_packets_total", Kind::Counter, "", "Packets received.",
+                "ZEB_EthernetStatistics.PacketsReceived"},
+               counter<2>},
+    CounterRow{{"zeb_port_transmit_packets_total", Kind::Counter, "", "Packets transmitted.",
+                "ZEB_EthernetStatistics.PacketsTransmitted"},
+               counter<3>},
+    CounterRow{
+        {"zeb_port_alignment_errors_total", Kind::Counter, "",
          "Frames received that were no whole number of bytes.", "ZEB_EthernetStatistics.AlignmentErrors"},
         counter<4>},
-    Row{{"zeb_port_fcs_errors_total", Kind::Counter, "", "Frames received with a wrong check sum.",
-         "ZEB_EthernetStatistics.FCSErrors"},
-        counter<5>},
-    Row{{"zeb_port_single_collision_frames_total", Kind::Counter, "",
-         "Frames transmitted after one collision.", "ZEB_EthernetStatistics.SingleCollisionFrames"},
-        counter<6>},
-    Row{{"zeb_port_multiple_collision_frames_total", Kind::Counter, "",
+    CounterRow{{"zeb_port_fcs_errors_total", Kind::Counter, "", "Frames received with a wrong check sum.",
+                "ZEB_EthernetStatistics.FCSErrors"},
+               counter<5>},
+    CounterRow{{"zeb_port_single_collision_frames_total", Kind::Counter, "",
+                "Frames transmitted after one collision.", "ZEB_EthernetStatistics.SingleCollisionFrames"},
+               counter<6>},
+    CounterRow{
+        {"zeb_port_multiple_collision_frames_total", Kind::Counter, "",
          "Frames transmitted after several collisions.", "ZEB_EthernetStatistics.MultipleCollisionFrames"},
         counter<7>},
-    Row{{"zeb_port_deferred_transmissions_total", Kind::Counter, "",
+    CounterRow{
+        {"zeb_port_deferred_transmissions_total", Kind::Counter, "",
          "Frames whose first transmission had to wait.", "ZEB_EthernetStatistics.DeferredTransmissions"},
         counter<8>},
-    Row{{"zeb_port_late_collisions_total", Kind::Counter, "", "Collisions later than a frame allows for.",
-         "ZEB_EthernetStatistics.LateCollisions"},
-        counter<9>},
-    Row{{"zeb_port_excessive_collisions_total", Kind::Counter, "",
-         "Frames given up after too many collisions.", "ZEB_EthernetStatistics.ExcessiveCollisions"},
-        counter<10>},
-    Row{{"zeb_port_internal_mac_transmit_errors_total", Kind::Counter, "",
-         "Frames not transmitted for an error of the adapter.",
-         "ZEB_EthernetStatistics.InternalMACTransmitErrors"},
-        counter<11>},
-    Row{{"zeb_port_internal_mac_receive_errors_total", Kind::Counter, "",
-         "Frames not received for an error of the adapter.",
-         "ZEB_EthernetStatistics.InternalMACReceiveErrors"},
-        counter<12>},
+    CounterRow{{"zeb_port_late_collisions_total", Kind::Counter, "",
+                "Collisions later than a frame allows for.", "ZEB_EthernetStatistics.LateCollisions"},
+               counter<9>},
+    CounterRow{{"zeb_port_excessive_collisions_total", Kind::Counter, "",
+                "Frames given up after too many collisions.", "ZEB_EthernetStatistics.ExcessiveCollisions"},
+               counter<10>},
+    CounterRow{{"zeb_port_internal_mac_transmit_errors_total", Kind::Counter, "",
+                "Frames not transmitted for an error of the adapter.",
+                "ZEB_EthernetStatistics.InternalMACTransmitErrors"},
+               counter<11>},
+    CounterRow{{"zeb_port_internal_mac_receive_errors_total", Kind::Counter, "",
+                "Frames not received for an error of the adapter.",
+                "ZEB_EthernetStatistics.InternalMACReceiveErrors"},
+               counter<12>},
 };
 
 }  // namespace
@@ -121,6 +133,10 @@ MetricTable<PortReading> portMetrics() {
           "What a port is: its permanent address, and the driver, firmware, slot and product of its card.",
           "ZEB_EthernetPort, ZEB_EthernetPortController and what belongs to it"},
       kLabels, kNumbers};
+}
+
+MetricTable<CounterReading> counterMetrics() {
+  return {kCounterIdentity, std::nullopt, {}, kCounters};
 }
 
 }  // namespace ZebManager

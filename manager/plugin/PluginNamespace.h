@@ -11,6 +11,7 @@ class PluginNamespace : public Namespace {
   explicit PluginNamespace(const ProviderCalls& provider);
 
   const ClassRepository& repository() const override { return _provider.repository(); }
+  std::optional<std::uint64_t> state() const override { return _provider.state(); }
   Reply enumerateInstances(std::string_view className, PropertyList properties) override;
   Reply enumerateInstanceNames(std::string_view className) override;
   Reply getInstance(const CMPIObjectPath& path, PropertyList properties) override;

@@ -23,12 +23,13 @@ std::vector<AlertCount> AlertCounts::all() const {
 
 MetricsText metricsText(ProviderSupervisor& plugin, const AlertCounts& alerts) {
   return [&plugin, &alerts](MetricFormat format) {
-    const ProviderSupervisor::Answer answer = plugin.perform(metricsMessage(format), true);
+    ProviderSupervisor::Answer answer = plugin.perform(metricsMessage(format), true);
     if (answer.outcome != ProviderSupervisor::Answer::Outcome::Done) throw ManagerError(answer.body);
     const std::vector<AlertCount> counts = alerts.all();
     Exposition own(format);
     own.add<AlertCount>(alertMetrics(), counts);
-    return answer.body + own.text() + endOf(format);
+    answer.body.append(own.text()).append(endOf(format));
+    return std::move(answer.body);
   };
 }
 

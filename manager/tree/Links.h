@@ -4,6 +4,7 @@
 #include <initializer_list>
 #include <span>
 #include <string>
+#include <type_traits>
 #include <unordered_map>
 #include <vector>
 
@@ -19,8 +20,8 @@ inline void requireAnswer(const Reply& reply, const char* className) {
   throw ManagerError("class '" + std::string(className) + "': " + CimError(reply.code, reply.message).what());
 }
 
-/// Calls `visit` with a view of every instance of a class, which has those properties. Throws ManagerError
-/// when the plug-in refuses.
+/// Calls `visit` with every instance of a class, or a view of it, which has those properties. Throws
+/// ManagerError when the plug-in refuses.
 template <class Visit>
 void forEachInstance(Namespace& model, const char* className, std::span<const char* const> properties,
                      Visit visit) {
@@ -29,7 +30,13 @@ void forEachInstance(Namespace& model, const char* className, std::span<const ch
   const Reply reply = model.enumerateInstances(className, wanted.data());
   requireAnswer(reply, className);
   for (const CMPIData& item : reply.items()) {
-    if (item.type == CMPI_instance) visit(PropertyView(*as<Instance>(item.value.inst)));
+    if (item.type != CMPI_instance) continue;
+    const Instance& instance = *as<Instance>(item.value.inst);
+    if constexpr (std::is_invocable_v<Visit, const Instance&>) {
+      visit(instance);
+    } else {
+      visit(PropertyView(instance));
+    }
   }
 }
 
@@ -42,25 +49,36 @@ void forEachInstance(Namespace& model, const char* className, std::initializer_l
 /// Paths that an association leads to, by the path at its other end.
 using Links = std::unordered_map<std::string, std::vector<std::string>>;
 
-/// The path that a key holds.
-inline std::string pathInKey(const PathBody& association, std::string_view role) {
+/// The path that a key of an association holds; null when it holds none.
+inline const PathBody* endOf(const PathBody& association, std::string_view role) {
   const NamedValue* const end = association.keys.find(role);
   const ObjectPath* const path =
       end && end->data.type == CMPI_ref ? as<ObjectPath>(end->data.value.ref) : nullptr;
-  return path ? formatPath(path->body()) : std::string();
+  return path ? &path->body() : nullptr;
+}
+
+/// Its text.
+inline std::string pathInKey(const PathBody& association, std::string_view role) {
+  const PathBody* const end = endOf(association, role);
+  return end ? formatPath(*end) : std::string();
+}
+
+/// Calls `visit` with the path of every instance of a class. Throws ManagerError when the plug-in refuses.
+template <class Visit>
+void forEachName(Namespace& model, const char* className, Visit visit) {
+  const Reply reply = model.enumerateInstanceNames(className);
+  requireAnswer(reply, className);
+  for (const CMPIData& item : reply.items()) {
+    if (item.type == CMPI_ref) visit(as<ObjectPath>(item.value.ref)->body());
+  }
 }
 
 /// The ends of an association are its keys, so that its names tell them. Throws ManagerError when the plug-in
 /// refuses.
 inline Links readLinks(Namespace& model, const char* association, const char* from, const char* to) {
-  const Reply reply = model.enumerateInstanceNames(association);
-  requireAnswer(reply, association);
   Links links;
-  for (const CMPIData& item : reply.items()) {
-    if (item.type != CMPI_ref) continue;
-    const PathBody& name = as<ObjectPath>(item.value.ref)->body();
-    links[pathInKey(name, from)].push_back(pathInKey(name, to));
-  }
+  forEachName(model, association,
+              [&](const PathBody& name) { links[pathInKey(name, from)].push_back(pathInKey(name, to)); });
   return links;
 }
 

@@ -5,12 +5,40 @@
 
 namespace ZebManager {
 
+namespace {
+
+/// A value, or the first element of an array; null when there is none.
+const CMPIData* firstOf(const CMPIData& value) {
+  if (isNull(value)) return nullptr;
+  if (!isArray(value.type)) return &value;
+  const ArrayBody& array = as<Array>(value.value.array)->body();
+  return array.count == 0 || isNull(array.elements[0]) ? nullptr : &array.elements[0];
+}
+
+std::optional<std::uint64_t> numberOf(const CMPIData* data) {
+  return data && integerRange(data->type) ? std::optional(unsignedOf(*data)) : std::nullopt;
+}
+
+}  // namespace
+
+void PropertyPlaces::lookUp(const ClassDef& classDef) {
+  _class = &classDef;
+  _places.clear();
+  for (const char* const name : _names) {
+    const auto found = classDef.propertyIndex.find(name);
+    _places.push_back(found == classDef.propertyIndex.end() ? std::nullopt : std::optional(found->second));
+  }
+}
+
+std::optional<std::uint64_t> PropertyPlaces::numberAt(const InstanceBody& body,
+                                                      std::optional<std::uint16_t> place) {
+  const std::uint16_t position = place ? body.positions[*place] : std::uint16_t{0};
+  return position == 0 ? std::nullopt : numberOf(firstOf(body.properties.items[position - 1].data));
+}
+
 const CMPIData* PropertyView::find(std::string_view name) const {
   const NamedValue* const value = _body.properties.find(name);
-  if (!value || isNull(value->data)) return nullptr;
-  if (!isArray(value->data.type)) return &value->data;
-  const ArrayBody& array = as<Array>(value->data.value.array)->body();
-  return array.count == 0 || isNull(array.elements[0]) ? nullptr : &array.elements[0];
+  return value ? firstOf(value->data) : nullptr;
 }
 
 std::string PropertyView::path() const {
@@ -35,8 +63,7 @@ std::vector<std::string> PropertyView::texts(std::string_view name) const {
 }
 
 std::optional<std::uint64_t> PropertyView::number(std::string_view name) const {
-  const CMPIData* const data = find(name);
-  return data && integerRange(data->type) ? std::optional(unsignedOf(*data)) : std::nullopt;
+  return numberOf(find(name));
 }
 
 std::optional<bool> PropertyView::flag(std::string_view name) const {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +11,27 @@
 #include "values/Objects.h"
 
 namespace ZebManager {
+
+/// Properties of one class, to be looked for by their names once for many instances.
+class PropertyPlaces {
+ public:
+  explicit PropertyPlaces(std::span<const char* const> names) : _names(names) {}
+
+  /// What each property has in an instance, in the order of the names: a number, as `PropertyView::number`.
+  template <class Take>
+  void forEachNumber(const Instance& instance, Take take) {
+    if (_class != instance.body().classDef) lookUp(*instance.body().classDef);
+    for (std::size_t i = 0; i < _places.size(); ++i) take(i, numberAt(instance.body(), _places[i]));
+  }
+
+ private:
+  void lookUp(const ClassDef& classDef);
+  static std::optional<std::uint64_t> numberAt(const InstanceBody& body, std::optional<std::uint16_t> place);
+
+  const std::span<const char* const> _names;
+  const ClassDef* _class = nullptr;
+  std::vector<std::optional<std::uint16_t>> _places;  ///< in the class; none of what it does not have
+};
 
 /// A look at an instance that is not longer than the instance lives. A property that is not there or null is
 /// an empty text, no number, no element.
