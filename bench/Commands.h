@@ -17,6 +17,8 @@ void measureCold(Arguments arguments, Figures& figures);
 void measureRequests(Arguments arguments, Figures& figures);
 /// ROUNDS: passes of the worker in which nothing has happened.
 void measurePasses(Arguments arguments, Figures& figures);
+/// ROUNDS: metrics as text, without a server, `ip -j -s -d link` between them.
+void measureScrapes(Arguments arguments, Figures& figures);
 /// NAMESPACE ROUNDS: from a link message to the alert, one link at a time. Link "pI" of the namespace is the
 /// peer of the port "eI".
 void measureAlerts(Arguments arguments, Figures& figures);

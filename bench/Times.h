@@ -14,10 +14,11 @@ inline double millisecondsSince(Clock::time_point begin) {
   return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
 }
 
-/// Milliseconds that the process has run on a processor, in the kernel and outside.
-inline double processorMilliseconds() {
+/// Milliseconds that the process, or those that it has waited for, have run on a processor, in the kernel and
+/// outside.
+inline double processorMilliseconds(int whose = RUSAGE_SELF) {
   rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
+  getrusage(static_cast<__rusage_who>(whose), &usage);
   const auto of = [](const timeval& time) {
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) * 1e-3;
   };

@@ -19,8 +19,9 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {"cold", 0, measureCold},     {"requests", 1, measureRequests}, {"passes", 1, measurePasses},
-    {"alerts", 2, measureAlerts}, {"storm", 3, measureStorm},       {"idle", 2, measureIdle},
+    {"cold", 0, measureCold},       {"requests", 1, measureRequests}, {"passes", 1, measurePasses},
+    {"alerts", 2, measureAlerts},   {"storm", 3, measureStorm},       {"idle", 2, measureIdle},
+    {"scrapes", 1, measureScrapes},
 };
 
 }  // namespace
@@ -40,7 +41,8 @@ int main(int argc, char** argv) {
       return 1;
     }
   }
-  std::cerr << "usage: zeb_bench cold | requests ROUNDS | passes ROUNDS | alerts NAMESPACE ROUNDS |"
+  std::cerr << "usage: zeb_bench cold | requests ROUNDS | passes ROUNDS | scrapes ROUNDS | alerts NAMESPACE "
+               "ROUNDS |"
                " storm NAMESPACE ROUNDS GROUP | idle SECONDS WINDOWS\n";
   return 2;
 }

@@ -75,6 +75,7 @@ class Bench:
             self.figures.add_all(lab.ports, call("cold"))
             self.figures.add_all(lab.ports, call("requests", "7"))
             self.figures.add_all(lab.ports, call("passes", "9"))
+            self.figures.add_all(lab.ports, call("scrapes", "9"))
 
     def tools(self, lab):
         """In the same minute and on the same interfaces as the plug-in."""

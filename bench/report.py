@@ -80,6 +80,14 @@ def rows(r):
                               ("zebcim_service", "the same with a service", 30),
                               ("zebcim_get", "`zebcim get` of one of 1,000 ports, with a service", 10)):
         yield what, r.of("tool_" + name, 1000), " ms", limit, None
+    for ports in r.sizes:
+        yield (f"metrics as text, {ports:,} ports, processor, against `ip -j -s -d link` between them",
+               r.of("scrape_text_ratio", ports), " times", 1, None)
+        yield ("the same when something has changed", [a / b for a, b in zip(r.of("scrape_text_anew", ports),
+                                                                        r.of("scrape_text_ip", ports))], " times", None, None)
+        yield (f"`GET /metrics` of {ports:,} ports, processor, against node exporter",
+               r.ratios("tool_scrape_processor", ports, "tool_exporter_processor", ports), " times", 0.1, None)
+    yield "dumps of a scrape while nothing is announced", r.of("scrape_text_dumps", largest), "", 1, max
     yield ("enumerate 1,000 recorded ports over HTTP against the C interface",
            r.ratios("wire_whole", 1000, "recorded_enumerate", 1000), " times", 2, None)
     yield ("the same of 4,000 ports, a port, against 1,000",
