@@ -15,8 +15,26 @@ namespace ZEB::test {
 namespace {
 
 using namespace ZebManager;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
+
+/// Remembers which classes it is asked for.
+class Asked : public PluginNamespace {
+ public:
+  using PluginNamespace::PluginNamespace;
+
+  Reply enumerateInstances(std::string_view className, PropertyList properties) override {
+    classes.emplace_back(className);
+    return PluginNamespace::enumerateInstances(className, properties);
+  }
+  Reply enumerateInstanceNames(std::string_view className) override {
+    classes.emplace_back(className);
+    return PluginNamespace::enumerateInstanceNames(className);
+  }
+
+  std::vector<std::string> classes;
+};
 
 /// The plug-in in the embedded object manager, of which metrics are made as a server makes them.
 class Scraped {
@@ -32,12 +50,14 @@ class Scraped {
     _plugin.emplace(_broker, ZEB_PLUGIN);
   }
 
-  std::string scrape() {
-    const ProviderCalls calls = _broker.provider().atOneMoment();
-    PluginNamespace model(calls);
-    return _metrics.text(
-        model, [&] { return readLacp(calls.linkAggregation()); }, std::nullopt, MetricFormat::Text);
+  std::string scrape() { return scrapeInto(_metrics); }
+  /// By who has scraped nothing before.
+  std::string scrapeAnew() {
+    Metrics first;
+    return scrapeInto(first);
   }
+  /// Classes that the last scrape has asked for.
+  const std::vector<std::string>& asked() const { return _asked; }
 
   /// Dumps that a scrape has asked for.
   int dumps() {
@@ -47,11 +67,21 @@ class Scraped {
   }
 
  private:
+  std::string scrapeInto(Metrics& metrics) {
+    const ProviderCalls calls = _broker.provider().atOneMoment();
+    Asked model(calls);
+    const auto lacp = [&] { return readLacp(calls.linkAggregation()); };
+    std::string text = metrics.text(model, lacp, std::nullopt, MetricFormat::Text);
+    _asked = std::move(model.classes);
+    return text;
+  }
+
   const TemporaryFolder _folder{"zeb-scrape"};
   const ClassRepository _repository = ClassRepository::fromFile(ZEB_SCHEMA_FILE);
   Broker _broker{_repository};
   std::optional<PluginLibrary> _plugin;
   Metrics _metrics;
+  std::vector<std::string> _asked;
 };
 
 /// Nothing is announced any more, which takes the kernel a moment after links have come up.
@@ -68,6 +98,8 @@ TEST(Scrape, AsksForCountersOnceWhileNothingIsAnnounced) {
     Scraped scraped;
     comeToRest(scraped);
     for (int i = 0; i < 5; ++i) EXPECT_EQ(scraped.dumps(), 1);
+    EXPECT_THAT(scraped.asked(), ElementsAre("ZEB_EthernetStatistics"));
+    EXPECT_EQ(scraped.scrape(), scraped.scrapeAnew());
   });
 }
 
