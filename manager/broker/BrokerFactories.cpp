@@ -51,7 +51,8 @@ CMPIString* newString(const CMPIBroker*, const char* text, CMPIStatus* status) {
 }
 
 bool isElementType(CMPIType type) {
-  return !isArray(type) && (elementTypeName(type) != "unknown" || type == CMPI_chars || type == CMPI_instance);
+  return !isArray(type) &&
+         (elementTypeName(type) != "unknown" || type == CMPI_chars || type == CMPI_instance);
 }
 
 CMPIArray* newArray(const CMPIBroker*, CMPICount count, CMPIType type, CMPIStatus* status) {
