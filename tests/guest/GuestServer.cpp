@@ -81,8 +81,8 @@ std::vector<std::string> pathsIn(const std::string& answer) {
 
 }  // namespace
 
-GuestServer::GuestServer(Guest& guest) : guest_(guest) {
-  guest_.must(kConfigure);
+GuestServer::GuestServer(Guest& guest, const std::string& settings) : guest_(guest) {
+  guest_.must(std::string(kConfigure) + "cat >>zebcim.toml <<'END'\n" + settings + "\nEND\n");
   start();
 }
 

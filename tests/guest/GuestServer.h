@@ -14,8 +14,8 @@ class GuestServer {
  public:
   static constexpr char kAddress[] = "127.0.0.1:5988";
 
-  /// Starts it with no memory of any before.
-  explicit GuestServer(Guest& guest);
+  /// Starts it with no memory of any before, and with more in its configuration.
+  explicit GuestServer(Guest& guest, const std::string& settings = {});
   ~GuestServer();
   GuestServer(const GuestServer&) = delete;
   GuestServer& operator=(const GuestServer&) = delete;
