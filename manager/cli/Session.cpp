@@ -109,7 +109,7 @@ std::string Session::hintOf(const std::string& name, bool again) {
 std::optional<std::string> Session::shown(std::string_view className) {
   model();
   if (!asksService()) return std::nullopt;
-  return link().show(shownMessage(className, _options.jsonForm()));
+  return link().ask(shownMessage(className, _options.jsonForm()));
 }
 
 void Session::restart() {

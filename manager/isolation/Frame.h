@@ -35,9 +35,8 @@ struct Frame {
     Login,        ///< to the process that judges logins: an attempt
     Verdict,      ///< from that process: the number is the verdict
     Name,  ///< from a command: what is called so? The number is 1 when the last answer is not true any more
-    Show,  ///< from a command: a `shownMessage`, which is answered with JSON
   };
-  static constexpr Kind kLast = Kind::Show;
+  static constexpr Kind kLast = Kind::Name;
 
   Kind kind = Kind::Filters;
   std::uint64_t number = 0;

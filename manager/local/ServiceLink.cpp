@@ -50,11 +50,6 @@ std::string ServiceLink::ask(const std::string& request) {
   return receive().body;
 }
 
-std::string ServiceLink::show(const std::string& message) {
-  send(Frame::Kind::Show, message);
-  return receive().body;
-}
-
 std::string ServiceLink::pathOf(const std::string& name, bool again) {
   send(Frame::Kind::Name, name, again ? 1 : 0);
   return receive().body;

@@ -20,9 +20,6 @@ class ServiceLink {
   /// The answer to a request. Throws ManagerError when the service does not give any.
   std::string ask(const std::string& request);
 
-  /// The same for a message that asks for JSON.
-  std::string show(const std::string& message);
-
   /// The path of what may be called so, which has to be looked at; empty when the service knows none.
   /// `again`: it is not what the service said last. Throws ManagerError.
   std::string pathOf(const std::string& name, bool again);

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 
+#include "cli/ShownInstances.h"
 #include "local/LocalSocket.h"
 #include "local/ServiceNamespace.h"
 #include "login/WriteGroup.h"
@@ -35,10 +36,6 @@ std::optional<Frame> nextFrame(FrameReader& reader, int socket) {
     if (auto frame = reader.next()) return frame;
     if (reader.receive(socket) != Transfer::Done) return std::nullopt;
   }
-}
-
-bool isAnswered(Frame::Kind kind) {
-  return kind == Frame::Kind::Perform || kind == Frame::Kind::Name || kind == Frame::Kind::Show;
 }
 
 Frame refusal(const std::string& why) {
@@ -135,7 +132,7 @@ void LocalServer::serve(int socket, const User& user) {
     _connections.work(socket);
     _connections.allow(socket, Connections::Seconds(0));
     if (frame->kind == Frame::Kind::Filters) return watch(socket, *frame);
-    if (!isAnswered(frame->kind)) return;
+    if (frame->kind != Frame::Kind::Perform && frame->kind != Frame::Kind::Name) return;
     Frame answer = place.grow(1) ? answerTo(user, *frame) : refusal(kTooMany);
     Share share(_bounds.answerBytes, party);
     if (!share.grow(answer.body.size()))
@@ -149,9 +146,9 @@ void LocalServer::serve(int socket, const User& user) {
 Frame LocalServer::answerTo(const User& user, const Frame& frame) {
   try {
     if (const auto format = metricsAskedFor(frame.body)) return {Frame::Kind::Answer, 0, _metrics(*format)};
+    if (shownAskedFor(frame.body)) return {Frame::Kind::Answer, 0, _router.shown(frame.body)};
     if (frame.kind == Frame::Kind::Perform)
       return {Frame::Kind::Answer, 0, _router.answerTo(user, frame.body)};
-    if (frame.kind == Frame::Kind::Show) return {Frame::Kind::Answer, 0, _router.shown(frame.body)};
     ServiceNamespace model([&](const std::string& request) { return _router.answerTo(user, request); },
                            _classes);
     return {Frame::Kind::Answer, 0, _names.pathOf(model, frame.body, frame.number != 0)};

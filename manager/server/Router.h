@@ -35,7 +35,7 @@ class Router {
   HttpAnswer handle(const HttpHead& head, const std::optional<User>& user, std::string_view body);
   /// The document that answers a request of a user of this machine. Throws MessageError.
   std::string answerTo(const User& user, std::string_view body);
-  /// What the plug-in's process writes for a `shownMessage`. Throws ManagerError for another message.
+  /// What the plug-in's process writes for a `shownMessage`. `message`: one that `shownAskedFor` knows.
   std::string shown(const std::string& message);
 
  private:

@@ -229,17 +229,6 @@ TEST_F(Commands, GarbageEndsItsConnectionAlone) {
   EXPECT_EQ(zebcim({"get", kSettingsPath}).status, 0);
 }
 
-TEST_F(Commands, AreToldWhenNobodyCanShowWhatTheyAskFor) {
-  const ZEB::FileDescriptor socket = connected();
-  const std::string show("\x12\0\0\0\x07\0\0\0\0\0\0\0\0\0\0\0metrics", 23);
-  ASSERT_EQ(write(socket.get(), show.data(), show.size()), static_cast<ssize_t>(show.size()));
-  std::string answer(100, '\0');
-  answer.resize(
-      static_cast<std::size_t>(std::max<ssize_t>(read(socket.get(), answer.data(), answer.size()), 0)));
-  EXPECT_THAT(answer, StartsWith("\x06"));
-  EXPECT_THAT(answer, HasSubstr("nobody can show what was asked for"));
-}
-
 TEST_F(Commands, LeaveTheReportsOfTheServiceAlone) {
   ASSERT_EQ(zebcim({"invoke", "ZEB_AutoStartEthernetPort", "PerformWork"}).status, 0);
   const auto report = [&] {
