@@ -9,7 +9,6 @@
 #include "posix/Arguments.h"
 #include "posix/ChildProcess.h"
 #include "posix/Pipe.h"
-#include "values/ManagerError.h"
 
 namespace ZebManager {
 
@@ -33,7 +32,7 @@ std::string outputOf(const std::string& program, const std::vector<std::string>&
     if (got <= 0) break;
     text.append(buffer.data(), static_cast<std::size_t>(got));
   }
-  if (const int status = child.wait(); status != 0) throw ManagerError(program + " has failed");
+  if (const int status = child.wait(); status != 0) throw ProgramFailed(program + " has failed");
   return text;
 }
 

@@ -15,6 +15,7 @@
 
 #include "alertmanager/StraightAlerts.h"
 #include "cli/OwnFolders.h"
+#include "cli/ProgramOutput.h"
 #include "cli/Programs.h"
 #include "cli/Session.h"
 #include "cli/StopSignals.h"
@@ -95,6 +96,17 @@ std::vector<std::string> argumentsOf(const Options& options) {
   if (options.includeVirtual) arguments.emplace_back("--include-virtual");
   arguments.emplace_back("provide");
   return arguments;
+}
+
+/// What the plug-in refuses, each of its processes would refuse in turn. Why, the command has said.
+bool isPlayable(const Options& options) try {
+  std::vector<std::string> arguments = argumentsOf(options);
+  arguments.back() = "instances";
+  arguments.emplace_back("ZEB_ComputerSystem");
+  outputOf("zebcim", arguments);
+  return true;
+} catch (const ProgramFailed&) {
+  return false;
 }
 
 /// The socket behind which another starts a process of that kind; empty when this one does.
@@ -289,6 +301,7 @@ int serve(const Options& options, std::ostream& out, std::ostream& err) {
   if (!options.source.empty()) {
     requireReadable(options.source);
     own.emplace();
+    if (!isPlayable(options)) return 1;
   }
   const ServerSettings settings = settingsOf(options, own ? &*own : nullptr, log);
   const StateLock lock(settings.stateDirectory);

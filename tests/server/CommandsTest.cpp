@@ -250,6 +250,16 @@ TEST_F(Commands, ASecondServerOfTheSameStateIsRefused) {
                             (server.folder() / "state").string() + "; --state names another one\n");
 }
 
+TEST_F(Commands, ServeNoRecordingThatIsNone) {
+  const std::string file = (server.folder() / "bad.json").string();
+  std::ofstream(file) << "{\"format\": ";
+  const Outcome refused = zebcim({"--source", file, "serve", "--http", "127.0.0.1:0", "--https", "none"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_EQ(refused.out, "");
+  EXPECT_THAT(refused.err, HasSubstr("does not start: snapshot " + file + ": expected one JSON object\n"));
+  EXPECT_EQ(std::ranges::count(refused.err, '\n'), 1) << refused.err;
+}
+
 TEST_F(Commands, ARecordingHasFoldersOfItsOwn) {
   const ZEB::TemporaryFolder machine;
   const std::vector<std::string> live = {"ZEB_CONFIG=" + (machine / "qv-zeb.toml").string(),
