@@ -93,7 +93,8 @@ class Doctor {
     try {
       const auto report = readReport(runFolder);
       if (!report) {
-        _findings.note("running", "no object manager has reported in " + runFolder);
+        _findings.note("running", runFolder.empty() ? "the run directory is none, in which would be reported"
+                                                    : "no object manager has reported in " + runFolder);
         return;
       }
       _findings.report = report->json;

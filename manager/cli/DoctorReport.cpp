@@ -52,6 +52,7 @@ DoctorReport parseReport(const std::string& text) {
 }  // namespace
 
 std::optional<DoctorReport> readReport(const std::string& folder) {
+  if (folder.empty()) return std::nullopt;
   const std::string file = folder + kReportFile;
   std::ifstream in(file);
   if (!in && errno == ENOENT) return std::nullopt;

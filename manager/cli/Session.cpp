@@ -85,8 +85,9 @@ Namespace& Session::model() {
     _model = std::make_unique<ServiceNamespace>(
         [this](const std::string& request) { return link().ask(request); }, _repository);
   } else {
-    say(_options.wantsPlugin()
-            ? "loading the plug-in, as the options want it"
+    say(_options.wantsPlugin() ? "loading the plug-in, as the options want it"
+        : _runFolder.empty()
+            ? "the run directory is none, in which a service would be found; loading the plug-in"
             : "no service listens at " + serviceSocket(_runFolder) + "; loading the plug-in");
     _model = std::make_unique<PluginNamespace>(provider());
   }

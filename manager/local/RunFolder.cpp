@@ -10,8 +10,20 @@ namespace ZebManager {
 
 namespace {
 
+constexpr char kNowhere[] = "none";
+
 bool isUsable(const std::string& folder) {
-  return folder.starts_with('/') || folder == "none";
+  return folder.starts_with('/') || folder == kNowhere;
+}
+
+/// What the plug-in's configuration file says. Without a file, or with a bad one, the plug-in works with its
+/// defaults, too.
+std::string inFile(const char* key) try {
+  const char* const file = std::getenv("ZEB_CONFIG");
+  const toml::table table = toml::parse_file(file ? file : "/etc/qv-zeb/qv-zeb.toml");
+  return table[key].value_or("");
+} catch (const toml::parse_error&) {
+  return {};
 }
 
 }  // namespace
@@ -21,17 +33,10 @@ std::string configuredRunFolder() {
   const char* const named = std::getenv("ZEB_RUN_DIR");
   std::string folder = named ? named : "";
   if (!folder.empty() && !isUsable(folder))
-    throw ManagerError("ZEB_RUN_DIR is '" + folder + "': expected a path that begins with /");
-  if (folder.empty()) {
-    const char* const file = std::getenv("ZEB_CONFIG");
-    try {
-      const toml::table table = toml::parse_file(file ? file : "/etc/qv-zeb/qv-zeb.toml");
-      folder = table["run-directory"].value_or("");
-    } catch (const toml::parse_error&) {
-      // Without a file, or with a bad one, the plug-in works with its defaults, too.
-    }
-  }
+    throw ManagerError("ZEB_RUN_DIR is '" + folder + "': expected a path that begins with /, or " + kNowhere);
+  if (folder.empty()) folder = inFile("run-directory");
   if (!isUsable(folder)) return kDefault;
+  if (folder == kNowhere) return {};
   return folder.back() == '/' ? folder : folder + "/";
 }
 

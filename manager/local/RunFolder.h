@@ -6,10 +6,11 @@
 namespace ZebManager {
 
 /// The run directory of this system's plug-in, by the environment and its configuration file; ends with a
-/// slash. Throws ManagerError when the environment names one that is none.
+/// slash. Empty when it is to be nowhere: then no service is found. Throws ManagerError when the environment
+/// names one that is none.
 std::string configuredRunFolder();
 
-/// The socket of the service that uses a run directory.
+/// The socket of the service that uses a run directory, which is not nowhere.
 inline std::string serviceSocket(const std::string& runFolder) {
   return runFolder + "zebcim/socket";
 }

@@ -19,6 +19,7 @@ constexpr char kGone[] = "the service has ended the connection";
 }  // namespace
 
 std::unique_ptr<ServiceLink> ServiceLink::find(const std::string& runFolder) {
+  if (runFolder.empty()) return nullptr;
   ZEB::FileDescriptor socket = connectLocally(serviceSocket(runFolder));
   return socket ? std::unique_ptr<ServiceLink>(new ServiceLink(std::move(socket))) : nullptr;
 }

@@ -242,8 +242,10 @@ Resources resourcesOf(Core& core) {
 /// Without it commands of this machine load the plug-in themselves.
 std::unique_ptr<LocalServer> listenToCommands(Core& core, Router& router, HttpBounds& bounds, Log& log) {
   try {
-    return std::make_unique<LocalServer>(serviceSocket(configuredRunFolder()), router, bounds,
-                                         core.watchers(), metricsText(core.plugin(), core.alerts()),
+    const std::string runFolder = configuredRunFolder();
+    if (runFolder.empty()) throw ManagerError("the run directory is none");
+    return std::make_unique<LocalServer>(serviceSocket(runFolder), router, bounds, core.watchers(),
+                                         metricsText(core.plugin(), core.alerts()),
                                          core.classes());
   } catch (const ManagerError& error) {
     log(std::string("commands do not find this service: ") + error.what());

@@ -260,6 +260,25 @@ TEST_F(Commands, ServeNoRecordingThatIsNone) {
   EXPECT_EQ(std::ranges::count(refused.err, '\n'), 1) << refused.err;
 }
 
+TEST_F(Commands, FindNoServiceWhereTheRunDirectoryIsNone) {
+  std::vector<std::string> nowhere = environment();
+  std::erase_if(nowhere, [](const std::string& variable) { return variable.starts_with("ZEB_RUN_DIR="); });
+  nowhere.emplace_back("ZEB_RUN_DIR=none");
+  EXPECT_EQ(run(ZEB_CIM, {"-v", "instances", "ZEB_EthEventSettings"}, nowhere, {}).err,
+            "zebcim: the run directory is none, in which a service would be found; loading the plug-in\n");
+  const Outcome refused = run(ZEB_CIM,
+                              {"--source", ZEB_SNAPSHOTS "/two_cards.json", "serve", "--http", "none",
+                               "--https", "none", "--state", (server.folder() / "nowhere").string()},
+                              nowhere, {});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_EQ(refused.err,
+            "zebcim: commands do not find this service: the run directory is none\n"
+            "zebcim: there is nowhere to listen at\n");
+  EXPECT_FALSE(fs::exists("none"));
+  EXPECT_THAT(run(ZEB_CIM, {"doctor"}, nowhere, {}).out,
+              HasSubstr("the run directory is none, in which would be reported"));
+}
+
 TEST_F(Commands, ARecordingHasFoldersOfItsOwn) {
   const ZEB::TemporaryFolder machine;
   const std::vector<std::string> live = {"ZEB_CONFIG=" + (machine / "qv-zeb.toml").string(),
