@@ -9,6 +9,7 @@
 #include "cli/Printable.h"
 #include "cli/ProgramOutput.h"
 #include "cli/Words.h"
+#include "local/RunFolder.h"
 #include "schema/Caseless.h"
 
 namespace ZebManager {
@@ -33,6 +34,14 @@ const SourceText& textOf(Source source) {
       {"constant", "always the same"},
   };
   return kTexts[static_cast<std::size_t>(source)];
+}
+
+/// What other commands show is explained: of a service, what that serves.
+std::string servedRecording(const Session& session) {
+  const auto service = session.service();
+  const std::string recording = service ? service->recording() : configuredRecording();
+  if (!recording.empty()) requireReadable(recording);
+  return recording;
 }
 
 std::string recordingOf(const Options& options) {
@@ -89,8 +98,10 @@ Json jsonOf(const Explanation& one) {
 
 }  // namespace
 
-void explain(const Options& options, Session&, const Output& output) {
-  Explainer explainer(options, recordingOf(options));
+void explain(const Options& options, Session& session, const Output& output) {
+  Options served = options;
+  if (served.source.empty()) served.source = servedRecording(session);
+  Explainer explainer(served, recordingOf(served));
   std::vector<Explanation> all = explainer.explain(options.path);
   if (!options.property.empty()) {
     std::vector<std::string> known;

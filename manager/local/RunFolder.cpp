@@ -40,4 +40,9 @@ std::string configuredRunFolder() {
   return folder.back() == '/' ? folder : folder + "/";
 }
 
+std::string configuredRecording() {
+  const char* const named = std::getenv("ZEB_SOURCE_FILE");
+  return named && *named ? named : inFile("source-file");
+}
+
 }  // namespace ZebManager

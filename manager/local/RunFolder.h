@@ -10,6 +10,9 @@ namespace ZebManager {
 /// names one that is none.
 std::string configuredRunFolder();
 
+/// The recording that this system's plug-in serves, by the same; empty when it serves this machine.
+std::string configuredRecording();
+
 /// The socket of the service that uses a run directory, which is not nowhere.
 inline std::string serviceSocket(const std::string& runFolder) {
   return runFolder + "zebcim/socket";

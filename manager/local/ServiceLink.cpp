@@ -51,6 +51,10 @@ std::string ServiceLink::ask(const std::string& request) {
   return receive().body;
 }
 
+std::string ServiceLink::recording() {
+  return ask(kAskForRecording);
+}
+
 std::string ServiceLink::pathOf(const std::string& name, bool again) {
   send(Frame::Kind::Name, name, again ? 1 : 0);
   return receive().body;

@@ -11,6 +11,9 @@
 
 namespace ZebManager {
 
+/// A message of a command's that is no document of XML.
+inline constexpr char kAskForRecording[] = "recording";
+
 /// One connection. For one thread, `wake` aside.
 class ServiceLink {
  public:
@@ -19,6 +22,10 @@ class ServiceLink {
 
   /// The answer to a request. Throws ManagerError when the service does not give any.
   std::string ask(const std::string& request);
+
+  /// The recording that the service serves, by its whole path; empty when it serves this machine. Throws
+  /// ManagerError.
+  std::string recording();
 
   /// The path of what may be called so, which has to be looked at; empty when the service knows none.
   /// `again`: it is not what the service said last. Throws ManagerError.

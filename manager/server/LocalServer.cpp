@@ -10,6 +10,7 @@
 
 #include "cli/ShownInstances.h"
 #include "local/LocalSocket.h"
+#include "local/ServiceLink.h"
 #include "local/ServiceNamespace.h"
 #include "login/WriteGroup.h"
 #include "query/Condition.h"
@@ -45,13 +46,14 @@ Frame refusal(const std::string& why) {
 }  // namespace
 
 LocalServer::LocalServer(const std::string& path, Router& router, HttpBounds& bounds, LocalWatchers& watchers,
-                         MetricsText metrics, const ClassRepository& classes)
+                         MetricsText metrics, std::string recording, const ClassRepository& classes)
     : _path(path),
       _listener(listenLocally(path)),
       _router(router),
       _bounds(bounds),
       _watchers(watchers),
       _metrics(std::move(metrics)),
+      _recording(std::move(recording)),
       _classes(classes),
       _connections(kMostConnections + kMostOfOne, kMostConnections + kMostOfOne),
       _requests(kMostConnections + kMostOfOne),
@@ -146,6 +148,7 @@ void LocalServer::serve(int socket, const User& user) {
 Frame LocalServer::answerTo(const User& user, const Frame& frame) {
   try {
     if (const auto format = metricsAskedFor(frame.body)) return {Frame::Kind::Answer, 0, _metrics(*format)};
+    if (frame.body == kAskForRecording) return {Frame::Kind::Answer, 0, _recording};
     if (shownAskedFor(frame.body)) return {Frame::Kind::Answer, 0, _router.shown(frame.body)};
     if (frame.kind == Frame::Kind::Perform)
       return {Frame::Kind::Answer, 0, _router.answerTo(user, frame.body)};

@@ -19,9 +19,10 @@ namespace ZebManager {
 /// waits for what is under way. Everybody may read; root and the members of a group may write.
 class LocalServer {
  public:
-  /// `classes`: what alerts are selected from. Throws ManagerError when there can be no socket.
+  /// `recording`: what is served, empty for this machine. `classes`: what alerts are selected from. Throws
+  /// ManagerError when there can be no socket.
   LocalServer(const std::string& path, Router& router, HttpBounds& bounds, LocalWatchers& watchers,
-              MetricsText metrics, const ClassRepository& classes);
+              MetricsText metrics, std::string recording, const ClassRepository& classes);
   LocalServer(const LocalServer&) = delete;
   LocalServer& operator=(const LocalServer&) = delete;
   ~LocalServer();
@@ -47,6 +48,7 @@ class LocalServer {
   HttpBounds& _bounds;
   LocalWatchers& _watchers;
   const MetricsText _metrics;
+  const std::string _recording;
   const ClassRepository& _classes;
   NameHints _names;
   Connections _connections;

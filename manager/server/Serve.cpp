@@ -239,13 +239,20 @@ Resources resourcesOf(Core& core) {
   return resources;
 }
 
+/// By its whole path: commands stand elsewhere.
+std::string recordingOf(const Options& options) {
+  const std::string file = options.source.empty() ? configuredRecording() : options.source;
+  return file.empty() ? file : std::filesystem::absolute(file).string();
+}
+
 /// Without it commands of this machine load the plug-in themselves.
-std::unique_ptr<LocalServer> listenToCommands(Core& core, Router& router, HttpBounds& bounds, Log& log) {
+std::unique_ptr<LocalServer> listenToCommands(const Options& options, Core& core, Router& router,
+                                              HttpBounds& bounds, Log& log) {
   try {
     const std::string runFolder = configuredRunFolder();
     if (runFolder.empty()) throw ManagerError("the run directory is none");
     return std::make_unique<LocalServer>(serviceSocket(runFolder), router, bounds, core.watchers(),
-                                         metricsText(core.plugin(), core.alerts()),
+                                         metricsText(core.plugin(), core.alerts()), recordingOf(options),
                                          core.classes());
   } catch (const ManagerError& error) {
     log(std::string("commands do not find this service: ") + error.what());
@@ -311,7 +318,7 @@ int serve(const Options& options, std::ostream& out, std::ostream& err) {
   Authenticator users(judgesOf(options), std::ref(log));
   Router router(users, core.plugin(), core.classes(), &core.interop(), settings, resourcesOf(core));
   HttpBounds bounds(settings);
-  const auto local = listenToCommands(core, router, bounds, log);
+  const auto local = listenToCommands(options, core, router, bounds, log);
   if (!local && isNowhere(settings.http) && isNowhere(settings.https))
     throw ManagerError("there is nowhere to listen at");
   Servers servers;

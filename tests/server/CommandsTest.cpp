@@ -250,6 +250,14 @@ TEST_F(Commands, ASecondServerOfTheSameStateIsRefused) {
                             (server.folder() / "state").string() + "; --state names another one\n");
 }
 
+TEST_F(Commands, ExplainWhatTheServiceServes) {
+  const std::vector<std::string> words = {"explain", "eth2", "Speed"};
+  const Outcome asked = zebcim(words);
+  EXPECT_EQ(asked.status, 0) << asked.err;
+  EXPECT_THAT(asked.out, HasSubstr("Speed = 1000000000"));
+  EXPECT_EQ(asked.out, standalone(words).out);
+}
+
 TEST_F(Commands, ServeNoRecordingThatIsNone) {
   const std::string file = (server.folder() / "bad.json").string();
   std::ofstream(file) << "{\"format\": ";
