@@ -216,6 +216,40 @@ test("settings are changed by those who may, and refused to others", () =>
       await writer.locator('[data-property="FloodThreshold"] td', { hasText: "13" }).waitFor();
   }));
 
+test("a member's filter is changed by those who may, and refused to others", () =>
+  on(snapshot("two_cards.json"), async (open) => {
+    const member = async (user) => {
+      const page = await open({ httpCredentials: { username: user, password: "secret", send: "always" } });
+      await tile(page, "eth0").locator(".face").click();
+      const row = page.locator(".associations > li", { hasText: "ZEB_EthernetMemberOfCollection" });
+      await row.locator("button[aria-label]").click();
+      await page.locator('#detail [data-property="Included"]').waitFor();
+      return page;
+    };
+    const included = (page) => page.locator('[data-property="Included"] td bdi').first().textContent();
+    const change = async (page) => {
+      await page.locator('form.change input[name="Included"]').click();
+      await page.locator("form.change button").click();
+    };
+    const reader = await member("daemon");
+    assert.equal(await included(reader), "TRUE");
+    await change(reader);
+    // What CIM answers, as it is.
+    await reader.locator(".result.refused", { hasText: /^CIM error 2: .*may only read/ }).waitFor();
+    const writer = await member("root");
+    assert.equal(await included(writer), "TRUE");
+    await change(writer);
+    await writer.locator(".result", { hasText: "Changed." }).waitFor();
+    await writer.locator('[data-property="Included"] td', { hasText: "FALSE" }).waitFor();
+    // Of the other members none has changed, and whoever comes next sees what has.
+    const next = await member("daemon");
+    assert.equal(await included(next), "FALSE");
+    await next.keyboard.press("Escape");
+    await tile(next, "eth1").locator(".face").click();
+    await next.locator(".associations > li", { hasText: "ZEB_EthernetMemberOfCollection" }).locator("button[aria-label]").click();
+    await next.locator('[data-property="Included"] td', { hasText: "TRUE" }).waitFor();
+  }));
+
 test("4,000 ports are seen within a second and scroll smoothly", () =>
   on(many(path.join(folder, "many.json"), 4000), async (open) => {
     await (await open()).locator(".port").first().waitFor();
@@ -227,11 +261,11 @@ test("4,000 ports are seen within a second and scroll smoothly", () =>
     assert.match(await page.locator("#lost").textContent(), /^100 ports have no link/);
   }));
 
-test("it is looked at in two sizes, light and dark", () =>
+test("it is looked at in three sizes, light and dark", () =>
   on(busy(path.join(folder, "picture.json"), 16), async (open) => {
     const kinds = [];
     for (const colorScheme of ["light", "dark"]) {
-      for (const [width, height] of [[1440, 1000], [360, 780]]) kinds.push({ colorScheme, viewport: { width, height } });
+      for (const [width, height] of [[1440, 1000], [360, 780], [3840, 2160]]) kinds.push({ colorScheme, viewport: { width, height } });
     }
     const pages = [];
     for (const kind of kinds) pages.push([kind, await open(kind)]);

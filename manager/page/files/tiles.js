@@ -71,9 +71,9 @@ function speedBar(port) {
 function rateText(samples) {
   const now = samples.at(-1);
   if (!now) return "";
-  const words = `↓ ${bytesWords(now[Rate.in])}  ↑ ${bytesWords(now[Rate.out])}`;
+  const words = `↓\u00a0${bytesWords(now[Rate.in])}  ↑\u00a0${bytesWords(now[Rate.out])}`;
   const errors = latest(samples, "errors");
-  return errors ? `${words}  ⚠ ${errors} err/s` : words;
+  return errors ? `${words}  ⚠\u00a0${errors}\u00a0err/s` : words;
 }
 
 export function portTile(port, model) {
