@@ -1,16 +1,17 @@
 #include "cli/Explain.h"
 
-#include <fstream>
 #include <ostream>
-#include <sstream>
 
+#include "broker/Broker.h"
 #include "cli/Explainer.h"
 #include "cli/Nearest.h"
 #include "cli/Printable.h"
-#include "cli/ProgramOutput.h"
+#include "cli/Recording.h"
 #include "cli/Words.h"
 #include "local/RunFolder.h"
 #include "schema/Caseless.h"
+#include "values/CallMemory.h"
+#include "values/ObjectPathText.h"
 
 namespace ZebManager {
 namespace {
@@ -44,13 +45,6 @@ std::string servedRecording(const Session& session) {
   return recording;
 }
 
-std::string recordingOf(const Options& options) {
-  if (options.source.empty()) return outputOf("zeb-capture", {"-"});
-  std::ostringstream text;
-  text << std::ifstream(options.source).rdbuf();
-  return text.str();
-}
-
 std::string plain(const Json& value) {
   return value.is_string() ? value.get<std::string>()
                            : value.dump(-1, ' ', false, Json::error_handler_t::replace);
@@ -77,6 +71,13 @@ void print(const std::vector<Explanation>& all, const Output& output) {
         output.out << "    " << printable(lineOf(reason)) << "\n";
     }
   }
+}
+
+/// What a class has and no instance says is left out whatever is tried.
+bool isDeclared(const ClassRepository& repository, const std::string& path, const std::string& property) {
+  Arena arena;
+  const PathBody& body = parsePath(arena, repository, kNameSpace, path)->body();
+  return requireClass(repository, body.className).property(property) != nullptr;
 }
 
 Json jsonOf(const Explanation& one) {
@@ -107,6 +108,9 @@ void explain(const Options& options, Session& session, const Output& output) {
     std::vector<std::string> known;
     for (const Explanation& one : all) known.push_back(one.property);
     std::erase_if(all, [&](const Explanation& one) { return !sameName(one.property, options.property); });
+    if (all.empty() && isDeclared(session.repository(), explainer.path(), options.property)) {
+      all.emplace_back().property = options.property;
+    }
     if (all.empty()) {
       throw ManagerError(explainer.path() + " has no property '" + options.property + "'" +
                          suggestion(options.property, known));

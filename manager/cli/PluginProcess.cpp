@@ -4,6 +4,7 @@
 #include "cimxml/EnumerationSteps.h"
 #include "cimxml/Export.h"
 #include "cli/Metrics.h"
+#include "cli/Recording.h"
 #include "cli/Session.h"
 #include "cli/ShownInstances.h"
 #include "isolation/ProviderProcess.h"
@@ -15,10 +16,11 @@ namespace {
 class HostedPlugin : public HostedProvider {
  public:
   explicit HostedPlugin(const Options& options)
-      : _session(options, Session::Posts::AsConfigured), _namespace(_session.provider()) {}
+      : _options(options), _session(options, Session::Posts::AsConfigured), _namespace(_session.provider()) {}
 
   Broker& broker() override { return _session.broker(); }
   std::string perform(std::string_view message) override {
+    if (message == kRecordingMessage) return recordingOf(_options);
     if (const auto format = metricsAskedFor(message)) return metrics(*format);
     if (const auto question = shownAskedFor(message)) return shownInstances(_namespace, *question);
     return isStep(message) ? performStep(message, _namespace) : answer(message, _namespace);
@@ -35,6 +37,7 @@ class HostedPlugin : public HostedProvider {
     return _metrics.text(model, lacp, readWorker(_session.runFolder()), format);
   }
 
+  const Options& _options;
   Session _session;
   PluginNamespace _namespace;
   Metrics _metrics;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -13,11 +14,13 @@
 
 namespace ZebManager {
 
-/// Has the command `explain` find it out, one instance at a time, and keeps what it said for a while. Safe
-/// from any thread.
+/// Has the command `explain` find it out on a recording, one instance at a time, and keeps what it said for a
+/// while. Safe from any thread.
 class Explanations {
  public:
-  Explanations(const Options& options, const ClassRepository& classes);
+  /// `record`: gives a recording of what is served now; this process may not be allowed to read it. May
+  /// throw.
+  Explanations(const Options& options, const ClassRepository& classes, std::function<std::string()> record);
 
   /// What the command says as JSON; nothing while it is busy with another. Throws ManagerError.
   std::optional<std::string> of(const std::string& path);
@@ -30,8 +33,10 @@ class Explanations {
   };
 
   std::optional<std::string> kept(const std::string& path);
+  std::string find(const std::string& path) const;
 
   const ClassRepository& _classes;
+  const std::function<std::string()> _record;
   std::vector<std::string> _arguments;
   std::mutex _working;
   std::mutex _mutex;

@@ -17,6 +17,7 @@
 #include "cli/OwnFolders.h"
 #include "cli/ProgramOutput.h"
 #include "cli/Programs.h"
+#include "cli/Recording.h"
 #include "cli/Session.h"
 #include "cli/StopSignals.h"
 #include "indications/Delivery.h"
@@ -147,7 +148,7 @@ class Core {
         _model(_classes, [this](const std::string& request) { return _supervisor.perform(request, true); }),
         _live(_model, options.source),
         _alerts(_classes),
-        _explanations(options, _classes),
+        _explanations(options, _classes, [this] { return recording(); }),
         _straight(straightAlerts(settings, log)),
         _supervisor(supervisorOptions(options, settings, log),
                     [this](const auto& filters, const std::string& element) { deliver(filters, element); }),
@@ -194,6 +195,13 @@ class Core {
     interop.retryInterval = static_cast<std::uint64_t>(ceil<seconds>(settings.delivery.longestPause).count());
     interop.retryTime = static_cast<std::uint64_t>(settings.delivery.longestWait.count());
     return interop;
+  }
+
+  /// The plug-in's process may read more of the machine than this one.
+  std::string recording() {
+    auto answer = _supervisor.perform(kRecordingMessage, true);
+    if (answer.outcome != ProviderSupervisor::Answer::Outcome::Done) throw ManagerError(answer.body);
+    return std::move(answer.body);
   }
 
   void deliver(const std::vector<std::string>& filters, const std::string& element) {
