@@ -87,10 +87,20 @@ std::optional<InstanceValues> Explainer::readAltered() {
   _session.restart();
   try {
     // Where the numbers of instances moved, the path stands for another.
-    return nameNow() == _name ? read() : std::nullopt;
+    if (nameNow() != _name) return std::nullopt;
+    const auto values = read();
+    return values ? values : readSuccessor();
   } catch (const ManagerError&) {
     return std::nullopt;  // without that fact there is no such machine
   }
+}
+
+/// What is named by the fact that was altered is called something else now, and is in the same place.
+std::optional<InstanceValues> Explainer::readSuccessor() {
+  const std::vector<std::string> now = pathsBeside(_session.model(), _path);
+  const auto place = std::ranges::find(_beside, _path) - _beside.begin();
+  if (now.size() != _beside.size() || place == std::ssize(_beside)) return std::nullopt;
+  return readValues(_session.model(), now[static_cast<std::size_t>(place)]);
 }
 
 Explainer::Changed Explainer::changedIn(const InstanceValues& altered) const {
@@ -247,6 +257,9 @@ bool Explainer::leftOutMatters(const std::set<const RecordedFact*>& facts, Chang
 
 void Explainer::tryAll() {
   _explanations.clear();
+  _recording.restore();
+  _session.restart();
+  _beside = pathsBeside(_session.model(), _path);
   for (const auto& [name, value] : _values.items()) of(name);
   for (const RecordedFact& fact : _facts) tryFact(fact);
 }

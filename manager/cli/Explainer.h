@@ -58,6 +58,7 @@ class Explainer {
 
   std::optional<InstanceValues> read();
   std::optional<InstanceValues> readAltered();
+  std::optional<InstanceValues> readSuccessor();
   Changed changedIn(const InstanceValues& altered) const;
   Changed changedBy(const RecordedFact& fact, AlteredRecording::Change change, AlteredRecording::Range range);
   bool narrow(const Likeness& likeness);
@@ -79,10 +80,11 @@ class Explainer {
   AlteredRecording _recording;
   const Options _options;
   Session _session;
-  std::string _asked;      ///< the path that is meant
-  std::string _path;       ///< the same on the machine on which is tried
-  std::string _name;       ///< of the interface that it stands for; may be empty
-  InstanceValues _values;  ///< on the machine on which is tried
+  std::string _asked;                ///< the path that is meant
+  std::string _path;                 ///< the same on the machine on which is tried
+  std::string _name;                 ///< of the interface that it stands for; may be empty
+  std::vector<std::string> _beside;  ///< paths of its class there, unaltered
+  InstanceValues _values;            ///< on the machine on which is tried
   std::map<std::string, Explanation> _explanations;
 };
 

@@ -98,6 +98,16 @@ std::optional<InstanceValues> readValues(Namespace& model, const std::string& pa
   return std::nullopt;
 }
 
+std::vector<std::string> pathsBeside(Namespace& model, const std::string& path) {
+  Arena arena;
+  const std::string className(parsePath(arena, model.repository(), kNameSpace, path)->body().className);
+  const Reply reply = model.enumerateInstanceNames(className.c_str());
+  std::vector<std::string> paths;
+  for (const CMPIData& item : reply.items())
+    paths.push_back(formatPath(as<ObjectPath>(item.value.ref)->body()));
+  return paths;
+}
+
 std::set<std::string> interfacesNear(Namespace& model, const std::string& path) {
   Arena arena;
   Walk walk(model);

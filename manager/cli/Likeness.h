@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "broker/Namespace.h"
 
@@ -15,6 +16,9 @@ using InstanceValues = nlohmann::ordered_json;  ///< by property, as they are se
 InstanceValues valuesOf(const Instance& instance);
 /// Of one that is only enumerated, too; nothing when there is none.
 std::optional<InstanceValues> readValues(Namespace& model, const std::string& path);
+
+/// Of all instances of its class, in the order in which they are served, the paths.
+std::vector<std::string> pathsBeside(Namespace& model, const std::string& path);
 
 /// The interfaces that an instance stands for, or those that the nearest things stand for that it is
 /// associated with. The system is near to everything and leads nowhere. Throws ManagerError.
