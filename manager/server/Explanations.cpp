@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::chrono::seconds kFresh{60};
 constexpr std::size_t kMost = 64;
-constexpr char kSeconds[] = "30";
+constexpr char kSeconds[] = "60";
 
 }  // namespace
 
