@@ -2,7 +2,6 @@
 
 #include <ostream>
 
-#include "broker/Broker.h"
 #include "cli/Explainer.h"
 #include "cli/Nearest.h"
 #include "cli/Printable.h"
@@ -10,8 +9,6 @@
 #include "cli/Words.h"
 #include "local/RunFolder.h"
 #include "schema/Caseless.h"
-#include "values/CallMemory.h"
-#include "values/ObjectPathText.h"
 
 namespace ZebManager {
 namespace {
@@ -73,13 +70,6 @@ void print(const std::vector<Explanation>& all, const Output& output) {
   }
 }
 
-/// What a class has and no instance says is left out whatever is tried.
-bool isDeclared(const ClassRepository& repository, const std::string& path, const std::string& property) {
-  Arena arena;
-  const PathBody& body = parsePath(arena, repository, kNameSpace, path)->body();
-  return requireClass(repository, body.className).property(property) != nullptr;
-}
-
 Json jsonOf(const Explanation& one) {
   Json reasons = Json::array();
   for (const Reason& reason : one.reasons) {
@@ -108,9 +98,6 @@ void explain(const Options& options, Session& session, const Output& output) {
     std::vector<std::string> known;
     for (const Explanation& one : all) known.push_back(one.property);
     std::erase_if(all, [&](const Explanation& one) { return !sameName(one.property, options.property); });
-    if (all.empty() && isDeclared(session.repository(), explainer.path(), options.property)) {
-      all.emplace_back().property = options.property;
-    }
     if (all.empty()) {
       throw ManagerError(explainer.path() + " has no property '" + options.property + "'" +
                          suggestion(options.property, known));

@@ -41,13 +41,5 @@ TEST_F(UnitExplains, WhatThePluginsProcessPlays) {
   EXPECT_EQ(fact["from"], "RTM_NEWLINK IFLA_STATS64 rx_bytes");
 }
 
-/// Which ports that has is not for this test to know.
-TEST_F(UnitExplains, WhatThePluginsProcessRecordsOfTheKernel) {
-  const json settings =
-      explained(Unit({.plugin = {}, .settings = {}}), "ZEB_EthEventSettings.InstanceId=%22JXV:0%22");
-  ASSERT_GT(settings["properties"].size(), 5U) << settings;
-  EXPECT_EQ(settings["properties"][0]["property"], "InstanceId");
-}
-
 }  // namespace
 }  // namespace ZebManager

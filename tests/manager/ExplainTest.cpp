@@ -102,9 +102,6 @@ TEST_F(Explain, OnePropertyInWords) {
             "ActiveMaximumTransmissionUnit = 1500\n"
             "    from what the kernel says\n"
             "    links.mtu of eth0 is 1500; RTM_NEWLINK IFLA_MTU\n");
-  EXPECT_EQ(
-      zebcim({"--source", snapshotFile("bare_port"), "explain", "ZEB_EthernetPort", "OtherPortType"}).out,
-      "OtherPortType is left out\n    always the same\n");
   EXPECT_THAT(zebcim({"--source", snapshotFile("two_cards"), "explain", "eth0", "Mtu"}).err,
               HasSubstr("has no property 'Mtu'"));
   EXPECT_THAT(zebcim({"--source", snapshotFile("two_cards"), "explain", "eth0", "PortNumbr"}).err,
