@@ -13,7 +13,7 @@
 namespace {
 std::mutex systemLogMutex;
 std::vector<std::pair<int, std::string>> systemLog;
-}
+}  // namespace
 
 extern "C" void __wrap_syslog(int priority, const char* format, ...) {
   char text[200] = "";
