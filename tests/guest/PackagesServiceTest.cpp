@@ -88,6 +88,16 @@ echo $! >/tmp/free/pid
   guest().must("kill $(cat /tmp/free/pid)");
 }
 
+/// The server may not ask the kernel; it has the plug-in's process record what it may read.
+TEST_F(ServiceTest, ExplainsWhereValuesComeFrom) {
+  const std::string path = "ZEB_EthernetStatistics.InstanceID=%22JXV:ZEB_EthernetStatistics:1%22";
+  const std::string explained =
+      guest().run("curl --silent --max-time 120 'http://localhost:5988/explain?path=" + path + "'").output;
+  EXPECT_THAT(explained, AllOf(HasSubstr("\"fact\": \"links.statistics.rxBytes\""),
+                               HasSubstr("RTM_NEWLINK IFLA_STATS64 rx_bytes")))
+      << log();
+}
+
 TEST_F(ServiceTest, MembersOfTheGroupWriteOthersRead) {
   EXPECT_EQ(set("PollInterval=70"), "");
   EXPECT_EQ(setting("PollInterval"), "70");
