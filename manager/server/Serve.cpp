@@ -248,7 +248,7 @@ Resources resourcesOf(Core& core) {
 }
 
 /// By its whole path: commands stand elsewhere.
-std::string recordingOf(const Options& options) {
+std::string playedFile(const Options& options) {
   const std::string file = options.source.empty() ? configuredRecording() : options.source;
   return file.empty() ? file : std::filesystem::absolute(file).string();
 }
@@ -260,7 +260,7 @@ std::unique_ptr<LocalServer> listenToCommands(const Options& options, Core& core
     const std::string runFolder = configuredRunFolder();
     if (runFolder.empty()) throw ManagerError("the run directory is none");
     return std::make_unique<LocalServer>(serviceSocket(runFolder), router, bounds, core.watchers(),
-                                         metricsText(core.plugin(), core.alerts()), recordingOf(options),
+                                         metricsText(core.plugin(), core.alerts()), playedFile(options),
                                          core.classes());
   } catch (const ManagerError& error) {
     log(std::string("commands do not find this service: ") + error.what());
