@@ -246,37 +246,6 @@ TEST(Metrics, LacpHasAPartnerOrNone) {
   EXPECT_EQ(said.at("zeb_team_member_lacp_synchronized{team=\"bond1\",device=\"eth2\"}"), 0);
 }
 
-std::string contentOf(const std::string& file) {
-  std::ostringstream text;
-  text << std::ifstream(file).rdbuf();
-  return text.str();
-}
-
-TEST(Rules, PromtoolProvesEachOnSeriesOfItsOwn) {
-  if (!std::filesystem::exists(kPromtool)) GTEST_SKIP() << "Debian's prometheus is not installed";
-  const Outcome checked = run(kPromtool, {"check", "rules", ZEB_RULES});
-  EXPECT_EQ(checked.status, 0) << checked.out << checked.err;
-  const Outcome tested = run(kPromtool, {"test", "rules", ZEB_RULE_TESTS});
-  EXPECT_EQ(tested.status, 0) << tested.out << tested.err;
-}
-
-TEST(Rules, EachIsTestedFiringAndNotAndHasItsPage) {
-  const std::string tests = contentOf(ZEB_RULE_TESTS);
-  const std::string page = contentOf(ZEB_RULE_PAGE);
-  std::istringstream rules(contentOf(ZEB_RULES));
-  std::size_t count = 0;
-  for (std::string line; std::getline(rules, line);) {
-    const std::size_t at = line.find("- alert: ");
-    if (at == std::string::npos) continue;
-    const std::string name = line.substr(at + 9);
-    EXPECT_THAT(tests, AllOf(HasSubstr("- name: " + name + " fires\n"),
-                             HasSubstr("- name: " + name + " does not fire\n")));
-    EXPECT_THAT(page, HasSubstr("\n## " + name + "\n"));
-    ++count;
-  }
-  EXPECT_EQ(count, 12U);
-}
-
 std::string bodyOf(const std::string& answer) {
   return answer.substr(answer.find("\r\n\r\n") + 4);
 }
