@@ -9,6 +9,7 @@
 #include "common/Physloc.h"
 #include "common/ServedState.h"
 #include "common/ZEBUtil.h"
+#include "ethernet/Sources.h"
 #include "monitor/Reports.h"
 #include "monitor/ZEB_EthEventSettings.h"
 #include "monitor/ZEB_EthernetCollection.h"
@@ -21,6 +22,12 @@ namespace {
 constexpr int kBackgroundWork = 3;
 /// Names the file of what is handed over. Not the site's to set.
 constexpr char kHandoverVariable[] = "ZEB_HANDOVER";
+
+/// One question about another host is answered without this one's kernel, which may be out of reach: without
+/// a socket the thread ends the process.
+bool hearsTheKernel() {
+  return Configuration::current()->sourceFile.empty() || !ethernet::isForOneQuestion();
+}
 
 }  // namespace
 
@@ -39,7 +46,7 @@ ZEBEthernetPortProvider::ZEBEthernetPortProvider(const CmpiCpp::CmpiBroker& brok
   if (!_dataStore) _logger.error("unable to open datastore");
 
   ZEBPhysloc::init(ZEBPhysloc::kThisChassis);
-  StartNetlinkThread();
+  if (hearsTheKernel()) StartNetlinkThread();
   watchSource();
   {
     const std::lock_guard lock(_linkWatch->mutex);

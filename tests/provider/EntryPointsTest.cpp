@@ -328,16 +328,12 @@ TEST_F(EntryPointsTest, AThreadThatCannotBeStartedIsLoggedAndTheProviderServes) 
   EXPECT_EQ(log->count("Invalid file descriptor"), 1U);
 }
 
-TEST(ProviderRegistryTest, MakesNothingAfterTheEnd) {
-  static int asked = 0;
-  ProviderRegistry registry([](const CmpiCpp::CmpiBroker&, const std::string&) {
-    ++asked;
-    return std::unique_ptr<CmpiCpp::CmpiProvider>();
-  });
-  EXPECT_EQ(registry.getProvider({}, "Any"), nullptr);
-  registry.end();
-  EXPECT_EQ(registry.getProvider({}, "Any"), nullptr);
-  EXPECT_EQ(asked, 1);
+TEST_F(EntryPointsTest, OneQuestionAboutARecordingLeavesTheKernelAlone) {
+  configure("ZEB_ONE_QUESTION", "1");
+  ASSERT_NE(create(), nullptr);
+  EXPECT_FALSE(log->mentions(LogLevel::Info, "Netlink Thread Started"));
+  EXPECT_EQ(enumerate(instance(), "ZEB_EthernetPort"), CMPI_RC_OK);
+  cleanup();
 }
 
 }  // namespace

@@ -21,4 +21,8 @@ std::optional<std::string> checkRecording(const std::string& file);
 /// An inventory of its own over the kernel, for the network namespace of the thread that first asks it.
 std::shared_ptr<Inventory> kernelInventory(bool includeVirtual, std::chrono::seconds settleTime = {});
 
+/// Whether this process was started for one question (`ZEB_ONE_QUESTION`) and is gone when it is answered.
+/// Not the site's to set.
+bool isForOneQuestion();
+
 }  // namespace ZEB::ethernet

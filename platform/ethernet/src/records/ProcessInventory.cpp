@@ -8,9 +8,6 @@
 namespace ZEB::ethernet {
 namespace {
 
-/// Set by who starts a process for one question. Not the site's to set.
-constexpr char kOneQuestionVariable[] = "ZEB_ONE_QUESTION";
-
 struct Shared {
   std::mutex mutex;
   std::weak_ptr<Inventory> inventory;
@@ -23,6 +20,10 @@ struct Shared {
 Shared kept;
 
 }  // namespace
+
+bool isForOneQuestion() {
+  return std::getenv("ZEB_ONE_QUESTION") != nullptr;
+}
 
 std::shared_ptr<Inventory> processInventory() {
   const auto configuration = Configuration::current();
@@ -39,7 +40,7 @@ std::shared_ptr<Inventory> processInventory() {
   inventory = wanted.sourceFile.empty()
                   ? kernelInventory(wanted.includeVirtual, wanted.linkSettle)
                   : recordedInventory(wanted.sourceFile, wanted.includeVirtual, wanted.linkSettle);
-  if (std::getenv(kOneQuestionVariable)) inventory->answerOneQuestion();
+  if (isForOneQuestion()) inventory->answerOneQuestion();
   kept.inventory = inventory;
   return inventory;
 }
