@@ -145,13 +145,16 @@ void LocalServer::serve(int socket, const User& user) {
   }
 }
 
+std::string LocalServer::performed(const User& user, const std::string& request) {
+  if (const auto format = metricsAskedFor(request)) return _metrics(*format);
+  if (request == kAskForRecording) return _recording;
+  if (shownAskedFor(request)) return _router.shown(request);
+  return _router.answerTo(user, request);
+}
+
 Frame LocalServer::answerTo(const User& user, const Frame& frame) {
   try {
-    if (const auto format = metricsAskedFor(frame.body)) return {Frame::Kind::Answer, 0, _metrics(*format)};
-    if (frame.body == kAskForRecording) return {Frame::Kind::Answer, 0, _recording};
-    if (shownAskedFor(frame.body)) return {Frame::Kind::Answer, 0, _router.shown(frame.body)};
-    if (frame.kind == Frame::Kind::Perform)
-      return {Frame::Kind::Answer, 0, _router.answerTo(user, frame.body)};
+    if (frame.kind == Frame::Kind::Perform) return {Frame::Kind::Answer, 0, performed(user, frame.body)};
     ServiceNamespace model([&](const std::string& request) { return _router.answerTo(user, request); },
                            _classes);
     return {Frame::Kind::Answer, 0, _names.pathOf(model, frame.body, frame.number != 0)};

@@ -38,6 +38,7 @@ class LocalServer {
   bool admit(int socket, uid_t user);
   void begin(ZEB::FileDescriptor socket);
   void serve(int socket, const User& user);
+  std::string performed(const User& user, const std::string& request);
   Frame answerTo(const User& user, const Frame& frame);
   void watch(int socket, const Frame& frame);
   static void passOn(int socket, LocalWatcher& watcher);

@@ -87,6 +87,7 @@ TEST_F(Commands, SayOfAServiceWhatTheySayByThemselves) {
 TEST_F(Commands, RefuseLikeTheyDoByThemselves) {
   for (const std::vector<std::string>& words :
        {std::vector<std::string>{"get", R"(ZEB_EthEventSettings.InstanceId="none")"},
+        {"get", "recording"},  // which something could be called
         {"instances", "ZEB_Nothing"},
         {"modify", kSettingsPath, "Nothing=1"},
         {"invoke", kSettingsPath, "Nothing"}}) {
