@@ -24,11 +24,11 @@ constexpr NameLiteral kAutoStartClass = "ZEB_AutoStart";
 /// Set by an object manager in this process that asks for several classes at one moment: when it began, in
 /// nanoseconds of the monotonic clock.
 constexpr char kSharedSinceEntry[] = "ZEBSharedSince";
+/// Left for it: a number that stays as long as all classes answer the same, settings and counters aside.
+constexpr char kStateEntry[] = "ZEBState";
 
 /// Where the context of an enumeration has such an entry, it becomes what LACP says of the teams.
 constexpr char kLinkAggregationEntry[] = "ZEBLinkAggregation";
-/// Left for it: a number that stays as long as all classes answer the same, settings and counters aside.
-constexpr char kStateEntry[] = "ZEBState";
 
 std::optional<RefreshScope::Clock::time_point> sharedSince(const CmpiContext& context) {
   const auto entry = context.getNumber(kSharedSinceEntry);

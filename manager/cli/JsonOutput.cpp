@@ -91,10 +91,6 @@ class ValueWriter {
   const JsonForm _form;
 };
 
-}  // namespace
-
-namespace {
-
 /// `written`: called after each item; it may take what is there.
 void appendItems(std::string& text, std::span<const CMPIData> items, JsonForm form,
                  const std::function<void()>& written) {

@@ -1,17 +1,12 @@
 #include "cli/Recording.h"
 
-#include <fstream>
-#include <sstream>
-
 #include "cli/ProgramOutput.h"
+#include "values/FileText.h"
 
 namespace ZebManager {
 
 std::string recordingOf(const Options& options) {
-  if (options.source.empty()) return outputOf("zeb-capture", {"-"});
-  std::ostringstream text;
-  text << std::ifstream(options.source).rdbuf();
-  return text.str();
+  return options.source.empty() ? outputOf("zeb-capture", {"-"}) : textOfFile(options.source);
 }
 
 }  // namespace ZebManager

@@ -11,12 +11,11 @@
 #include <cstring>
 #include <ctime>
 #include <filesystem>
-#include <fstream>
 #include <memory>
-#include <sstream>
 
 #include "broker/HostName.h"
 #include "posix/FileDescriptor.h"
+#include "values/FileText.h"
 #include "values/ManagerError.h"
 
 namespace ZebManager {
@@ -88,14 +87,6 @@ Certificate make() {
   return {textOf(certificateText), textOf(keyText), {}};
 }
 
-std::string contentOf(const std::string& file) {
-  const std::ifstream in(file, std::ios::binary);
-  if (!in) throw ManagerError("cannot read " + file + ": " + std::strerror(errno));
-  std::ostringstream content;
-  content << in.rdbuf();
-  return content.str();
-}
-
 void store(const std::string& file, const std::string& content) {
   const std::string fresh = file + ".new";
   const ZEB::FileDescriptor out(open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
@@ -119,7 +110,7 @@ gnutls_datum_t viewOf(const std::string& text) {
 
 /// The library that serves says nothing about what it cannot use.
 Certificate configured(const std::string& file, const std::string& keyFile) {
-  Certificate read{contentOf(file), contentOf(keyFile), {}};
+  Certificate read{textOfFile(file), textOfFile(keyFile), {}};
   gnutls_certificate_credentials_t raw = nullptr;
   require(gnutls_certificate_allocate_credentials(&raw), "memory");
   const std::unique_ptr<gnutls_certificate_credentials_st, FreeCredentials> credentials(raw);
@@ -135,7 +126,7 @@ Certificate configured(const std::string& file, const std::string& keyFile) {
 
 /// Of those who sign clients' certificates.
 std::string authority(const std::string& file) {
-  std::string read = contentOf(file);
+  std::string read = textOfFile(file);
   gnutls_certificate_credentials_t raw = nullptr;
   require(gnutls_certificate_allocate_credentials(&raw), "memory");
   const std::unique_ptr<gnutls_certificate_credentials_st, FreeCredentials> credentials(raw);
@@ -153,7 +144,7 @@ Certificate ownCertificate(const ServerSettings& settings, const LogLine& log) {
   const std::string file = settings.stateDirectory + "/server.pem";
   std::error_code error;
   if (std::filesystem::exists(file, error)) {
-    const std::string both = contentOf(file);
+    const std::string both = textOfFile(file);
     return {both, both, {}};
   }
   Certificate made = make();

@@ -6,11 +6,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <fstream>
-#include <sstream>
 
 #include "alertmanager/AlertmanagerCheck.h"
 #include "alertmanager/Credentials.h"
+#include "values/FileText.h"
 #include "values/ManagerError.h"
 
 namespace ZebManager {
@@ -35,9 +34,7 @@ bool isReadable(const std::string& what, const std::string& file, const Say& say
 bool lookAtCertificates(const std::string& file, const Say& say) {
   if (file.empty()) return true;
   if (!isReadable("alertmanager.trusted-certificates", file, say)) return false;
-  std::ostringstream text;
-  text << std::ifstream(file).rdbuf();
-  if (text.str().find("-----BEGIN ") != std::string::npos) return true;
+  if (textOfFile(file).find("-----BEGIN ") != std::string::npos) return true;
   say("failed", "alertmanager.trusted-certificates " + file + " holds no certificate");
   return false;
 }

@@ -31,18 +31,22 @@ std::optional<std::uint64_t> CmpiContext::getNumber(const char* name) const {
   return entry.type == CMPI_uint64 ? std::optional(entry.value.uint64) : std::nullopt;
 }
 
+void CmpiContext::set(const char* name, const CMPIValue& value, CMPIType type) const {
+  if (_context && _context->ft && _context->ft->addEntry)
+    _context->ft->addEntry(_context, name, &value, type);
+}
+
 void CmpiContext::setText(const CMPIBroker* broker, const char* name, const std::string& text) const {
-  if (!_context || !_context->ft || !_context->ft->addEntry) return;
+  if (!_context) return;
   CMPIValue value{};
   value.string = toBroker(broker, text);
-  _context->ft->addEntry(_context, name, &value, CMPI_string);
+  set(name, value, CMPI_string);
 }
 
 void CmpiContext::setNumber(const char* name, std::uint64_t number) const {
-  if (!_context || !_context->ft || !_context->ft->addEntry) return;
   CMPIValue value{};
   value.uint64 = number;
-  _context->ft->addEntry(_context, name, &value, CMPI_uint64);
+  set(name, value, CMPI_uint64);
 }
 
 }  // namespace CmpiCpp

@@ -29,6 +29,8 @@ class CmpiContext {
   void setText(const CMPIBroker* broker, const char* name, const std::string& text) const;
 
  private:
+  void set(const char* name, const CMPIValue& value, CMPIType type) const;
+
   const CMPIContext* _context = nullptr;
 };
 
