@@ -58,7 +58,7 @@ class Examination {
   void lookAtPlace(const char* what, const std::string& place) {
     if (isNowhere(place)) return say("note", what, "is not served");
     try {
-      listenAt(place);
+      bindAt(place);
       say("note", what, "nobody listens at " + place);
     } catch (const ManagerError& error) {
       const int number = errno;

@@ -214,7 +214,7 @@ void onConnection(void* server, MHD_Connection* connection, void**, MHD_Connecti
 
 }  // namespace
 
-HttpServer::HttpServer(ListeningSocket listener, Router& router, HttpBounds& bounds,
+HttpServer::HttpServer(BoundSocket listener, Router& router, HttpBounds& bounds,
                        std::optional<Certificate> certificate)
     : _router(router),
       _bounds(bounds),

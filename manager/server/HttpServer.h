@@ -37,7 +37,7 @@ struct HttpBounds {
 class HttpServer {
  public:
   /// Without a certificate it is plain HTTP. Throws ManagerError.
-  HttpServer(ListeningSocket listener, Router& router, HttpBounds& bounds,
+  HttpServer(BoundSocket listener, Router& router, HttpBounds& bounds,
              std::optional<Certificate> certificate);
   HttpServer(const HttpServer&) = delete;
   HttpServer& operator=(const HttpServer&) = delete;

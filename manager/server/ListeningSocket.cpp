@@ -36,6 +36,10 @@ Addresses resolve(const std::string& where) {
   return {found, freeaddrinfo};
 }
 
+[[noreturn]] void refuse(const std::string& where) {
+  throw ManagerError("cannot listen at " + where + ": " + std::strerror(errno));
+}
+
 std::string addressOf(int socket) {
   sockaddr_storage bound{};
   socklen_t length = sizeof bound;
@@ -61,17 +65,20 @@ bool isListeningAddress(const std::string& where) {
   }
 }
 
-ListeningSocket listenAt(const std::string& where) {
+BoundSocket bindAt(const std::string& where) {
   const Addresses addresses = resolve(where);
   ZEB::FileDescriptor socket(::socket(addresses->ai_family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
   const int on = 1;
   setsockopt(socket.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-  if (!socket || bind(socket.get(), addresses->ai_addr, addresses->ai_addrlen) != 0 ||
-      listen(socket.get(), SOMAXCONN) != 0) {
-    throw ManagerError("cannot listen at " + where + ": " + std::strerror(errno));
-  }
+  if (!socket || bind(socket.get(), addresses->ai_addr, addresses->ai_addrlen) != 0) refuse(where);
   std::string address = addressOf(socket.get());
   return {std::move(socket), std::move(address)};
+}
+
+BoundSocket listenAt(const std::string& where) {
+  BoundSocket bound = bindAt(where);
+  if (listen(bound.socket.get(), SOMAXCONN) != 0) refuse(where);
+  return bound;
 }
 
 }  // namespace ZebManager

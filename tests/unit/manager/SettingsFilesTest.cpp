@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
 #include "SettingsFile.h"
+#include "server/ListeningSocket.h"
+#include "values/ManagerError.h"
 
 namespace ZebManager {
 namespace {
@@ -84,6 +86,14 @@ INSTANTIATE_TEST_SUITE_P(All, Places,
 TEST_P(Places, ArePlacesOrNot) {
   const auto& [text, good] = GetParam();
   EXPECT_EQ(refusalOf(fileWith("listen.http", "\"" + std::string(text) + "\"")).empty(), good) << text;
+}
+
+TEST(ServerSettings, APlaceThatIsOnlyLookedAtStaysFree) {
+  const BoundSocket looked = bindAt("127.0.0.1:0");
+  EXPECT_EQ(bindAt(looked.address).address, looked.address);
+  const BoundSocket served = listenAt(looked.address);
+  EXPECT_THROW(bindAt(looked.address), ManagerError);
+  EXPECT_EQ(errno, EADDRINUSE);
 }
 
 TEST(ServerSettings, TheFirstPauseIsNotLongerThanTheLongest) {
