@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <utility>
 
 namespace ZebManager {
 namespace {
@@ -29,12 +30,13 @@ void makeDirectory(const fs::path& directory) {
 }
 
 /// Renames a file and what SQLite keeps beside it. The first free name is taken.
-std::string putAside(const std::string& path) {
+std::string putAside(const std::string& path, std::error_code& error) {
   std::string aside;
   for (int number = 1; aside.empty() || fs::exists(aside); ++number) {
     aside = path + ".damaged-" + std::to_string(number);
   }
-  fs::rename(path, aside);
+  fs::rename(path, aside, error);
+  if (error) return "";
   std::error_code missing;
   for (const char* suffix : {"-wal", "-shm"}) fs::rename(path + suffix, aside + suffix, missing);
   return aside;
@@ -103,7 +105,14 @@ void SqliteFile::beginAnew(const std::string& why) {
   try {
     _database.reset();
     _writable = false;
-    const std::string aside = putAside(_path);
+    std::error_code error;
+    const std::string aside = putAside(_path, error);
+    if (error) {
+      if (!std::exchange(_abandoned, true))
+        _log(_path + " is damaged (" + why + ") and cannot be put aside (" + error.message() +
+             "): what should be in it is not kept");
+      return;
+    }
     _log(_path + " is damaged (" + why + "): it is now " + aside + ", and a fresh one is begun");
     open();
   } catch (const std::exception& error) {

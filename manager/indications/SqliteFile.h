@@ -22,8 +22,9 @@ class SqliteFile {
  public:
   /// Opens `directory/name`, both of which are made when they are missing. A damaged file is put aside under
   /// a new name and a fresh one begun. One that cannot be written is opened for reading, and where there is
-  /// none and can be none there is nothing to read. All of that is a line in the log. Throws ManagerError
-  /// when there is a file that cannot be read, also for one of a format that is not known yet.
+  /// none and can be none, or a damaged one has to stay, there is nothing to read. All of that is a line in
+  /// the log. Throws ManagerError when there is a file that cannot be read, also for one of a format that is
+  /// not known yet.
   SqliteFile(const std::string& directory, const std::string& name, const SqliteFormat& format, LogLine log);
 
   /// The same for a file that turned out to be damaged while it was in use: from here on it is empty. No
@@ -63,6 +64,7 @@ class SqliteFile {
   const LogLine _log;
   Database _database;  // null while there is nothing to read
   bool _writable = false;
+  bool _abandoned = false;  // a damaged file that could not be put aside was spoken of
 };
 
 /// All or nothing: what is not committed is taken back.

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <optional>
 #include <thread>
 
@@ -135,6 +136,20 @@ TEST_F(State, ThatIsReadOnlyFromTheFirstServesReads) {
   EXPECT_EQ(store("other"), Stored::Refused);
   EXPECT_THAT(unit->log(), HasSubstr("interop.db cannot be written"));
   EXPECT_THAT(unit->log(), HasSubstr("the certificate is another one at the next start"));
+}
+
+/// What can neither be read nor put aside costs what it held, and not the server.
+TEST_F(State, ThatIsReadOnlyAndDamagedServesReads) {
+  start();
+  unit->stop();
+  for (const char* const name : {"interop.db", "delivery.db", "alertmanager.db"})
+    std::ofstream(disk->path() + "/" + name) << "this is no database, and it is long enough to tell";
+  disk->makeReadOnly();
+  start();
+  EXPECT_EQ(statusOf(ask(unit->http(), instancesOf("ZEB_EthernetPort"))), 200) << unit->log();
+  EXPECT_EQ(store("other"), Stored::Refused);
+  for (const char* const name : {"interop.db", "delivery.db"})
+    EXPECT_THAT(unit->log(), HasSubstr(std::string(name) + " is damaged")) << unit->log();
 }
 
 }  // namespace

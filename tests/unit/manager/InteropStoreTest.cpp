@@ -139,6 +139,25 @@ TEST_F(DamagedInterop, CostsNothingWhereTheDiskIsFullToo) {
   EXPECT_THAT(space->enumerateInstanceNames("CIM_IndicationFilter").items(), SizeIs(5));
 }
 
+/// The server starts all the same, and keeps what it is told once there is room.
+TEST_F(DamagedInterop, KeepsNobodyFromStartingWhereTheDiskIsFull) {
+  makeOneOfEach();
+  for (const int room : {0, 4096, 8192, 16'384, 32'768, 65'536}) {
+    space.reset();
+    std::filesystem::remove_all(directory.path());
+    std::filesystem::create_directory(directory.path());
+    std::ofstream(directory / "interop.db") << "this is no database, and it is long enough to tell";
+    {
+      const ShortFiles disk(room);
+      ASSERT_NO_THROW(start()) << room;
+      EXPECT_THAT(space->subscriptions(), IsEmpty()) << room;
+    }
+    EXPECT_EQ(codeOfCreate("CIM_IndicationFilter", filterProperties("g")), CMPI_RC_OK) << room;
+    start();
+    EXPECT_EQ(get(filterPath("g")).code, CMPI_RC_OK) << room;
+  }
+}
+
 TEST_F(Interop, SurvivesRandomDamage) {
   makeOneOfEach();
   space.reset();
