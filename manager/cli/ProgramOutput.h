@@ -14,7 +14,15 @@ class ProgramFailed : public ManagerError {
   using ManagerError::ManagerError;
 };
 
-/// All of its standard output. Throws ManagerError when it is not there, ProgramFailed when it fails.
-std::string outputOf(const std::string& program, const std::vector<std::string>& arguments);
+/// For a program that runs beside a service, with what processor time nobody else wants.
+struct Aside {
+  std::string temporaryFolder;  ///< that it makes its own in
+  int stop = -1;                ///< ends it when this can be read, or has been closed
+};
+
+/// All of its standard output. Throws ManagerError when it is not there, ProgramFailed when it fails or is
+/// ended.
+std::string outputOf(const std::string& program, const std::vector<std::string>& arguments,
+                     const Aside* aside = nullptr);
 
 }  // namespace ZebManager

@@ -18,9 +18,13 @@ class UnitExplains : public testing::Test {
   void SetUp() override { REQUIRE_GROUND(); }
 
   static json explained(const Unit& unit, const std::string& path) {
-    const std::string answer =
-        ZebManager::exchange(unit.http(), "GET /explain?path=" + path +
-                                              " HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n");
+    std::string answer;
+    for (int tries = 0; tries < 60; ++tries) {
+      answer =
+          ZebManager::exchange(unit.http(), "GET /explain?path=" + path +
+                                                " HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n");
+      if (statusOf(answer) != 202) break;
+    }
     EXPECT_EQ(statusOf(answer), 200) << answer << unit.log();
     return json::parse(answer.substr(answer.find("\r\n\r\n") + 4), nullptr, false);
   }

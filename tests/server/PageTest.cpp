@@ -64,6 +64,16 @@ class PageTest : public testing::Test {
     return ZebManager::exchange(server->http(), asked(path, more, method));
   }
 
+  /// Asked for until it is known.
+  json explained(const std::string& path) const {
+    std::string answer;
+    for (int tries = 0; tries < 60; ++tries) {
+      answer = ask("/explain?path=" + escaped(path));
+      if (!answer.starts_with("HTTP/1.1 202 ")) break;
+    }
+    return json::parse(bodyOf(answer));
+  }
+
   /// The events of some seconds.
   std::vector<Event> events(double seconds, const std::string& more = {}) const {
     std::vector<Event> all;
@@ -188,10 +198,27 @@ TEST_F(PageTest, SaysWhyValuesAreWhatTheyAre) {
   play("one_port");
   const json state = events(1.5).at(0).data;
   const std::string path = state["tree"]["cards"][0]["ports"][0]["path"];
-  const json why = json::parse(bodyOf(ask("/explain?path=" + escaped(path))));
+  const json why = explained(path);
   EXPECT_EQ(why["path"], path);
   EXPECT_THAT(why.dump(), HasSubstr("RTM_NEWLINK IFLA_MTU"));
   EXPECT_THAT(ask("/explain?path=--help"), StartsWith("HTTP/1.1 404 "));
+}
+
+/// It is ended with the server, and leaves nothing.
+TEST_F(PageTest, DoesNotWaitForAnExplanationAtItsEnd) {
+  const ZEB::TemporaryFolder temporary;
+  setenv("TMPDIR", temporary.path().c_str(), 1);
+  play("two_cards");
+  unsetenv("TMPDIR");
+  const std::string path = "ZEB_EthernetStatistics.InstanceID=\"JXV:ZEB_EthernetStatistics:1\"";
+  const std::size_t before = server->children().size();
+  ZebManager::exchange(server->http(), asked("/explain?path=" + escaped(path)), 0.2);
+  EXPECT_GT(server->children().size(), before);
+  const auto start = std::chrono::steady_clock::now();
+  server->stop();
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+  for (const auto& left : std::filesystem::directory_iterator(temporary.path()))
+    EXPECT_THAT(left.path().filename().string(), Not(HasSubstr("explain")));
 }
 
 TEST_F(PageTest, SaysWhenThereIsNoSuchInstance) {

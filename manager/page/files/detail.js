@@ -96,7 +96,7 @@ function reason(fact) {
 }
 
 /// Which fact of the kernel's gave each value. It takes the server a moment to find out.
-async function showWhy(path, tries = 10) {
+async function showWhy(path, tries = 100) {
   const line = byId("detail-why");
   if (shown?.path !== path || !line) return;
   line.textContent = "Finding out where each value comes from …";
