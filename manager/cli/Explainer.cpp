@@ -34,10 +34,11 @@ std::vector<RecordedFact> readFacts() {
   return facts;
 }
 
-/// What is tried must not reach anybody's settings.
+/// What is tried must not reach anybody's settings or log.
 Options optionsFor(const Options& options, const std::string& file, const ZEB::TemporaryFolder& folder) {
   setenv("ZEB_STORE_DIR", (folder / "store").c_str(), 1);
   setenv("ZEB_RUN_DIR", (folder / "run").c_str(), 1);
+  setenv("ZEB_LOG_TARGET", "none", 1);
   Options own = options;
   own.source = file;
   return own;

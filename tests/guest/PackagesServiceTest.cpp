@@ -94,6 +94,9 @@ TEST_F(ServiceTest, ExplainsWhereValuesComeFrom) {
   const std::string path = "ZEB_EthernetStatistics.InstanceID=%22JXV:ZEB_EthernetStatistics:1%22";
   const std::string ask =
       "curl --silent --write-out '%{http_code}' 'http://localhost:5988/explain?path=" + path + "'";
+  guest().must(ask + " --output /tmp/explained");
+  EXPECT_TRUE(guest().await("ps -eo ni,args | grep '^ *19 .* explain '"))
+      << guest().run("ps -eo ni,args").output;
   EXPECT_TRUE(guest().await(ask + " --output /tmp/explained | grep 200", std::chrono::seconds(240)));
   const std::string explained = guest().run("cat /tmp/explained").output;
   EXPECT_THAT(explained, AllOf(HasSubstr("\"fact\": \"links.statistics.rxBytes\""),

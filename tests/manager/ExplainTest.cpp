@@ -198,6 +198,14 @@ struct HostRow {
 const HostRow kHosts[] = {{"teams", 1},     {"one_port", 1}, {"bare_port", 4},
                           {"two_cards", 4}, {"on_board", 4}, {"failover_timeline", 4}};
 
+/// Among the machines that are tried are some that there cannot be, which the plug-in would complain of.
+TEST_F(Explain, LogsNothingOfWhatItTries) {
+  const Outcome outcome = zebcim({"--source", snapshotFile("one_port"), "explain", "eth0"},
+                                 {"ZEB_LOG_TARGET=stderr", "ZEB_LOG_LEVEL=error"});
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.err, "");
+}
+
 /// The one instance of each class that is served first.
 TEST_F(Explain, EveryPropertyOfEveryClass) {
   int number = 0;

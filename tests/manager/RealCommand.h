@@ -29,7 +29,6 @@ class RealCommand : public testing::Test {
   std::vector<std::string> environment() const {
     return {"ZEB_CONFIG=/dev/null", "ZEB_STORE_DIR=" + (folder / "store").string(),
             "ZEB_RUN_DIR=" + (folder / "run").string(),
-
             "LC_ALL=C.UTF-8", "TZ=UTC"};
   }
 

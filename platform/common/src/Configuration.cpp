@@ -77,7 +77,7 @@ bool setRunDirectory(Configuration& configuration, std::string_view text) {
 }
 
 bool setLogTarget(Configuration& configuration, std::string_view text) {
-  if (text != "syslog" && text != "stderr") return false;
+  if (text != "syslog" && text != "stderr" && text != "none") return false;
   configuration.logTarget = text;
   return true;
 }
@@ -98,7 +98,7 @@ constexpr Key kKeys[] = {
      setDirectory<&Configuration::storeDirectory>},
     {"run-directory", "ZEB_RUN_DIR", "a directory, from / on, or \"none\"", setRunDirectory},
     {"records-file", "ZEB_RECORDS", "a file name", set<&Configuration::recordsFile>},
-    {"log-target", "ZEB_LOG_TARGET", "\"syslog\" or \"stderr\"", setLogTarget},
+    {"log-target", "ZEB_LOG_TARGET", "\"syslog\", \"stderr\" or \"none\"", setLogTarget},
     {"log-level", "ZEB_LOG_LEVEL", "\"error\", \"warn\" or \"info\"", set<&Configuration::logLevel>},
     {"autostart", "ZEB_AUTOSTART", "true or false", set<&Configuration::autostart>},
     {"perfmon", "ZEB_PERFMON", "true or false", set<&Configuration::perfmon>},

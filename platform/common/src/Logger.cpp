@@ -32,6 +32,11 @@ class StandardErrorSink : public LogSink {
   }
 };
 
+class NoSink : public LogSink {
+ public:
+  void write(LogLevel /*level*/, std::string_view /*source*/, std::string_view /*text*/) override {}
+};
+
 }  // namespace
 
 /// Where the lines of some loggers go. Its level is asked for at every line, so it has to cost nothing.
@@ -62,7 +67,9 @@ std::mutex processMutex;
 std::shared_ptr<LogDestination> processDestination;
 
 std::shared_ptr<LogSink> configuredSink() {
-  return Configuration::current()->logTarget == "stderr" ? makeStandardErrorSink() : makeSyslogSink();
+  const std::string& target = Configuration::current()->logTarget;
+  if (target == "none") return std::make_shared<NoSink>();
+  return target == "stderr" ? makeStandardErrorSink() : makeSyslogSink();
 }
 
 std::shared_ptr<LogDestination> currentDestination() {

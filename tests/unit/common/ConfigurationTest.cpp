@@ -43,7 +43,7 @@ const std::vector<Key>& keys() {
       {"records-file", "ZEB_RECORDS", "\"/rec.toml\"", "/rec.toml", "/rec.toml", "", "[1]", nullptr,
        "a file name", [](const Configuration& c) { return c.recordsFile; }},
       {"log-target", "ZEB_LOG_TARGET", "\"stderr\"", "stderr", "stderr", "syslog", "\"file\"", "",
-       "\"syslog\" or \"stderr\"", [](const Configuration& c) { return c.logTarget; }},
+       "\"syslog\", \"stderr\" or \"none\"", [](const Configuration& c) { return c.logTarget; }},
       {"log-level", "ZEB_LOG_LEVEL", "\"info\"", "info", "2", "1", "\"debug\"", "INFO",
        "\"error\", \"warn\" or \"info\"",
        [](const Configuration& c) { return std::to_string(static_cast<int>(c.logLevel)); }},

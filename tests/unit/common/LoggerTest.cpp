@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "common/Logger.h"
+#include "support/Environment.h"
 #include "support/ProcessLog.h"
 #include "support/RecordingLogSink.h"
 
@@ -28,6 +29,7 @@ extern "C" void __wrap_syslog(int priority, const char* format, ...) {
 namespace ZEB {
 namespace {
 
+using test::Environment;
 using test::ProcessLog;
 using test::RecordingLogSink;
 using testing::ElementsAre;
@@ -132,6 +134,19 @@ TEST(LoggerTest, standardErrorGetsOneLine) {
   testing::internal::CaptureStderr();
   Logger("Me", makeStandardErrorSink(), LogLevel::Info).error("no %s", "space");
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "error: Me: no space\n");
+}
+
+TEST(LoggerTest, nobodyGetsALineWhereNoTargetIsWanted) {
+  systemLog.clear();
+  testing::internal::CaptureStderr();
+  {
+    const Environment target("ZEB_LOG_TARGET", "none");
+    setProcessLogSink(nullptr, LogLevel::Error);
+    Logger("Me").error("no %s", "space");
+  }
+  setProcessLogSink(nullptr, LogLevel::Error);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_THAT(systemLog, testing::IsEmpty());
 }
 
 TEST(LoggerTest, theSystemLogGetsEachLevelAsItsOwn) {

@@ -21,7 +21,7 @@ struct Configuration {
   std::string storeDirectory = kDataStoreDirectory;  ///< where data stores are kept; ZEB_STORE_DIR
   std::string runDirectory = "/run/qv-zeb/";  ///< where status is posted; empty for nowhere; ZEB_RUN_DIR
   std::string recordsFile;             ///< indication records; empty for the installed one; ZEB_RECORDS
-  std::string logTarget = "syslog";    ///< "syslog" or "stderr"; ZEB_LOG_TARGET
+  std::string logTarget = "syslog";    ///< "syslog", "stderr" or "none"; ZEB_LOG_TARGET
   LogLevel logLevel = LogLevel::Warn;  ///< "error", "warn" or "info"; ZEB_LOG_LEVEL
   bool autostart = true;               ///< the worker runs by itself; ZEB_AUTOSTART
   bool perfmon = false;                ///< operations are counted and timed; ZEB_PERFMON
