@@ -17,7 +17,11 @@ std::optional<Value> known(const Record& record, int (Record::*getter)(Value&) c
 template <class Record, class... Part>
 Record refreshed(Record& record, Part... part) {
   record.refresh(part...);
-  return record;
+  if constexpr (requires { record.still(); }) {
+    return record.still();
+  } else {
+    return record;
+  }
 }
 
 }  // namespace ZEB

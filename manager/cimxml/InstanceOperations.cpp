@@ -63,6 +63,7 @@ bool enumerateInstances(const Request& request, std::string& out) {
   Wanted wanted(request.parameters, classesBelow(request.repository(), asked.name));
   if (!request.parameters.flag("DeepInheritance", true)) wanted.view.only = &asked;
   const Reply reply = request.target.enumerateInstances(asked.name, wanted.list()).orThrow();
+  const std::size_t before = out.size();
   for (const CMPIData& item : reply.items()) {
     const Instance* const instance = as<Instance>(item.value.inst);
     if (!instance) continue;
@@ -70,6 +71,9 @@ bool enumerateInstances(const Request& request, std::string& out) {
     appendInstanceName(out, *instance->body().path);
     appendInstance(out, instance->body(), wanted.view);
     out += "</VALUE.NAMEDINSTANCE>";
+    // The others will be about as long as the first.
+    if (&item == &reply.items().front())
+      out.reserve(before + (out.size() - before + 64) * reply.items().size());
   }
   return true;
 }

@@ -120,7 +120,8 @@ void appendProperty(std::string& out, const ClassDef& classDef, const NamedValue
   const std::string_view element = reference                     ? "PROPERTY.REFERENCE"
                                    : isArray(property.data.type) ? "PROPERTY.ARRAY"
                                                                  : "PROPERTY";
-  const PropertyDef* const def = classDef.property(property.name);
+  const bool declared = reference || view.classOrigin || view.qualifiers;
+  const PropertyDef* const def = declared ? classDef.property(property.name) : nullptr;
   out.append("<").append(element);
   appendAttribute(out, "NAME", property.name);
   if (!reference) appendAttribute(out, "TYPE", xmlTypeName(type));

@@ -39,7 +39,7 @@ bool isFilteredOut(const InstanceBody& body, const PropertyDef& property) {
 }
 
 /// Keeps the spelling that the provider uses; the schema's text serves when it is the same.
-std::string_view nameToKeep(Arena& arena, const char* name, const PropertyDef& property) {
+std::string_view nameToKeep(Arena& arena, std::string_view name, const PropertyDef& property) {
   return property.name == name ? std::string_view(property.name) : arena.copy(name);
 }
 
@@ -53,7 +53,8 @@ CMPIStatus setProperty(const CMPIInstance* object, const char* name, const CMPIV
   if (!instance) return statusOf(CMPI_RC_ERR_INVALID_HANDLE);
   if (!name) return statusOf(CMPI_RC_ERR_INVALID_PARAMETER);
   const ClassDef& classDef = *instance->body().classDef;
-  const auto known = classDef.propertyIndex.find(name);
+  const std::string_view given(name);
+  const auto known = classDef.propertyIndex.find(given);
   if (known == classDef.propertyIndex.end()) {
     return refuse(instance->body(), CMPI_RC_ERR_NO_SUCH_PROPERTY, classDef.name + " has no property " + name);
   }
@@ -72,7 +73,7 @@ CMPIStatus setProperty(const CMPIInstance* object, const char* name, const CMPIV
   InstanceBody& body = writable(*instance);
   std::uint16_t& position = body.positions[known->second];
   if (position == 0) {
-    body.properties.append(*instance->arena, nameToKeep(*instance->arena, name, property));
+    body.properties.append(*instance->arena, nameToKeep(*instance->arena, given, property));
     position = static_cast<std::uint16_t>(body.properties.count);
   }
   body.properties.items[position - 1].data = data;

@@ -38,8 +38,12 @@ class FactsHandle {
   }
   ~FactsHandle() = default;
 
+  /// One that keeps these facts: with no inventory to have newer ones from, nobody replaces them.
+  FactsHandle still() const { return {facts(), nullptr}; }
+
   /// Null for a record that was never filled.
   std::shared_ptr<const Facts> facts() const {
+    if (!_origin) return _facts;
     const std::scoped_lock lock(handleMutex(this));
     return _facts;
   }

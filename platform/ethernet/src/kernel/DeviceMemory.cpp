@@ -31,7 +31,10 @@ void DeviceMemory::complete(LinkFacts& link) {
 void DeviceMemory::complete(LinkFacts& link, std::unique_ptr<HardwareReader>& reader) {
   if (!link.parentDevice) {
     // A virtual interface's driver is what its kind is called by; it has nothing else to be asked for.
-    if (!link.kind.empty()) link.driver = std::make_shared<DriverFacts>(DriverFacts{link.kind, {}, {}});
+    if (link.kind.empty()) return;
+    if (!_virtual || _virtual->name != link.kind)
+      _virtual = std::make_shared<DriverFacts>(DriverFacts{link.kind, {}, {}});
+    link.driver = _virtual;
     return;
   }
   Device& device = remembered(link, reader);

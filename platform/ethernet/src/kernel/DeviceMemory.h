@@ -50,6 +50,7 @@ class DeviceMemory {
 
   EthtoolIoctl& _ioctl;
   std::filesystem::path _root;
+  std::shared_ptr<const DriverFacts> _virtual;  ///< of the last virtual interface: many are of one kind
   std::unordered_map<std::uint32_t, Device> _devices;  ///< by interface number; those with hardware only
 };
 
