@@ -12,7 +12,7 @@ namespace ZEB {
 void CollectionBuild::run(CmpiManagedInstanceCollection& instances, const std::vector<TeamRecord>& teams,
                           const std::vector<PortEntry>& ports) {
   auto& collection = _maker.create<ZEB_EthernetCollection>();
-  _maker.create<ZEB_EthernetGroupHostedCollection>(collection, _maker.system());
+  _maker.tie<ZEB_EthernetGroupHostedCollection>(collection, _maker.system());
   buildMemberships(collection, teams, ports);
   collection.updateStatusFilter(instances, _store);
   collection.updateMembers(instances, false);
@@ -21,14 +21,16 @@ void CollectionBuild::run(CmpiManagedInstanceCollection& instances, const std::v
 void CollectionBuild::buildMemberships(ZEB_EthernetCollection& collection,
                                        const std::vector<TeamRecord>& teams,
                                        const std::vector<PortEntry>& ports) {
-  for (const TeamRecord& team : teams) {
-    _maker.create<ZEB_EthernetMemberOfCollection>(*team.team, collection).setVisible(team.valid);
+  if (_maker.makesAll()) {
+    for (const TeamRecord& team : teams) {
+      _maker.create<ZEB_EthernetMemberOfCollection>(*team.team, collection).setVisible(team.valid);
+    }
+    for (const PortEntry& entry : ports) buildMembership(collection, entry);
   }
   // The keys of thousands of new ports are one transaction.
   DataStore::Values missing;
   const auto kept = _store ? _store->values() : nullptr;
   for (const PortEntry& entry : ports) {
-    buildMembership(collection, entry);
     if (!kept || entry.team || kept->contains(entry.port->filterKey())) continue;
     _maker.logger().info("store key for %s...", entry.port->filterKey());
     missing.emplace(entry.port->filterKey(), true);

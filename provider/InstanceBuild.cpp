@@ -1,6 +1,8 @@
 #include "provider/InstanceBuild.h"
 
+#include <cstdlib>
 #include <ctime>
+#include <sstream>
 
 #include "classes/port/Associations.h"
 #include "classes/port/Known.h"
@@ -23,6 +25,18 @@ using CmpiCpp::CmpiObjectPath;
 
 namespace {
 
+/// Names the classes that a process is asked for that is there for one question, if none of them is an
+/// association. Not the site's to set.
+constexpr char kAskedVariable[] = "ZEB_ASKED_CLASSES";
+
+std::vector<CmpiCpp::CmpiName> askedClasses() {
+  const char* const names = std::getenv(kAskedVariable);
+  std::istringstream words(names ? names : "");
+  std::vector<CmpiCpp::CmpiName> classes;
+  for (std::string name; words >> name;) classes.emplace_back(name);
+  return classes;
+}
+
 EthernetAdapterDataObject withoutPortsVlans(EthernetAdapterDataObject adapter) {
   for (EthernetPort& port : adapter.ports) port.vlans = {};
   return adapter;
@@ -38,7 +52,8 @@ void ZEBEthernetPortProvider::_cmpiManagedInstanceFactory() {
 
 ZEBEthernetPortProvider::InstanceBuild::InstanceBuild(ZEBEthernetPortProvider& provider)
     : _provider(provider),
-      _maker(provider._logger, std::string(kNameSpace.view()), provider._collection, provider._memories),
+      _maker(provider._logger, std::string(kNameSpace.view()), provider._collection, provider._memories,
+             askedClasses()),
       _endpoints(_maker),
       _teams(_maker, _endpoints) {}
 
@@ -69,13 +84,13 @@ void ZEBEthernetPortProvider::InstanceBuild::buildAdapter(const EthernetAdapterD
   const AdapterRecord record = withoutPortsVlans(adapter);
   const auto controller = _maker.createEnd<ZEB_EthernetPortController>(_adapterNumber, record);
   const auto firmware = _maker.createEnd<ZEB_EthernetPortControllerFirmwareIdentity>(_adapterNumber, record);
-  _maker.create<ZEB_EthernetElementFirmwareIdentity>(controller, firmware);
+  _maker.tie<ZEB_EthernetElementFirmwareIdentity>(controller, firmware);
   const auto driver = _maker.createEnd<ZEB_EthernetPortControllerSoftwareIdentity>(_adapterNumber, record);
-  _maker.create<ZEB_EthernetElementSoftwareIdentity>(controller, driver);
+  _maker.tie<ZEB_EthernetElementSoftwareIdentity>(controller, driver);
   const auto location = _maker.createEnd<ZEB_EthernetControllerLocation>(_adapterNumber, record);
   const auto package = _maker.createEnd<ZEB_EthernetPortControllerPhysicalPackage>(_adapterNumber, record);
-  _maker.create<ZEB_EthernetControllerPhysicalPackageEthernetControllerLocation>(package, location);
-  _maker.create<ZEB_EthernetControllerPhysicalPackageEthernetController>(package, controller);
+  _maker.tie<ZEB_EthernetControllerPhysicalPackageEthernetControllerLocation>(package, location);
+  _maker.tie<ZEB_EthernetControllerPhysicalPackageEthernetController>(package, controller);
 
   const auto physicalLocation =
       known(adapter, &EthernetAdapterDataObject::getPhysLoc).value_or(BMC_physloc_NULL);
@@ -93,7 +108,7 @@ void ZEBEthernetPortProvider::InstanceBuild::buildPort(const CmpiObjectPath& con
   const EthernetPort record = withoutVlans(port);
   auto& instance = _maker.create<ZEB_EthernetPort>(_portNumber, _adapterNumber, location, partNumber, record);
   const CmpiObjectPath path = instance.makeObjectPath();
-  _maker.create<ZEB_EthernetPortControllerEthernetPort>(controller, path);
+  _maker.tie<ZEB_EthernetPortControllerEthernetPort>(controller, path);
   _ports.push_back({.team = _teams.findTeamOfPort(record), .port = &instance, .record = record});
 
   // One for each of the port's network addresses, all alike.
@@ -101,14 +116,14 @@ void ZEBEthernetPortProvider::InstanceBuild::buildPort(const CmpiObjectPath& con
     _endpoints.build<ZEB_EthernetPortToLANEndpoint>(path, record);
   }
   _teams.buildPortVLanInstances(path, port);
-  _maker.create<ZEB_EthernetDevice>(_maker.system(), path);
+  _maker.tie<ZEB_EthernetDevice>(_maker.system(), path);
   if (record.hasStatistics()) buildStatistics(path, record);
 }
 
 void ZEBEthernetPortProvider::InstanceBuild::buildStatistics(const CmpiObjectPath& port,
                                                              const EthernetPort& record) {
   const auto statistics = _maker.createEnd<ZEB_EthernetStatistics>(_portNumber, _adapterNumber, record);
-  _maker.create<ZEB_EthernetPortStatisticalData>(port, statistics);
+  _maker.tie<ZEB_EthernetPortStatisticalData>(port, statistics);
 }
 
 void ZEBEthernetPortProvider::InstanceBuild::buildCollection() {

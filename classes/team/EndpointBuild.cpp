@@ -20,7 +20,7 @@ struct EndpointBuild::FamilyRule {
 CmpiObjectPath EndpointBuild::buildLANEndpoint(const InterfaceRecord& interface) {
   const EndpointNumber number{_lanEndpointNumber++};
   const auto lanEndpoint = _maker.createEnd<ZEB_EthernetLANEndpoint>(number, interface);
-  _maker.create<ZEB_EthernetLANHostedAccessPoint>(_maker.system(), lanEndpoint);
+  _maker.tie<ZEB_EthernetLANHostedAccessPoint>(_maker.system(), lanEndpoint);
   return lanEndpoint;
 }
 
@@ -40,16 +40,16 @@ void EndpointBuild::buildAddresses(const FamilyRule& rule, std::size_t addresses
     const EndpointNumber number{_ipEndpointNumber++};
     const auto ipEndpoint =
         _maker.createEnd<ZEB_IPProtocolEndpoint>(number, AddressIndex{index}, rule.family, interface);
-    _maker.create<ZEB_IPBindsToEthernetLANEndpoint>(lanEndpoint, ipEndpoint);
-    _maker.create<ZEB_EthIPHostedAccessPoint>(_maker.system(), ipEndpoint);
+    _maker.tie<ZEB_IPBindsToEthernetLANEndpoint>(lanEndpoint, ipEndpoint);
+    _maker.tie<ZEB_EthIPHostedAccessPoint>(_maker.system(), ipEndpoint);
     if (reachesGateway) buildGateway(ipEndpoint, interface);
   }
 }
 
 void EndpointBuild::buildGateway(const CmpiObjectPath& ipEndpoint, const InterfaceRecord& interface) {
   const auto gateway = _maker.createEnd<ZEB_EthernetRemoteServiceAccessPoint>(interface);
-  _maker.create<ZEB_EthernetRemoteAccessAvailableToIPEndpoint>(gateway, ipEndpoint);
-  _maker.create<ZEB_EthernetRemoteServiceHostedAccessPoint>(_maker.system(), gateway);
+  _maker.tie<ZEB_EthernetRemoteAccessAvailableToIPEndpoint>(gateway, ipEndpoint);
+  _maker.tie<ZEB_EthernetRemoteServiceHostedAccessPoint>(_maker.system(), gateway);
 }
 
 }  // namespace ZEB

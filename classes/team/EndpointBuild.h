@@ -17,7 +17,7 @@ class EndpointBuild {
   template <class ToLANEndpoint>
   void build(const CmpiCpp::CmpiObjectPath& carrier, const InterfaceRecord& interface) {
     const CmpiCpp::CmpiObjectPath lanEndpoint = buildLANEndpoint(interface);
-    _maker.create<ToLANEndpoint>(carrier, lanEndpoint);
+    _maker.tie<ToLANEndpoint>(carrier, lanEndpoint);
     buildIPEndpoints(lanEndpoint, interface);
   }
 

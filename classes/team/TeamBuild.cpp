@@ -25,7 +25,7 @@ void TeamBuild::buildTeam(std::uint32_t number, const EthernetTeamDataObject& te
   const EthernetTeamDataObject record = withoutVlans(team);
   auto& instance = _maker.create<ZEB_EthernetTeam>(number, record);
   const CmpiObjectPath path = instance.makeObjectPath();
-  _maker.create<ZEB_HostedEthernetTeam>(_maker.system(), path);
+  _maker.tie<ZEB_HostedEthernetTeam>(_maker.system(), path);
 
   const std::size_t position = _teams.size();
   _teams.push_back({true, &instance, record.getSlaves(), record});

@@ -85,6 +85,8 @@ bool showOfService(const ClassDef& asked, Session& session, const Output& output
 
 void runInstances(const Options& options, Session& session, const Output& output) {
   const ClassDef& asked = classMeant(session.repository(), options.className);
+  // With JSON, which names no interfaces beside the paths.
+  if (options.json) session.askOnlyFor(asked);
   if (options.json && !options.names && showOfService(asked, session, output)) return;
   Namespace& model = session.model();
   Reply reply = options.names ? model.enumerateInstanceNames(asked.name)

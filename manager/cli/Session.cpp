@@ -113,6 +113,14 @@ std::optional<std::string> Session::shown(std::string_view className) {
   return link().ask(shownMessage(className, _options.jsonForm()));
 }
 
+void Session::askOnlyFor(const ClassDef& root) {
+  for (const ClassDef* asked : _repository.instantiable(root)) {
+    // What an association ties is needed as well.
+    if (asked->association) return _askedClasses.clear();
+    _askedClasses += asked->name + " ";
+  }
+}
+
 void Session::restart() {
   _model.reset();
   _plugin.reset();
@@ -146,6 +154,7 @@ ProviderCalls& Session::provider() {
       // What nobody waits for would only compete with what is asked.
       setenv("ZEB_AUTOSTART", "0", 0);
       setenv("ZEB_ONE_QUESTION", "1", 1);
+      setenv("ZEB_ASKED_CLASSES", _askedClasses.c_str(), 1);
     }
   }
   _plugin = std::make_unique<PluginLibrary>(_broker, findPlugin(_options.plugin, programFolder()));

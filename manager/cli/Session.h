@@ -56,6 +56,8 @@ class Session {
   /// Ends the process with status 0 where nothing is left to do: to take thousands of instances apart takes
   /// as long as to make them. Else returns.
   void endProcess();
+  /// Told before the model is there: nothing but enumerations of that class will be asked.
+  void askOnlyFor(const ClassDef& root);
   bool asksService() const { return _model && !_plugin; }
   /// Whether what is changed is gone with this process.
   bool keepsNothing() const { return _folders && _folders->keepsNothing(); }
@@ -77,6 +79,7 @@ class Session {
   std::unique_ptr<Namespace> _model;
   std::unique_ptr<ServiceLink> _link;
   std::chrono::steady_clock::time_point _linkUsed;
+  std::string _askedClasses;  ///< as `ZEB_ASKED_CLASSES`
 };
 
 }  // namespace ZebManager
