@@ -85,7 +85,8 @@ TEST_F(ExplainTest, NoPropertyOfAnyClassIsWithoutAnAnswer) {
 /// The same question, asked where the kernel and its drivers are.
 TEST_F(ExplainTest, APortIsExplainedByItsKernel) {
   bringUp({"lom1"});
-  const json explained = jsonOf(ZEBCIM " --json explain lom1 ActiveMaximumTransmissionUnit");
+  const json explained = json::parse(guest().must(
+      ZEBCIM " --timeout 0 --json explain lom1 ActiveMaximumTransmissionUnit", std::chrono::seconds(180)));
   const json& fact = explained["properties"][0]["facts"][0];
   EXPECT_EQ(fact["fact"], "links.mtu");
   EXPECT_EQ(fact["interface"], "lom1");

@@ -34,9 +34,9 @@ class Guest {
   Guest& operator=(const Guest&) = delete;
 
   /// Runs a bash script there, killed when it takes longer than `limit`.
-  Result run(std::string_view script, std::chrono::seconds limit = std::chrono::seconds(30));
+  Result run(std::string_view script, std::chrono::seconds limit = std::chrono::seconds(60));
   /// Standard output of a script that must succeed.
-  std::string must(std::string_view script, std::chrono::seconds limit = std::chrono::seconds(30));
+  std::string must(std::string_view script, std::chrono::seconds limit = std::chrono::seconds(60));
   /// Repeats a script until it succeeds, at most for `limit`; tells whether it did.
   bool await(std::string_view script, std::chrono::seconds limit = std::chrono::seconds(15));
 
