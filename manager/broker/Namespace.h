@@ -23,6 +23,10 @@ class Namespace {
 
   /// Of the class and of every class that derives from it.
   virtual Reply enumerateInstances(std::string_view className, PropertyList properties) = 0;
+  /// The same instances, each handed over, if possible as soon as it is there; the reply has none. Some may
+  /// have been handed over when it is a refusal.
+  virtual Reply forEachInstance(std::string_view className, PropertyList properties,
+                                const TakeInstance& take);
   virtual Reply enumerateInstanceNames(std::string_view className) = 0;
   virtual Reply getInstance(const CMPIObjectPath& path, PropertyList properties) = 0;
   /// One item: the path of the new instance.

@@ -9,6 +9,8 @@ namespace {
 constexpr CMPIStatus kOk = {CMPI_RC_OK, nullptr};
 /// Nanoseconds of the monotonic clock. A plug-in that does not know the entry asks each time.
 constexpr char kSharedSinceEntry[] = "ZEBSharedSince";
+/// Whatever was made for an instance is of no use once it was returned.
+constexpr char kTakenAtOnceEntry[] = "ZEBTakenAtOnce";
 /// Becomes what the classes have no properties for. A plug-in that does not know the entry leaves it empty.
 constexpr char kLinkAggregationEntry[] = "ZEBLinkAggregation";
 /// Left by a plug-in that knows that one.
@@ -110,6 +112,18 @@ Reply ProviderCalls::performForEachClass(std::string_view className, const Class
 
 Reply ProviderCalls::enumerateInstances(std::string_view className, PropertyList properties) const {
   return performForEachClass(className, [&](auto* context, auto* result, auto* path) {
+    return callSlot(_interfaces.instance->ft->enumerateInstances, _interfaces.instance, context, result, path,
+                    listOf(properties));
+  });
+}
+
+Reply ProviderCalls::forEachInstance(std::string_view className, PropertyList properties,
+                                     const TakeInstance& take) const {
+  return performForEachClass(className, [&](auto* context, auto* result, auto* path) {
+    CMPIValue yes{};
+    yes.uint64 = 1;
+    context->ft->addEntry(context, kTakenAtOnceEntry, &yes, CMPI_uint64);
+    as<Result>(result)->body().take = &take;
     return callSlot(_interfaces.instance->ft->enumerateInstances, _interfaces.instance, context, result, path,
                     listOf(properties));
   });

@@ -77,6 +77,8 @@ class ProviderCalls {
 
   /// Instances of the class and of every class that derives from it; each is asked for by its own name.
   Reply enumerateInstances(std::string_view className, PropertyList properties = nullptr) const;
+  /// Likewise, each handed over as soon as the provider returns it; the reply has none.
+  Reply forEachInstance(std::string_view className, PropertyList properties, const TakeInstance& take) const;
   Reply enumerateInstanceNames(std::string_view className) const;
   Reply getInstance(const CMPIObjectPath& path, PropertyList properties = nullptr) const;
   Reply createInstance(const CMPIObjectPath& path, const CMPIInstance& instance) const;

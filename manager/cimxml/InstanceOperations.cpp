@@ -62,19 +62,13 @@ bool enumerateInstances(const Request& request, std::string& out) {
   const ClassDef& asked = askedClass(request);
   Wanted wanted(request.parameters, classesBelow(request.repository(), asked.name));
   if (!request.parameters.flag("DeepInheritance", true)) wanted.view.only = &asked;
-  const Reply reply = request.target.enumerateInstances(asked.name, wanted.list()).orThrow();
-  const std::size_t before = out.size();
-  for (const CMPIData& item : reply.items()) {
-    const Instance* const instance = as<Instance>(item.value.inst);
-    if (!instance) continue;
+  const auto append = [&](const InstanceBody& instance) {
     out += "<VALUE.NAMEDINSTANCE>";
-    appendInstanceName(out, *instance->body().path);
-    appendInstance(out, instance->body(), wanted.view);
+    appendInstanceName(out, *instance.path);
+    appendInstance(out, instance, wanted.view);
     out += "</VALUE.NAMEDINSTANCE>";
-    // The others will be about as long as the first.
-    if (&item == &reply.items().front())
-      out.reserve(before + (out.size() - before + 64) * reply.items().size());
-  }
+  };
+  static_cast<void>(request.target.forEachInstance(asked.name, wanted.list(), append).orThrow());
   return true;
 }
 

@@ -71,23 +71,26 @@ void runClasses(const Options& options, Session& session, const Output& output) 
   output.out << (options.json ? jsonOfClasses(served) : textOfClasses(served, output.colour));
 }
 
-/// False where no service is asked.
-bool showOfService(const ClassDef& asked, Session& session, const Output& output) {
-  const auto shown = session.shown(asked.name);
-  if (!shown) return false;
-  if (!isJson(*shown)) {
-    static_cast<void>(
-        answered("class '" + asked.name + "'", readAnswer(*shown, session.repository(), kNameSpace)));
+/// Of a service, or else of the plug-in.
+void showJson(const ClassDef& asked, const Options& options, Session& session, const Output& output) {
+  try {
+    auto shown = session.shown(asked.name);
+    if (!shown) {
+      shown = jsonOfClass(session.model(), {asked.name, options.jsonForm()});
+    } else if (!isJson(*shown)) {
+      static_cast<void>(readAnswer(*shown, session.repository(), kNameSpace).orThrow());
+    }
+    output.out << *shown;
+  } catch (const CimError& error) {
+    throw ManagerError("class '" + asked.name + "': " + error.what());
   }
-  output.out << *shown;
-  return true;
 }
 
 void runInstances(const Options& options, Session& session, const Output& output) {
   const ClassDef& asked = classMeant(session.repository(), options.className);
-  // With JSON, which names no interfaces beside the paths.
+  // JSON names no interfaces beside the paths.
   if (options.json) session.askOnlyFor(asked);
-  if (options.json && !options.names && showOfService(asked, session, output)) return;
+  if (options.json && !options.names) return showJson(asked, options, session, output);
   Namespace& model = session.model();
   Reply reply = options.names ? model.enumerateInstanceNames(asked.name)
                               : model.enumerateInstances(asked.name, nullptr);

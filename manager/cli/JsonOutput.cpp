@@ -35,7 +35,7 @@ class ValueWriter {
       case CMPI_ref:
         return _json.text(formatPath(as<ObjectPath>(data.value.ref)->body()));
       case CMPI_instance:
-        return instance(*as<Instance>(data.value.inst));
+        return instance(as<Instance>(data.value.inst)->body());
       default:
         return _json.text(textOf(data.value.string));
     }
@@ -74,8 +74,7 @@ class ValueWriter {
     _json.close(plain ? '}' : ']');
   }
 
-  void instance(const Instance& instance) {
-    const InstanceBody& body = instance.body();
+  void instance(const InstanceBody& body) {
     _json.open('{');
     _json.key("class");
     _json.text(body.classDef->name);
@@ -91,43 +90,37 @@ class ValueWriter {
   const JsonForm _form;
 };
 
-/// `written`: called after each item; it may take what is there.
-void appendItems(std::string& text, std::span<const CMPIData> items, JsonForm form,
-                 const std::function<void()>& written) {
-  JsonWriter json(text);
-  json.open('[');
-  for (const CMPIData& item : items) {
-    ValueWriter(json, form).scalar(item);
-    written();
-  }
-  json.close(']');
-  text += '\n';
-}
-
 }  // namespace
 
 void writeItems(std::ostream& out, std::span<const CMPIData> items, JsonForm form) {
   // Piece by piece: the text of a large answer takes more memory than the answer.
   constexpr std::size_t kPiece = 64U << 10;
   std::string text;
-  appendItems(text, items, form, [&] {
-    if (text.size() < kPiece) return;
+  JsonWriter json(text);
+  json.open('[');
+  for (const CMPIData& item : items) {
+    ValueWriter(json, form).scalar(item);
+    if (text.size() < kPiece) continue;
     out << text;
     text.clear();
-  });
-  out << text;
+  }
+  json.close(']');
+  out << text << '\n';
 }
 
-std::string jsonOfItems(std::span<const CMPIData> items, JsonForm form) {
+std::string jsonOfInstances(JsonForm form, const std::function<void(const TakeInstance&)>& forEach) {
   std::string text;
-  appendItems(text, items, form, [] {});
-  return text;
+  JsonWriter json(text);
+  json.open('[');
+  forEach([&](const InstanceBody& instance) { ValueWriter(json, form).instance(instance); });
+  json.close(']');
+  return text += '\n';
 }
 
 std::string jsonLineOfInstance(const Instance& instance, JsonForm form) {
   std::string out;
   JsonWriter json(out, false);
-  ValueWriter(json, form).instance(instance);
+  ValueWriter(json, form).instance(instance.body());
   return out;
 }
 

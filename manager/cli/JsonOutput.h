@@ -1,6 +1,7 @@
 // Answers as JSON for programs.
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <span>
 #include <string>
@@ -18,8 +19,8 @@ enum class JsonForm {
 
 /// An array of objects with class, path and properties; paths in the list become their text.
 void writeItems(std::ostream& out, std::span<const CMPIData> items, JsonForm form);
-/// The same in one piece.
-std::string jsonOfItems(std::span<const CMPIData> items, JsonForm form);
+/// The same of the instances that `forEach` hands over, in one piece.
+std::string jsonOfInstances(JsonForm form, const std::function<void(const TakeInstance&)>& forEach);
 std::string jsonOfClasses(const std::vector<const ClassDef*>& classes);
 /// The object of one instance, in one line without its end.
 std::string jsonLineOfInstance(const Instance& instance, JsonForm form);

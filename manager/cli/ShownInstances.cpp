@@ -23,10 +23,15 @@ std::optional<ShownQuestion> shownAskedFor(std::string_view message) {
   return std::nullopt;
 }
 
+std::string jsonOfClass(Namespace& model, const ShownQuestion& question) {
+  return jsonOfInstances(question.form, [&](const TakeInstance& take) {
+    static_cast<void>(model.forEachInstance(question.className, nullptr, take).orThrow());
+  });
+}
+
 std::string shownInstances(Namespace& model, const ShownQuestion& question) {
   try {
-    const Reply reply = model.enumerateInstances(question.className, nullptr).orThrow();
-    return jsonOfItems(reply.items(), question.form);
+    return jsonOfClass(model, question);
   } catch (const CimError& error) {
     return errorAnswer(CimMessage(), error.code, descriptionOf(error));
   }

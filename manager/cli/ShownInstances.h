@@ -20,7 +20,9 @@ struct ShownQuestion {
 std::string shownMessage(std::string_view className, JsonForm form);
 std::optional<ShownQuestion> shownAskedFor(std::string_view message);
 
-/// What `writeItems` writes; when the namespace refuses, the answer that says so.
+/// What `writeItems` writes. Throws CimError when the namespace refuses.
+std::string jsonOfClass(Namespace& model, const ShownQuestion& question);
+/// The same; when the namespace refuses, the answer that says so.
 std::string shownInstances(Namespace& model, const ShownQuestion& question);
 inline bool isJson(std::string_view shown) {
   return shown.starts_with('[');

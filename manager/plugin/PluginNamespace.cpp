@@ -92,6 +92,18 @@ Reply PluginNamespace::enumerateInstances(std::string_view className, PropertyLi
   return reply;
 }
 
+Reply PluginNamespace::forEachInstance(std::string_view className, PropertyList properties,
+                                       const TakeInstance& take) {
+  Reply reply =
+      sameName(className, kSystemClass) ? Reply() : _provider.forEachInstance(className, properties, take);
+  if (reply.code == CMPI_RC_OK && includesSystem(repository(), className)) {
+    Reply system;
+    addSystem(system, _provider);
+    for (const CMPIData& item : system.items()) take(as<Instance>(item.value.inst)->body());
+  }
+  return reply;
+}
+
 Reply PluginNamespace::enumerateInstanceNames(std::string_view className) {
   Reply reply = sameName(className, kSystemClass) ? Reply() : _provider.enumerateInstanceNames(className);
   if (reply.code == CMPI_RC_OK && includesSystem(repository(), className)) {

@@ -13,6 +13,8 @@ class PluginNamespace : public Namespace {
   const ClassRepository& repository() const override { return _provider.repository(); }
   std::optional<std::uint64_t> state() const override { return _provider.state(); }
   Reply enumerateInstances(std::string_view className, PropertyList properties) override;
+  Reply forEachInstance(std::string_view className, PropertyList properties,
+                        const TakeInstance& take) override;
   Reply enumerateInstanceNames(std::string_view className) override;
   Reply getInstance(const CMPIObjectPath& path, PropertyList properties) override;
   Reply createInstance(const CMPIObjectPath& path, const CMPIInstance& instance) override;

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string_view>
 #include <type_traits>
 
@@ -76,13 +77,17 @@ struct ValuesBody {
   NamedValues values;
 };
 
+/// What is done with an instance that is returned. It may be gone after that.
+using TakeInstance = std::function<void(const InstanceBody&)>;
+
 struct ListBody {
   CMPIData* items = nullptr;
   std::uint32_t count = 0;
   std::uint32_t capacity = 0;
-  std::uint32_t position = 0;  ///< of an enumeration
-  Arena* keep = nullptr;       ///< of a result: where what was returned goes
-  bool complete = false;       ///< of a result: `returnDone` came
+  std::uint32_t position = 0;          ///< of an enumeration
+  Arena* keep = nullptr;               ///< of a result: where what was returned goes
+  bool complete = false;               ///< of a result: `returnDone` came
+  const TakeInstance* take = nullptr;  ///< of a result: for instances, which are not kept then
 
   void append(const CMPIData& data);
 };

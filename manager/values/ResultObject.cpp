@@ -34,6 +34,10 @@ CMPIStatus returnInstance(const CMPIResult* object, const CMPIInstance* returned
   const Result* const result = as<Result>(object);
   const Instance* const instance = as<Instance>(returned);
   if (!result || !instance) return statusOf(CMPI_RC_ERR_INVALID_HANDLE);
+  if (const TakeInstance* const take = result->body().take) {
+    (*take)(instance->body());
+    return statusOf(CMPI_RC_OK);
+  }
   result->body().append(dataOf(kept(*result->body().keep, *instance, copyInstance)));
   return statusOf(CMPI_RC_OK);
 }

@@ -73,6 +73,18 @@ TEST_F(Plugin, WithoutItEveryOperationIsNotSupported) {
   EXPECT_EQ(invoke("CountUp").code, CMPI_RC_ERR_NOT_SUPPORTED);
 }
 
+TEST_F(Plugin, InstancesAreHandedOverUntilItRefuses) {
+  std::vector<std::string> handed;
+  const auto take = [&](const InstanceBody& body) { handed.emplace_back(body.path->className); };
+  EXPECT_EQ(broker.provider().forEachInstance("T_Base", nullptr, take).code, CMPI_RC_OK);
+  EXPECT_EQ(handed, (std::vector<std::string>{"T_Thing", "T_Special"}));
+  handed.clear();
+  const Reply refused = broker.provider().forEachInstance("T_Numbered", nullptr, take);
+  EXPECT_EQ(refused.code, CMPI_RC_ERR_FAILED);
+  EXPECT_EQ(refused.message, "not\ntoday");
+  EXPECT_TRUE(handed.empty());
+}
+
 TEST_F(Plugin, AnUnknownClassIsNotAsked) {
   EXPECT_EQ(broker.provider().enumerateInstances("T_None").code, CMPI_RC_ERR_INVALID_CLASS);
   EXPECT_EQ(broker.provider().enumerateInstanceNames("T_None").code, CMPI_RC_ERR_INVALID_CLASS);

@@ -81,6 +81,19 @@ TEST_P(RealPlugin, NamesAndInstancesAgree) {
   }
 }
 
+TEST_P(RealPlugin, HandsOverTheSameInstances) {
+  for (const ClassDef* def : served()) {
+    std::vector<std::string> handed;
+    const Reply reply = broker.provider().forEachInstance(def->name, nullptr, [&](const InstanceBody& body) {
+      handed.push_back(formatPath(*body.path));
+      EXPECT_GT(body.properties.count, 0U);
+    });
+    EXPECT_EQ(reply.code, CMPI_RC_OK);
+    EXPECT_THAT(reply.items(), IsEmpty());
+    EXPECT_EQ(handed, pathsOf(broker.provider().enumerateInstances(def->name)));
+  }
+}
+
 TEST_P(RealPlugin, EveryPathHasTheKeysOfItsClassAndReadsBack) {
   for (const ClassDef* def : served()) {
     for (const std::string& path : pathsOf(broker.provider().enumerateInstances(def->name))) {

@@ -25,7 +25,9 @@ CMPIStatus enumerateInstances(CMPIInstanceMI* mi, const CMPIContext* context, co
       [&](auto& provider, auto& found) {
         provider.enumInstances(found, CmpiContext(context), fromBroker(classPath), properties);
       },
-      [&](const CMPIBroker* broker, auto& found) { deliver(broker, result, found.take(), properties); });
+      [&](const CMPIBroker* broker, auto& found) {
+        deliver(broker, result, found.take(), properties, CmpiContext(context));
+      });
 }
 
 CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,

@@ -3,6 +3,9 @@
 namespace CmpiCpp {
 namespace {
 
+/// Set by an object manager whose memory may be taken back between two instances.
+constexpr char kTakenAtOnceEntry[] = "ZEBTakenAtOnce";
+
 void throwIfFailed(const CMPIStatus& status) {
   if (status.rc != CMPI_RC_OK) throw CmpiStatus(status.rc, fromBroker(status.msg));
 }
@@ -26,10 +29,13 @@ void deliver(const CMPIBroker* broker, const CMPIResult* result, const std::vect
 }
 
 void deliver(const CMPIBroker* broker, const CMPIResult* result, std::vector<CmpiInstance> instances,
-             CmpiPropertyList properties) {
+             CmpiPropertyList properties, const CmpiContext& context) {
+  const bool takenAtOnce = context.getNumber(kTakenAtOnceEntry).has_value();
   InstanceMaker maker(broker, properties);
   for (CmpiInstance& instance : instances) {
+    CMPIGcStat* const mark = takenAtOnce ? broker->mft->mark(broker, nullptr) : nullptr;
     throwIfFailed(result->ft->returnInstance(result, maker.make(instance)));
+    if (mark) broker->mft->release(broker, mark);
     instance = {};
   }
   throwIfFailed(result->ft->returnDone(result));

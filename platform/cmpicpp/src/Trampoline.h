@@ -77,9 +77,10 @@ CMPIStatus cleanupInterface(Interface* interface, const CMPIContext* context, CM
 /// Hands plain results over and tells the object manager that they are all.
 void deliver(const CMPIBroker* broker, const CMPIResult* result, const std::vector<CmpiObjectPath>& paths);
 /// Each instance goes when the object manager has its own of it, so that the two need not be there in full at
-/// one time.
+/// one time. `context`: of an enumeration, in which the object manager may say that it does without its own
+/// again as soon as it was returned.
 void deliver(const CMPIBroker* broker, const CMPIResult* result, std::vector<CmpiInstance> instances,
-             CmpiPropertyList properties);
+             CmpiPropertyList properties, const CmpiContext& context = {});
 
 /// A name that an object manager may leave out with a null pointer.
 inline CmpiName optionalName(const char* name) {

@@ -136,6 +136,19 @@ TEST(ArrayTest, takesItsOwnTypeWithinItsSize) {
   EXPECT_EQ(array[0], CmpiData(std::uint16_t{7}));
 }
 
+TEST(ArrayTest, aChangeOfACopyIsItsOwn) {
+  CmpiArray array(2, CMPI_uint16);
+  array.setElementAt(0, std::uint16_t{7});
+  CmpiArray copy = array;
+  copy.setElementAt(0, std::uint16_t{8});
+  EXPECT_EQ(array[0], CmpiData(std::uint16_t{7}));
+  array.setElementAt(1, std::uint16_t{9});
+  EXPECT_EQ(copy[0], CmpiData(std::uint16_t{8}));
+  EXPECT_TRUE(copy[1].isNull());
+  const CmpiArray moved = std::move(copy);
+  EXPECT_EQ(moved[0], CmpiData(std::uint16_t{8}));
+}
+
 TEST(ArrayTest, isEqualByTypeAndElements) {
   EXPECT_EQ(CmpiArray(1, CMPI_uint16), CmpiArray(1, CMPI_uint16));
   EXPECT_FALSE(CmpiArray(1, CMPI_uint16) == CmpiArray(2, CMPI_uint16));
