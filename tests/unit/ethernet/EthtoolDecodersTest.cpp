@@ -109,6 +109,30 @@ TEST(EthtoolDecoders, BitsPastThoseKnownAreDropped) {
   EXPECT_EQ(merged(ETHTOOL_MSG_LINKMODES_GET, builder).supported->count(), 1u);
 }
 
+/// As the kernel sends it: a list, which has no mask.
+MessageBuilder offered(std::uint32_t size, std::initializer_list<std::uint32_t> value) {
+  MessageBuilder builder;
+  builder.attribute(ETHTOOL_A_BITSET_NOMASK, nullptr, 0).number(ETHTOOL_A_BITSET_SIZE, size);
+  builder.attribute(ETHTOOL_A_BITSET_VALUE, value.begin(), value.size() * 4);
+  return builder;
+}
+
+TEST(EthtoolDecoders, WhatTheOtherEndOffers) {
+  const auto partner = [](const MessageBuilder& set) {
+    MessageBuilder builder;
+    builder.nest(ETHTOOL_A_LINKMODES_PEER, set);
+    return merged(ETHTOOL_MSG_LINKMODES_GET, builder).partner;
+  };
+  EXPECT_EQ(partner(offered(40, {0x60, 0x8})), LinkModes(0x60) | LinkModes(0x8) << 32);
+  EXPECT_EQ(partner(offered(40, {0x60, 0xFF08})), LinkModes(0x60) | LinkModes(0x8) << 32);
+  EXPECT_EQ(partner(offered(160, {1, 0, 0, 0, 1})), LinkModes(1));
+  EXPECT_FALSE(partner(offered(40, {0x60})));
+  EXPECT_FALSE(partner(offered(0xFFFFFFFF, {0x60, 0})));
+  EXPECT_FALSE(partner(offered(40, {0, 0}))) << "nobody negotiates there";
+  EXPECT_FALSE(partner(MessageBuilder()));
+  EXPECT_FALSE(merged(ETHTOOL_MSG_LINKMODES_GET, MessageBuilder()).partner);
+}
+
 TEST(EthtoolDecoders, MediaAndLinkState) {
   MessageBuilder info, state;
   info.number(ETHTOOL_A_LINKINFO_PORT, std::uint8_t{PORT_FIBRE});

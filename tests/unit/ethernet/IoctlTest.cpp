@@ -20,12 +20,13 @@ ethtool_link_settings gigabit() {
   return settings;
 }
 
-/// Bits 5 (1000baseT/Full), 6 (Autoneg) and 35 (50000baseKR2/Full) are supported, 5 and 6 advertised.
+/// Bits 5 (1000baseT/Full), 6 (Autoneg) and 35 (50000baseKR2/Full) are supported, 5 and 6 advertised; the
+/// other end offers 3 (100baseT/Full).
 MessageBuilder settingsOf(ethtool_link_settings fixed) {
   MessageBuilder builder;
   fixed.link_mode_masks_nwords = 2;
   builder.append(&fixed, sizeof fixed);
-  for (const std::uint32_t word : {0x60u, 0x8u, 0x60u, 0u, 0u, 0u}) builder.raw(word);
+  for (const std::uint32_t word : {0x60u, 0x8u, 0x60u, 0u, 0x8u, 0u}) builder.raw(word);
   return builder;
 }
 
@@ -36,6 +37,7 @@ TEST(IoctlDecoders, LinkSettings) {
   EXPECT_EQ(facts.supported->count(), 3u);
   EXPECT_TRUE(facts.supported->test(35));
   EXPECT_EQ(facts.advertised->count(), 2u);
+  EXPECT_EQ(facts.partner, LinkModes(0x8));
   EXPECT_EQ(facts.speed, 1000u);
   EXPECT_EQ(facts.fullDuplex, true);
   EXPECT_EQ(facts.autonegotiation, true);
@@ -54,8 +56,8 @@ TEST(IoctlDecoders, SpeedAndDuplexThatAreUnknown) {
 
 TEST(IoctlDecoders, WhatIsCutShortSaysNothing) {
   const MessageBuilder whole = settingsOf(gigabit());
-  const std::size_t bothSets = sizeof(ethtool_link_settings) + 4 * sizeof(std::uint32_t);
-  for (std::size_t size = 0; size < bothSets; ++size) {
+  const std::size_t allSets = sizeof(ethtool_link_settings) + 6 * sizeof(std::uint32_t);
+  for (std::size_t size = 0; size < allSets; ++size) {
     EthtoolFacts facts;
     mergeLinkSettings(whole.view().first(size), facts);
     EXPECT_EQ(facts, EthtoolFacts{}) << size;
@@ -89,6 +91,7 @@ TEST(EthtoolIoctl, SettingsOfACard) {
     ASSERT_TRUE(facts.supported && facts.advertised);
     EXPECT_EQ(*facts.supported, LinkModes(0x60));
     EXPECT_EQ(*facts.advertised, LinkModes(0x40));
+    EXPECT_FALSE(facts.partner) << "no set is nothing offered";
     EXPECT_EQ(facts.speed, 1000u);
     EXPECT_EQ(facts.media, PORT_FIBRE);
     EXPECT_EQ(facts.linkDetected, true);

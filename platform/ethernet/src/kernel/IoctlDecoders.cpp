@@ -25,9 +25,10 @@ void mergeLinkSettings(Bytes settings, EthtoolFacts& facts) {
   const auto words = static_cast<std::size_t>(fixed.link_mode_masks_nwords);
   const std::size_t bytes = words * sizeof(std::uint32_t);
   const Bytes supported = settings.subspan(sizeof fixed);
-  if (supported.size() < 2 * bytes) return;
+  if (supported.size() < 3 * bytes) return;
   facts.supported = linkModes(supported, words * 32);
   facts.advertised = linkModes(supported.subspan(bytes), words * 32);
+  mergePartner(linkModes(supported.subspan(2 * bytes), words * 32), facts);
   facts.autonegotiation = fixed.autoneg != AUTONEG_DISABLE;
   facts.media = fixed.port;
   mergeSpeed(fixed.speed, fixed.duplex, facts);

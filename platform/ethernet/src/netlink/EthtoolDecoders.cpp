@@ -20,9 +20,8 @@ constexpr AttributePolicy kBitsetPolicy{
 };
 
 constexpr AttributePolicy kModesPolicy{
-    {ETHTOOL_A_LINKMODES_AUTONEG, Kind::U8},
-    {ETHTOOL_A_LINKMODES_OURS, Kind::Nested},
-    {ETHTOOL_A_LINKMODES_SPEED, Kind::U32},
+    {ETHTOOL_A_LINKMODES_AUTONEG, Kind::U8},  {ETHTOOL_A_LINKMODES_OURS, Kind::Nested},
+    {ETHTOOL_A_LINKMODES_PEER, Kind::Nested}, {ETHTOOL_A_LINKMODES_SPEED, Kind::U32},
     {ETHTOOL_A_LINKMODES_DUPLEX, Kind::U8},
 };
 
@@ -68,6 +67,7 @@ void mergeModes(Bytes bytes, EthtoolFacts& facts) {
     facts.supported = ours->mask;
     facts.advertised = ours->value;
   }
+  if (const auto peer = bitset(attributes.bytes(ETHTOOL_A_LINKMODES_PEER))) mergePartner(peer->value, facts);
   if (const auto autoneg = attributes.u8(ETHTOOL_A_LINKMODES_AUTONEG)) facts.autonegotiation = *autoneg != 0;
   mergeSpeed(attributes.u32(ETHTOOL_A_LINKMODES_SPEED), attributes.u8(ETHTOOL_A_LINKMODES_DUPLEX), facts);
 }
@@ -157,6 +157,10 @@ LinkModes linkModes(Bytes words, std::size_t count) {
     bits |= LinkModes(word) << first;
   }
   return bits;
+}
+
+void mergePartner(const LinkModes& offered, EthtoolFacts& facts) {
+  if (offered.any()) facts.partner = offered;
 }
 
 void mergeSpeed(std::optional<std::uint32_t> speed, std::optional<std::uint8_t> duplex, EthtoolFacts& facts) {

@@ -13,6 +13,9 @@ namespace ZEB::ethernet {
 /// The first `count` bits of a set in words of 32 bits.
 LinkModes linkModes(Bytes words, std::size_t count);
 
+/// Takes in what the other end of a link offers, unless that is nothing.
+void mergePartner(const LinkModes& offered, EthtoolFacts& facts);
+
 /// Takes a speed and a duplex mode in, unless they are ethtool's numbers for not knowing.
 void mergeSpeed(std::optional<std::uint32_t> speed, std::optional<std::uint8_t> duplex, EthtoolFacts& facts);
 

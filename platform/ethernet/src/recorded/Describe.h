@@ -58,6 +58,7 @@ template <class Visit>
 void describe(EthtoolFacts& ethtool, Visit& visit) {
   visit("supported", ethtool.supported);
   visit("advertised", ethtool.advertised);
+  visit("partner", ethtool.partner);
   visit("autonegotiation", ethtool.autonegotiation);
   visit("speed", ethtool.speed);
   visit("fullDuplex", ethtool.fullDuplex);

@@ -62,6 +62,7 @@ constexpr Origin kOrigins[] = {
     {"links.vlanId", "RTM_NEWLINK IFLA_INFO_DATA IFLA_VLAN_ID"},
     {"links.ethtool.supported", "ETHTOOL_MSG_LINKMODES_GET ETHTOOL_A_LINKMODES_OURS, mask", kSettings},
     {"links.ethtool.advertised", "ETHTOOL_MSG_LINKMODES_GET ETHTOOL_A_LINKMODES_OURS, value", kSettings},
+    {"links.ethtool.partner", "ETHTOOL_MSG_LINKMODES_GET ETHTOOL_A_LINKMODES_PEER, value", kSettings},
     {"links.ethtool.autonegotiation", "ETHTOOL_MSG_LINKMODES_GET ETHTOOL_A_LINKMODES_AUTONEG", kSettings},
     {"links.ethtool.speed", "ETHTOOL_MSG_LINKMODES_GET ETHTOOL_A_LINKMODES_SPEED", kSettings},
     {"links.ethtool.fullDuplex", "ETHTOOL_MSG_LINKMODES_GET ETHTOOL_A_LINKMODES_DUPLEX", kSettings},

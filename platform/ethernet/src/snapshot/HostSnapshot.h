@@ -55,6 +55,7 @@ struct BondMemberFacts {
 
 struct EthtoolFacts {
   std::optional<LinkModes> supported, advertised;
+  std::optional<LinkModes> partner;  ///< what the other end of the cable offers
   std::optional<bool> autonegotiation;
   std::optional<std::uint32_t> speed;  ///< Mbit/s
   std::optional<bool> fullDuplex;
