@@ -18,7 +18,7 @@ std::string scrape(Manager& manager, Metrics& metrics) {
   const ProviderCalls calls = manager.provider().atOneMoment();
   PluginNamespace model(calls);
   return metrics.text(
-      model, [&] { return readLacp(calls.linkAggregation()); }, std::nullopt, MetricFormat::Text);
+      model, [&] { return readPartners(calls.linkPartners()); }, std::nullopt, MetricFormat::Text);
 }
 
 void listLinks() {

@@ -27,8 +27,9 @@ constexpr char kSharedSinceEntry[] = "ZEBSharedSince";
 /// Left for it: a number that stays as long as all classes answer the same, settings and counters aside.
 constexpr char kStateEntry[] = "ZEBState";
 
-/// Where the context of an enumeration has such an entry, it becomes what LACP says of the teams.
-constexpr char kLinkAggregationEntry[] = "ZEBLinkAggregation";
+/// Where the context of an enumeration has such an entry, it becomes what is known of the other ends of
+/// cables.
+constexpr char kLinkPartnersEntry[] = "ZEBLinkPartners";
 
 std::optional<RefreshScope::Clock::time_point> sharedSince(const CmpiContext& context) {
   const auto entry = context.getNumber(kSharedSinceEntry);
@@ -75,8 +76,8 @@ void ZEBEthernetPortProvider::enumInstances(CmpiInstanceResult& result, const Cm
   } else {
     _collection.enumInstances(result, context, classPath, properties);
   }
-  if (context.getText(kLinkAggregationEntry))
-    context.setText(getBroker().get(), kLinkAggregationEntry, _ethTeamMRA->linkAggregation());
+  if (context.getText(kLinkPartnersEntry))
+    context.setText(getBroker().get(), kLinkPartnersEntry, _ethMRA->linkPartners());
 }
 
 // Made for the occasion, and never part of the collection.

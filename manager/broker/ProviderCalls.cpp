@@ -12,7 +12,7 @@ constexpr char kSharedSinceEntry[] = "ZEBSharedSince";
 /// Whatever was made for an instance is of no use once it was returned.
 constexpr char kTakenAtOnceEntry[] = "ZEBTakenAtOnce";
 /// Becomes what the classes have no properties for. A plug-in that does not know the entry leaves it empty.
-constexpr char kLinkAggregationEntry[] = "ZEBLinkAggregation";
+constexpr char kLinkPartnersEntry[] = "ZEBLinkPartners";
 /// Left by a plug-in that knows that one.
 constexpr char kStateEntry[] = "ZEBState";
 
@@ -204,17 +204,17 @@ Reply ProviderCalls::invokeMethod(const CMPIObjectPath& path, const char* method
   });
 }
 
-std::string ProviderCalls::linkAggregation() const {
+std::string ProviderCalls::linkPartners() const {
   std::string text;
   const auto ask = [&](const CMPIContext* context, const CMPIResult* result) {
     Arena& arena = *currentArena();
     const CMPIData empty = dataOf(makeString(arena, ""));
-    context->ft->addEntry(context, kLinkAggregationEntry, &empty.value, empty.type);
+    context->ft->addEntry(context, kLinkPartnersEntry, &empty.value, empty.type);
     const char* const none[] = {nullptr};
     const CMPIStatus status =
         callSlot(_interfaces.instance->ft->enumerateInstances, _interfaces.instance, context, result,
                  makePath(arena, _nameSpace, "ZEB_EthernetTeam"), listOf(none));
-    text = textOf(context->ft->getEntry(context, kLinkAggregationEntry, nullptr).value.string);
+    text = textOf(context->ft->getEntry(context, kLinkPartnersEntry, nullptr).value.string);
     return status;
   };
   static_cast<void>(std::move(perform(_interfaces.instance, ask)).orThrow());

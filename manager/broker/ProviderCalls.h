@@ -93,8 +93,8 @@ class ProviderCalls {
   Reply referenceNames(const CMPIObjectPath& path, const AssociationFilter& filter) const;
   Reply invokeMethod(const CMPIObjectPath& path, const char* method, const CMPIArgs& in, CMPIArgs& out) const;
 
-  /// What LACP says of the teams, as JSON; empty where the provider does not know the question.
-  std::string linkAggregation() const;
+  /// What is known of the other ends of cables, as JSON; empty where the provider does not know the question.
+  std::string linkPartners() const;
 
   /// Tells the provider that somebody listens to what the filter selects. The filter has to stay until
   /// `stopIndications`.

@@ -205,8 +205,8 @@ void runMetrics(const Options& options, Session& session, const Output& output) 
   }
   Namespace& model = session.model();
   const auto worker = options.wantsPlugin() ? std::nullopt : readWorker(session.runFolder());
-  const auto lacp = [&] { return readLacp(session.provider().linkAggregation()); };
-  output.out << Metrics().text(model, lacp, worker, format) << endOf(format);
+  const auto partners = [&] { return readPartners(session.provider().linkPartners()); };
+  output.out << Metrics().text(model, partners, worker, format) << endOf(format);
 }
 
 void runWatch(const Options& options, Session& session, const Output& output) {

@@ -21,6 +21,7 @@ class HostedPlugin : public HostedProvider {
   Broker& broker() override { return _session.broker(); }
   std::string perform(std::string_view message) override {
     if (message == kRecordingMessage) return recordingOf(_options);
+    if (message == kPartnersMessage) return _session.provider().atOneMoment().linkPartners();
     if (const auto format = metricsAskedFor(message)) return metrics(*format);
     if (const auto question = shownAskedFor(message)) return shownInstances(_namespace, *question);
     return isStep(message) ? performStep(message, _namespace) : answer(message, _namespace);
@@ -33,8 +34,8 @@ class HostedPlugin : public HostedProvider {
   std::string metrics(MetricFormat format) {
     const ProviderCalls calls = _session.provider().atOneMoment();
     PluginNamespace model(calls);
-    const auto lacp = [&] { return readLacp(calls.linkAggregation()); };
-    return _metrics.text(model, lacp, readWorker(_session.runFolder()), format);
+    const auto partners = [&] { return readPartners(calls.linkPartners()); };
+    return _metrics.text(model, partners, readWorker(_session.runFolder()), format);
   }
 
   const Options& _options;

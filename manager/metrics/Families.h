@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-#include "metrics/LacpReading.h"
+#include "metrics/LinkPartners.h"
 #include "metrics/MachineReading.h"
 
 namespace ZebManager {
@@ -52,6 +52,7 @@ inline std::string deviceLabel(const TreeInterface& interface) {
 
 MetricTable<MachineReading> machineMetrics();
 MetricTable<PortReading> portMetrics();
+MetricTable<PortPartner> portPartnerMetrics();
 MetricTable<CounterReading> counterMetrics();
 MetricTable<TreeTeam> teamMetrics();
 MetricTable<MemberReading> memberMetrics();
@@ -67,6 +68,7 @@ template <class Visit>
 void forEachMetricTable(const Visit& visit) {
   visit(machineMetrics());
   visit(portMetrics());
+  visit(portPartnerMetrics());
   visit(counterMetrics());
   visit(teamMetrics());
   visit(memberMetrics());

@@ -27,19 +27,19 @@ struct Metrics::Kept {
   std::vector<Labels> identities;
   std::vector<std::size_t> places;  ///< of their counters
 
-  Kept(Namespace& model, const ReadLacp& lacp, const std::vector<std::string>& counterKeys,
+  Kept(Namespace& model, const AskPartners& askPartners, const std::vector<std::string>& counterKeys,
        MetricFormat format);
   bool holdsFor(const Namespace& model, const CounterReadings& read) const {
     return state && state == model.state() && keys == read.keys;
   }
 };
 
-Metrics::Kept::Kept(Namespace& model, const ReadLacp& lacp, const std::vector<std::string>& counterKeys,
-                    MetricFormat format)
+Metrics::Kept::Kept(Namespace& model, const AskPartners& askPartners,
+                    const std::vector<std::string>& counterKeys, MetricFormat format)
     : keys(counterKeys) {
   MachineReading reading;
   readMachine(model, keys, reading);
-  const LacpReading aggregation = lacp();
+  const LinkPartners partners = askPartners();
   state = model.state();
   std::vector<CounterReading> counters;
   for (auto& [device, place] : reading.counters) {
@@ -50,19 +50,20 @@ Metrics::Kept::Kept(Namespace& model, const ReadLacp& lacp, const std::vector<st
   Exposition first(format);
   first.add(machineMetrics(), only(reading));
   first.add(portMetrics(), all(reading.ports));
+  first.add(portPartnerMetrics(), all(partners.ports));
   before = first.take();
   Exposition last(format);
   last.add(teamMetrics(), all(reading.tree.teams));
   last.add(memberMetrics(), all(reading.members));
-  last.add(lacpTeamMetrics(), all(aggregation.teams));
-  last.add(lacpMemberMetrics(), all(aggregation.members));
+  last.add(lacpTeamMetrics(), all(partners.teams));
+  last.add(lacpMemberMetrics(), all(partners.members));
   last.add(vlanMetrics(), all(reading.vlans));
   last.add(gatewayMetrics(), all(reading.gateways));
   after = last.take();
 }
 
-std::string Metrics::text(Namespace& model, const ReadLacp& lacp, const std::optional<WorkerReading>& worker,
-                          MetricFormat format) {
+std::string Metrics::text(Namespace& model, const AskPartners& askPartners,
+                          const std::optional<WorkerReading>& worker, MetricFormat format) {
   constexpr std::size_t kSeries = 80;  // bytes, about
   const CounterReadings read = readCounters(model);
   std::shared_ptr<const Kept> kept;
@@ -71,7 +72,7 @@ std::string Metrics::text(Namespace& model, const ReadLacp& lacp, const std::opt
     kept = keptIn(format);
   }
   if (!kept || !kept->holdsFor(model, read)) {
-    kept = std::make_shared<const Kept>(model, lacp, read.keys, format);
+    kept = std::make_shared<const Kept>(model, askPartners, read.keys, format);
     const std::lock_guard lock(_mutex);
     keptIn(format) = kept;
   }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <array>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -17,13 +16,10 @@ namespace ZebManager {
 /// nothing but those is written anew. Safe from several threads.
 class Metrics {
  public:
-  /// Asks the plug-in, which the namespace is of.
-  using ReadLacp = std::function<LacpReading()>;
-
-  /// What a namespace, of which nothing else was asked, LACP and a worker say, without the end. Throws
-  /// ManagerError when the plug-in refuses.
-  std::string text(Namespace& model, const ReadLacp& lacp, const std::optional<WorkerReading>& worker,
-                   MetricFormat format);
+  /// What a namespace, of which nothing else was asked, the other ends of cables and a worker say, without
+  /// the end. Throws ManagerError when the plug-in refuses.
+  std::string text(Namespace& model, const AskPartners& askPartners,
+                   const std::optional<WorkerReading>& worker, MetricFormat format);
 
  private:
   struct Kept;

@@ -70,8 +70,8 @@ class Scraped {
   std::string scrapeInto(Metrics& metrics) {
     const ProviderCalls calls = _broker.provider().atOneMoment();
     Asked model(calls);
-    const auto lacp = [&] { return readLacp(calls.linkAggregation()); };
-    std::string text = metrics.text(model, lacp, std::nullopt, MetricFormat::Text);
+    const auto partners = [&] { return readPartners(calls.linkPartners()); };
+    std::string text = metrics.text(model, partners, std::nullopt, MetricFormat::Text);
     _asked = std::move(model.classes);
     return text;
   }

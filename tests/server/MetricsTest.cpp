@@ -44,6 +44,11 @@ Series seriesIn(const std::string& text) {
   return all;
 }
 
+/// Of what no class has a property for.
+bool isOfPartners(const std::string& series) {
+  return series.find("_lacp_") != std::string::npos || series.starts_with("zeb_port_partner_");
+}
+
 /// What there is to compare, read from instances alone.
 class Instances {
  public:
@@ -172,7 +177,7 @@ class RecordedMetricsTest : public testing::TestWithParam<const char*> {};
 TEST_P(RecordedMetricsTest, EveryNumberIsThatOfTheInstance) {
   Series served = seriesIn(outputOf(GetParam(), {"metrics"}));
   std::erase_if(served, [](const auto& one) {
-    return one.first.find("_info{") != std::string::npos || one.first.find("_lacp_") != std::string::npos ||
+    return one.first.find("_info{") != std::string::npos || isOfPartners(one.first) ||
            one.first.starts_with("zeb_vlan_");
   });
   EXPECT_EQ(served, Instances(GetParam()).series());
@@ -207,14 +212,17 @@ TEST(Metrics, InformationSaysWhatBelongsTogether) {
   }
 }
 
-Series lacpIn(const std::string& text) {
+Series partnersIn(const std::string& text) {
   Series all = seriesIn(text);
-  std::erase_if(all, [](const auto& one) { return one.first.find("_lacp_") == std::string::npos; });
+  std::erase_if(all, [](const auto& one) { return !isOfPartners(one.first); });
   return all;
 }
 
-/// bond1 of eth2, which its partner has bundled, and eth3, which has no link.
-const Series kLacp = {
+/// What the other ends of two ports offer; bond1 of eth2, which its partner has bundled, and eth3, which has
+/// no link.
+const Series kPartners = {
+    {"zeb_port_partner_max_speed_bytes{device=\"eth0\"}", 125'000'000},
+    {"zeb_port_partner_max_speed_bytes{device=\"eth2\"}", 125'000'000},
     {"zeb_team_lacp_info{device=\"bond1\",aggregator=\"1\",actor_key=\"9\",partner=\"00:1c:73:00:00:01\","
      "partner_key=\"1003\"}",
      1},
@@ -227,8 +235,8 @@ const Series kLacp = {
     {"zeb_team_member_lacp_synchronized{team=\"bond1\",device=\"eth2\"}", 1},
     {"zeb_team_member_lacp_synchronized{team=\"bond1\",device=\"eth3\"}", 0}};
 
-TEST(Metrics, LacpHasAPartnerOrNone) {
-  EXPECT_EQ(lacpIn(outputOf("teams", {"metrics"})), kLacp);
+TEST(Metrics, PartnersAreKnownOrNot) {
+  EXPECT_EQ(partnersIn(outputOf("teams", {"metrics"})), kPartners);
   Json snapshot = Json::parse(std::ifstream(ZEB_SNAPSHOTS "/teams.json"));
   for (Json& link : snapshot["links"]) {
     if (link["name"] == "bond1") link["bond"]["aggregator"] = {{"id", 1}, {"ports", 1}};
@@ -239,7 +247,7 @@ TEST(Metrics, LacpHasAPartnerOrNone) {
   const std::string file = (folder / "alone.json").string();
   std::ofstream(file) << snapshot;
   const Outcome alone = run(ZEB_CIM, {"--plugin", ZEB_REAL_PLUGIN, "--source", file, "metrics"});
-  const Series said = lacpIn(alone.out);
+  const Series said = partnersIn(alone.out);
   EXPECT_EQ(said.at("zeb_team_lacp_info{device=\"bond1\",aggregator=\"1\"}"), 1);
   EXPECT_EQ(said.at("zeb_team_lacp_partner{device=\"bond1\"}"), 0);
   EXPECT_EQ(said.at("zeb_team_member_lacp_partner{team=\"bond1\",device=\"eth2\"}"), 0);
@@ -262,11 +270,11 @@ TEST(Metrics, AServerServesWhatTheCommandPrintsAndHowTheWorkerIs) {
                             HasSubstr("Content-Type: text/plain; version=0.0.4; charset=utf-8\r\n")));
   const Series served = seriesIn(bodyOf(answer));
   EXPECT_THAT(served, IsSupersetOf(seriesIn(outputOf("teams", {"metrics"}))));
-  EXPECT_THAT(served, IsSupersetOf(kLacp));
+  EXPECT_THAT(served, IsSupersetOf(kPartners));
   // Where a service runs, the command asks it, and not this machine.
   const Outcome asked = run(ZEB_CIM, {"metrics"},
                             {"ZEB_CONFIG=/dev/null", "ZEB_RUN_DIR=" + (server.folder() / "run").string()});
-  EXPECT_THAT(seriesIn(asked.out), IsSupersetOf(kLacp));
+  EXPECT_THAT(seriesIn(asked.out), IsSupersetOf(kPartners));
 }
 
 Series alertsIn(const std::string& text) {

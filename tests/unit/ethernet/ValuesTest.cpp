@@ -42,6 +42,15 @@ TEST(LinkModes, FastestOfASet) {
   EXPECT_EQ(fastestSpeed(modes), 800000u);
 }
 
+TEST(LinkModes, FullDuplexIsThatOfTheSpeed) {
+  LinkModes modes;
+  EXPECT_FALSE(hasFullDuplex(modes, 100));
+  modes.set(*linkModeBit("10baseT/Full")).set(*linkModeBit("100baseT/Half"));
+  EXPECT_FALSE(hasFullDuplex(modes, 100));
+  modes.set(*linkModeBit("100baseT/Full"));
+  EXPECT_TRUE(hasFullDuplex(modes, 100));
+}
+
 TEST(HardwareAddress, TextForm) {
   EXPECT_EQ(toText({0, 0x1A, 0x2B, 0x3C, 0x4D, 0x5E}), "00:1a:2b:3c:4d:5e");
   EXPECT_EQ(parseHardwareAddress("00:1A:2b:3c:4d:5e"), (HardwareAddress{0, 0x1A, 0x2B, 0x3C, 0x4D, 0x5E}));

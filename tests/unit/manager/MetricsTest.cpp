@@ -76,19 +76,47 @@ TEST(Metrics, TheMessageToThePluginsProcessIsToldApartFromOthers) {
   EXPECT_FALSE(metricsAskedFor("<?xml version=\"1.0\"?><CIM/>"));
 }
 
-TEST(Metrics, OfLacpWhatIsNoTextIsLeftOut) {
-  for (const char* const text : {"", "{}", "[1]", "[{\"name\":7,\"members\":[null]}]"}) {
-    EXPECT_TRUE(readLacp(text).members.empty()) << text;
+TEST(LinkPartners, WhatIsNoTextOfThemIsLeftOut) {
+  for (const char* const text :
+       {"", "[]", "{}", R"({"ports":7,"teams":{}})", R"({"ports":[1],"teams":[1]})",
+        R"({"ports":[{"name":"e0","speed":-1},{"name":"e0"}]})", R"({"teams":[{"name":7,"members":[null]}]})",
+        R"({"teams":[{"name":"b0","members":"none"}]})"}) {
+    const LinkPartners partners = readPartners(text);
+    EXPECT_TRUE(partners.ports.empty() && partners.members.empty()) << text;
   }
-  const LacpReading reading =
-      readLacp(R"([{"name":"b0","ports":-1,"partner":1,"members":[{"name":"e0","actorState":"61"}]}])");
-  ASSERT_EQ(reading.teams.size(), 1U);
-  EXPECT_EQ(reading.teams[0].device, "b0");
-  EXPECT_EQ(reading.teams[0].partner, "");
-  EXPECT_FALSE(reading.teams[0].ports || reading.teams[0].aggregator);
-  ASSERT_EQ(reading.members.size(), 1U);
-  EXPECT_EQ(reading.members[0].team, "b0");
-  EXPECT_FALSE(reading.members[0].actorState);
+  const LinkPartners partners =
+      readPartners(R"({"ports":[{"speed":1000000,"fullDuplex":1}],)"
+                   R"("teams":[{"name":"b0","ports":-1,"partner":1,)"
+                   R"("members":[{"name":"e0","actorState":"61","partnerState":61}]}]})");
+  ASSERT_EQ(partners.ports.size(), 1U);
+  EXPECT_FALSE(partners.ports[0].fullDuplex);
+  ASSERT_EQ(partners.teams.size(), 1U);
+  EXPECT_EQ(partners.teams[0].device, "b0");
+  EXPECT_EQ(partners.teams[0].partner, "");
+  EXPECT_FALSE(partners.teams[0].ports || partners.teams[0].aggregator);
+  ASSERT_EQ(partners.members.size(), 1U);
+  EXPECT_EQ(partners.members[0].team, "b0");
+  EXPECT_FALSE(partners.members[0].actorState);
+  EXPECT_FALSE(partners.members[0].hasPartner() || partners.members[0].isSynchronized());
+}
+
+TEST(LinkPartners, AMemberIsInStepWhenBothEndsSaySoAndOneHasHeardTheOtherLately) {
+  enum : std::uint64_t { kActive = 1, kSynchronized = 8, kDefaulted = 64, kExpired = 128 };
+  const auto member = [](std::uint64_t actor, std::uint64_t partner) {
+    return LacpMemberReading{.team = "b0",
+                             .device = "e0",
+                             .aggregator = {},
+                             .actorState = actor | kActive,
+                             .partnerState = partner | kActive};
+  };
+  EXPECT_EQ(member(kSynchronized, kSynchronized).isSynchronized(), true);
+  EXPECT_EQ(member(kSynchronized, 0).isSynchronized(), false);
+  EXPECT_EQ(member(0, kSynchronized).isSynchronized(), false);
+  EXPECT_EQ(member(0, 0).hasPartner(), true);
+  for (const std::uint64_t unheard : {kDefaulted, kExpired}) {
+    EXPECT_EQ(member(kSynchronized | unheard, kSynchronized).hasPartner(), false);
+    EXPECT_EQ(member(kSynchronized | unheard, kSynchronized).isSynchronized(), false);
+  }
 }
 
 template <class Thing>

@@ -66,6 +66,10 @@ class EthernetMRA {
   /// no such interface. Until it has its link or that time is up, it counts as switched off.
   std::optional<std::chrono::steady_clock::time_point> nextSettled();
 
+  /// What is known of the other ends of cables, as JSON; of the open scope's answer, as for a walk. Empty
+  /// when asking failed.
+  std::string linkPartners();
+
   /// Makes the next `forceReload` answer true: what the last walk delivered was not put to use.
   void buildFailed();
 

@@ -46,10 +46,6 @@ class EthernetTeamMRA {
 
   void buildFailed();
 
-  /// What LACP says of the teams, as JSON; of the open scope's answer, as for a walk. Empty when asking
-  /// failed.
-  std::string linkAggregation();
-
  private:
   std::shared_ptr<ethernet::Inventory> _inventory;
   std::unique_ptr<ethernet::Walk> _walk;

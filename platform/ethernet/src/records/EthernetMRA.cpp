@@ -1,6 +1,7 @@
 #include "ethernet/EthernetMRA.h"
 
 #include "model/Changes.h"
+#include "model/LinkPartners.h"
 #include "records/RecordFactory.h"
 #include "records/Walk.h"
 
@@ -64,6 +65,11 @@ void EthernetMRA::eventsProcessed() {
 
 std::optional<std::chrono::steady_clock::time_point> EthernetMRA::nextSettled() {
   return _inventory->nextSettled();
+}
+
+std::string EthernetMRA::linkPartners() {
+  const auto model = _inventory->current();
+  return model ? linkPartnersText(*model) : std::string();
 }
 
 void EthernetMRA::buildFailed() {

@@ -1,7 +1,6 @@
 #include "ethernet/EthernetTeamMRA.h"
 
 #include "model/Changes.h"
-#include "model/LinkAggregation.h"
 #include "records/RecordFactory.h"
 #include "records/Walk.h"
 
@@ -62,11 +61,6 @@ void EthernetTeamMRA::eventsProcessed() {
 
 void EthernetTeamMRA::buildFailed() {
   _inventory->beginDelivery(kKind);
-}
-
-std::string EthernetTeamMRA::linkAggregation() {
-  const auto model = _inventory->current();
-  return model ? linkAggregationText(*model) : std::string();
 }
 
 std::unique_ptr<EthernetTeamMRA> ethernetTeamMRAFactory(const Logger&) {

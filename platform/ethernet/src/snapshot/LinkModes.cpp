@@ -174,4 +174,11 @@ std::uint32_t fastestSpeed(const LinkModes& modes) {
   return fastest;
 }
 
+bool hasFullDuplex(const LinkModes& modes, std::uint32_t speed) {
+  for (std::size_t bit = 0; bit < kNames.size(); ++bit) {
+    if (modes[bit] && linkModeSpeed(kNames[bit]) == speed && kNames[bit].ends_with("/Full")) return true;
+  }
+  return false;
+}
+
 }  // namespace ZEB::ethernet

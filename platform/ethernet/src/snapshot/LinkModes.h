@@ -28,6 +28,9 @@ std::string_view linkModeMedium(std::string_view name);
 /// Mbit/s of the fastest mode of a set; 0 when there is none.
 std::uint32_t fastestSpeed(const LinkModes& modes);
 
+/// Whether one of them has that speed and is full duplex.
+bool hasFullDuplex(const LinkModes& modes, std::uint32_t speed);
+
 inline constexpr std::size_t kLinkModeAutoneg = 6;
 inline constexpr std::size_t kLinkModeTwistedPair = 7;
 inline constexpr std::size_t kLinkModeFibre = 10;

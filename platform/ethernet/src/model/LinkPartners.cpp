@@ -1,6 +1,8 @@
-#include "model/LinkAggregation.h"
+#include "model/LinkPartners.h"
 
 #include <nlohmann/json.hpp>
+
+#include "model/LinkStatus.h"
 
 namespace ZEB::ethernet {
 namespace {
@@ -9,6 +11,17 @@ using Json = nlohmann::ordered_json;
 
 void put(Json& object, const char* key, const std::optional<std::uint16_t>& number) {
   if (number) object[key] = *number;
+}
+
+/// Drivers may say of a link that has gone what its other end offered.
+void addPort(Json& ports, const LinkFacts& link) {
+  constexpr std::uint64_t kMegabit = 1'000'000;
+  if (!link.ethtool.partner || !hasCarrier(link).value_or(false)) return;
+  const std::uint32_t speed = fastestSpeed(*link.ethtool.partner);
+  if (speed == 0) return;
+  ports.push_back({{"name", link.name},
+                   {"speed", speed * kMegabit},
+                   {"fullDuplex", hasFullDuplex(*link.ethtool.partner, speed)}});
 }
 
 Json memberJson(const TeamMember& member) {
@@ -33,13 +46,16 @@ Json teamJson(const TeamFacts& team, const AggregatorFacts& aggregator) {
 
 }  // namespace
 
-std::string linkAggregationText(const Model& model) {
-  Json teams = Json::array();
+std::string linkPartnersText(const Model& model) {
+  Json partners = {{"ports", Json::array()}, {"teams", Json::array()}};
+  for (const AdapterEntry& adapter : model.adapters) {
+    for (const PortEntry& port : adapter.ports) addPort(partners["ports"], port.facts->link);
+  }
   for (const TeamEntry& entry : model.teams) {
     const auto& bond = entry.facts->link.bond;
-    if (bond && bond->aggregator) teams.push_back(teamJson(*entry.facts, *bond->aggregator));
+    if (bond && bond->aggregator) partners["teams"].push_back(teamJson(*entry.facts, *bond->aggregator));
   }
-  return teams.dump(-1, ' ', false, Json::error_handler_t::replace);
+  return partners.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 }  // namespace ZEB::ethernet

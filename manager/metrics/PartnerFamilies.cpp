@@ -5,23 +5,25 @@ namespace {
 
 using Kind = MetricKind;
 
-/// Bits of the state of a port.
-enum : std::uint64_t { kSynchronized = 8, kDefaulted = 64, kExpired = 128 };
-
 std::string textOf(const std::optional<std::uint64_t>& number) {
   return number ? std::to_string(*number) : std::string();
 }
 
-/// What a port says of its partner it has heard lately, or made up.
-MetricValue hasPartner(const LacpMemberReading& m) {
-  if (!m.actorState) return std::nullopt;
-  return (*m.actorState & (kDefaulted | kExpired)) == 0 ? 1 : 0;
+MetricValue numberOf(const std::optional<bool>& flag) {
+  return flag ? MetricValue(*flag ? 1 : 0) : std::nullopt;
 }
 
-MetricValue isSynchronized(const LacpMemberReading& m) {
-  if (!m.actorState || !m.partnerState) return std::nullopt;
-  return (*m.actorState & *m.partnerState & kSynchronized) != 0 && hasPartner(m) == 1 ? 1 : 0;
-}
+constexpr std::array kPortIdentity = {
+    LabelRow<PortPartner>{"device", [](const PortPartner& p) { return p.device; }},
+};
+
+constexpr std::array kPortNumbers = {
+    NumberRow<PortPartner>{
+        {"zeb_port_partner_max_speed_bytes", Kind::Gauge, "bytes",
+         "Largest speed that the other end of the cable offers, in bytes per second.",
+         "ETHTOOL_A_LINKMODES_PEER"},
+        [](const PortPartner& p) { return MetricValue(static_cast<double>(p.speed) / 8); }},
+};
 
 constexpr std::array kTeamIdentity = {
     LabelRow<LacpTeamReading>{"device", [](const LacpTeamReading& t) { return t.device; }},
@@ -60,14 +62,18 @@ constexpr std::array kMemberNumbers = {
     MemberRow{{"zeb_team_member_lacp_partner", Kind::Gauge, "",
                "Whether a port has heard LACP from its other end lately.",
                "IFLA_BOND_SLAVE_AD_ACTOR_OPER_PORT_STATE"},
-              hasPartner},
+              [](const LacpMemberReading& m) { return numberOf(m.hasPartner()); }},
     MemberRow{{"zeb_team_member_lacp_synchronized", Kind::Gauge, "",
                "Whether both ends have put a port into the aggregator that it belongs to.",
                "IFLA_BOND_SLAVE_AD_ACTOR_OPER_PORT_STATE, IFLA_BOND_SLAVE_AD_PARTNER_OPER_PORT_STATE"},
-              isSynchronized},
+              [](const LacpMemberReading& m) { return numberOf(m.isSynchronized()); }},
 };
 
 }  // namespace
+
+MetricTable<PortPartner> portPartnerMetrics() {
+  return {kPortIdentity, std::nullopt, {}, kPortNumbers};
+}
 
 MetricTable<LacpTeamReading> lacpTeamMetrics() {
   return {kTeamIdentity,
