@@ -54,8 +54,9 @@ Json changesOf(const Instance& instance) {
 
 }  // namespace
 
-LiveModel::LiveModel(Namespace& model, std::string source)
+LiveModel::LiveModel(Namespace& model, AskPartners askPartners, std::string source)
     : _model(model),
+      _askPartners(std::move(askPartners)),
       _source(std::move(source)),
       _rates(model),
       _reader([this] { read(); }),
@@ -156,7 +157,7 @@ void LiveModel::readTree() {
     _stale = false;
   }
   const auto begun = Clock::now();
-  PageTree tree = pageTree(ZebManager::readTree(_model));
+  PageTree tree = pageTree(ZebManager::readTree(_model), _askPartners());
   const bool sameShape = _read && tree.hasShapeOf(_tree);
   if (!sameShape) _rates.follow(tree.ports);
   const auto took = Clock::now() - begun;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "broker/Namespace.h"
+#include "metrics/LinkPartners.h"
 #include "page/Events.h"
 #include "page/PageTree.h"
 #include "page/Rates.h"
@@ -21,8 +22,9 @@ namespace ZebManager {
 /// nothing. Alerts are kept from the start. Safe from any thread.
 class LiveModel {
  public:
-  /// `model` has to be safe from several threads. `source`: what is played, empty for this machine.
-  LiveModel(Namespace& model, std::string source);
+  /// `model` has to be safe from several threads. `askPartners`: called by one of its own. `source`: what is
+  /// played, empty for this machine.
+  LiveModel(Namespace& model, AskPartners askPartners, std::string source);
   LiveModel(const LiveModel&) = delete;
   LiveModel& operator=(const LiveModel&) = delete;
   ~LiveModel() { stop(); }
@@ -51,6 +53,7 @@ class LiveModel {
   Clock::time_point nextReading() const;
 
   Namespace& _model;
+  const AskPartners _askPartners;
   const std::string _source;
   std::mutex _mutex;
   std::condition_variable _wake, _alerted;

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "metrics/LinkPartners.h"
 #include "tree/Tree.h"
 
 namespace ZebManager {
@@ -20,7 +21,8 @@ struct PageTree {
   std::vector<PagePart> cards, teams;
   std::vector<std::string> ports;  ///< paths, in the order in which cards have them
 
-  /// One line, the same document that `jsonOfTree` makes.
+  /// One line, the same document that `jsonOfTree` makes. Besides, ports have a `partner` with what the other
+  /// end of their cable offers, and teams and members a `lacp` with who answers there, where that is known.
   std::string json() const;
   /// Whether there are the same cards, ports and teams in the same order.
   bool hasShapeOf(const PageTree& other) const;
@@ -29,6 +31,6 @@ struct PageTree {
   std::string changesSince(const PageTree& before) const;
 };
 
-PageTree pageTree(const Tree& tree);
+PageTree pageTree(const Tree& tree, const LinkPartners& partners);
 
 }  // namespace ZebManager

@@ -146,9 +146,10 @@ class Core {
         _delivery(deliverySettings(settings), std::ref(log)),
         _watchers([this] { subscribe(); }),
         _model(_classes, [this](const std::string& request) { return _supervisor.perform(request, true); }),
-        _live(_model, options.source),
+        _live(
+            _model, [this] { return readPartners(answerTo(kPartnersMessage)); }, options.source),
         _alerts(_classes),
-        _explanations(options, _classes, [this] { return recording(); }),
+        _explanations(options, _classes, [this] { return answerTo(kRecordingMessage); }),
         _straight(straightAlerts(settings, log)),
         _supervisor(supervisorOptions(options, settings, log),
                     [this](const auto& filters, const std::string& element) { deliver(filters, element); }),
@@ -197,9 +198,9 @@ class Core {
     return interop;
   }
 
-  /// The plug-in's process may read more of the machine than this one.
-  std::string recording() {
-    auto answer = _supervisor.perform(kRecordingMessage, true);
+  /// By the plug-in's process, which may read more of the machine than this one.
+  std::string answerTo(std::string_view message) {
+    auto answer = _supervisor.perform(std::string(message), true);
     if (answer.outcome != ProviderSupervisor::Answer::Outcome::Done) throw ManagerError(answer.body);
     return std::move(answer.body);
   }

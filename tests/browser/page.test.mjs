@@ -7,7 +7,7 @@ import { tmpdir } from "node:os";
 import path from "node:path";
 import { after, before, test } from "node:test";
 import { launch, look, plugin, serve, snapshot, top, zebcim } from "./page.mjs";
-import { busy, hostile, kHostile, many } from "./recordings.mjs";
+import { alone, busy, hostile, kHostile, many } from "./recordings.mjs";
 import { smoothnessOf } from "./smoothness.mjs";
 
 const axe = readFileSync(createRequire(import.meta.url).resolve("axe-core/axe.min.js"), "utf8");
@@ -71,6 +71,42 @@ test("first sight is what the tree says", async (t) => {
     );
   }
 });
+
+test("what is at the other end of a cable is said where it is known", async () => {
+  await on(snapshot("teams.json"), async (open) => {
+    const page = await open();
+    const words = "Link partner: up to 1\u00a0Gbit/s, full duplex";
+    for (const name of ["eth0", "eth2"]) assert.deepEqual(await tile(page, name).locator(".partner").allTextContents(), [words]);
+    assert.equal(await page.locator(".port .partner").count(), 2);
+    const team = (name) => page.locator(`.team[aria-label="Team ${name}"]`);
+    const member = (name) => team("bond1").locator(".member-row", { hasText: name }).textContent();
+    assert.match(await team("bond1").locator(".what").textContent(), /802\.3ad .* LACP partner 00:1c:73:00:00:01$/);
+    assert.doesNotMatch(await team("bond0").textContent(), /LACP/);
+    assert.match(await member("eth2"), /Up · LACP in sync$/);
+    assert.match(await member("eth3"), /No link$/);
+    await tile(page, "eth0").locator(".face").click();
+    await page.locator("#detail .partner", { hasText: words }).waitFor();
+  });
+  await on(alone(path.join(folder, "alone.json")), async (open) => {
+    const page = await open();
+    const team = page.locator('.team[aria-label="Team bond1"]');
+    assert.match(await team.locator(".what").textContent(), / · nobody answers LACP$/);
+    assert.match(await team.locator(".member-row", { hasText: "eth2" }).textContent(), /Up · no LACP partner$/);
+  });
+  await on(snapshot("two_cards.json"), async (open) => {
+    const page = await open();
+    await tile(page, "eth0").and(page.locator(".up")).waitFor();
+    assert.equal(await page.locator(".partner").count(), 0);
+  });
+});
+
+test("a link that has gone takes what its other end offered along", () =>
+  on(busy(path.join(folder, "partner.json"), 6), async (open) => {
+    const page = await open();
+    await tile(page, "eth2").locator(".partner").waitFor();
+    await tile(page, "eth2").and(page.locator(".lost")).waitFor({ timeout: 15000 });
+    assert.equal(await tile(page, "eth2").locator(".partner").count(), 0);
+  }));
 
 test("a pulled cable is seen without reloading", () =>
   on(busy(path.join(folder, "busy.json"), 6), async (open) => {

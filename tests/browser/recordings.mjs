@@ -43,6 +43,14 @@ export function busy(file, pulled, seconds = 240) {
   return write(file, timeline(steps));
 }
 
+/// Nobody at the other end of bond1 speaks LACP, so its member has made up a partner.
+export function alone(file) {
+  const host = read("teams.json");
+  host.links.find((link) => link.name === "bond1").bond.aggregator = { id: 1, ports: 1 };
+  Object.assign(host.links.find((link) => link.name === "eth2").bondMember, { actorState: 69, partnerState: 1 });
+  return write(file, host);
+}
+
 export const kHostile = {
   name: `"><b>&'\u202e`,
   product: `<script>document.title = "taken"</script><img src=x onerror="document.title='taken'">`,
@@ -58,7 +66,7 @@ export function hostile(file) {
   return write(file, host);
 }
 
-/// So many ports, four on each card; every fortieth has no link.
+/// So many ports, four on each card, the other ends of which all offer something; every fortieth has no link.
 export function many(file, count) {
   const model = read("two_cards.json").links.find((link) => link.name === "eth0");
   const links = [];
@@ -71,6 +79,7 @@ export function many(file, count) {
     link.address = link.permanentAddress = ["02", "00", "00", i >> 16, (i >> 8) & 255, i & 255].map((part) => (typeof part === "string" ? part : part.toString(16).padStart(2, "0"))).join(":");
     link.parentDevice = link.hardware.device = link.hardware.pci = address;
     link.hardware.slot = card + 1;
+    link.ethtool.partner = link.ethtool.advertised;
     if (i % 40 === 7) loseLink(link);
     links.push(link);
   }

@@ -3,7 +3,7 @@ import { chart, highest, latest } from "./charts.js";
 import { byId, el, refill, text } from "./dom.js";
 import { changeForm } from "./settings.js";
 import { badge } from "./tiles.js";
-import { bytesWords, nameWords, packetsWords, speedWords } from "./words.js";
+import { bytesWords, nameWords, packetsWords, partnerWords, speedWords } from "./words.js";
 
 const dialog = byId("detail");
 const trail = []; // paths that led here
@@ -173,6 +173,7 @@ function draw(instance, model, again) {
     dialog,
     head(model.nameOf(instance.path) || nameWords(instance.class.replace(/^ZEB_/, "")), node?.status, back),
     el("p", { class: "faint" }, el("span", { class: "mono" }, instance.class), instance.description ? " – " : "", text(instance.description)),
+    node?.partner ? el("p", { class: "partner" }, partnerWords(node)) : null,
     pathLine(instance.path),
     el("div", { id: "detail-charts", class: "charts" }),
     changeForm(instance, () => show(instance.path, model)),

@@ -2,7 +2,7 @@
 import { drawSparkline, latest, sparkline } from "./charts.js";
 import { el, svg, text } from "./dom.js";
 import { Rate } from "./model.js";
-import { addressWords, bytesWords, packetsWords, speedWords, stateOf } from "./words.js";
+import { addressWords, bytesWords, memberPartnerWords, packetsWords, partnerWords, speedWords, stateOf, teamPartnerWords } from "./words.js";
 
 const kMarks = {
   up: "M5 12.5l4.5 4.5L19 7.5",
@@ -76,6 +76,11 @@ function rateText(samples) {
   return errors ? `${words}  ⚠\u00a0${errors}\u00a0err/s` : words;
 }
 
+function partner(port) {
+  const words = partnerWords(port);
+  return words ? el("li", { class: "partner faint" }, words) : null;
+}
+
 export function portTile(port, model) {
   const state = stateOf(port.status);
   const number = port.number ? `Port ${port.number}` : "Port";
@@ -94,6 +99,7 @@ export function portTile(port, model) {
     el(
       "ul",
       { class: "plain under" },
+      partner(port),
       port.team ? el("li", { class: "member" }, "in ", text(port.team), port.role ? `, ${port.role.toLowerCase()}` : "") : null,
       addresses(port),
       vlans(port),
@@ -144,7 +150,7 @@ function memberRow(member, model) {
     { class: `member-row ${state.name}` },
     chip(port?.path ?? "", "", mark(state), text(member.port)),
     el("span", { class: `role ${(member.role ?? "").toLowerCase()}` }, member.role ?? "member"),
-    el("span", { class: "faint small" }, state.label),
+    el("span", { class: "faint small" }, [state.label, memberPartnerWords(member)].filter(Boolean).join(" · ")),
   );
 }
 
@@ -160,7 +166,7 @@ export function teamPanel(team, model) {
         "div",
         { class: "what" },
         el("h3", {}, el("button", { type: "button", class: "plain-button", "data-open": team.path }, text(team.name))),
-        el("p", { class: "small faint" }, text([team.mode, team.redundancy, speedWords(team.speed), team.macAddress].filter(Boolean).join(" · "))),
+        el("p", { class: "small faint" }, text([team.mode, team.redundancy, speedWords(team.speed), team.macAddress, teamPartnerWords(team)].filter(Boolean).join(" · "))),
       ),
       badge(team.status),
     ),

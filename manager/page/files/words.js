@@ -37,6 +37,30 @@ export const speedWords = (bits) => (bits ? scaled(bits, kUnits, "bit/s") : "");
 export const bytesWords = (bytes) => scaled(bytes * 8, kUnits, "bit/s");
 export const packetsWords = (packets) => scaled(packets, kUnits, "pkt/s");
 
+/// Nothing is known any more of what was at the other end of a link that has gone.
+const isGone = (status) => ["lost", "off"].includes(stateOf(status).name);
+
+/// What the other end of a port's cable offers.
+export function partnerWords(port) {
+  if (!port.partner || isGone(port.status)) return "";
+  const { speed, fullDuplex } = port.partner;
+  const duplex = fullDuplex === null ? "" : fullDuplex ? ", full duplex" : ", half duplex";
+  return `Link partner: up to ${speedWords(speed)}${duplex}`;
+}
+
+/// Who answers LACP at the other end of a team.
+export function teamPartnerWords({ lacp, status }) {
+  if (!lacp || isGone(status)) return "";
+  return lacp.partner ? `LACP partner ${lacp.partner}` : "nobody answers LACP";
+}
+
+/// What a member and the other end of its cable say to each other.
+export function memberPartnerWords({ lacp, portStatus }) {
+  if (!lacp || lacp.partner === null || isGone(portStatus)) return "";
+  if (!lacp.partner) return "no LACP partner";
+  return lacp.synchronized ? "LACP in sync" : "LACP not in sync";
+}
+
 export function countWords(count, one, many = `${one}s`) {
   return `${count} ${count === 1 ? one : many}`;
 }

@@ -10,6 +10,7 @@
 namespace ZebManager {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
@@ -188,11 +189,11 @@ Tree twoCards() {
 
 TEST(PageTree, TellsOnlyCardsThatChanged) {
   Tree tree = twoCards();
-  const PageTree before = pageTree(tree);
+  const PageTree before = pageTree(tree, {});
   EXPECT_EQ(before.ports, (std::vector<std::string>{"port a", "port b"}));
-  EXPECT_EQ(pageTree(tree).changesSince(before), "");
+  EXPECT_EQ(pageTree(tree, {}).changesSince(before), "");
   tree.cards[1].ports[0].mtu = 9000;
-  const PageTree after = pageTree(tree);
+  const PageTree after = pageTree(tree, {});
   EXPECT_TRUE(after.hasShapeOf(before));
   const std::string changes = after.changesSince(before);
   EXPECT_THAT(changes, HasSubstr("\"mtu\":9000"));
@@ -200,11 +201,39 @@ TEST(PageTree, TellsOnlyCardsThatChanged) {
   EXPECT_THAT(changes, HasSubstr("\"teams\":[]"));
 }
 
+TEST(PageTree, SaysOfOtherEndsWhatIsKnown) {
+  Tree tree = twoCards();
+  TreeTeam& team = tree.teams.emplace_back();
+  team.path = "team t";
+  team.name = "t";
+  for (const char* const port : {"a", "b"}) team.members.emplace_back().port = port;
+  const PageTree unknown = pageTree(tree, {});
+  EXPECT_THAT(unknown.json(), AllOf(Not(HasSubstr("partner")), Not(HasSubstr("lacp"))));
+  // Synchronized at both ends, and defaulted at its own.
+  const PageTree known =
+      pageTree(tree, readPartners(R"({"ports":[{"name":"b","speed":1000000000,"fullDuplex":true},)"
+                                  R"({"name":"no port","speed":1}],)"
+                                  R"("teams":[{"name":"t","partner":"00:1c:73:00:00:01","members":[)"
+                                  R"({"name":"a","actorState":61,"partnerState":61},)"
+                                  R"({"name":"b","actorState":69,"partnerState":1}]},)"
+                                  R"({"name":"other","members":[{"name":"b"}]}]})"));
+  EXPECT_TRUE(known.hasShapeOf(unknown));
+  const std::string changes = known.changesSince(unknown);
+  EXPECT_THAT(changes, Not(HasSubstr("card a")));
+  EXPECT_THAT(changes, HasSubstr(R"("partner":{"speed":1000000000,"fullDuplex":true}})"));
+  EXPECT_THAT(changes, HasSubstr(R"("lacp":{"partner":"00:1c:73:00:00:01"}})"));
+  EXPECT_THAT(changes, HasSubstr(R"("port":"a",)"));
+  EXPECT_THAT(changes, HasSubstr(R"("lacp":{"partner":true,"synchronized":true}},{"port":"b")"));
+  EXPECT_THAT(changes, HasSubstr(R"("lacp":{"partner":false,"synchronized":false}}])"));
+  const PageTree silent = pageTree(tree, readPartners(R"({"teams":[{"name":"t"}]})"));
+  EXPECT_THAT(silent.json(), HasSubstr(R"("lacp":{"partner":null}})"));
+}
+
 TEST(PageTree, HasAnotherShapeWhenAPortCame) {
   Tree tree = twoCards();
-  const PageTree before = pageTree(tree);
+  const PageTree before = pageTree(tree, {});
   tree.cards[0].ports.emplace_back().path = "port c";
-  EXPECT_FALSE(pageTree(tree).hasShapeOf(before));
+  EXPECT_FALSE(pageTree(tree, {}).hasShapeOf(before));
 }
 
 }  // namespace
