@@ -310,6 +310,14 @@ TEST_F(LivingProviderTest, LeavesNoSourceToAThreadThatOutlivesIt) {
   EXPECT_EXIT(body(), testing::ExitedWithCode(0), "");
 }
 
+std::string blockedIn(const std::filesystem::path& task) {
+  std::ifstream status(task / "status");
+  std::string line;
+  while (std::getline(status, line) && !line.starts_with("SigBlk:")) {
+  }
+  return line;
+}
+
 TEST_F(NetlinkThreadTest, SignalsAreBlockedInTheThread) {
   NetlinkThread thread(recorded.logger, handler);
   std::vector<std::string> before;
@@ -318,13 +326,10 @@ TEST_F(NetlinkThreadTest, SignalsAreBlockedInTheThread) {
   thread.start();
   for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
     if (std::find(before.begin(), before.end(), task.path()) != before.end()) continue;
-    std::ifstream status(task.path() / "status");
-    std::string line;
-    while (std::getline(status, line)) {
-      if (!line.starts_with("SigBlk:")) continue;
-      // All but the two that nothing can block and the two that the C library keeps for itself.
-      EXPECT_EQ(line, "SigBlk:\tfffffffe7ffbfeff");
-    }
+    // All but the two that nothing can block and the two that the C library keeps for itself, which it lets
+    // through when the thread has begun.
+    EXPECT_TRUE(eventually([&] { return blockedIn(task.path()) == "SigBlk:\tfffffffe7ffbfeff"; }))
+        << blockedIn(task.path());
   }
 }
 
