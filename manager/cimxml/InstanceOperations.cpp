@@ -2,6 +2,7 @@
 #include "cimxml/Operations.h"
 #include "cimxml/PropertyNames.h"
 #include "cimxml/ValueWriter.h"
+#include "values/TextRoom.h"
 #include "values/Values.h"
 
 namespace ZebManager {
@@ -62,10 +63,12 @@ bool enumerateInstances(const Request& request, std::string& out) {
   const ClassDef& asked = askedClass(request);
   Wanted wanted(request.parameters, classesBelow(request.repository(), asked.name));
   if (!request.parameters.flag("DeepInheritance", true)) wanted.view.only = &asked;
+  InstanceWriter writer(wanted.view);
   const auto append = [&](const InstanceBody& instance) {
+    makeRoom(out);
     out += "<VALUE.NAMEDINSTANCE>";
     appendInstanceName(out, *instance.path);
-    appendInstance(out, instance, wanted.view);
+    writer.append(out, instance);
     out += "</VALUE.NAMEDINSTANCE>";
   };
   static_cast<void>(request.target.forEachInstance(asked.name, wanted.list(), append).orThrow());

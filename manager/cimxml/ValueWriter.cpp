@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <utility>
 
 #include "broker/HostName.h"
 #include "cimxml/QualifierWriter.h"
@@ -113,16 +114,18 @@ bool isWanted(const InstanceView& view, std::string_view name) {
   return false;
 }
 
-void appendProperty(std::string& out, const ClassDef& classDef, const NamedValue& property,
-                    const InstanceView& view) {
+std::string_view propertyElement(CMPIType type) {
+  return type == CMPI_ref ? "PROPERTY.REFERENCE" : isArray(type) ? "PROPERTY.ARRAY" : "PROPERTY";
+}
+
+/// The start tag, and the qualifiers behind it.
+void appendPropertyStart(std::string& out, const ClassDef& classDef, const NamedValue& property,
+                         const InstanceView& view) {
   const CMPIType type = elementType(property.data.type);
   const bool reference = property.data.type == CMPI_ref;
-  const std::string_view element = reference                     ? "PROPERTY.REFERENCE"
-                                   : isArray(property.data.type) ? "PROPERTY.ARRAY"
-                                                                 : "PROPERTY";
   const bool declared = reference || view.classOrigin || view.qualifiers;
   const PropertyDef* const def = declared ? classDef.property(property.name) : nullptr;
-  out.append("<").append(element);
+  out.append("<").append(propertyElement(property.data.type));
   appendAttribute(out, "NAME", property.name);
   if (!reference) appendAttribute(out, "TYPE", xmlTypeName(type));
   if (reference && def) appendAttribute(out, "REFERENCECLASS", def->referenceClass);
@@ -130,8 +133,18 @@ void appendProperty(std::string& out, const ClassDef& classDef, const NamedValue
   if (type == CMPI_instance) appendAttribute(out, "EmbeddedObject", "instance");
   out += ">";
   if (view.qualifiers && def) appendQualifiers(out, *def, true);
-  appendValue(out, property.data);
-  out.append("</").append(element).append(">");
+}
+
+void appendPropertyRest(std::string& out, const CMPIData& data) {
+  appendValue(out, data);
+  out.append("</").append(propertyElement(data.type)).append(">");
+}
+
+void appendInstanceStart(std::string& out, const ClassDef& classDef, const InstanceView& view) {
+  out += "<INSTANCE";
+  appendAttribute(out, "CLASSNAME", classDef.name);
+  out += ">";
+  if (view.qualifiers) appendQualifiers(out, classDef);
 }
 
 }  // namespace
@@ -182,14 +195,35 @@ void appendClassPath(std::string& out, std::string_view nameSpace, std::string_v
 }
 
 void appendInstance(std::string& out, const InstanceBody& instance, const InstanceView& view) {
-  out += "<INSTANCE";
-  appendAttribute(out, "CLASSNAME", instance.classDef->name);
-  out += ">";
-  if (view.qualifiers) appendQualifiers(out, *instance.classDef);
+  appendInstanceStart(out, *instance.classDef, view);
   for (const NamedValue& property : instance.properties) {
-    if (isWanted(view, property.name)) appendProperty(out, *instance.classDef, property, view);
+    if (!isWanted(view, property.name)) continue;
+    appendPropertyStart(out, *instance.classDef, property, view);
+    appendPropertyRest(out, property.data);
   }
   out += "</INSTANCE>";
+}
+
+void InstanceWriter::append(std::string& out, const InstanceBody& instance) {
+  if (std::exchange(_class, instance.classDef) != instance.classDef) _starts.clear();
+  appendInstanceStart(out, *_class, _view);
+  std::size_t place = 0;
+  for (const NamedValue& property : instance.properties) {
+    if (!isWanted(_view, property.name)) continue;
+    out += start(place++, property);
+    appendPropertyRest(out, property.data);
+  }
+  out += "</INSTANCE>";
+}
+
+const std::string& InstanceWriter::start(std::size_t place, const NamedValue& property) {
+  if (place == _starts.size()) _starts.emplace_back();
+  Start& start = _starts[place];
+  if (start.name != property.name || start.type != property.data.type) {
+    start = {std::string(property.name), property.data.type, {}};
+    appendPropertyStart(start.tag, *_class, property, _view);
+  }
+  return start.tag;
 }
 
 void appendValue(std::string& out, const CMPIData& data) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "broker/ProviderCalls.h"
 
@@ -25,6 +26,30 @@ void appendLocalNameSpace(std::string& out, std::string_view nameSpace);
 void appendClassPath(std::string& out, std::string_view nameSpace, std::string_view className);
 /// INSTANCE.
 void appendInstance(std::string& out, const InstanceBody& instance, const InstanceView& view = {});
+
+/// Writes the instances of an answer, nearly all of which have the same properties in the same order: the
+/// start tag of a property is made once.
+class InstanceWriter {
+ public:
+  explicit InstanceWriter(const InstanceView& view) : _view(view) {}
+
+  /// As `appendInstance`.
+  void append(std::string& out, const InstanceBody& instance);
+
+ private:
+  struct Start {
+    std::string name;
+    CMPIType type = CMPI_null;
+    std::string tag;
+  };
+
+  const std::string& start(std::size_t place, const NamedValue& property);
+
+  InstanceView _view;
+  const ClassDef* _class = nullptr;
+  std::vector<Start> _starts;  ///< of the instance before, by the property's place among those written
+};
+
 /// VALUE, VALUE.ARRAY, VALUE.REFERENCE or VALUE.REFARRAY; nothing for null.
 void appendValue(std::string& out, const CMPIData& data);
 /// PARAMVALUE or RETURNVALUE, whose attributes beside the type are `attributes`.

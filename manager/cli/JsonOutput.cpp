@@ -7,6 +7,7 @@
 #include "cli/JsonWriter.h"
 #include "values/DateTimeText.h"
 #include "values/ObjectPathText.h"
+#include "values/TextRoom.h"
 #include "values/Values.h"
 
 namespace ZebManager {
@@ -112,7 +113,10 @@ std::string jsonOfInstances(JsonForm form, const std::function<void(const TakeIn
   std::string text;
   JsonWriter json(text);
   json.open('[');
-  forEach([&](const InstanceBody& instance) { ValueWriter(json, form).instance(instance); });
+  forEach([&](const InstanceBody& instance) {
+    makeRoom(text);
+    ValueWriter(json, form).instance(instance);
+  });
   json.close(']');
   return text += '\n';
 }
