@@ -3,6 +3,7 @@
 
 #include "CimxmlFixture.h"
 #include "cimxml/Export.h"
+#include "cimxml/ValueWriter.h"
 #include "cimxml/XmlText.h"
 
 namespace ZebManager {
@@ -267,6 +268,40 @@ TEST(ExportTest, AnIndicationIsOneRequest) {
   const pugi::xml_node call = message.child("SIMPLEEXPREQ").child("EXPMETHODCALL");
   EXPECT_STREQ(call.attribute("NAME").value(), "ExportIndication");
   EXPECT_STREQ(call.child("EXPPARAMVALUE").child("INSTANCE").attribute("CLASSNAME").value(), "A");
+}
+
+TEST(InstanceWriterTest, WritesEachInstanceAsByItselfWhateverStoodBefore) {
+  const ClassRepository repository = ClassRepository::fromText(kSchema, "test");
+  Arena arena;
+  const ArenaScope scope(arena);
+  const auto made = [&](const char* className, const std::vector<std::pair<const char*, CMPIData>>& values) {
+    Instance* const instance =
+        makeInstance(arena, *makePath(arena, "root/x", className), *repository.find(className));
+    for (const auto& [name, data] : values) {
+      EXPECT_EQ(instance->ft->setProperty(instance, name, isNull(data) ? nullptr : &data.value, data.type).rc,
+                CMPI_RC_OK);
+    }
+    return instance;
+  };
+  const CMPIData text = dataOf(makeString(arena, "a<b"));
+  CMPIValue yes{};
+  yes.boolean = 1;
+  const CMPIData flag = dataOf(CMPI_boolean, yes);
+  const Instance* const instances[] = {
+      made("T_Thing", {{"Name", text}, {"Nothing", text}}),
+      made("T_Thing", {{"Name", text}, {"Flag", flag}, {"Nothing", nullOf(CMPI_string)}}),
+      made("T_Thing", {{"NAME", text}}),
+      made("T_Base", {{"Name", text}}),
+      made("T_Thing", {{"Nothing", text}, {"Name", text}}),
+  };
+  const InstanceView view{.classOrigin = true, .qualifiers = true};
+  InstanceWriter writer(view);
+  for (const Instance* instance : instances) {
+    std::string alone, written;
+    appendInstance(alone, instance->body(), view);
+    writer.append(written, instance->body());
+    EXPECT_EQ(written, alone);
+  }
 }
 
 }  // namespace
