@@ -33,6 +33,12 @@ std::size_t plainLength(std::string_view text) {
     std::memcpy(&word, text.data() + length, sizeof word);
     if (!arePlain(word)) break;
   }
+  const std::string_view rest = text.substr(length);
+  if (rest.size() < sizeof(std::uint64_t)) {
+    std::uint64_t last = 0x2020202020202020;
+    std::memcpy(&last, rest.data(), rest.size());
+    if (arePlain(last)) return text.size();
+  }
   while (length < text.size() && isPlain(text[length])) ++length;
   return length;
 }
