@@ -28,8 +28,7 @@ class RealCommand : public testing::Test {
  protected:
   std::vector<std::string> environment() const {
     return {"ZEB_CONFIG=/dev/null", "ZEB_STORE_DIR=" + (folder / "store").string(),
-            "ZEB_RUN_DIR=" + (folder / "run").string(),
-            "LC_ALL=C.UTF-8", "TZ=UTC"};
+            "ZEB_RUN_DIR=" + (folder / "run").string(), "LC_ALL=C.UTF-8", "TZ=UTC"};
   }
 
   Outcome zebcim(std::vector<std::string> arguments, const std::vector<std::string>& extra = {}) const {
