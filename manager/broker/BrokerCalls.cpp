@@ -15,13 +15,13 @@ std::string text(const char* chars) {
   return chars ? chars : "";
 }
 
-CMPIStatus statusOf(const Reply& reply) {
-  return ZebManager::statusOf(reply.code, reply.message);
+CMPIStatus statusOfReply(const Reply& reply) {
+  return statusOf(reply.code, reply.message);
 }
 
 CMPIEnumeration* enumerationOf(const Reply& reply, CMPIStatus* status) {
   Arena* const arena = currentArena();
-  if (status) *status = arena ? statusOf(reply) : CMPIStatus{CMPI_RC_ERR_FAILED, nullptr};
+  if (status) *status = arena ? statusOfReply(reply) : CMPIStatus{CMPI_RC_ERR_FAILED, nullptr};
   if (!arena || reply.code != CMPI_RC_OK) return nullptr;
   const auto items = reply.items();
   return makeEnumeration(*arena, items.data(), static_cast<std::uint32_t>(items.size()));
@@ -36,8 +36,7 @@ CMPIData firstOf(const Reply& reply, CMPIType type, CMPIStatus* status) {
     put(status, CMPI_RC_OK);
     return copyData(*arena, reply.items()[0]);
   }
-  if (status)
-    *status = reply.code == CMPI_RC_OK ? ZebManager::statusOf(CMPI_RC_ERR_NOT_FOUND) : statusOf(reply);
+  if (status) *status = reply.code == CMPI_RC_OK ? statusOf(CMPI_RC_ERR_NOT_FOUND) : statusOfReply(reply);
   return nullOf(type);
 }
 
@@ -65,17 +64,17 @@ CMPIStatus deliverIndication(const CMPIBroker* face, const CMPIContext*, const c
                              const CMPIInstance* indication) {
   Broker& broker = Broker::of(face);
   const Instance* const instance = as<Instance>(indication);
-  if (!instance) return ZebManager::statusOf(CMPI_RC_ERR_INVALID_HANDLE);
+  if (!instance) return statusOf(CMPI_RC_ERR_INVALID_HANDLE);
   if (!nameSpace || !sameName(nameSpace, broker.provider().nameSpace())) {
-    return ZebManager::statusOf(CMPI_RC_ERR_INVALID_NAMESPACE);
+    return statusOf(CMPI_RC_ERR_INVALID_NAMESPACE);
   }
   if (!instance->body().classDef->indication) {
-    return ZebManager::statusOf(CMPI_RC_ERR_INVALID_PARAMETER, "not an indication");
+    return statusOf(CMPI_RC_ERR_INVALID_PARAMETER, "not an indication");
   }
   if (!broker.indications().deliver(*instance)) {
-    return ZebManager::statusOf(CMPI_RC_ERR_SERVER_LIMITS_EXCEEDED, "too many indications are waiting");
+    return statusOf(CMPI_RC_ERR_SERVER_LIMITS_EXCEEDED, "too many indications are waiting");
   }
-  return ZebManager::statusOf(CMPI_RC_OK);
+  return statusOf(CMPI_RC_OK);
 }
 
 CMPIEnumeration* enumerateInstanceNames(const CMPIBroker* broker, const CMPIContext*,
@@ -104,14 +103,13 @@ CMPIObjectPath* createInstance(const CMPIBroker* broker, const CMPIContext*, con
 
 CMPIStatus modifyInstance(const CMPIBroker* broker, const CMPIContext*, const CMPIObjectPath* path,
                           const CMPIInstance* instance, const char** properties) {
-  if (!as<ObjectPath>(path) || !as<Instance>(instance))
-    return ZebManager::statusOf(CMPI_RC_ERR_INVALID_HANDLE);
-  return statusOf(Broker::of(broker).provider().modifyInstance(*path, *instance, properties));
+  if (!as<ObjectPath>(path) || !as<Instance>(instance)) return statusOf(CMPI_RC_ERR_INVALID_HANDLE);
+  return statusOfReply(Broker::of(broker).provider().modifyInstance(*path, *instance, properties));
 }
 
 CMPIStatus deleteInstance(const CMPIBroker* broker, const CMPIContext*, const CMPIObjectPath* path) {
-  if (!as<ObjectPath>(path)) return ZebManager::statusOf(CMPI_RC_ERR_INVALID_HANDLE);
-  return statusOf(Broker::of(broker).provider().deleteInstance(*path));
+  if (!as<ObjectPath>(path)) return statusOf(CMPI_RC_ERR_INVALID_HANDLE);
+  return statusOfReply(Broker::of(broker).provider().deleteInstance(*path));
 }
 
 CMPIEnumeration* enumerateInstances(const CMPIBroker* broker, const CMPIContext*, const CMPIObjectPath* path,
@@ -179,7 +177,7 @@ CMPIEnumeration* execQuery(const CMPIBroker*, const CMPIContext*, const CMPIObje
 
 CMPIStatus setProperty(const CMPIBroker*, const CMPIContext*, const CMPIObjectPath*, const char*,
                        const CMPIValue*, CMPIType) {
-  return ZebManager::statusOf(CMPI_RC_ERR_NOT_SUPPORTED);
+  return statusOf(CMPI_RC_ERR_NOT_SUPPORTED);
 }
 
 CMPIData getProperty(const CMPIBroker*, const CMPIContext*, const CMPIObjectPath*, const char*,

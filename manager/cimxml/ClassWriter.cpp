@@ -10,12 +10,6 @@
 namespace ZebManager {
 namespace {
 
-void appendText(std::string& out, std::string_view text) {
-  out += "<VALUE>";
-  appendEscaped(out, text);
-  out += "</VALUE>";
-}
-
 /// NAME, TYPE or REFERENCECLASS of an element whose name for one value is `kind`. Returns the element's name.
 std::string openElement(std::string& out, std::string kind, const ElementDef& element) {
   if (element.type == CMPI_ref) {
@@ -35,7 +29,7 @@ std::string openElement(std::string& out, std::string kind, const ElementDef& el
 
 void appendDefault(std::string& out, const PropertyDef& property) {
   if (isArray(property.type)) out += "<VALUE.ARRAY>";
-  for (const std::string& value : *property.defaultValues) appendText(out, value);
+  for (const std::string& value : *property.defaultValues) appendTextValue(out, value);
   if (isArray(property.type)) out += "</VALUE.ARRAY>";
 }
 

@@ -20,12 +20,6 @@ std::string_view typeOf(const QualifierType& type) {
   return type.shape == QualifierShape::Flag ? "boolean" : "string";
 }
 
-void appendText(std::string& out, std::string_view text) {
-  out += "<VALUE>";
-  appendEscaped(out, text);
-  out += "</VALUE>";
-}
-
 /// The qualifiers of one element.
 class Writer {
  public:
@@ -34,14 +28,14 @@ class Writer {
   void flag(std::string_view name, bool present) {
     if (!present) return;
     open(name);
-    appendText(_out, "TRUE");
+    appendTextValue(_out, "TRUE");
     close();
   }
 
   void text(std::string_view name, const std::string& text) {
     if (text.empty()) return;
     open(name);
-    appendText(_out, text);
+    appendTextValue(_out, text);
     close();
   }
 
@@ -69,7 +63,7 @@ class Writer {
   void list(std::string_view name, const std::vector<MappedValue>& values, std::string MappedValue::*member) {
     open(name);
     _out += "<VALUE.ARRAY>";
-    for (const MappedValue& value : values) appendText(_out, value.*member);
+    for (const MappedValue& value : values) appendTextValue(_out, value.*member);
     _out += "</VALUE.ARRAY>";
     close();
   }
@@ -132,7 +126,7 @@ void appendDeclaration(std::string& out, const QualifierType& type) {
     if (type.scopes & scope) appendAttribute(out, name, "true");
   }
   out += "/>";
-  if (type.shape == QualifierShape::Flag) appendText(out, type.byDefault ? "TRUE" : "FALSE");
+  if (type.shape == QualifierShape::Flag) appendTextValue(out, type.byDefault ? "TRUE" : "FALSE");
   out += "</QUALIFIER.DECLARATION>";
 }
 

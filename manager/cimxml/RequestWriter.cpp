@@ -8,7 +8,7 @@ namespace {
 
 constexpr char kId[] = "1";
 
-std::string quoted(std::string_view text) {
+std::string nameAttribute(std::string_view text) {
   std::string out;
   appendAttribute(out, "NAME", text);
   return out;
@@ -18,17 +18,17 @@ std::string quoted(std::string_view text) {
 
 RequestWriter::RequestWriter(std::string_view operation, std::string_view nameSpace) {
   appendMessageStart(_text, kId, "1.0");
-  _text += "<SIMPLEREQ><IMETHODCALL" + quoted(operation) + ">";
+  _text += "<SIMPLEREQ><IMETHODCALL" + nameAttribute(operation) + ">";
   appendLocalNameSpace(_text, nameSpace);
 }
 
 RequestWriter& RequestWriter::parameter(std::string_view name, std::string_view content) {
-  _text.append("<IPARAMVALUE" + quoted(name) + ">").append(content).append("</IPARAMVALUE>");
+  _text.append("<IPARAMVALUE" + nameAttribute(name) + ">").append(content).append("</IPARAMVALUE>");
   return *this;
 }
 
 RequestWriter& RequestWriter::className(std::string_view parameterName, std::string_view name) {
-  return name.empty() ? *this : parameter(parameterName, "<CLASSNAME" + quoted(name) + "/>");
+  return name.empty() ? *this : parameter(parameterName, "<CLASSNAME" + nameAttribute(name) + "/>");
 }
 
 RequestWriter& RequestWriter::text(std::string_view parameterName, std::string_view value) {
@@ -76,10 +76,10 @@ std::string methodRequest(const PathBody& path, std::string_view method, const N
   std::string out;
   appendMessageStart(out, kId, "1.0");
   const std::string_view target = path.keys.count == 0 ? "LOCALCLASSPATH" : "LOCALINSTANCEPATH";
-  out.append("<SIMPLEREQ><METHODCALL" + quoted(method) + "><").append(target).append(">");
+  out.append("<SIMPLEREQ><METHODCALL" + nameAttribute(method) + "><").append(target).append(">");
   appendLocalNameSpace(out, path.nameSpace);
   if (path.keys.count == 0) {
-    out += "<CLASSNAME" + quoted(path.className) + "/>";
+    out += "<CLASSNAME" + nameAttribute(path.className) + "/>";
   } else {
     appendInstanceName(out, path);
   }

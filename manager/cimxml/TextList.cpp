@@ -8,11 +8,11 @@ namespace {
 
 /// Of all texts together no list makes more than an answer may have.
 constexpr std::uint64_t kLongestText = std::uint64_t{1} << 28;
-constexpr unsigned kBits = 7;
+constexpr unsigned kNumberBits = 7;
 constexpr unsigned char kMore = 0x80;
 
 void appendNumber(std::string& out, std::uint64_t number) {
-  for (; number >= kMore; number >>= kBits) out += static_cast<char>(kMore | (number & (kMore - 1)));
+  for (; number >= kMore; number >>= kNumberBits) out += static_cast<char>(kMore | (number & (kMore - 1)));
   out += static_cast<char>(number);
 }
 
@@ -34,7 +34,7 @@ void TextList::append(std::string_view text) {
 
 std::uint64_t TextListReader::takeNumber() {
   std::uint64_t number = 0;
-  for (unsigned shift = 0; shift < 5 * kBits; shift += kBits) {
+  for (unsigned shift = 0; shift < 5 * kNumberBits; shift += kNumberBits) {
     if (_rest.empty()) break;
     const auto byte = static_cast<unsigned char>(_rest.front());
     _rest.remove_prefix(1);

@@ -96,6 +96,12 @@ void appendAttribute(std::string& out, std::string_view name, std::string_view v
   out += '"';
 }
 
+void appendTextValue(std::string& out, std::string_view text) {
+  out += "<VALUE>";
+  appendEscaped(out, text);
+  out += "</VALUE>";
+}
+
 void appendMessageStart(std::string& out, std::string_view id, std::string_view protocolVersion) {
   out += "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE";
   appendAttribute(out, "ID", id);

@@ -14,6 +14,9 @@ void appendEscaped(std::string& out, std::string_view text);
 /// Appends ` name="value"`.
 void appendAttribute(std::string& out, std::string_view name, std::string_view value);
 
+/// Appends a VALUE of a text.
+void appendTextValue(std::string& out, std::string_view text);
+
 /// Appends what a message begins with, up to and with its MESSAGE.
 void appendMessageStart(std::string& out, std::string_view id, std::string_view protocolVersion);
 

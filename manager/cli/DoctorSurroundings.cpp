@@ -84,7 +84,7 @@ void lookAtRights(DoctorFindings& findings) {
 }
 
 /// What a program of zebcim's prints. Throws ManagerError when it is not there.
-std::string outputOf(const std::string& program, std::vector<std::string> words) {
+std::string answerOf(const std::string& program, std::vector<std::string> words) {
   words.insert(words.begin(), findProgram(program));
   ZEB::Pipe pipe = ZEB::makePipe();
   ZEB::ChildProcess child([&] {
@@ -104,7 +104,7 @@ std::string outputOf(const std::string& program, std::vector<std::string> words)
 void lookAtConfiguration(DoctorFindings& findings, const Options& options) {
   std::vector<std::string> words = {"examine"};
   if (!options.config.empty()) words.insert(words.end(), {"--config", options.config});
-  std::istringstream lines(outputOf("zebcim-server", words));
+  std::istringstream lines(answerOf("zebcim-server", words));
   for (std::string state, what, text;
        std::getline(lines, state, '\t') && std::getline(lines, what, '\t') && std::getline(lines, text);) {
     if (state == "ok") findings.good(what, text);

@@ -4,6 +4,7 @@
 
 #include "cli/InterfaceNames.h"
 #include "cli/Printable.h"
+#include "cli/Words.h"
 #include "values/DateTimeText.h"
 #include "values/ObjectPathText.h"
 #include "values/Values.h"
@@ -13,11 +14,6 @@ namespace {
 
 std::string heading(const std::string& text, bool colour) {
   return colour ? "\x1b[1m" + text + "\x1b[0m" : text;
-}
-
-std::string padded(std::string text, std::size_t width) {
-  text.resize(std::max(width, text.size()), ' ');
-  return text;
 }
 
 std::string scalarText(const CMPIData& data, const ElementDef* element) {

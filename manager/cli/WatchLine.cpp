@@ -41,11 +41,6 @@ void appendAfter(std::string& text, const char* mark, const std::string& more) {
   if (!more.empty()) text += (text.empty() ? "" : mark) + more;
 }
 
-std::string padded(std::string text, std::size_t width) {
-  text.resize(std::max(text.size(), width), ' ');
-  return text;
-}
-
 std::string adviceOf(const Instance& alert, std::size_t width) {
   std::string lines;
   for (const std::string& action : PropertyView(alert).texts("RecommendedActions")) {

@@ -69,6 +69,11 @@ std::size_t widthOf(std::string_view text) {
       std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; }));
 }
 
+std::string padded(std::string text, std::size_t width) {
+  text.resize(std::max(text.size(), width), ' ');
+  return text;
+}
+
 std::string cut(const std::string& text, std::size_t width) {
   if (width == 0 || widthOf(text) <= width) return text;
   std::size_t end = 0;

@@ -22,6 +22,8 @@ std::string speedWords(std::uint64_t bitsPerSecond);
 
 /// Columns of a text: characters, not bytes.
 std::size_t widthOf(std::string_view text);
+/// A text with blanks behind it, `width` bytes or more.
+std::string padded(std::string text, std::size_t width);
 /// A text that takes no more columns than `width`; 0 for all of it.
 std::string cut(const std::string& text, std::size_t width);
 /// Lines of at most `width` columns, parted between words; all but the first begin with blanks. 0: one line.

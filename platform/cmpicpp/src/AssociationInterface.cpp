@@ -4,10 +4,6 @@
 namespace CmpiCpp {
 namespace {
 
-[[noreturn]] void notSupported() {
-  throw CmpiStatus(CMPI_RC_ERR_NOT_SUPPORTED);
-}
-
 CMPIStatus associators(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
                        const CMPIObjectPath* path, const char* associationClass, const char* resultClass,
                        const char* role, const char* resultRole, const char** properties) {

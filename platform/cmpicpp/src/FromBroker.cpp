@@ -3,19 +3,19 @@
 namespace CmpiCpp {
 namespace {
 
-CmpiArray fromBroker(const CMPIArray* array, CMPIType elementType) {
+CmpiArray arrayOf(const CMPIArray* array, CMPIType elementType) {
   CMPIStatus status{CMPI_RC_OK, nullptr};
   const bool text = elementType == CMPI_chars;
   const CMPICount size = array->ft->getSize(array, &status);
   CmpiArray made(status.rc == CMPI_RC_OK ? size : 0, text ? CMPI_string : elementType);
   for (CMPICount i = 0; i < made.size(); ++i) {
-    CmpiData element = CmpiCpp::fromBroker(array->ft->getElementAt(array, i, &status));
+    CmpiData element = fromBroker(array->ft->getElementAt(array, i, &status));
     if (element.type() == made.elementType()) made.setElementAt(i, std::move(element));
   }
   return made;
 }
 
-CmpiData fromBroker(const CMPIDateTime* dateTime) {
+CmpiData dateTimeOf(const CMPIDateTime* dateTime) {
   CMPIStatus status{CMPI_RC_OK, nullptr};
   const CMPIUint64 microseconds = dateTime->ft->getBinaryFormat(dateTime, &status);
   const bool interval = dateTime->ft->isInterval(dateTime, &status) != 0;
@@ -35,7 +35,7 @@ CmpiData fromBroker(const CMPIData& data) {
   if ((data.state & (CMPI_nullValue | CMPI_notFound | CMPI_badValue)) != 0) return CmpiData::null(type);
   if ((data.type & CMPI_ARRAY) != 0) {
     if (!data.value.array) return CmpiData::null(type);
-    return fromBroker(data.value.array, static_cast<CMPIType>(data.type & ~CMPI_ARRAY));
+    return arrayOf(data.value.array, static_cast<CMPIType>(data.type & ~CMPI_ARRAY));
   }
   switch (data.type) {
     case CMPI_boolean:
@@ -65,7 +65,7 @@ CmpiData fromBroker(const CMPIData& data) {
     case CMPI_chars:
       return data.value.chars ? CmpiData(data.value.chars) : CmpiData::null(type);
     case CMPI_dateTime:
-      return data.value.dateTime ? fromBroker(data.value.dateTime) : CmpiData::null(type);
+      return data.value.dateTime ? dateTimeOf(data.value.dateTime) : CmpiData::null(type);
     case CMPI_ref:
       return data.value.ref ? CmpiData(fromBroker(data.value.ref)) : CmpiData::null(type);
     default:

@@ -4,10 +4,6 @@
 namespace CmpiCpp {
 namespace {
 
-[[noreturn]] void notSupported() {
-  throw CmpiStatus(CMPI_RC_ERR_NOT_SUPPORTED);
-}
-
 CMPIStatus enumerateInstanceNames(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                                   const CMPIObjectPath* classPath) {
   return enter<CmpiInstanceProvider, CmpiObjectPathResult>(

@@ -7,6 +7,10 @@
 
 namespace CmpiCpp {
 
+[[noreturn]] inline void notSupported() {
+  throw CmpiStatus(CMPI_RC_ERR_NOT_SUPPORTED);
+}
+
 /// The status for the object manager, with a message where there is one.
 CMPIStatus makeStatus(const CmpiBroker& broker, CMPIrc rc, const std::string& message);
 

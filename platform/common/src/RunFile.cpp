@@ -10,15 +10,12 @@
 #include <string_view>
 #include <system_error>
 
+#include "Errno.h"
 #include "common/Configuration.h"
 #include "posix/FileDescriptor.h"
 
 namespace ZEB {
 namespace {
-
-[[noreturn]] void throwErrno(const std::string& what) {
-  throw std::system_error(errno, std::generic_category(), what);
-}
 
 void writeAll(int file, const std::string& name, std::string_view text) {
   while (!text.empty()) {

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "Errno.h"
 #include "StoreFile.h"
 #include "cmpicpp/CmpiStatus.h"
 
@@ -19,7 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 
 void require(bool good, const fs::path& what) {
-  if (!good) throw std::system_error(errno, std::generic_category(), what);
+  if (!good) throwErrno(what);
 }
 
 /// The directory that is there, of those down to the store's.

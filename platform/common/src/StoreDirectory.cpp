@@ -4,18 +4,14 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 
-#include <cerrno>
-#include <system_error>
 #include <thread>
+
+#include "Errno.h"
 
 namespace ZEB {
 namespace {
 
 namespace fs = std::filesystem;
-
-[[noreturn]] void throwErrno(const std::string& what) {
-  throw std::system_error(errno, std::generic_category(), what);
-}
 
 FileDescriptor openDirectory(const fs::path& directory) {
   return FileDescriptor(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));

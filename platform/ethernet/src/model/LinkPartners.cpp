@@ -7,14 +7,14 @@
 namespace ZEB::ethernet {
 namespace {
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 
-void put(Json& object, const char* key, const std::optional<std::uint16_t>& number) {
+void put(OrderedJson& object, const char* key, const std::optional<std::uint16_t>& number) {
   if (number) object[key] = *number;
 }
 
 /// Drivers may say of a link that has gone what its other end offered.
-void addPort(Json& ports, const LinkFacts& link) {
+void addPort(OrderedJson& ports, const LinkFacts& link) {
   constexpr std::uint64_t kMegabit = 1'000'000;
   if (!link.ethtool.partner || !hasCarrier(link).value_or(false)) return;
   const std::uint32_t speed = fastestSpeed(*link.ethtool.partner);
@@ -24,22 +24,22 @@ void addPort(Json& ports, const LinkFacts& link) {
                    {"fullDuplex", hasFullDuplex(*link.ethtool.partner, speed)}});
 }
 
-Json memberJson(const TeamMember& member) {
-  Json json = {{"name", member.slave.name}};
+OrderedJson memberJson(const TeamMember& member) {
+  OrderedJson json = {{"name", member.slave.name}};
   put(json, "aggregator", member.bonding.aggregatorId);
   put(json, "actorState", member.bonding.actorState);
   put(json, "partnerState", member.bonding.partnerState);
   return json;
 }
 
-Json teamJson(const TeamFacts& team, const AggregatorFacts& aggregator) {
-  Json json = {{"name", team.link.name}};
+OrderedJson teamJson(const TeamFacts& team, const AggregatorFacts& aggregator) {
+  OrderedJson json = {{"name", team.link.name}};
   put(json, "aggregator", aggregator.id);
   put(json, "ports", aggregator.ports);
   put(json, "actorKey", aggregator.actorKey);
   put(json, "partnerKey", aggregator.partnerKey);
   if (aggregator.partner) json["partner"] = toText(*aggregator.partner);
-  json["members"] = Json::array();
+  json["members"] = OrderedJson::array();
   for (const TeamMember& member : team.members) json["members"].push_back(memberJson(member));
   return json;
 }
@@ -47,7 +47,7 @@ Json teamJson(const TeamFacts& team, const AggregatorFacts& aggregator) {
 }  // namespace
 
 std::string linkPartnersText(const Model& model) {
-  Json partners = {{"ports", Json::array()}, {"teams", Json::array()}};
+  OrderedJson partners = {{"ports", OrderedJson::array()}, {"teams", OrderedJson::array()}};
   for (const AdapterEntry& adapter : model.adapters) {
     for (const PortEntry& port : adapter.ports) addPort(partners["ports"], port.facts->link);
   }
@@ -55,7 +55,7 @@ std::string linkPartnersText(const Model& model) {
     const auto& bond = entry.facts->link.bond;
     if (bond && bond->aggregator) partners["teams"].push_back(teamJson(*entry.facts, *bond->aggregator));
   }
-  return partners.dump(-1, ' ', false, Json::error_handler_t::replace);
+  return partners.dump(-1, ' ', false, OrderedJson::error_handler_t::replace);
 }
 
 }  // namespace ZEB::ethernet

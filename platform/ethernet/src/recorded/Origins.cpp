@@ -9,7 +9,7 @@
 namespace ZEB::ethernet {
 namespace {
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 
 constexpr std::string_view kSettings = "ioctl ETHTOOL_GLINKSETTINGS, on kernels before 5.6";
 constexpr std::string_view kCounters = "the driver's own counters by ioctl ETHTOOL_GSTATS, before 5.13";
@@ -134,16 +134,16 @@ constexpr Origin kOrigins[] = {
 };
 
 /// Walks over everything that a snapshot can have.
-class Walk {
+class FactsWalk {
  public:
-  Walk(std::string prefix, Json& facts) : _prefix(std::move(prefix)), _facts(facts) {}
+  FactsWalk(std::string prefix, OrderedJson& facts) : _prefix(std::move(prefix)), _facts(facts) {}
 
   template <class T>
   void operator()(const char* key, T&) {
     visit<T>(_prefix + key);
   }
   void flags(const char* key, std::optional<std::uint32_t>&) {
-    add(_prefix + key, Json::array({"UP", "LOWER_UP", "RUNNING"}), Json::array());
+    add(_prefix + key, OrderedJson::array({"UP", "LOWER_UP", "RUNNING"}), OrderedJson::array());
   }
   void operState(const char* key, std::optional<std::uint8_t>&) { add(_prefix + key, "DOWN", "UP"); }
 
@@ -163,8 +163,8 @@ class Walk {
   void visit(const std::string& key) {
     using Value = typename Inner<T>::type;
     Value value{};
-    if constexpr (requires(Walk & walk) { describe(value, walk); }) {
-      Walk inside(key + ".", _facts);
+    if constexpr (requires(FactsWalk & walk) { describe(value, walk); }) {
+      FactsWalk inside(key + ".", _facts);
       describe(value, inside);
     } else {
       const auto [one, other] = samplesOf(value);
@@ -172,7 +172,7 @@ class Walk {
     }
   }
 
-  using Samples = std::pair<Json, Json>;
+  using Samples = std::pair<OrderedJson, OrderedJson>;
   static Samples samplesOf(const bool&) { return {true, false}; }
   template <class T>
   requires std::is_arithmetic_v<T>
@@ -184,13 +184,15 @@ class Walk {
   static Samples samplesOf(const SlotKind&) { return {5, 3}; }
   static Samples samplesOf(const PciAddress&) { return {"0000:01:00.0", "0000:02:00.0"}; }
   static Samples samplesOf(const LinkModes&) {
-    return {Json::array({"1000baseT/Full", "TP"}), Json::array({"10000baseSR/Full", "FIBRE"})};
+    return {OrderedJson::array({"1000baseT/Full", "TP"}), OrderedJson::array({"10000baseSR/Full", "FIBRE"})};
   }
 
-  void add(const std::string& key, const Json& one, const Json& other) {
+  void add(const std::string& key, const OrderedJson& one, const OrderedJson& other) {
     const auto* const origin = std::ranges::find(kOrigins, key, &Origin::key);
-    Json fact = {
-        {"key", key}, {"values", Json::array({one, other})}, {"from", nullptr}, {"otherwise", nullptr}};
+    OrderedJson fact = {{"key", key},
+                        {"values", OrderedJson::array({one, other})},
+                        {"from", nullptr},
+                        {"otherwise", nullptr}};
     if (origin != std::end(kOrigins)) {
       fact["from"] = origin->from;
       if (!origin->otherwise.empty()) fact["otherwise"] = origin->otherwise;
@@ -199,7 +201,7 @@ class Walk {
   }
 
   const std::string _prefix;
-  Json& _facts;
+  OrderedJson& _facts;
 };
 
 }  // namespace
@@ -209,9 +211,9 @@ std::span<const Origin> origins() {
 }
 
 std::string factsAsJson() {
-  Json facts = Json::array();
+  OrderedJson facts = OrderedJson::array();
   HostSnapshot snapshot;
-  Walk walk("", facts);
+  FactsWalk walk("", facts);
   describe(snapshot, walk);
   return facts.dump(1) + "\n";
 }
