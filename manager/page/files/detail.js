@@ -169,11 +169,12 @@ function draw(instance, model, again) {
   };
   const back = trail.length ? () => show(trail.pop(), model) : null;
   const node = model.thing(instance.path)?.node;
+  const partner = node ? partnerWords(node) : "";
   refill(
     dialog,
     head(model.nameOf(instance.path) || nameWords(instance.class.replace(/^ZEB_/, "")), node?.status, back),
     el("p", { class: "faint" }, el("span", { class: "mono" }, instance.class), instance.description ? " – " : "", text(instance.description)),
-    node?.partner ? el("p", { class: "partner" }, partnerWords(node)) : null,
+    partner ? el("p", { class: "partner" }, partner) : null,
     pathLine(instance.path),
     el("div", { id: "detail-charts", class: "charts" }),
     changeForm(instance, () => show(instance.path, model)),
