@@ -36,7 +36,7 @@ TEST_F(AgentTest, SurvivesAScriptThatIsNone) {
 }
 
 TEST_F(AgentTest, KillsWhatTakesTooLong) {
-  EXPECT_EQ(guest().run("sleep 1000 & sleep 1000", std::chrono::seconds(1)).status, 124);
+  EXPECT_EQ(guest().run("command sleep 1000 & command sleep 1000", std::chrono::seconds(1)).status, 124);
   EXPECT_TRUE(guest().await("! ps -e -o args | grep -q '^sleep 1000'"));
 }
 
