@@ -11,7 +11,7 @@ constexpr std::uint64_t kLongestText = std::uint64_t{1} << 28;
 constexpr unsigned kNumberBits = 7;
 constexpr unsigned char kMore = 0x80;
 
-void appendNumber(std::string& out, std::uint64_t number) {
+void appendPacked(std::string& out, std::uint64_t number) {
   for (; number >= kMore; number >>= kNumberBits) out += static_cast<char>(kMore | (number & (kMore - 1)));
   out += static_cast<char>(number);
 }
@@ -26,7 +26,7 @@ void TextList::append(std::string_view text) {
   std::size_t end = 0;
   while (end < most - begin && text[text.size() - 1 - end] == _last[_last.size() - 1 - end]) ++end;
   const std::string_view own = text.substr(begin, text.size() - begin - end);
-  for (const std::uint64_t number : {begin, end, own.size()}) appendNumber(_bytes, number);
+  for (const std::uint64_t number : {begin, end, own.size()}) appendPacked(_bytes, number);
   _bytes.append(own);
   _last = text;
   ++_count;
