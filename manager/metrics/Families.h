@@ -1,6 +1,7 @@
 // Every metric that there is: how it is called, what it says and where that is from.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -24,6 +25,12 @@ struct MetricFamily {
 
 /// A number, as long as it is known.
 using MetricValue = std::optional<double>;
+
+/// Of bits; 0 stands for what is not known.
+inline MetricValue bytesOf(std::uint64_t bits) {
+  constexpr double kBitsOfByte = 8;
+  return bits == 0 ? std::nullopt : MetricValue(static_cast<double>(bits) / kBitsOfByte);
+}
 
 template <class Thing>
 struct NumberRow {

@@ -54,7 +54,8 @@ LinkPartners readPartners(std::string_view text) {
   if (!all.is_object()) return partners;
   forEachObject(all, "ports", [&](const Json& port) {
     if (const auto speed = numberAt(port, "speed"))
-      partners.ports.push_back({textAt(port, "name"), *speed, flagAt(port, "fullDuplex")});
+      partners.ports.push_back(
+          {textAt(port, "name"), *speed, flagAt(port, "fullDuplex"), numberAt(port, "common").value_or(0)});
   });
   forEachObject(all, "teams", [&](const Json& team) {
     const std::string device = textAt(team, "name");

@@ -15,6 +15,7 @@ struct PortPartner {
   std::string device;       ///< the port
   std::uint64_t speed = 0;  ///< the largest, bits per second
   std::optional<bool> fullDuplex;
+  std::uint64_t common = 0;  ///< the largest that the port can do as well; 0 for none that is known
 };
 
 /// A team that speaks LACP.

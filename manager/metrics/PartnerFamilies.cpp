@@ -18,11 +18,14 @@ constexpr std::array kPartnerIdentity = {
 };
 
 constexpr std::array kPartnerNumbers = {
-    NumberRow<PortPartner>{
-        {"zeb_port_partner_max_speed_bytes", Kind::Gauge, "bytes",
-         "Largest speed that the other end of the cable offers, in bytes per second.",
-         "ETHTOOL_A_LINKMODES_PEER"},
-        [](const PortPartner& p) { return MetricValue(static_cast<double>(p.speed) / 8); }},
+    NumberRow<PortPartner>{{"zeb_port_partner_max_speed_bytes", Kind::Gauge, "bytes",
+                            "Largest speed that the other end of the cable offers, in bytes per second.",
+                            "ETHTOOL_A_LINKMODES_PEER"},
+                           [](const PortPartner& p) { return bytesOf(p.speed); }},
+    NumberRow<PortPartner>{{"zeb_port_common_max_speed_bytes", Kind::Gauge, "bytes",
+                            "Largest speed that both ends of the cable can do, in bytes per second.",
+                            "ETHTOOL_A_LINKMODES_OURS, ETHTOOL_A_LINKMODES_PEER"},
+                           [](const PortPartner& p) { return bytesOf(p.common); }},
 };
 
 constexpr std::array kLacpTeamIdentity = {

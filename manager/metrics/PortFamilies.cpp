@@ -5,16 +5,11 @@ namespace {
 
 using Kind = MetricKind;
 
-constexpr double kBitsOfByte = 8;
 enum : std::uint64_t { kGood = 2, kDegraded = 3, kError = 6 };
 
 /// 0 stands for what is not known.
 MetricValue known(std::uint64_t value) {
   return value == 0 ? std::nullopt : MetricValue(static_cast<double>(value));
-}
-
-MetricValue bytesOf(std::uint64_t bits) {
-  return bits == 0 ? std::nullopt : MetricValue(static_cast<double>(bits) / kBitsOfByte);
 }
 
 /// A port that is switched off says nothing of its carrier.

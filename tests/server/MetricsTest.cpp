@@ -46,7 +46,8 @@ Series seriesIn(const std::string& text) {
 
 /// Of what no class has a property for.
 bool isOfPartners(const std::string& series) {
-  return series.find("_lacp_") != std::string::npos || series.starts_with("zeb_port_partner_");
+  return series.find("_lacp_") != std::string::npos || series.starts_with("zeb_port_partner_") ||
+         series.starts_with("zeb_port_common_");
 }
 
 /// What there is to compare, read from instances alone.
@@ -221,6 +222,8 @@ Series partnersIn(const std::string& text) {
 /// What the other ends of two ports offer; bond1 of eth2, which its partner has bundled, and eth3, which has
 /// no link.
 const Series kPartners = {
+    {"zeb_port_common_max_speed_bytes{device=\"eth0\"}", 125'000'000},
+    {"zeb_port_common_max_speed_bytes{device=\"eth2\"}", 125'000'000},
     {"zeb_port_partner_max_speed_bytes{device=\"eth0\"}", 125'000'000},
     {"zeb_port_partner_max_speed_bytes{device=\"eth2\"}", 125'000'000},
     {"zeb_team_lacp_info{device=\"bond1\",aggregator=\"1\",actor_key=\"9\",partner=\"00:1c:73:00:00:01\","

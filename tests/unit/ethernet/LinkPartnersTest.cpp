@@ -22,10 +22,36 @@ TEST(LinkPartners, OfAPortIsTheLargestSpeedThatItIsOffered) {
   EXPECT_EQ(
       textOf({offered(pciPort(2, "eth0", "0000:01:00.0"), {"Autoneg", "100baseT/Half", "1000baseT/Full"}),
               offered(pciPort(3, "eth1", "0000:01:00.1"), {"10baseT/Full", "100baseT/Half"}),
-              offered(pciPort(4, "eth2", "0000:02:00.0"), {"800000baseSR8/Full"})}),
+              offered(pciPort(4, "eth2", "0000:02:00.0"), {"Autoneg", "800000baseSR8/Full"})}),
       R"({"ports":[{"name":"eth0","speed":1000000000,"fullDuplex":true},)"
       R"({"name":"eth1","speed":100000000,"fullDuplex":false},)"
       R"({"name":"eth2","speed":800000000000,"fullDuplex":true}],"teams":[]})");
+}
+
+LinkFacts able(LinkFacts link, std::initializer_list<const char*> modes) {
+  link.ethtool.supported = LinkModes();
+  for (const char* const mode : modes) link.ethtool.supported->set(*linkModeBit(mode));
+  return link;
+}
+
+/// The fastest of one end may be none of the other's, and one speed has modes of several names.
+TEST(LinkPartners, ShareASpeedThatBothCanDo) {
+  EXPECT_EQ(
+      textOf({able(offered(pciPort(2, "eth0", "0000:01:00.0"), {"1000baseT/Full", "2500baseT/Full"}),
+                   {"1000baseT/Full", "10000baseT/Full"}),
+              able(offered(pciPort(3, "eth1", "0000:01:00.1"), {"1000baseKX/Full", "10000baseKR/Full"}),
+                   {"1000baseT/Full", "Autoneg"}),
+              able(offered(pciPort(4, "eth2", "0000:02:00.0"), {"10baseT/Half", "10baseT/Full", "Autoneg"}),
+                   {"100baseT/Full", "Autoneg"})}),
+      R"({"ports":[{"name":"eth0","speed":2500000000,"fullDuplex":true,"common":1000000000},)"
+      R"({"name":"eth1","speed":10000000000,"fullDuplex":true,"common":1000000000},)"
+      R"({"name":"eth2","speed":10000000,"fullDuplex":true}],"teams":[]})");
+}
+
+/// One mode that nobody negotiated is what the signal looks like.
+TEST(LinkPartners, ThatDoNotNegotiateOfferNothing) {
+  EXPECT_EQ(textOf({offered(pciPort(2, "eth0", "0000:01:00.0"), {"100baseT/Half"})}),
+            R"({"ports":[],"teams":[]})");
 }
 
 TEST(LinkPartners, NoneIsKnownWithoutALinkOrWithoutASpeed) {
@@ -61,7 +87,7 @@ TEST(LinkPartners, OfATeamAreThoseThatSpeakLacp) {
 
 TEST(LinkPartners, ANameThatIsNoTextIsReplaced) {
   EXPECT_EQ(
-      textOf({offered(pciPort(2, "a\xFF", "0000:01:00.0"), {"10baseT/Half"})}),
+      textOf({offered(pciPort(2, "a\xFF", "0000:01:00.0"), {"Autoneg", "10baseT/Half"})}),
       "{\"ports\":[{\"name\":\"a\xEF\xBF\xBD\",\"speed\":10000000,\"fullDuplex\":false}],\"teams\":[]}");
 }
 

@@ -13,15 +13,24 @@ void put(OrderedJson& object, const char* key, const std::optional<std::uint16_t
   if (number) object[key] = *number;
 }
 
+/// What the other end offers is what it negotiates. One that does not is known by the one mode that its
+/// signal is like; what it could do is not.
+bool isOffer(const LinkModes& modes) {
+  const std::size_t count = countOfModes(modes);
+  return count > 1 || (count == 1 && modes[kLinkModeAutoneg]);
+}
+
 /// Drivers may say of a link that has gone what its other end offered.
 void addPort(OrderedJson& ports, const LinkFacts& link) {
   constexpr std::uint64_t kMegabit = 1'000'000;
-  if (!link.ethtool.partner || !hasCarrier(link).value_or(false)) return;
-  const std::uint32_t speed = fastestSpeed(*link.ethtool.partner);
-  if (speed == 0) return;
-  ports.push_back({{"name", link.name},
-                   {"speed", speed * kMegabit},
-                   {"fullDuplex", hasFullDuplex(*link.ethtool.partner, speed)}});
+  const EthtoolFacts& facts = link.ethtool;
+  if (!facts.partner || !hasCarrier(link).value_or(false) || !isOffer(*facts.partner)) return;
+  const std::uint32_t speed = fastestSpeed(*facts.partner);
+  OrderedJson port = {
+      {"name", link.name}, {"speed", speed * kMegabit}, {"fullDuplex", hasFullDuplex(*facts.partner, speed)}};
+  const std::uint32_t common = facts.supported ? fastestCommonSpeed(*facts.partner, *facts.supported) : 0;
+  if (common > 0) port["common"] = common * kMegabit;
+  ports.push_back(std::move(port));
 }
 
 OrderedJson memberJson(const TeamMember& member) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <set>
 
 namespace ZEB::ethernet {
 namespace {
@@ -172,6 +173,25 @@ std::uint32_t fastestSpeed(const LinkModes& modes) {
     if (modes[bit]) fastest = std::max(fastest, linkModeSpeed(kNames[bit]));
   }
   return fastest;
+}
+
+std::uint32_t fastestCommonSpeed(const LinkModes& modes, const LinkModes& others) {
+  std::set<std::uint32_t> speeds;
+  for (std::size_t bit = 0; bit < kNames.size(); ++bit) {
+    if (others[bit]) speeds.insert(linkModeSpeed(kNames[bit]));
+  }
+  std::uint32_t fastest = 0;
+  for (std::size_t bit = 0; bit < kNames.size(); ++bit) {
+    if (modes[bit] && speeds.contains(linkModeSpeed(kNames[bit])))
+      fastest = std::max(fastest, linkModeSpeed(kNames[bit]));
+  }
+  return fastest;
+}
+
+std::size_t countOfModes(const LinkModes& modes) {
+  std::size_t count = 0;
+  for (std::size_t bit = 0; bit < kNames.size(); ++bit) count += modes[bit] && linkModeSpeed(kNames[bit]) > 0;
+  return count;
 }
 
 bool hasFullDuplex(const LinkModes& modes, std::uint32_t speed) {

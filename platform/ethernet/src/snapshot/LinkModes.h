@@ -28,6 +28,12 @@ std::string_view linkModeMedium(std::string_view name);
 /// Mbit/s of the fastest mode of a set; 0 when there is none.
 std::uint32_t fastestSpeed(const LinkModes& modes);
 
+/// The same of those modes whose speed the other set has as well.
+std::uint32_t fastestCommonSpeed(const LinkModes& modes, const LinkModes& others);
+
+/// How many bits are modes.
+std::size_t countOfModes(const LinkModes& modes);
+
 /// Whether one of them has that speed and is full duplex.
 bool hasFullDuplex(const LinkModes& modes, std::uint32_t speed);
 
