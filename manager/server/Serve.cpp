@@ -149,10 +149,10 @@ class Core {
         _live(
             _model, [this] { return readPartners(answerTo(kPartnersMessage)); }, options.source),
         _alerts(_classes),
-        _explanations(options, _classes, [this] { return answerTo(kRecordingMessage); }),
         _straight(straightAlerts(settings, log)),
         _supervisor(supervisorOptions(options, settings, log),
                     [this](const auto& filters, const std::string& element) { deliver(filters, element); }),
+        _explanations(options, _classes, [this] { return answerTo(kRecordingMessage); }),
         _interop(_interopClasses, _classes, interopSettings(settings), std::ref(log),
                  [this] { subscribe(); }) {
     subscribe();
@@ -234,9 +234,9 @@ class Core {
   PluginModel _model;
   LiveModel _live;
   AlertCounts _alerts;
-  Explanations _explanations;
   const std::unique_ptr<StraightAlerts> _straight;  ///< null without an Alertmanager
   ProviderSupervisor _supervisor;
+  Explanations _explanations;  // its thread calls the supervisor
   InteropNamespace _interop;
 };
 
