@@ -113,6 +113,7 @@ void SqliteFile::beginAnew(const std::string& why) {
              "): what should be in it is not kept");
       return;
     }
+    _abandoned = false;
     _log(_path + " is damaged (" + why + "): it is now " + aside + ", and a fresh one is begun");
     open();
   } catch (const std::exception& error) {

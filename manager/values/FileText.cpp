@@ -10,8 +10,10 @@
 namespace ZebManager {
 
 std::string textOfFile(const std::string& file) {
-  const std::ifstream in(file, std::ios::binary);
-  if (!in) throw ManagerError("cannot read " + file + ": " + std::strerror(errno));
+  std::ifstream in(file, std::ios::binary);
+  // An empty file is no failure; a folder can be opened and not be read.
+  in.peek();
+  if (!in.is_open() || in.bad()) throw ManagerError("cannot read " + file + ": " + std::strerror(errno));
   std::ostringstream content;
   content << in.rdbuf();
   return content.str();

@@ -1,7 +1,11 @@
 #include <gmock/gmock.h>
 
+#include <fstream>
+
 #include "SettingsFile.h"
+#include "posix/TemporaryFolder.h"
 #include "server/ListeningSocket.h"
+#include "values/FileText.h"
 #include "values/ManagerError.h"
 
 namespace ZebManager {
@@ -94,6 +98,16 @@ TEST(ServerSettings, APlaceThatIsOnlyLookedAtStaysFree) {
   const BoundSocket served = listenAt(looked.address);
   EXPECT_THROW(bindAt(looked.address), ManagerError);
   EXPECT_EQ(errno, EADDRINUSE);
+}
+
+TEST(FileText, IsAllOfAFileAndOfNothingElse) {
+  const ZEB::TemporaryFolder folder;
+  std::ofstream(folder / "empty");
+  std::ofstream(folder / "bytes") << std::string("a\0\n", 3);
+  EXPECT_EQ(textOfFile(folder / "empty"), "");
+  EXPECT_EQ(textOfFile(folder / "bytes"), std::string("a\0\n", 3));
+  EXPECT_THROW(textOfFile(folder / "missing"), ManagerError);
+  EXPECT_THROW(textOfFile(folder.path()), ManagerError);
 }
 
 TEST(ServerSettings, TheFirstPauseIsNotLongerThanTheLongest) {
