@@ -46,6 +46,18 @@ std::string escaped(const std::string& text) {
   return escaped;
 }
 
+/// A tree without what no class says and the page alone shows.
+json withoutPartners(json tree) {
+  if (tree.is_object()) {
+    tree.erase("partner");
+    tree.erase("lacp");
+  }
+  for (auto& part : tree) {
+    if (part.is_structured()) part = withoutPartners(part);
+  }
+  return tree;
+}
+
 struct Event {
   std::string id, name;
   json data;
@@ -127,7 +139,7 @@ TEST_F(PageTest, BeginsWithTheTreeThatTheCommandPrints) {
     EXPECT_EQ(all[0].name, "state");
     const auto printed =
         run(ZEB_CIM, {"--plugin", ZEB_REAL_PLUGIN, "--source", recording(name), "--json", "tree"});
-    EXPECT_EQ(all[0].data["tree"], json::parse(printed.out)) << name;
+    EXPECT_EQ(withoutPartners(all[0].data["tree"]), json::parse(printed.out)) << name;
     EXPECT_EQ(all[0].data["source"], recording(name));
   }
 }
