@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kInterval{100};
 /// A file that cannot be read is not read ten times a second.
-constexpr std::chrono::seconds kUntilRetry{2};
+constexpr std::chrono::seconds kAfterFailure{2};
 
 }  // namespace
 
@@ -33,7 +33,7 @@ void RecordingWatch::run() {
   std::chrono::milliseconds pause = kInterval;
   while (!_changed.wait_for(lock, pause, [this] { return _stop; })) {
     lock.unlock();
-    pause = _linkWatch->followRecording() ? kInterval : kUntilRetry;
+    pause = _linkWatch->followRecording() ? kInterval : kAfterFailure;
     lock.lock();
   }
 }

@@ -24,7 +24,7 @@ namespace {
 /// "ProtocolIFType".
 enum class InterfaceType : std::uint16_t { Unknown = 0, Ethernet = 6 };
 
-std::string productAndPort(const EthernetPort& port) {
+std::string portCaption(const EthernetPort& port) {
   const auto product = known(port, &EthernetPort::getPortPciProductStr);
   const auto number = known(port, &EthernetPort::getPortNumber);
   // Clients know the text without the blank before "unknown".
@@ -96,7 +96,7 @@ CmpiInstance ZEB_EthernetLANEndpoint::makeInstanceOf(CmpiCpp::CmpiPropertyList w
 
 std::string ZEB_EthernetLANEndpoint::caption(const InterfaceRecord& record) const {
   const std::string start = "LAN Endpoint(" + std::to_string(number(_number)) + ") for:";
-  if (record.port()) return start + productAndPort(*record.port());
+  if (record.port()) return start + portCaption(*record.port());
   return start + known(record, &InterfaceRecord::getOsDeviceName).value_or("");
 }
 

@@ -34,7 +34,7 @@ std::optional<Part> part(const std::optional<Address>& address, Part Address::*m
   return address ? std::optional((*address).*member) : std::nullopt;
 }
 
-std::string portAndProduct(const EthernetPort& port) {
+std::string portCaption(const EthernetPort& port) {
   const auto number = known(port, &EthernetPort::getPortNumber);
   const auto product = known(port, &EthernetPort::getPortPciProductStr);
   return (number ? " port " + std::to_string(*number) : std::string()) +
@@ -113,7 +113,7 @@ CmpiInstance ZEB_IPProtocolEndpoint::makeInstanceOf(CmpiCpp::CmpiPropertyList wa
 
 std::string ZEB_IPProtocolEndpoint::caption(const InterfaceRecord& record) const {
   const std::string start = "IP Protocol Endpoint(" + std::to_string(number(_number)) + ") for:";
-  return start + (record.port() ? portAndProduct(*record.port()) : deviceName(record));
+  return start + (record.port() ? portCaption(*record.port()) : deviceName(record));
 }
 
 }  // namespace ZEB

@@ -24,7 +24,7 @@ std::optional<std::uint16_t> versionNumber(const EthernetAdapterDataObject& adap
 }
 
 // "HealthState" and "StatusDescriptions" do not follow the status: clients know them as they are.
-const PropertyRows<AdapterReading> kControllerProperties{
+const PropertyRows<AdapterReading> kProperties{
     P::systemScopedKeys("DeviceID"),
     P::string(
         "Name", [](AdapterReading& r) { return "Ethernet Controller " + std::to_string(r.number); }, always),
@@ -54,7 +54,7 @@ CmpiCpp::CmpiInstance ZEB_EthernetPortController::makeInstance() {
 }
 
 CmpiCpp::CmpiInstance ZEB_EthernetPortController::makeInstanceOf(CmpiCpp::CmpiPropertyList wanted) {
-  return kControllerProperties.makeInstance(makeObjectPath(), reading(), wanted);
+  return kProperties.makeInstance(makeObjectPath(), reading(), wanted);
 }
 
 }  // namespace ZEB

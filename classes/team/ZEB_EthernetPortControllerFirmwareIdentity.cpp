@@ -27,7 +27,7 @@ std::string pciId(const EthernetAdapterDataObject& adapter) {
   return text;
 }
 
-const PropertyRows<AdapterReading> kFirmwareProperties{
+const PropertyRows<AdapterReading> kProperties{
     P::string("Caption", constant("Ethernet Port Controller Firmware")),
     P::stringArray("ClassificationDescriptions", constantList("Ethernet Port Controller Firmware")),
     P::uint16Array("Classifications", constantList(kFirmware)),
@@ -64,7 +64,7 @@ CmpiCpp::CmpiInstance ZEB_EthernetPortControllerFirmwareIdentity::makeInstance()
 
 CmpiCpp::CmpiInstance ZEB_EthernetPortControllerFirmwareIdentity::makeInstanceOf(
     CmpiCpp::CmpiPropertyList wanted) {
-  return kFirmwareProperties.makeInstance(makeObjectPath(), reading(), wanted);
+  return kProperties.makeInstance(makeObjectPath(), reading(), wanted);
 }
 
 }  // namespace ZEB

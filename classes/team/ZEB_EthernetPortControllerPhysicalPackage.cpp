@@ -29,7 +29,7 @@ std::optional<std::string> caption(const EthernetAdapterDataObject& adapter) {
   return "Controller (" + std::to_string(adapter.ports.size()) + "-port): " + *model;
 }
 
-const PropertyRows<AdapterReading> kPackageProperties{
+const PropertyRows<AdapterReading> kProperties{
     P::key("CreationClassName"),
     P::string("ElementName", constant("Ethernet Controller Package")),
     P::key("Tag"),
@@ -65,7 +65,7 @@ CmpiCpp::CmpiInstance ZEB_EthernetPortControllerPhysicalPackage::makeInstance() 
 
 CmpiCpp::CmpiInstance ZEB_EthernetPortControllerPhysicalPackage::makeInstanceOf(
     CmpiCpp::CmpiPropertyList wanted) {
-  return kPackageProperties.makeInstance(makeObjectPath(), reading(), wanted);
+  return kProperties.makeInstance(makeObjectPath(), reading(), wanted);
 }
 
 }  // namespace ZEB

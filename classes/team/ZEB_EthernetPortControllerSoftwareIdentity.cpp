@@ -16,7 +16,7 @@ std::optional<std::string> description(const EthernetAdapterDataObject& adapter)
   return model ? std::optional(*model + " Device Driver") : std::nullopt;
 }
 
-const PropertyRows<AdapterReading> kSoftwareProperties{
+const PropertyRows<AdapterReading> kProperties{
     P::string("Caption", constant("Ethernet Port Controller Driver")),
     P::string("ElementName", constant("Ethernet Port Controller Driver")),
     P::stringArray("ClassificationDescriptions", constantList("Ethernet Port Controller Driver")),
@@ -50,7 +50,7 @@ CmpiCpp::CmpiInstance ZEB_EthernetPortControllerSoftwareIdentity::makeInstance()
 
 CmpiCpp::CmpiInstance ZEB_EthernetPortControllerSoftwareIdentity::makeInstanceOf(
     CmpiCpp::CmpiPropertyList wanted) {
-  return kSoftwareProperties.makeInstance(makeObjectPath(), reading(), wanted);
+  return kProperties.makeInstance(makeObjectPath(), reading(), wanted);
 }
 
 }  // namespace ZEB

@@ -9,14 +9,14 @@
 #include "classes/port/Subject.h"
 
 namespace ZEB {
+namespace {
+
 /// What a team's mode says in terms of CIM.
 struct LoadBalancing {
   std::uint16_t algorithm;  ///< "LoadBalanceAlgorithm"
   std::uint16_t typeOfSet;
   const char* other;  ///< "OtherLoadBalanceAlgorithm"; null unless the algorithm is 1, other
 };
-
-namespace {
 
 /// By the number of the bonding mode.
 constexpr std::array kLoadBalancing{

@@ -13,22 +13,24 @@
 namespace ZebManager {
 namespace {
 
+using Json = nlohmann::json;
+
 constexpr char kReportFile[] = "health.json";
 
-std::string textAt(const nlohmann::json& json, const char* key) {
-  const nlohmann::json& value = json.at(key);
+std::string textAt(const Json& json, const char* key) {
+  const Json& value = json.at(key);
   return value.is_null() ? std::string() : value.get<std::string>();
 }
 
 DoctorReport parseReport(const std::string& text) {
-  const nlohmann::json json = nlohmann::json::parse(text);
+  const Json json = Json::parse(text);
   DoctorReport report;
   report.json = text;
   report.pid = json.at("pid");
   report.process = textAt(json, "process");
   report.started = json.at("started");
   report.autostart = json.at("autostart");
-  const nlohmann::json& pass = json.at("pass");
+  const Json& pass = json.at("pass");
   report.passAt = pass.at("at");
   report.passOutcome = textAt(pass, "outcome");
   report.passFailure = textAt(pass, "failure");
@@ -40,7 +42,7 @@ DoctorReport parseReport(const std::string& text) {
   report.source = textAt(json, "source");
   report.unread = textAt(json, "unread");
   report.configuration = json.value("configuration", std::vector<std::string>());
-  for (const nlohmann::json& store : json.at("stores")) {
+  for (const Json& store : json.at("stores")) {
     report.stores.push_back({textAt(store, "file"), textAt(store, "failure")});
   }
   report.records = {textAt(json.at("records"), "file"), textAt(json.at("records"), "failure")};
@@ -59,7 +61,7 @@ std::optional<DoctorReport> readReport(const std::string& folder) {
   text << in.rdbuf();
   try {
     return parseReport(text.str());
-  } catch (const nlohmann::json::exception& mistake) {
+  } catch (const Json::exception& mistake) {
     throw ManagerError("'" + file + "' is no health report: " + mistake.what());
   }
 }

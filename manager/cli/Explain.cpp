@@ -20,7 +20,7 @@ struct SourceText {
   const char* words;  ///< before the reasons
 };
 
-const SourceText& sourceTextOf(Source source) {
+const SourceText& textOf(Source source) {
   static constexpr SourceText kTexts[] = {
       {"facts", "from what the kernel says"},
       {"fallback", "the kernel does not say what it would come from"},
@@ -62,7 +62,7 @@ void print(const std::vector<Explanation>& all, const Output& output) {
                               : one.value.is_null()         ? "is left out"
                                                             : "= " + plain(one.value);
     output.out << toned(one.property, Tone::Strong, output.colour) << " " << printable(value) << "\n    "
-               << sourceTextOf(one.source).words << "\n";
+               << textOf(one.source).words << "\n";
     for (const Reason& reason : one.reasons) {
       if (one.source != Source::Key && one.source != Source::End)
         output.out << "    " << printable(lineOf(reason)) << "\n";
@@ -82,8 +82,8 @@ Json jsonOf(const Explanation& one) {
   }
   return {{"property", one.property},
           {"value", one.source == Source::Setting ? Json(nullptr) : one.value},
-          {"source", sourceTextOf(one.source).name},
-          {"words", sourceTextOf(one.source).words},
+          {"source", textOf(one.source).name},
+          {"words", textOf(one.source).words},
           {"facts", reasons}};
 }
 

@@ -129,19 +129,19 @@ std::string jsonLineOfInstance(const Instance& instance, JsonForm form) {
 }
 
 std::string jsonOfClasses(const std::vector<const ClassDef*>& classes) {
-  nlohmann::ordered_json list = nlohmann::ordered_json::array();
+  using Json = nlohmann::ordered_json;
+  Json list = Json::array();
   for (const ClassDef* def : classes) {
-    nlohmann::ordered_json keys = nlohmann::ordered_json::array();
+    Json keys = Json::array();
     for (const PropertyDef* key : def->keys()) keys.push_back(key->name);
     list.push_back({{"class", def->name},
-                    {"superclass", def->superclass ? nlohmann::ordered_json(def->superclass->name)
-                                                   : nlohmann::ordered_json(nullptr)},
+                    {"superclass", def->superclass ? Json(def->superclass->name) : Json(nullptr)},
                     {"association", def->association},
                     {"indication", def->indication},
                     {"keys", keys},
                     {"description", def->description}});
   }
-  return list.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+  return list.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 std::string jsonOfMethod(const CMPIData& returned, const NamedValues& arguments, JsonForm form) {

@@ -14,7 +14,7 @@
 namespace ZebManager {
 namespace {
 
-std::string pathWords(const PathBody& path) {
+std::string named(const PathBody& path) {
   return "path '" + formatPath(path) + "'";
 }
 
@@ -34,9 +34,9 @@ const PropertyDef& requireWritable(const ClassDef& classDef, const std::string& 
                      (known.empty() ? ", nor can anything else of the class" : known));
 }
 
-class Modification {
+class Change {
  public:
-  Modification(const Options& options, Session& session, Arena& arena, const ObjectPath& path)
+  Change(const Options& options, Session& session, Arena& arena, const ObjectPath& path)
       : _session(session),
         _path(path),
         _class(requireClass(session.repository(), path.body().className)),
@@ -71,7 +71,7 @@ class Modification {
 
  private:
   [[noreturn]] void fail(const std::string& why) const {
-    throw ManagerError(pathWords(_path.body()) + ": " + why);
+    throw ManagerError(named(_path.body()) + ": " + why);
   }
 
   Session& _session;
@@ -103,7 +103,7 @@ void modify(const Options& options, Session& session, const Output& output) {
   Arena arena;
   const ArenaScope scope(arena);  // an error message needs memory, too
   const ObjectPath& path = pathOf(options, session, arena);
-  const Modification change(options, session, arena, path);
+  const Change change(options, session, arena, path);
   if (session.keepsNothing()) {
     throw ManagerError("changes of a recording are kept where ZEB_STORE_DIR says, and it says nothing");
   }

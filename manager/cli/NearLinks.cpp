@@ -10,14 +10,14 @@ namespace {
 using Json = nlohmann::ordered_json;
 using Names = std::vector<std::string>;
 
-std::optional<std::string> dumpAt(const Json& link, const char* pointer) {
+std::optional<std::string> textAt(const Json& link, const char* pointer) {
   const Json::json_pointer place(pointer);
   return link.contains(place) ? std::optional(link.at(place).dump()) : std::nullopt;
 }
 
 /// The functions of a device are a card.
 std::optional<std::string> cardAt(const Json& link, const char* pointer) {
-  auto function = dumpAt(link, pointer);
+  auto function = textAt(link, pointer);
   if (function) function->resize(std::min(function->size(), function->rfind('.')));
   return function;
 }
@@ -32,12 +32,12 @@ Names present(std::initializer_list<std::optional<std::string>> all) {
 
 /// What others refer to a link by.
 Names calledBy(const Json& link) {
-  return present({dumpAt(link, "/index"), cardAt(link, "/hardware/pci")});
+  return present({textAt(link, "/index"), cardAt(link, "/hardware/pci")});
 }
 
 Names refersTo(const Json& link) {
-  return present({dumpAt(link, "/lowerIndex"), dumpAt(link, "/masterIndex"),
-                  dumpAt(link, "/bond/activeIndex"), cardAt(link, "/hardware/pci"),
+  return present({textAt(link, "/lowerIndex"), textAt(link, "/masterIndex"),
+                  textAt(link, "/bond/activeIndex"), cardAt(link, "/hardware/pci"),
                   cardAt(link, "/hardware/physicalFunction")});
 }
 

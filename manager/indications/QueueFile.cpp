@@ -5,7 +5,7 @@
 namespace ZebManager {
 namespace {
 
-constexpr std::array kQueueUpgrades = {
+constexpr std::array kUpgrades = {
     "CREATE TABLE listener (handler TEXT PRIMARY KEY NOT NULL, context TEXT NOT NULL, next INTEGER NOT NULL)"
     " STRICT, WITHOUT ROWID;"
     "CREATE TABLE indication (id INTEGER PRIMARY KEY AUTOINCREMENT, handler TEXT NOT NULL,"
@@ -22,7 +22,7 @@ constexpr std::array kQueueUpgrades = {
 // A burst of alerts has to get into the file without waiting for the disk once for each: SQLite writes them
 // at once, which is enough for the end of the process, and waits for the disk at its checkpoints.
 QueueFile::QueueFile(const std::string& directory, LogLine log)
-    : _file(directory, "delivery.db", {kQueueUpgrades, "PRAGMA synchronous = NORMAL"}, std::move(log)) {}
+    : _file(directory, "delivery.db", {kUpgrades, "PRAGMA synchronous = NORMAL"}, std::move(log)) {}
 
 void QueueFile::read(const std::function<void(const std::string&, Sequence)>& takeSequence,
                      const std::function<void(Row)>& takeRow, std::int64_t& time) {

@@ -10,7 +10,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string lineOfPart(const Json& json) {
+std::string lineOf(const Json& json) {
   return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
@@ -69,7 +69,7 @@ std::vector<PagePart> partsOf(const std::vector<Part>& all, const Partners& part
   for (const Part& one : all) {
     Json json = jsonOf(one);
     partners.addTo(json, one);
-    parts.push_back({one.path, lineOfPart(json)});
+    parts.push_back({one.path, lineOf(json)});
   }
   return parts;
 }
@@ -82,8 +82,7 @@ std::string listOf(const std::vector<PagePart>& parts) {
 
 std::string documentOf(const std::string& host, const std::vector<PagePart>& cards,
                        const std::vector<PagePart>& teams) {
-  return "{\"host\":" + lineOfPart(host) + ",\"cards\":" + listOf(cards) + ",\"teams\":" + listOf(teams) +
-         "}";
+  return "{\"host\":" + lineOf(host) + ",\"cards\":" + listOf(cards) + ",\"teams\":" + listOf(teams) + "}";
 }
 
 bool samePaths(const std::vector<PagePart>& one, const std::vector<PagePart>& other) {

@@ -16,7 +16,7 @@ constexpr auto kText = QualifierShape::Text;
 constexpr auto kList = QualifierShape::List;
 
 /// Name, shape, scopes, default, overridable, to subclasses, translatable.
-constexpr std::array kQualifierTypes = {
+constexpr std::array kTypes = {
     QualifierType{"Abstract", kFlag, kOnAnyClass, false, true, false},
     QualifierType{"ArrayType", kText, kOnProperty | kOnParameter, false, false},
     QualifierType{"Association", kFlag, kOnAssociation, false, false},
@@ -38,14 +38,13 @@ constexpr std::array kQualifierTypes = {
 }  // namespace
 
 std::span<const QualifierType> qualifierTypes() {
-  return kQualifierTypes;
+  return kTypes;
 }
 
 const QualifierType* findQualifierType(std::string_view name) {
-  const auto* const found =
-      std::find_if(kQualifierTypes.begin(), kQualifierTypes.end(),
-                   [&](const QualifierType& type) { return sameName(type.name, name); });
-  return found == kQualifierTypes.end() ? nullptr : found;
+  const auto* const found = std::find_if(
+      kTypes.begin(), kTypes.end(), [&](const QualifierType& type) { return sameName(type.name, name); });
+  return found == kTypes.end() ? nullptr : found;
 }
 
 }  // namespace ZebManager

@@ -18,16 +18,16 @@ constexpr unsigned kMostNames = 64;
 
 using Names = std::set<std::string>;
 
-struct FreeParsed {
+struct FreeCertificate {
   void operator()(gnutls_x509_crt_t certificate) const { gnutls_x509_crt_deinit(certificate); }
 };
-using ParsedCertificate = std::unique_ptr<std::remove_pointer_t<gnutls_x509_crt_t>, FreeParsed>;
+using Certificate = std::unique_ptr<std::remove_pointer_t<gnutls_x509_crt_t>, FreeCertificate>;
 
 /// Null for what is none.
-ParsedCertificate read(const gnutls_datum_t& bytes) {
+Certificate read(const gnutls_datum_t& bytes) {
   gnutls_x509_crt_t raw = nullptr;
   if (gnutls_x509_crt_init(&raw) < 0) return nullptr;
-  ParsedCertificate certificate(raw);
+  Certificate certificate(raw);
   return gnutls_x509_crt_import(raw, &bytes, GNUTLS_X509_FMT_DER) < 0 ? nullptr : std::move(certificate);
 }
 
@@ -106,7 +106,7 @@ std::optional<ShownCertificate> shownBy(gnutls_session_t session, const Certific
   unsigned count = 0;
   const gnutls_datum_t* const chain = gnutls_certificate_get_peers(session, &count);
   if (!chain || count == 0) return std::nullopt;
-  const ParsedCertificate certificate = read(*chain);
+  const Certificate certificate = read(*chain);
   if (!certificate) return ShownCertificate{{}, {}, "it cannot be read"};
   const Names names = namesOf(certificate.get()).value_or(Names());
   ShownCertificate shown{{}, subjectOf(certificate.get()), faultOf(session)};

@@ -110,8 +110,8 @@ class Examination {
   }
 
   void sayExpiry(const std::string& file, std::time_t end) {
-    constexpr std::time_t kSecondsOfDay = 24 * 3600, kSoon = 30;
-    const std::time_t days = (end - std::time(nullptr)) / kSecondsOfDay;
+    constexpr std::time_t kDay = 24 * 3600, kSoon = 30;
+    const std::time_t days = (end - std::time(nullptr)) / kDay;
     if (end < std::time(nullptr)) {
       say("failed", "https", "the certificate " + file + " has expired; put another one in its place");
     } else {

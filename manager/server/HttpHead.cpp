@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::string_view kMapping = "http://www.dmtf.org/cim/mapping/http/v1.0";
 
-std::string_view unquoted(std::string_view text) {
+std::string_view trimmed(std::string_view text) {
   const auto first = std::min(text.find_first_not_of(" \t\""), text.size());
   const auto last = text.find_last_not_of(" \t\"");
   return text.substr(first, last == std::string_view::npos ? 0 : last + 1 - first);
@@ -19,7 +19,7 @@ std::vector<std::string_view> partsOf(std::string_view text, char separator = ';
   std::vector<std::string_view> parts;
   while (true) {
     const std::size_t length = std::min(text.find(separator), text.size());
-    parts.push_back(unquoted(text.substr(0, length)));
+    parts.push_back(trimmed(text.substr(0, length)));
     if (length == text.size()) return parts;
     text.remove_prefix(length + 1);
   }
@@ -29,8 +29,8 @@ std::vector<std::string_view> partsOf(std::string_view text, char separator = ';
 std::string_view parameterOf(std::string_view header, std::string_view name) {
   for (const std::string_view part : partsOf(header)) {
     const std::size_t equals = part.find('=');
-    if (equals != std::string_view::npos && sameName(unquoted(part.substr(0, equals)), name)) {
-      return unquoted(part.substr(equals + 1));
+    if (equals != std::string_view::npos && sameName(trimmed(part.substr(0, equals)), name)) {
+      return trimmed(part.substr(equals + 1));
     }
   }
   return {};

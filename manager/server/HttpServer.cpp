@@ -17,7 +17,7 @@ constexpr std::size_t kHeadBytes = 32U << 10;
 constexpr std::size_t kThreadStack = 512U << 10;
 /// Connections that have been shut down and whose threads have not noticed yet.
 constexpr unsigned kLeaving = 64;
-constexpr std::chrono::seconds kWhenBusy{1};
+constexpr std::chrono::seconds kWhenFull{1};
 /// For a client that takes a big answer, but slowly.
 constexpr int kTimesForAnswer = 30;
 /// Keys that go with the connection, and ciphers that see to it that nothing is changed.
@@ -145,14 +145,14 @@ MHD_Result begin(HttpServer& server, MHD_Connection* connection, const HttpHead&
   if (auto refusal = router.refuse(head)) return refuse(std::move(*refusal));
   if (auto refusal = refuseSize(head, bounds.settings)) return refuse(std::move(*refusal));
   auto exchange = std::make_unique<Exchange>(server, std::nullopt, party);
-  if (!exchange->begin()) return refuse(busy(kWhenBusy));
+  if (!exchange->begin()) return refuse(busy(kWhenFull));
   server.connections().work(socketOf(connection));
   Router::Admission admission = router.admit(head);
   if (admission.refusal) return refuse(std::move(*admission.refusal));
   if (admission.user) {
     party = {Party::Kind::User, admission.user->name};
     exchange = std::make_unique<Exchange>(server, std::move(admission.user), party);
-    if (!exchange->begin()) return refuse(busy(kWhenBusy));
+    if (!exchange->begin()) return refuse(busy(kWhenFull));
   }
   *state = exchange.release();
   return MHD_YES;

@@ -23,7 +23,7 @@ constexpr std::size_t kMostOfOne = 16;
 constexpr std::size_t kLongestRequest = 256U << 10;
 constexpr char kTooMany[] = "the service answers too many commands at once";
 /// For a command to take a big answer.
-constexpr int kTimesForLocalAnswer = 30;
+constexpr int kTimesForAnswer = 30;
 
 User userAt(int socket, const std::string& writeGroup) {
   const Peer peer = peerOf(socket);
@@ -139,7 +139,7 @@ void LocalServer::serve(int socket, const User& user) {
     Share share(_bounds.answerBytes, party);
     if (!share.grow(answer.body.size()))
       answer = refusal("the service has too many answers that nobody takes");
-    _connections.allow(socket, _bounds.settings.requestTime * kTimesForLocalAnswer);
+    _connections.allow(socket, _bounds.settings.requestTime * kTimesForAnswer);
     if (!sender.send(answer)) return;
     _connections.wait(socket, _bounds.settings.requestTime);
   }

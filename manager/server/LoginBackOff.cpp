@@ -8,7 +8,7 @@ namespace {
 constexpr LoginBackOff::Seconds kLongest{30};
 constexpr LoginBackOff::Seconds kForgotten{600};
 /// Names come from clients.
-constexpr std::size_t kMostKept = 4096;
+constexpr std::size_t kMostRows = 4096;
 
 }  // namespace
 
@@ -19,7 +19,7 @@ LoginBackOff::Seconds LoginBackOff::pauseOf(const std::string& name, Clock::time
 }
 
 bool LoginBackOff::failed(const std::string& name, Clock::time_point now) {
-  if (_rows.size() >= kMostKept) forget(now);
+  if (_rows.size() >= kMostRows) forget(now);
   Row& row = _rows[name];
   row.last = now;
   if (++row.failures <= _freeFailures) return false;
@@ -31,7 +31,7 @@ bool LoginBackOff::failed(const std::string& name, Clock::time_point now) {
 /// What has not failed for long, or else what has failed least lately.
 void LoginBackOff::forget(Clock::time_point now) {
   std::erase_if(_rows, [&](const auto& row) { return now - row.second.last > kForgotten; });
-  if (_rows.size() < kMostKept) return;
+  if (_rows.size() < kMostRows) return;
   _rows.erase(std::min_element(_rows.begin(), _rows.end(),
                                [](const auto& a, const auto& b) { return a.second.last < b.second.last; }));
 }

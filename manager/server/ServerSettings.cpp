@@ -11,7 +11,7 @@ namespace {
 
 using Warn = std::function<void(const std::string&)>;
 
-struct Remarks {
+struct Say {
   const std::string& file;
   const Warn& warn;
 
@@ -27,7 +27,7 @@ bool isVital(const std::string& section) {
 
 /// `say` names file and line; so does what is thrown.
 void takeSection(ServerSettings& settings, const std::string& section, const toml::table& content,
-                 const Remarks& say) {
+                 const Say& say) {
   for (const auto& [name, value] : content) {
     const std::string key = section + "." + std::string(name.str());
     const TakenKey taken = takeKey(settings, key, value);
@@ -86,7 +86,7 @@ void checkTogether(ServerSettings& settings, const std::string& file, const Warn
 ServerSettings readServerSettings(const std::string& file, bool mayLack, const Warn& warn) {
   ServerSettings settings;
   const toml::table tables = readConfiguration(file, mayLack);
-  const Remarks say{file, warn};
+  const Say say{file, warn};
   for (const auto& [section, content] : tables) {
     const std::string name(section.str());
     if (content.is_table()) {

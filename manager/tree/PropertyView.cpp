@@ -8,7 +8,7 @@ namespace ZebManager {
 namespace {
 
 /// A value, or the first element of an array; null when there is none.
-const CMPIData* firstValue(const CMPIData& value) {
+const CMPIData* firstOf(const CMPIData& value) {
   if (isNull(value)) return nullptr;
   if (!isArray(value.type)) return &value;
   const ArrayBody& array = as<Array>(value.value.array)->body();
@@ -33,12 +33,12 @@ void PropertyPlaces::lookUp(const ClassDef& classDef) {
 std::optional<std::uint64_t> PropertyPlaces::numberAt(const InstanceBody& body,
                                                       std::optional<std::uint16_t> place) {
   const std::uint16_t position = place ? body.positions[*place] : std::uint16_t{0};
-  return position == 0 ? std::nullopt : numberOf(firstValue(body.properties.items[position - 1].data));
+  return position == 0 ? std::nullopt : numberOf(firstOf(body.properties.items[position - 1].data));
 }
 
 const CMPIData* PropertyView::find(std::string_view name) const {
   const NamedValue* const value = _body.properties.find(name);
-  return value ? firstValue(value->data) : nullptr;
+  return value ? firstOf(value->data) : nullptr;
 }
 
 std::string PropertyView::path() const {

@@ -49,7 +49,7 @@ Request linkRequest(std::uint16_t flags, std::uint32_t index = 0) {
   return request;
 }
 
-bool hasParentDevice(const LinkFacts& link) {
+bool hasHardware(const LinkFacts& link) {
   return link.parentDevice.has_value();
 }
 
@@ -170,11 +170,11 @@ Outcome<std::vector<RuleFacts>> KernelQueries::rules() {
 
 void KernelQueries::addEthtool(std::vector<LinkFacts>& links) {
   if (!_ethtoolFamily) return;
-  const bool hardware = std::ranges::any_of(links, hasParentDevice);
+  const bool hardware = std::ranges::any_of(links, hasHardware);
   for (const EthtoolQuestion& question : ethtoolQuestions()) {
     if (question.hardwareOnly && !hardware) continue;
     askEthtool(question, links, [&](LinkFacts& link, Bytes payload) {
-      if (!question.hardwareOnly || hasParentDevice(link)) mergeEthtool(question, payload, link.ethtool);
+      if (!question.hardwareOnly || hasHardware(link)) mergeEthtool(question, payload, link.ethtool);
     });
   }
 }
@@ -210,7 +210,7 @@ void KernelQueries::askEthtool(const EthtoolQuestion& question, std::vector<Inte
 void KernelQueries::addEthtool(LinkFacts& link) {
   if (!_ethtoolFamily) return;
   for (const EthtoolQuestion& question : ethtoolQuestions()) {
-    if (question.hardwareOnly && !hasParentDevice(link)) continue;
+    if (question.hardwareOnly && !hasHardware(link)) continue;
     Request request = ethtoolRequest(*_ethtoolFamily, question, link.index);
     const auto take = [&](std::uint16_t, Bytes payload) {
       if (ethtoolInterface(question, payload) == link.index) mergeEthtool(question, payload, link.ethtool);

@@ -9,14 +9,13 @@
 namespace ZEB::ethernet {
 namespace {
 
-using AddressOrigin = EthPortAddressOriginEnum;
+using Origin = EthPortAddressOriginEnum;
 
-AddressOrigin dynamicIpv6Origin(const AddressFacts& address) {
-  if (address.protocol == IFAPROT_KERNEL_RA) return AddressOrigin::IPv6AutoConfig;
+Origin dynamicIpv6Origin(const AddressFacts& address) {
+  if (address.protocol == IFAPROT_KERNEL_RA) return Origin::IPv6AutoConfig;
   // Kernels before 5.18 do not say who made an address. A lease gives a single address, an advertisement a
   // prefix.
-  return address.prefixLength == address.address.width() ? AddressOrigin::Dhcpv6
-                                                         : AddressOrigin::IPv6AutoConfig;
+  return address.prefixLength == address.address.width() ? Origin::Dhcpv6 : Origin::IPv6AutoConfig;
 }
 
 unsigned networkPrefix(const IpAddress& gateway, std::span<const AddressFacts> addresses) {
@@ -52,9 +51,9 @@ std::vector<IPv6AddressRecord> ipv6Addresses(const std::vector<AddressFacts>& ad
 
 EthPortAddressOriginEnum addressOrigin(const AddressFacts& address) {
   const bool v4 = address.address.family == IpFamily::V4;
-  if (isLinkLocal(address.address)) return v4 ? AddressOrigin::IPv4LinkLocal : AddressOrigin::LinkLocal;
-  if ((address.flags & IFA_F_PERMANENT) != 0) return AddressOrigin::Static;
-  return v4 ? AddressOrigin::Dhcp : dynamicIpv6Origin(address);
+  if (isLinkLocal(address.address)) return v4 ? Origin::IPv4LinkLocal : Origin::LinkLocal;
+  if ((address.flags & IFA_F_PERMANENT) != 0) return Origin::Static;
+  return v4 ? Origin::Dhcp : dynamicIpv6Origin(address);
 }
 
 std::optional<EthPortAddressOriginEnum> interfaceOrigin(const std::vector<AddressFacts>& addresses) {

@@ -7,9 +7,9 @@
 namespace ZEB::ethernet {
 namespace {
 
-using OrderedJson = nlohmann::ordered_json;
+using Json = nlohmann::ordered_json;
 
-void put(OrderedJson& object, const char* key, const std::optional<std::uint16_t>& number) {
+void put(Json& object, const char* key, const std::optional<std::uint16_t>& number) {
   if (number) object[key] = *number;
 }
 
@@ -21,34 +21,34 @@ bool isOffer(const LinkModes& modes) {
 }
 
 /// Drivers may say of a link that has gone what its other end offered.
-void addPort(OrderedJson& ports, const LinkFacts& link) {
+void addPort(Json& ports, const LinkFacts& link) {
   constexpr std::uint64_t kMegabit = 1'000'000;
   const EthtoolFacts& facts = link.ethtool;
   if (!facts.partner || !hasCarrier(link).value_or(false) || !isOffer(*facts.partner)) return;
   const std::uint32_t speed = fastestSpeed(*facts.partner);
-  OrderedJson port = {
+  Json port = {
       {"name", link.name}, {"speed", speed * kMegabit}, {"fullDuplex", hasFullDuplex(*facts.partner, speed)}};
   const std::uint32_t common = facts.supported ? fastestCommonSpeed(*facts.partner, *facts.supported) : 0;
   if (common > 0) port["common"] = common * kMegabit;
   ports.push_back(std::move(port));
 }
 
-OrderedJson memberJson(const TeamMember& member) {
-  OrderedJson json = {{"name", member.slave.name}};
+Json memberJson(const TeamMember& member) {
+  Json json = {{"name", member.slave.name}};
   put(json, "aggregator", member.bonding.aggregatorId);
   put(json, "actorState", member.bonding.actorState);
   put(json, "partnerState", member.bonding.partnerState);
   return json;
 }
 
-OrderedJson teamJson(const TeamFacts& team, const AggregatorFacts& aggregator) {
-  OrderedJson json = {{"name", team.link.name}};
+Json teamJson(const TeamFacts& team, const AggregatorFacts& aggregator) {
+  Json json = {{"name", team.link.name}};
   put(json, "aggregator", aggregator.id);
   put(json, "ports", aggregator.ports);
   put(json, "actorKey", aggregator.actorKey);
   put(json, "partnerKey", aggregator.partnerKey);
   if (aggregator.partner) json["partner"] = toText(*aggregator.partner);
-  json["members"] = OrderedJson::array();
+  json["members"] = Json::array();
   for (const TeamMember& member : team.members) json["members"].push_back(memberJson(member));
   return json;
 }
@@ -56,7 +56,7 @@ OrderedJson teamJson(const TeamFacts& team, const AggregatorFacts& aggregator) {
 }  // namespace
 
 std::string linkPartnersText(const Model& model) {
-  OrderedJson partners = {{"ports", OrderedJson::array()}, {"teams", OrderedJson::array()}};
+  Json partners = {{"ports", Json::array()}, {"teams", Json::array()}};
   for (const AdapterEntry& adapter : model.adapters) {
     for (const PortEntry& port : adapter.ports) addPort(partners["ports"], port.facts->link);
   }
@@ -64,7 +64,7 @@ std::string linkPartnersText(const Model& model) {
     const auto& bond = entry.facts->link.bond;
     if (bond && bond->aggregator) partners["teams"].push_back(teamJson(*entry.facts, *bond->aggregator));
   }
-  return partners.dump(-1, ' ', false, OrderedJson::error_handler_t::replace);
+  return partners.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 }  // namespace ZEB::ethernet

@@ -8,7 +8,7 @@ namespace ZEB::ethernet {
 namespace {
 
 using Role = EthTeamMemberRoleEnum;
-using TeamMode = EthTeamModeEnum;
+using Mode = EthTeamModeEnum;
 
 constexpr std::uint8_t kStateActive = 0;
 constexpr std::uint8_t kStateBackup = 1;
@@ -36,9 +36,9 @@ Count count(const std::vector<TeamMember>& members, Settles team) {
   return count;
 }
 
-std::optional<TeamMode> modeOf(const TeamFacts& team) {
+std::optional<Mode> modeOf(const TeamFacts& team) {
   if (!team.link.bond || !team.link.bond->mode) return std::nullopt;
-  return static_cast<TeamMode>(*team.link.bond->mode);
+  return static_cast<Mode>(*team.link.bond->mode);
 }
 
 }  // namespace
@@ -77,7 +77,7 @@ std::optional<std::uint32_t> teamSpeed(const TeamFacts& team) {
   if (team.link.ethtool.speed) return team.link.ethtool.speed;
   const auto mode = modeOf(team);
   if (!mode) return std::nullopt;
-  const bool single = *mode == TeamMode::ActiveBackup || *mode == TeamMode::Broadcast;
+  const bool single = *mode == Mode::ActiveBackup || *mode == Mode::Broadcast;
   std::optional<std::uint32_t> total;
   for (const TeamMember& member : team.members) {
     if (!member.slave.active || !member.speed) continue;
@@ -98,9 +98,9 @@ std::optional<std::string> teamMessage(const TeamFacts& team) {
 std::vector<std::uint16_t> modeCapabilities(std::optional<std::uint8_t> mode) {
   constexpr auto kFailOver = static_cast<std::uint16_t>(EthCapabilityEnum::FailOver);
   constexpr auto kLoadBalancing = static_cast<std::uint16_t>(EthCapabilityEnum::LoadBalancing);
-  if (!mode || *mode > static_cast<std::uint8_t>(TeamMode::BalanceAlb)) return {};
-  const auto known = static_cast<TeamMode>(*mode);
-  if (known == TeamMode::ActiveBackup || known == TeamMode::Broadcast) return {kFailOver};
+  if (!mode || *mode > static_cast<std::uint8_t>(Mode::BalanceAlb)) return {};
+  const auto known = static_cast<Mode>(*mode);
+  if (known == Mode::ActiveBackup || known == Mode::Broadcast) return {kFailOver};
   return {kFailOver, kLoadBalancing};
 }
 

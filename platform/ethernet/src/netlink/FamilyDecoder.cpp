@@ -10,8 +10,8 @@ using Kind = AttributeKind;
 constexpr AttributePolicy kFamilyPolicy{{CTRL_ATTR_FAMILY_ID, Kind::U16},
                                         {CTRL_ATTR_MCAST_GROUPS, Kind::Nested}};
 
-constexpr AttributePolicy kMulticastGroupPolicy{{CTRL_ATTR_MCAST_GRP_NAME, Kind::Text},
-                                                {CTRL_ATTR_MCAST_GRP_ID, Kind::U32}};
+constexpr AttributePolicy kGroupPolicy{{CTRL_ATTR_MCAST_GRP_NAME, Kind::Text},
+                                       {CTRL_ATTR_MCAST_GRP_ID, Kind::U32}};
 
 }  // namespace
 
@@ -25,7 +25,7 @@ std::optional<GenericFamily> decodeFamily(Bytes payload, std::string_view groupN
   // The groups are a list: their attribute numbers are positions.
   forEachAttribute(attributes.bytes(CTRL_ATTR_MCAST_GROUPS).value_or(Bytes{}),
                    [&](std::uint16_t, Bytes group) {
-                     const Attributes named(group, kMulticastGroupPolicy);
+                     const Attributes named(group, kGroupPolicy);
                      if (named.text(CTRL_ATTR_MCAST_GRP_NAME) == groupName)
                        family.group = named.u32(CTRL_ATTR_MCAST_GRP_ID);
                    });

@@ -28,7 +28,7 @@ constexpr AttributePolicy kLinkPolicy{
 
 constexpr AttributePolicy kStatsPolicy{{IFLA_STATS_LINK_64, Kind::Binary}};
 
-constexpr AttributePolicy kKindPolicy{
+constexpr AttributePolicy kInfoPolicy{
     {IFLA_INFO_KIND, Kind::Text},
     {IFLA_INFO_DATA, Kind::Nested},
     {IFLA_INFO_SLAVE_KIND, Kind::Text},
@@ -142,7 +142,7 @@ std::optional<LinkFacts> decodeLink(Bytes payload) {
   link.portName = nonEmptyText(attributes, IFLA_PHYS_PORT_NAME);
   link.statistics = linkStatistics(attributes.bytes(IFLA_STATS64));
   if (const auto info = attributes.bytes(IFLA_LINKINFO)) {
-    const Attributes kinds(*info, kKindPolicy);
+    const Attributes kinds(*info, kInfoPolicy);
     decodeOwnKind(kinds, link);
     decodeMembership(kinds, link);
   }

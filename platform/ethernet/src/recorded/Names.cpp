@@ -31,7 +31,7 @@ constexpr auto kFlags = std::to_array<Flag>({
     {IFF_DORMANT, "DORMANT"},
 });
 
-constexpr auto kOperStateNames = std::to_array<std::string_view>(
+constexpr auto kOperStates = std::to_array<std::string_view>(
     {"UNKNOWN", "NOTPRESENT", "DOWN", "LOWERLAYERDOWN", "TESTING", "DORMANT", "UP"});
 
 }  // namespace
@@ -72,13 +72,13 @@ std::optional<IpFamily> ipFamilyOf(std::string_view name) {
 }
 
 std::string_view operStateName(std::uint8_t state) {
-  return state < kOperStateNames.size() ? kOperStateNames[state] : "";
+  return state < kOperStates.size() ? kOperStates[state] : "";
 }
 
 std::optional<std::uint8_t> operStateOf(std::string_view name) {
-  const auto found = std::ranges::find(kOperStateNames, name);
-  if (found == kOperStateNames.end()) return std::nullopt;
-  return static_cast<std::uint8_t>(found - kOperStateNames.begin());
+  const auto found = std::ranges::find(kOperStates, name);
+  if (found == kOperStates.end()) return std::nullopt;
+  return static_cast<std::uint8_t>(found - kOperStates.begin());
 }
 
 }  // namespace ZEB::ethernet

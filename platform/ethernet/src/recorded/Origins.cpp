@@ -9,7 +9,7 @@
 namespace ZEB::ethernet {
 namespace {
 
-using OrderedJson = nlohmann::ordered_json;
+using Json = nlohmann::ordered_json;
 
 constexpr std::string_view kSettings = "ioctl ETHTOOL_GLINKSETTINGS, on kernels before 5.6";
 constexpr std::string_view kCounters = "the driver's own counters by ioctl ETHTOOL_GSTATS, before 5.13";
@@ -134,16 +134,16 @@ constexpr Origin kOrigins[] = {
 };
 
 /// Walks over everything that a snapshot can have.
-class FactsWalk {
+class Walk {
  public:
-  FactsWalk(std::string prefix, OrderedJson& facts) : _prefix(std::move(prefix)), _facts(facts) {}
+  Walk(std::string prefix, Json& facts) : _prefix(std::move(prefix)), _facts(facts) {}
 
   template <class T>
   void operator()(const char* key, T&) {
     visit<T>(_prefix + key);
   }
   void flags(const char* key, std::optional<std::uint32_t>&) {
-    add(_prefix + key, OrderedJson::array({"UP", "LOWER_UP", "RUNNING"}), OrderedJson::array());
+    add(_prefix + key, Json::array({"UP", "LOWER_UP", "RUNNING"}), Json::array());
   }
   void operState(const char* key, std::optional<std::uint8_t>&) { add(_prefix + key, "DOWN", "UP"); }
 
@@ -163,8 +163,8 @@ class FactsWalk {
   void visit(const std::string& key) {
     using Value = typename Inner<T>::type;
     Value value{};
-    if constexpr (requires(FactsWalk & walk) { describe(value, walk); }) {
-      FactsWalk inside(key + ".", _facts);
+    if constexpr (requires(Walk & walk) { describe(value, walk); }) {
+      Walk inside(key + ".", _facts);
       describe(value, inside);
     } else {
       const auto [one, other] = samplesOf(value);
@@ -172,7 +172,7 @@ class FactsWalk {
     }
   }
 
-  using Samples = std::pair<OrderedJson, OrderedJson>;
+  using Samples = std::pair<Json, Json>;
   static Samples samplesOf(const bool&) { return {true, false}; }
   template <class T>
   requires std::is_arithmetic_v<T>
@@ -184,15 +184,13 @@ class FactsWalk {
   static Samples samplesOf(const SlotKind&) { return {5, 3}; }
   static Samples samplesOf(const PciAddress&) { return {"0000:01:00.0", "0000:02:00.0"}; }
   static Samples samplesOf(const LinkModes&) {
-    return {OrderedJson::array({"1000baseT/Full", "TP"}), OrderedJson::array({"10000baseSR/Full", "FIBRE"})};
+    return {Json::array({"1000baseT/Full", "TP"}), Json::array({"10000baseSR/Full", "FIBRE"})};
   }
 
-  void add(const std::string& key, const OrderedJson& one, const OrderedJson& other) {
+  void add(const std::string& key, const Json& one, const Json& other) {
     const auto* const origin = std::ranges::find(kOrigins, key, &Origin::key);
-    OrderedJson fact = {{"key", key},
-                        {"values", OrderedJson::array({one, other})},
-                        {"from", nullptr},
-                        {"otherwise", nullptr}};
+    Json fact = {
+        {"key", key}, {"values", Json::array({one, other})}, {"from", nullptr}, {"otherwise", nullptr}};
     if (origin != std::end(kOrigins)) {
       fact["from"] = origin->from;
       if (!origin->otherwise.empty()) fact["otherwise"] = origin->otherwise;
@@ -201,7 +199,7 @@ class FactsWalk {
   }
 
   const std::string _prefix;
-  OrderedJson& _facts;
+  Json& _facts;
 };
 
 }  // namespace
@@ -211,9 +209,9 @@ std::span<const Origin> origins() {
 }
 
 std::string factsAsJson() {
-  OrderedJson facts = OrderedJson::array();
+  Json facts = Json::array();
   HostSnapshot snapshot;
-  FactsWalk walk("", facts);
+  Walk walk("", facts);
   describe(snapshot, walk);
   return facts.dump(1) + "\n";
 }

@@ -11,9 +11,9 @@ using namespace ethernet;
 
 namespace {
 
-constexpr auto kPorts = Inventory::Kind::Ports;
+constexpr auto kKind = Inventory::Kind::Ports;
 
-int portCode(Walk::Result result) {
+int code(Walk::Result result) {
   if (result == Walk::Result::Entry) return EthernetMRA::kDelivered;
   return result == Walk::Result::End ? EthernetMRA::kNoMoreData : EthernetMRA::kFailed;
 }
@@ -21,26 +21,26 @@ int portCode(Walk::Result result) {
 }  // namespace
 
 EthernetMRA::EthernetMRA(std::shared_ptr<Inventory> inventory)
-    : _inventory(std::move(inventory)), _walk(std::make_unique<Walk>(_inventory, kPorts)) {}
+    : _inventory(std::move(inventory)), _walk(std::make_unique<Walk>(_inventory, kKind)) {}
 
 EthernetMRA::~EthernetMRA() = default;
 
 int EthernetMRA::getFirstData(bool fresh, EthernetAdapterDataObject& adapter) {
   const auto deliver = [&](const AdapterEntry& entry) { adapter = makeRecord(entry, _inventory); };
-  return portCode(_walk->first(fresh, &Model::adapters, deliver));
+  return code(_walk->first(fresh, &Model::adapters, deliver));
 }
 
 int EthernetMRA::getNextData(bool, EthernetAdapterDataObject& adapter) {
   const auto deliver = [&](const AdapterEntry& entry) { adapter = makeRecord(entry, _inventory); };
-  return portCode(_walk->next(&Model::adapters, deliver));
+  return code(_walk->next(&Model::adapters, deliver));
 }
 
 bool EthernetMRA::forceReload() {
-  const auto model = _inventory->reload(kPorts);
+  const auto model = _inventory->reload(kKind);
   _reloadFailed = !model;
   if (!model) return false;
-  const auto given = _inventory->delivered(kPorts);
-  return _inventory->deliveryPending(kPorts) || adaptersDiffer(given.get(), *model);
+  const auto given = _inventory->delivered(kKind);
+  return _inventory->deliveryPending(kKind) || adaptersDiffer(given.get(), *model);
 }
 
 int EthernetMRA::updateAll() {
@@ -56,11 +56,11 @@ bool EthernetMRA::concernedBy(const LayerChange& change) const {
 }
 
 bool EthernetMRA::ethEventDetected() {
-  return _inventory->eventDetected(kPorts);
+  return _inventory->eventDetected(kKind);
 }
 
 void EthernetMRA::eventsProcessed() {
-  _inventory->lookedThrough(kPorts);
+  _inventory->lookedThrough(kKind);
 }
 
 std::optional<std::chrono::steady_clock::time_point> EthernetMRA::nextSettled() {
@@ -73,7 +73,7 @@ std::string EthernetMRA::linkPartners() {
 }
 
 void EthernetMRA::buildFailed() {
-  _inventory->beginDelivery(kPorts);
+  _inventory->beginDelivery(kKind);
 }
 
 std::string EthernetMRA::failureText() const {

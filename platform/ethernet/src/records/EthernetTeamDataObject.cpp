@@ -18,7 +18,7 @@ std::shared_ptr<const TeamFacts> there(const FactsHandle<TeamFacts>& handle) {
   return facts && facts->link.name.empty() ? nullptr : facts;
 }
 
-std::optional<std::uint8_t> readMode(const TeamFacts& facts) {
+std::optional<std::uint8_t> modeOf(const TeamFacts& facts) {
   return fact(facts.link.bond, [](const BondFacts& bond) { return bond.mode; });
 }
 
@@ -45,7 +45,7 @@ int EthernetTeamDataObject::getTeamStatus(operationalStatus& status) const {
 }
 
 int EthernetTeamDataObject::getOperatingMode(EthTeamModeEnum& mode) const {
-  return answer(fact(_facts.facts(), readMode), mode);
+  return answer(fact(_facts.facts(), modeOf), mode);
 }
 
 int EthernetTeamDataObject::getCurrentOperatingMode(EthTeamModeEnum& mode) const {
@@ -90,7 +90,7 @@ std::vector<std::uint16_t> EthernetTeamDataObject::getCapabilities() const {
 }
 
 std::vector<std::uint16_t> EthernetTeamDataObject::getEnabledCapabilities() const {
-  return modeCapabilities(fact(_facts.facts(), readMode));
+  return modeCapabilities(fact(_facts.facts(), modeOf));
 }
 
 std::vector<IPv4AddressRecord> EthernetTeamDataObject::getIPv4Addresses() const {

@@ -10,9 +10,9 @@ using namespace ethernet;
 
 namespace {
 
-constexpr auto kTeams = Inventory::Kind::Teams;
+constexpr auto kKind = Inventory::Kind::Teams;
 
-int teamCode(Walk::Result result) {
+int code(Walk::Result result) {
   if (result == Walk::Result::Entry) return EthernetTeamMRA::kDelivered;
   return result == Walk::Result::End ? EthernetTeamMRA::kNoMoreData : EthernetTeamMRA::kFailed;
 }
@@ -20,30 +20,30 @@ int teamCode(Walk::Result result) {
 }  // namespace
 
 EthernetTeamMRA::EthernetTeamMRA(std::shared_ptr<Inventory> inventory)
-    : _inventory(std::move(inventory)), _walk(std::make_unique<Walk>(_inventory, kTeams)) {}
+    : _inventory(std::move(inventory)), _walk(std::make_unique<Walk>(_inventory, kKind)) {}
 
 EthernetTeamMRA::~EthernetTeamMRA() = default;
 
 int EthernetTeamMRA::getFirstData(bool fresh, EthernetTeamDataObject& team) {
   const auto deliver = [&](const TeamEntry& entry) { team = makeRecord(entry, _inventory); };
-  return teamCode(_walk->first(fresh, &Model::teams, deliver));
+  return code(_walk->first(fresh, &Model::teams, deliver));
 }
 
 int EthernetTeamMRA::getNextData(bool, EthernetTeamDataObject& team) {
   const auto deliver = [&](const TeamEntry& entry) { team = makeRecord(entry, _inventory); };
-  return teamCode(_walk->next(&Model::teams, deliver));
+  return code(_walk->next(&Model::teams, deliver));
 }
 
 bool EthernetTeamMRA::forceReload(std::vector<std::string>& added, std::vector<std::string>& removed) {
   added.clear();
   removed.clear();
-  const auto model = _inventory->reload(kTeams);
+  const auto model = _inventory->reload(kKind);
   _reloadFailed = !model;
   if (!model) return false;
-  const auto given = _inventory->delivered(kTeams);
+  const auto given = _inventory->delivered(kKind);
   added = teamsAdded(given.get(), model.get());
   removed = teamsAdded(model.get(), given.get());
-  return _inventory->deliveryPending(kTeams) || !added.empty() || !removed.empty() ||
+  return _inventory->deliveryPending(kKind) || !added.empty() || !removed.empty() ||
          teamsDiffer(given.get(), *model);
 }
 
@@ -52,15 +52,15 @@ int EthernetTeamMRA::updateAll() {
 }
 
 bool EthernetTeamMRA::ethTeamEventDetected() {
-  return _inventory->eventDetected(kTeams);
+  return _inventory->eventDetected(kKind);
 }
 
 void EthernetTeamMRA::eventsProcessed() {
-  _inventory->lookedThrough(kTeams);
+  _inventory->lookedThrough(kKind);
 }
 
 void EthernetTeamMRA::buildFailed() {
-  _inventory->beginDelivery(kTeams);
+  _inventory->beginDelivery(kKind);
 }
 
 std::unique_ptr<EthernetTeamMRA> ethernetTeamMRAFactory(const Logger&) {
