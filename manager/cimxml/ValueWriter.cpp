@@ -140,11 +140,20 @@ void appendPropertyRest(std::string& out, const CMPIData& data) {
   out.append("</").append(propertyElement(data.type)).append(">");
 }
 
-void appendInstanceStart(std::string& out, const ClassDef& classDef, const InstanceView& view) {
+/// `appendStart`: called with each property that is written, for its start tag.
+template <class AppendStart>
+void appendInstanceBy(const AppendStart& appendStart, std::string& out, const InstanceBody& instance,
+                      const InstanceView& view) {
   out += "<INSTANCE";
-  appendAttribute(out, "CLASSNAME", classDef.name);
+  appendAttribute(out, "CLASSNAME", instance.classDef->name);
   out += ">";
-  if (view.qualifiers) appendQualifiers(out, classDef);
+  if (view.qualifiers) appendQualifiers(out, *instance.classDef);
+  for (const NamedValue& property : instance.properties) {
+    if (!isWanted(view, property.name)) continue;
+    appendStart(property);
+    appendPropertyRest(out, property.data);
+  }
+  out += "</INSTANCE>";
 }
 
 }  // namespace
@@ -195,25 +204,17 @@ void appendClassPath(std::string& out, std::string_view nameSpace, std::string_v
 }
 
 void appendInstance(std::string& out, const InstanceBody& instance, const InstanceView& view) {
-  appendInstanceStart(out, *instance.classDef, view);
-  for (const NamedValue& property : instance.properties) {
-    if (!isWanted(view, property.name)) continue;
+  const auto start = [&](const NamedValue& property) {
     appendPropertyStart(out, *instance.classDef, property, view);
-    appendPropertyRest(out, property.data);
-  }
-  out += "</INSTANCE>";
+  };
+  appendInstanceBy(start, out, instance, view);
 }
 
 void InstanceWriter::append(std::string& out, const InstanceBody& instance) {
   if (std::exchange(_class, instance.classDef) != instance.classDef) _starts.clear();
-  appendInstanceStart(out, *_class, _view);
   std::size_t place = 0;
-  for (const NamedValue& property : instance.properties) {
-    if (!isWanted(_view, property.name)) continue;
-    out += start(place++, property);
-    appendPropertyRest(out, property.data);
-  }
-  out += "</INSTANCE>";
+  appendInstanceBy([&](const NamedValue& property) { out += start(place++, property); }, out, instance,
+                   _view);
 }
 
 const std::string& InstanceWriter::start(std::size_t place, const NamedValue& property) {

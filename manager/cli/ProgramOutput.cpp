@@ -13,7 +13,6 @@
 #include "posix/Pipe.h"
 
 namespace ZebManager {
-
 namespace {
 
 constexpr int kNotStarted = 127;

@@ -12,9 +12,21 @@ std::string textOf(std::vector<LinkFacts> links) {
   return linkPartnersText(*buildModel(std::move(snapshot), false));
 }
 
-LinkFacts offered(LinkFacts link, std::initializer_list<const char*> modes) {
-  link.ethtool.partner = LinkModes();
-  for (const char* const mode : modes) link.ethtool.partner->set(*linkModeBit(mode));
+using Names = std::initializer_list<const char*>;
+
+LinkModes modesOf(Names names) {
+  LinkModes modes;
+  for (const char* const name : names) modes.set(*linkModeBit(name));
+  return modes;
+}
+
+LinkFacts offered(LinkFacts link, Names modes) {
+  link.ethtool.partner = modesOf(modes);
+  return link;
+}
+
+LinkFacts able(LinkFacts link, Names modes) {
+  link.ethtool.supported = modesOf(modes);
   return link;
 }
 
@@ -26,12 +38,6 @@ TEST(LinkPartners, OfAPortIsTheLargestSpeedThatItIsOffered) {
       R"({"ports":[{"name":"eth0","speed":1000000000,"fullDuplex":true},)"
       R"({"name":"eth1","speed":100000000,"fullDuplex":false},)"
       R"({"name":"eth2","speed":800000000000,"fullDuplex":true}],"teams":[]})");
-}
-
-LinkFacts able(LinkFacts link, std::initializer_list<const char*> modes) {
-  link.ethtool.supported = LinkModes();
-  for (const char* const mode : modes) link.ethtool.supported->set(*linkModeBit(mode));
-  return link;
 }
 
 /// The fastest of one end may be none of the other's, and one speed has modes of several names.

@@ -141,6 +141,16 @@ constexpr auto kNames = std::to_array<std::string_view>({
 });
 static_assert(kNames.size() <= kLinkModeCount);
 
+/// Calls `look` with the speed and the name of each that is a mode.
+template <class Look>
+void forEachMode(const LinkModes& modes, const Look& look) {
+  if (modes.none()) return;
+  for (std::size_t bit = 0; bit < kNames.size(); ++bit) {
+    if (!modes[bit]) continue;
+    if (const std::uint32_t speed = linkModeSpeed(kNames[bit]); speed > 0) look(speed, kNames[bit]);
+  }
+}
+
 }  // namespace
 
 std::string_view linkModeName(std::size_t bit) {
@@ -168,37 +178,32 @@ std::string_view linkModeMedium(std::string_view name) {
 
 std::uint32_t fastestSpeed(const LinkModes& modes) {
   std::uint32_t fastest = 0;
-  if (modes.none()) return fastest;
-  for (std::size_t bit = 0; bit < kNames.size(); ++bit) {
-    if (modes[bit]) fastest = std::max(fastest, linkModeSpeed(kNames[bit]));
-  }
+  forEachMode(modes, [&](std::uint32_t speed, std::string_view) { fastest = std::max(fastest, speed); });
   return fastest;
 }
 
 std::uint32_t fastestCommonSpeed(const LinkModes& modes, const LinkModes& others) {
   std::set<std::uint32_t> speeds;
-  for (std::size_t bit = 0; bit < kNames.size(); ++bit) {
-    if (others[bit]) speeds.insert(linkModeSpeed(kNames[bit]));
-  }
+  forEachMode(others, [&](std::uint32_t speed, std::string_view) { speeds.insert(speed); });
   std::uint32_t fastest = 0;
-  for (std::size_t bit = 0; bit < kNames.size(); ++bit) {
-    if (modes[bit] && speeds.contains(linkModeSpeed(kNames[bit])))
-      fastest = std::max(fastest, linkModeSpeed(kNames[bit]));
-  }
+  forEachMode(modes, [&](std::uint32_t speed, std::string_view) {
+    if (speeds.contains(speed)) fastest = std::max(fastest, speed);
+  });
   return fastest;
 }
 
 std::size_t countOfModes(const LinkModes& modes) {
   std::size_t count = 0;
-  for (std::size_t bit = 0; bit < kNames.size(); ++bit) count += modes[bit] && linkModeSpeed(kNames[bit]) > 0;
+  forEachMode(modes, [&](std::uint32_t, std::string_view) { ++count; });
   return count;
 }
 
 bool hasFullDuplex(const LinkModes& modes, std::uint32_t speed) {
-  for (std::size_t bit = 0; bit < kNames.size(); ++bit) {
-    if (modes[bit] && linkModeSpeed(kNames[bit]) == speed && kNames[bit].ends_with("/Full")) return true;
-  }
-  return false;
+  bool found = false;
+  forEachMode(modes, [&](std::uint32_t own, std::string_view name) {
+    found |= own == speed && name.ends_with("/Full");
+  });
+  return found;
 }
 
 }  // namespace ZEB::ethernet
