@@ -85,8 +85,8 @@ std::string Explainer::nameNow() {
 
 /// What the recording is now; nothing where there is no such instance.
 std::optional<InstanceValues> Explainer::readAltered() {
-  _session.restart();
   try {
+    _session.restartProvider();
     // Where the numbers of instances moved, the path stands for another.
     if (nameNow() != _name) return std::nullopt;
     const auto values = read();
@@ -154,7 +154,7 @@ void Explainer::tryFact(const RecordedFact& fact) {
 void Explainer::findMemory() {
   constexpr char kWorkerMethod[] = "PerformWork";
   _recording.restore();
-  _session.restart();
+  _session.restartProvider();
   Arena arena;
   const ArenaScope scope(arena);
   const ObjectPath& worker = *makePath(arena, kNameSpace, "ZEB_AutoStartEthernetPort");
@@ -176,7 +176,7 @@ void Explainer::findMemory() {
 /// What is another for a twin of whatever the instance stands for.
 void Explainer::findPlace() {
   _recording.twin();
-  _session.restart();
+  _session.restartProvider();
   const Reply reply = _session.model().enumerateInstances(classOf(_session, _path).name, nullptr);
   std::map<std::string, std::set<Json>> values;
   for (const CMPIData& item : reply.items()) {
@@ -213,7 +213,7 @@ void Explainer::classify(const InstanceValues& served) {
 /// False where the instance needs nearly all of the machine.
 bool Explainer::narrow(const Likeness& likeness) {
   for (std::size_t most = kFewInterfaces; _recording.cut(likeness.interfaces, most); most *= kMore) {
-    _session.restart();
+    _session.restartProvider();
     const auto there = likeness.findIn(_session.model());
     if (!there) continue;
     _path = *there;
@@ -225,7 +225,7 @@ bool Explainer::narrow(const Likeness& likeness) {
 
 void Explainer::widen() {
   _recording.cut({}, 0);
-  _session.restart();
+  _session.restartProvider();
   _path = _asked;
   _values = *read();
 }
@@ -246,7 +246,7 @@ bool Explainer::leftOutMatters(const std::set<const RecordedFact*>& facts, Chang
                                const Likeness& likeness) {
   try {
     _recording.alterLeftOut(facts, change);
-    _session.restart();
+    _session.restartProvider();
     return !likeness.isAt(_session.model(), _asked) && !likeness.findIn(_session.model());
   } catch (const ManagerError&) {
     // There is no such machine; there may be one with some of the changes.
@@ -259,7 +259,7 @@ bool Explainer::leftOutMatters(const std::set<const RecordedFact*>& facts, Chang
 void Explainer::tryAll() {
   _explanations.clear();
   _recording.restore();
-  _session.restart();
+  _session.restartProvider();
   _beside = pathsBeside(_session.model(), _path);
   for (const auto& [name, value] : _values.items()) of(name);
   for (const RecordedFact& fact : _facts) tryFact(fact);

@@ -126,6 +126,17 @@ void Session::restart() {
   _plugin.reset();
 }
 
+void Session::restartProvider() {
+  _model.reset();
+  if (!_plugin) return;
+  try {
+    _plugin->restart();
+  } catch (...) {
+    _plugin.reset();
+    throw;
+  }
+}
+
 void Session::endProcess() {
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)  // which look at what is left
   // Another plug-in may rely on its clean-up.

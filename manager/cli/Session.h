@@ -53,6 +53,9 @@ class Session {
   std::optional<std::string> shown(std::string_view className);
   /// Forgets the model, so that the next use asks anew; a plug-in that is loaded goes.
   void restart();
+  /// The same, but the library stays loaded, which spares the loader's work. Throws ManagerError where it
+  /// does not start again; the next use loads it.
+  void restartProvider();
   /// Ends the process with status 0 where nothing is left to do: to take thousands of instances apart takes
   /// as long as to make them. Else returns.
   void endProcess();

@@ -37,6 +37,10 @@ PluginLibrary::~PluginLibrary() {
 void PluginLibrary::load() {
   _library = dlopen(_path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!_library) throw ManagerError("cannot load the plug-in '" + _path + "': " + loaderError());
+  begin();
+}
+
+void PluginLibrary::begin() {
   create(_interfaces.instance, "_Generic_Create_InstanceMI");
   create(_interfaces.association, "_Generic_Create_AssociationMI");
   create(_interfaces.method, "_Generic_Create_MethodMI");
@@ -63,18 +67,25 @@ void PluginLibrary::create(Interface*& interface, const char* factoryName) {
       (message.empty() ? std::string(factoryName) + " gave no interface for " + kProviderName : message));
 }
 
+void PluginLibrary::end() {
+  _broker.provider().connect({});
+  Arena arena;
+  const ArenaScope scope(arena);
+  const Context& context = *makeCallContext(arena, _broker.provider().nameSpace());
+  cleanUp(_interfaces.indication, context);
+  cleanUp(_interfaces.method, context);
+  cleanUp(_interfaces.association, context);
+  cleanUp(_interfaces.instance, context);
+}
+
+void PluginLibrary::restart() {
+  end();
+  begin();
+}
+
 void PluginLibrary::close() {
   if (!_library) return;
-  _broker.provider().connect({});
-  {
-    Arena arena;
-    const ArenaScope scope(arena);
-    const Context& context = *makeCallContext(arena, _broker.provider().nameSpace());
-    cleanUp(_interfaces.indication, context);
-    cleanUp(_interfaces.method, context);
-    cleanUp(_interfaces.association, context);
-    cleanUp(_interfaces.instance, context);
-  }
+  end();
   dlclose(_library);
   _library = nullptr;
 }

@@ -22,8 +22,14 @@ class PluginLibrary {
   /// Ends the provider's interfaces as an object manager does that is terminating, then unloads the library.
   ~PluginLibrary();
 
+  /// Ends the provider as above and begins it anew; the library stays loaded.
+  /// Throws as the constructor does; then it can only be destroyed.
+  void restart();
+
  private:
   void load();
+  void begin();
+  void end();
   template <class Interface>
   void create(Interface*& interface, const char* factoryName);
   void close();
