@@ -61,15 +61,15 @@ TEST(LinkPartners, ThatDoNotNegotiateOfferNothing) {
 }
 
 TEST(LinkPartners, NoneIsKnownWithoutALinkOrWithoutASpeed) {
-  LinkFacts pulled = offered(pciPort(2, "eth0", "0000:01:00.0"), {"1000baseT/Full"});
+  LinkFacts pulled = offered(pciPort(2, "eth0", "0000:01:00.0"), {"1000baseT/Full", "Autoneg"});
   carrier(pulled, false);
-  LinkFacts unknown = offered(pciPort(3, "eth1", "0000:01:00.1"), {"1000baseT/Full"});
+  LinkFacts unknown = offered(pciPort(3, "eth1", "0000:01:00.1"), {"1000baseT/Full", "Autoneg"});
   unknown.carrier.reset();
   unknown.flags.reset();
-  EXPECT_EQ(
-      textOf({pulled, unknown, offered(pciPort(4, "eth2", "0000:01:00.2"), {"Autoneg", "Pause"}),
-              pciPort(5, "eth3", "0000:01:00.3"), offered(ethernetLink(6, "no port"), {"1000baseT/Full"})}),
-      R"({"ports":[],"teams":[]})");
+  EXPECT_EQ(textOf({pulled, unknown, offered(pciPort(4, "eth2", "0000:01:00.2"), {"Autoneg", "Pause"}),
+                    pciPort(5, "eth3", "0000:01:00.3"),
+                    offered(ethernetLink(6, "no port"), {"1000baseT/Full", "Autoneg"})}),
+            R"({"ports":[],"teams":[]})");
 }
 
 TEST(LinkPartners, OfATeamAreThoseThatSpeakLacp) {
