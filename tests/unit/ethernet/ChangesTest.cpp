@@ -134,6 +134,29 @@ TEST(Changes, TeamEvent) {
       << "membership";
 }
 
+TEST(Changes, OneStateIsWhatCountersAloneTellApart) {
+  const auto isOneState = [](const std::function<void(HostSnapshot&)>& edit) {
+    HostSnapshot first = host(), second = host();
+    for (HostSnapshot* const snapshot : {&first, &second}) {
+      snapshot->links[0].statistics = LinkStatistics{1, 2, 3, 4};
+      snapshot->links[0].driver = std::make_shared<DriverFacts>(DriverFacts{"net", "1", {}});
+    }
+    edit(second);
+    return sameButCounters(*buildModel(first, false), *buildModel(second, false));
+  };
+  EXPECT_TRUE(isOneState([](HostSnapshot&) {})) << "what is read again is not another";
+  EXPECT_TRUE(isOneState([](HostSnapshot& s) { s.links[0].statistics->rxBytes = 5; }));
+  EXPECT_FALSE(isOneState([](HostSnapshot& s) { s.links[0].statistics.reset(); }));
+  for (const std::size_t link : {0, 3, 4}) {
+    EXPECT_FALSE(isOneState([&](HostSnapshot& s) { s.links[link].mtu = 9000; })) << link;
+  }
+  EXPECT_FALSE(isOneState([](HostSnapshot& s) {
+    s.links[0].driver = std::make_shared<DriverFacts>(DriverFacts{"net", "2", {}});
+  }));
+  EXPECT_FALSE(
+      isOneState([](HostSnapshot& s) { s.links[0].hardware = pciPort(2, "eth0", "0000:02:00.0").hardware; }));
+}
+
 TEST(Changes, TeamNames) {
   const auto before = buildModel(host(), false);
   HostSnapshot changed = host();

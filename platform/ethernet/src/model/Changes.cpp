@@ -35,8 +35,9 @@ bool vlansDiffer(const std::vector<std::shared_ptr<const VlanFacts>>& before,
   return !std::ranges::equal(before, after, [](const auto& a, const auto& b) { return !vlanDiffers(a, b); });
 }
 
-bool sameHardware(const std::shared_ptr<const HardwareFacts>& before,
-                  const std::shared_ptr<const HardwareFacts>& after) {
+/// What a device says of itself is the same when it is read again.
+template <class Facts>
+bool sameOfDevice(const std::shared_ptr<const Facts>& before, const std::shared_ptr<const Facts>& after) {
   return before == after || (before && after && *before == *after);
 }
 
@@ -49,7 +50,7 @@ bool samePort(const PortEntry& before, const PortEntry& after) {
   const PortFacts& b = *after.facts;
   const bool useDiffers = isAdministrativelyUp(a.link) != isAdministrativelyUp(b.link);
   return a.link.index == b.link.index && a.link.name == b.link.name && a.number == b.number &&
-         sameHardware(a.link.hardware, b.link.hardware) &&
+         sameOfDevice(a.link.hardware, b.link.hardware) &&
          a.link.address.has_value() == b.link.address.has_value() &&
          hasStatistics(a.link) == hasStatistics(b.link) && !addressesDiffer(a, b) &&
          !(useDiffers && hasIpv4(b)) && !vlansDiffer(before.vlans, after.vlans);
@@ -88,8 +89,16 @@ LinkFacts withoutCounters(LinkFacts link) {
   return link;
 }
 
+/// Compares what `==` takes for another when it was read again.
+template <class Facts>
+bool sameWithDevice(Facts before, const Facts& after) {
+  if (sameOfDevice(before.hardware, after.hardware)) before.hardware = after.hardware;
+  if (sameOfDevice(before.driver, after.driver)) before.driver = after.driver;
+  return before == after;
+}
+
 bool sameButCounters(const InterfaceFacts& before, const InterfaceFacts& after) {
-  return withoutCounters(before.link) == withoutCounters(after.link) &&
+  return sameWithDevice(withoutCounters(before.link), withoutCounters(after.link)) &&
          hasStatistics(before.link) == hasStatistics(after.link) && before.addresses == after.addresses &&
          before.gateway == after.gateway;
 }
@@ -106,7 +115,7 @@ bool sameInAll(const PortEntry& before, const PortEntry& after) {
 }
 
 bool sameInAll(const AdapterEntry& before, const AdapterEntry& after) {
-  return before.key == after.key && *before.facts == *after.facts &&
+  return before.key == after.key && sameWithDevice(*before.facts, *after.facts) &&
          std::ranges::equal(before.ports, after.ports,
                             [](const PortEntry& a, const PortEntry& b) { return sameInAll(a, b); });
 }
