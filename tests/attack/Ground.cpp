@@ -28,12 +28,13 @@ struct UserRow {
 
 /// Days since 1970: the password was changed on day 20000, a long time ago or (for the one that is aged)
 /// never; the account ended on day 1.
-const std::array<UserRow, 5> kUsers = {
+const std::array<UserRow, 6> kUsers = {
     UserRow{"writer", 64002, std::string(kHash) + ":20000:0:99999:7:::"},
     UserRow{"reader", 64003, std::string(kHash) + ":20000:0:99999:7:::"},
     UserRow{"expired", 64004, std::string(kHash) + ":20000:0:99999:7::1:"},
     UserRow{"aged", 64005, std::string(kHash) + ":0:0:99999:7:::"},
     UserRow{"locked", 64006, "!" + std::string(kHash) + ":20000:0:99999:7:::"},
+    UserRow{"blank", 64007, ":20000:0:99999:7:::"},
 };
 
 std::string contentOf(const std::string& file) {

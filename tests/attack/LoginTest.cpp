@@ -77,6 +77,14 @@ TEST(Login, EachUserGetsWhatIsTheirs) {
   EXPECT_EQ(statusOf(ask(unit.http(), reading("reader", "guess"))), 401);
 }
 
+/// As the modules that distributions bring along would have it.
+TEST(Login, AnEmptyPasswordLetsNobodyIn) {
+  REQUIRE_GROUND();
+  const Unit unit({.stack = "auth required pam_unix.so nullok\naccount required pam_unix.so\n"});
+  EXPECT_EQ(statusOf(ask(unit.http(), reading("blank", ""))), 401);
+  EXPECT_EQ(statusOf(ask(unit.http(), reading("reader", "secret"))), 200);
+}
+
 /// As a group and an account have it, without a password.
 TEST(Login, ACertificateGivesEachUserWhatIsTheirs) {
   REQUIRE_GROUND();

@@ -108,6 +108,17 @@ TEST_F(DoctorCommand, TellsOfThePlugInThatRuns) {
   EXPECT_THAT(outcome.out, HasSubstr("alerts     -       somebody listens\n"));
 }
 
+TEST_F(DoctorCommand, LooksForItWhereTheConfigurationSays) {
+  post(report().dump());
+  const std::string file = (folder / "qv-zeb.toml").string();
+  std::ofstream(file) << "run-directory = \"" << (folder / "run").string() << "\"\n";
+  const Outcome outcome = run(
+      ZEB_CIM,
+      {"doctor", "--source", snapshotFile("teams"), "--plugin", ZEB_REAL_PLUGIN, "--schema", ZEB_SCHEMA_FILE},
+      {"ZEB_CONFIG=" + file, "ZEB_STORE_DIR=" + (folder / "store").string()});
+  EXPECT_THAT(outcome.out, HasSubstr(", process " + std::to_string(getpid()) + "\n"));
+}
+
 TEST_F(DoctorCommand, JsonHasFindingsAndTheReport) {
   post(report().dump());
   const Outcome outcome = zebcim({"doctor", "--json", "--source", snapshotFile("teams")});

@@ -141,6 +141,18 @@ TEST_F(Blocked, ACallThatComputesForEverIsLeftBehind) {
   EXPECT_EQ(slow.get().outcome, How::TimedOut);
 }
 
+/// It would keep its place for good, however well others get on beside it.
+TEST_F(Blocked, ACallThatSleepsPastItsTimeIsLeftBehind) {
+  options.patience = 1s * kPace;
+  start();
+  auto computing = begin("compute 60000", false);
+  auto sleeping = begin("sleep 60000", false);
+  EXPECT_TRUE(eventually(
+      [&] { return logged("is stuck (a call whose time is up sleeps): a fresh one takes over"); }));
+  EXPECT_EQ(sleeping.get().outcome, How::TimedOut);
+  EXPECT_EQ(computing.get().outcome, How::TimedOut);
+}
+
 TEST_F(Blocked, EachTakeOverIsLogged) {
   start();
   provider();

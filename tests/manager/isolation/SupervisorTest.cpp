@@ -144,6 +144,19 @@ TEST_F(Supervisor, ItsEndUnloadsThePluginAndLeavesNoProcess) {
   EXPECT_EQ(contentOf(file("trace")), "cleanup 1\ncleanup 1\ncleanup 1\ncleanup 1\n");
 }
 
+TEST_F(Supervisor, AfterItsStopNoCallWaits) {
+  start();
+  const pid_t process = provider();
+  supervisor->stop();
+  EXPECT_TRUE(eventually([&] { return isGone(process); }));
+  std::this_thread::sleep_for(100ms);  // its thread ends behind the process
+  std::packaged_task<Answer()> late([this] { return read("pid"); });
+  auto answer = late.get_future();
+  std::thread(std::move(late)).detach();
+  ASSERT_EQ(answer.wait_for(10s), std::future_status::ready);
+  EXPECT_EQ(answer.get().outcome, How::Ended);
+}
+
 TEST_F(Supervisor, ItsEndDoesNotWaitForAStart) {
   std::ofstream(file("gate")) << "hang";
   start();
