@@ -14,6 +14,7 @@
 #include "TestAuthority.h"
 #include "TlsClient.h"
 #include "Unit.h"
+#include "support/Length.h"
 
 namespace ZebManager {
 namespace {
@@ -193,7 +194,7 @@ TEST(Login, GuessersDisturbNobody) {
   const std::string here = "127.0.0.1" + port, elsewhere = "192.0.2.1" + port;
   ASSERT_EQ(statusOf(ask(elsewhere, reading("writer", "secret"))), 200);
   ASSERT_EQ(statusOf(ask(here, instancesOf("ZEB_EthernetPort"))), 200);
-  const auto end = Clock::now() + std::chrono::seconds(std::getenv("ZEB_SOAK") ? 600 : 15);
+  const auto end = Clock::now() + std::chrono::seconds(ZEB::test::length(15, 600));
   std::atomic<int> guesses = 0, wrong = 0;
   std::atomic<std::size_t> memory = 0;
   std::vector<double> times;

@@ -8,6 +8,7 @@
 #include "Attack.h"
 #include "Ground.h"
 #include "Unit.h"
+#include "support/Length.h"
 
 namespace ZebManager {
 namespace {
@@ -105,10 +106,10 @@ TEST(Mutations, EndNothing) {
   const Unit unit;
   ASSERT_EQ(statusOf(ask(unit.http(), instancesOf("ZEB_EthernetPort"))), 200);
   const auto plugin = unit.processes("zebcim-plugin");
-  const auto end = Clock::now() + std::chrono::seconds(std::getenv("ZEB_SOAK") ? 600 : 12);
+  const auto end = Clock::now() + std::chrono::seconds(ZEB::test::length(12, 600));
   std::atomic<int> sent = 0, internal = 0;
   together(4, [&](int thread) {
-    Mutator mutate(static_cast<unsigned>(thread) + (std::getenv("ZEB_SOAK") ? std::random_device()() : 0U));
+    Mutator mutate(static_cast<unsigned>(thread) + (ZEB::test::isSoak() ? std::random_device()() : 0U));
     const auto bodies = seeds();
     while (Clock::now() < end) {
       std::string body = bodies[mutate.below(bodies.size())];

@@ -12,6 +12,7 @@
 #include "Ground.h"
 #include "Subscriber.h"
 #include "Unit.h"
+#include "support/Length.h"
 
 namespace ZebManager {
 namespace {
@@ -91,7 +92,7 @@ TEST_F(Readers, CostNoAlert) {
   subscribe(*unit, listener.url());
   const auto before = unit->processes("zebcim-plugin");
   ASSERT_EQ(before.size(), 1U);
-  const auto end = Clock::now() + seconds(std::getenv("ZEB_SOAK") ? 60 : 15);
+  const auto end = Clock::now() + seconds(ZEB::test::length(15, 60));
   std::atomic<int> answered = 0, other = 0;
   std::thread readers([&] {
     together(16, [&](int) {

@@ -14,6 +14,7 @@
 #include "Ground.h"
 #include "TlsClient.h"
 #include "Unit.h"
+#include "support/Length.h"
 
 namespace ZebManager {
 namespace {
@@ -219,7 +220,7 @@ TEST(Writes, WhatWasAcknowledgedOutlivesKills) {
   Server server({"--source", ZEB_SNAPSHOTS "/one_port.json"});
   Writer writer;
   std::mt19937 random(1);
-  const auto end = Clock::now() + std::chrono::seconds(std::getenv("ZEB_SOAK") ? 600 : 16);
+  const auto end = Clock::now() + std::chrono::seconds(ZEB::test::length(16, 600));
   int kills = 0;
   for (; Clock::now() < end; ++kills) {
     const bool whole = kills % 2 == 0;

@@ -7,6 +7,7 @@
 #include "History.h"
 #include "LongLived.h"
 #include "ProviderFixture.h"
+#include "support/Length.h"
 
 namespace ZEB::test {
 namespace {
@@ -88,13 +89,9 @@ TEST_F(Hunt, ThroughRandomHistories) {
     hunt(std::strtoull(seed, nullptr, 10));
     return;
   }
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-  constexpr std::uint64_t kFew = 30;
-#else
-  constexpr std::uint64_t kFew = 200;
-#endif
-  const std::uint64_t histories = std::getenv("ZEB_SOAK") ? 10000 : kFew;
-  for (std::uint64_t seed = 1; seed <= histories && !HasFailure(); ++seed) hunt(seed);
+  for (const std::uint64_t round : sharedRounds(length(kSanitized ? 30 : 200, 10'000))) {
+    if (!HasFailure()) hunt(round + 1);
+  }
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "KernelMachine.h"
 #include "LongLived.h"
 #include "ProviderFixture.h"
+#include "support/Length.h"
 
 // The same histories, played to the running kernel. Nobody calls for a pass: announcements do.
 
@@ -18,11 +19,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr int kPace = 5;
-#else
-constexpr int kPace = 1;
-#endif
+constexpr int kPace = kSanitized ? 5 : 1;
 
 class LiveHunt : public ProviderTest {
  protected:
@@ -103,7 +100,7 @@ class LiveHunt : public ProviderTest {
 };
 
 TEST_F(LiveHunt, ThroughRandomHistories) {
-  const std::uint64_t histories = std::getenv("ZEB_SOAK") ? 100 : 4;
+  const std::uint64_t histories = length(4, 100);
   bool made = true;
   for (std::uint64_t seed = 1; made && seed <= histories && !HasFailure(); ++seed) {
     std::thread([&] {

@@ -9,6 +9,7 @@
 #include "ProviderFixture.h"
 #include "monitor/LinkWatch.h"
 #include "provider/EntryPoints.h"
+#include "support/Length.h"
 
 // A cable is pulled and a client asks at every point of a pass that logs a line, which is every step of it.
 
@@ -94,8 +95,10 @@ class Meeting : public ProviderTest {
 TEST_F(Meeting, OfARequestAndAPassLosesAndDoublesNothing) {
   std::size_t sent = 0;
   int meetings = 0;
-  const int stride = std::getenv("ZEB_SOAK") ? 1 : 7;
-  for (int line = 0;; line += stride) {
+  const auto [number, of] = shareOfManager();
+  const int usual = length(7, 1);
+  const int stride = usual * static_cast<int>(of);
+  for (int line = usual * static_cast<int>(number);; line += stride) {
     // The pass has an alert of its own, and a rebuild.
     flip(5);
     auto& addresses = machine.interfaces.at(3).addresses;

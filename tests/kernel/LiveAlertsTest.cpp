@@ -11,6 +11,7 @@
 #include "LoadedPlugin.h"
 #include "Namespace.h"
 #include "support/Environment.h"
+#include "support/Length.h"
 #include "support/TestFolder.h"
 
 // From the kernel's link message to the indication that the object manager is handed.
@@ -261,7 +262,7 @@ TEST_P(LoadedAgainAndAgain, LoadEventAndUnloadRounds) {
   });
 }
 
-INSTANTIATE_TEST_SUITE_P(Process, LoadedAgainAndAgain, testing::Range(0, std::getenv("ZEB_SOAK") ? 50 : 1));
+INSTANTIATE_TEST_SUITE_P(Process, LoadedAgainAndAgain, testing::Range(0, length(1, 50)));
 
 }  // namespace
 }  // namespace ZEB::test

@@ -12,6 +12,7 @@
 #include "PlayedHost.h"
 #include "UnloadFixture.h"
 #include "posix/FileDescriptor.h"
+#include "support/Length.h"
 
 // Ends that come while the plug-in is at work. Each in a process of its own.
 
@@ -41,7 +42,7 @@ class EndingTest : public UnloadTest {
 };
 
 TEST_F(EndingTest, AProcessThatEndsUnderItsClientsKeepsItsStatus) {
-  const auto body = [&](int round) {
+  const auto body = [&](std::uint64_t round) {
     load();
     use();
     std::vector<std::thread> clients;
@@ -59,7 +60,9 @@ TEST_F(EndingTest, AProcessThatEndsUnderItsClientsKeepsItsStatus) {
     std::this_thread::sleep_for(round % 20 * 1ms);
     std::exit(7);
   };
-  for (int round = 0; round < kEndings; ++round) EXPECT_EXIT(body(round), ExitedWithCode(7), "") << round;
+  for (const std::uint64_t round : sharedRounds(kEndings)) {
+    EXPECT_EXIT(body(round), ExitedWithCode(7), "") << round;
+  }
 }
 
 TEST_F(EndingTest, AProcessThatEndsInADeliveryOfTheTimersHangsNowhere) {

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "KeepingFixture.h"
+#include "support/Length.h"
 
 // Files that are damaged or cut anywhere, and other processes that write, while the plug-in works.
 
@@ -35,7 +36,7 @@ INSTANTIATE_TEST_SUITE_P(Stores, KeptInDamageTest, testing::Values(Kept::Setting
                          [](const auto& row) { return nameOf(row.param); });
 
 TEST_P(KeptInDamageTest, losesNothingWhenAByteIsDamagedWhileItIsOpen) {
-  damage(0, static_cast<std::size_t>(rounds(211, 1)), [](const std::string& file, std::size_t place) {
+  damage(0, static_cast<std::size_t>(length(211, 1)), [](const std::string& file, std::size_t place) {
     std::fstream bytes(file, std::ios::in | std::ios::out | std::ios::binary);
     bytes.seekg(static_cast<std::streamoff>(place));
     const char byte = static_cast<char>(~bytes.get());
@@ -45,7 +46,7 @@ TEST_P(KeptInDamageTest, losesNothingWhenAByteIsDamagedWhileItIsOpen) {
 }
 
 TEST_P(KeptInDamageTest, losesNothingWhenTheFileIsCutWhileItIsOpen) {
-  damage(0, static_cast<std::size_t>(rounds(509, 16)),
+  damage(0, static_cast<std::size_t>(length(509, 16)),
          [](const std::string& file, std::size_t place) { fs::resize_file(file, place); });
 }
 

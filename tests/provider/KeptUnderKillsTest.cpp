@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "KeepingFixture.h"
+#include "support/Length.h"
 
 // Object managers that are killed while clients change what is kept.
 
@@ -80,11 +81,11 @@ INSTANTIATE_TEST_SUITE_P(Stores, KeptUnderKillsTest, testing::Values(Kept::Setti
                          [](const auto& row) { return nameOf(row.param); });
 
 TEST_P(KeptUnderKillsTest, losesNothingWhenTwoObjectManagersAreKilledAtAnyPoint) {
-  std::mt19937 random(20260103);
+  std::mt19937 random(20260103 + static_cast<unsigned>(shareOfManager().number));
   std::uniform_int_distribution<int> microseconds(0, 10000);
   std::array<Client, 2> clients{Client(*this, GetParam(), 0), Client(*this, GetParam(), 1)};
   std::array<std::uint32_t, 2> next{1, 1};
-  for (int round = 0; round < rounds(50, 1000); ++round) {
+  for (const std::uint64_t round : sharedRounds(length(50, 1000))) {
     std::array<Acknowledgements, 2> acknowledged;
     ChildProcess first([&] { return clients[0].change(next[0], acknowledged[0]); });
     ChildProcess second([&] { return clients[1].change(next[1], acknowledged[1]); });

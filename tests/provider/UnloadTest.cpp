@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "UnloadFixture.h"
+#include "support/Length.h"
 #include "support/NetworkNamespace.h"
 
 namespace ZEB::test {
@@ -48,10 +49,11 @@ TEST_F(UnloadTest, LoadsAndUnloadsAThousandTimesWhileLinkMessagesArrive) {
         std::this_thread::sleep_for(std::chrono::microseconds(500));
       }
     });
-    for (int i = 0; i < 1000 && !HasFailure(); ++i) {
+    for (const std::uint64_t round : sharedRounds(1000)) {
+      if (HasFailure()) break;
       load();
       use();
-      if (i % 2 == 0) cleanupOnce();
+      if (round % 4 < 2) cleanupOnce();
       unload();
     }
     stop = true;

@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "Server.h"
+#include "support/Length.h"
 
 namespace ZebManager {
 namespace {
@@ -25,7 +26,7 @@ TEST(CrowdTest, SixtyFourClientsAreAllAnswered) {
                 "<IPARAMVALUE NAME=\"ClassName\"><CLASSNAME NAME=\"ZEB_EthernetPort\"/></IPARAMVALUE>"),
            "EnumerateInstances");
   ASSERT_THAT(exchange(server.http(), request), testing::StartsWith("HTTP/1.1 200 "));
-  const auto end = Clock::now() + std::chrono::seconds(std::getenv("ZEB_SOAK") ? 60 : 5);
+  const auto end = Clock::now() + std::chrono::seconds(ZEB::test::length(5, 60));
   std::mutex mutex;
   std::vector<double> times;
   std::atomic<int> wrong = 0;

@@ -30,11 +30,6 @@ bool run(sqlite3* database, const std::string& statements) {
 
 }  // namespace
 
-int rounds(int normal, int soak) {
-  const char* wanted = std::getenv("ZEB_SOAK");
-  return wanted && std::string(wanted) == "1" ? soak : normal;
-}
-
 void Acknowledgements::give(std::uint32_t number) const {
   if (write(_pipe.writing.get(), &number, sizeof number) != sizeof number) _exit(98);
 }

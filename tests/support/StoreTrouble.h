@@ -10,9 +10,6 @@
 
 namespace ZEB::test {
 
-/// `soak` where the long versions of the tests are wanted, else `normal`.
-int rounds(int normal, int soak);
-
 /// A pipe by which a child acknowledges what it was told is on disk.
 class Acknowledgements {
  public:

@@ -11,6 +11,7 @@
 
 #include "isolation/ProviderSupervisor.h"
 #include "posix/TemporaryFolder.h"
+#include "support/Length.h"
 
 namespace ZebManager {
 
@@ -19,11 +20,7 @@ using How = ProviderSupervisor::Answer::Outcome;
 using Clock = std::chrono::steady_clock;
 
 /// Processes start and answer so many times slower under a sanitizer; time limits give them that much more.
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-constexpr int kPace = 3;
-#else
-constexpr int kPace = 1;
-#endif
+constexpr int kPace = ZEB::test::kSanitized ? 3 : 1;
 
 inline void PrintTo(How outcome, std::ostream* out) {
   *out << (outcome == How::Done ? "Done" : outcome == How::TimedOut ? "TimedOut" : "Ended");

@@ -7,6 +7,7 @@
 #include "posix/ChildProcess.h"
 #include "support/Environment.h"
 #include "support/FilesInMemory.h"
+#include "support/Length.h"
 #include "support/ProcessLog.h"
 #include "support/StoreTrouble.h"
 #include "support/TestFolder.h"
@@ -72,7 +73,7 @@ class StoreDamageTest : public testing::Test {
 
 TEST_F(StoreDamageTest, anyByteThatIsDamagedWhileTheStoreIsOpenLosesNothing) {
   // The header and both ends of the pages have something in them; the rest is every so many bytes.
-  for (std::size_t at = 0; at < sound.size(); at += at < 112 || at % 4096 > 3700 ? 1 : rounds(97, 1)) {
+  for (std::size_t at = 0; at < sound.size(); at += at < 112 || at % 4096 > 3700 ? 1 : length(97, 1)) {
     mend();
     std::string bytes = TestFolder::read(file());
     bytes[at] = static_cast<char>(bytes[at] ^ (at % 2 == 0 ? 0xFF : 1));
@@ -84,11 +85,11 @@ TEST_F(StoreDamageTest, anyByteThatIsDamagedWhileTheStoreIsOpenLosesNothing) {
 }
 
 TEST_F(StoreDamageTest, anyCutWhileTheStoreIsOpenLosesNothing) {
-  for (std::size_t length = 0; length < sound.size(); length += length < 112 ? 7 : rounds(397, 1)) {
+  for (std::size_t cut = 0; cut < sound.size(); cut += cut < 112 ? 7 : length(397, 1)) {
     mend();
-    fs::resize_file(file(), length);
-    expectNothingLost("cut to " + std::to_string(length));
-    ASSERT_EQ(log.sink->lines().size(), 1u) << "cut to " << length;
+    fs::resize_file(file(), cut);
+    expectNothingLost("cut to " + std::to_string(cut));
+    ASSERT_EQ(log.sink->lines().size(), 1u) << "cut to " << cut;
     if (HasFatalFailure()) return;
   }
 }

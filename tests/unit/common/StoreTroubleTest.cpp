@@ -10,6 +10,7 @@
 #include "posix/ChildProcess.h"
 #include "support/Environment.h"
 #include "support/FilesInMemory.h"
+#include "support/Length.h"
 #include "support/ProcessLog.h"
 #include "support/StoreTrouble.h"
 #include "support/TestFolder.h"
@@ -90,7 +91,7 @@ TEST_F(StoreTroubleTest, killsOfTwoWritersAtRandomMomentsLoseNothingAndTearNothi
   std::uniform_int_distribution<int> microseconds(0, 20000);
   std::uint32_t first = 1;
   std::uint32_t second = 1;
-  for (int round = 0; round < rounds(50, 1000); ++round) {
+  for (int round = 0; round < length(50, 1000); ++round) {
     Counter one("one", first);
     Counter other("other", second);
     std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
@@ -113,7 +114,7 @@ TEST_F(StoreTroubleTest, killsOfTwoWritersAtRandomMomentsLoseNothingAndTearNothi
 TEST_F(StoreTroubleTest, killsDuringTheFirstOpeningLeaveAStoreThatOpens) {
   std::mt19937 random(7);
   std::uniform_int_distribution<int> microseconds(0, 4000);
-  for (int round = 0; round < rounds(50, 1000); ++round) {
+  for (int round = 0; round < length(50, 1000); ++round) {
     std::filesystem::remove_all(directory.file("stores"));
     ChildProcess opener([&] { return open() ? 0 : 1; });
     std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
@@ -160,7 +161,7 @@ TEST_F(StoreTroubleTest, twoProcessesAtOnceLoseNoWrite) {
 }
 
 TEST_F(StoreTroubleTest, processesThatOpenADamagedStoreAtOnceAgreeOnTheFreshOne) {
-  for (int round = 0; round < rounds(10, 200); ++round) {
+  for (int round = 0; round < length(10, 200); ++round) {
     std::filesystem::remove_all(directory.file("stores"));
     std::filesystem::create_directories(directory.file("stores"));
     directory.write("stores/S.db", std::string(5000, 'n'));
