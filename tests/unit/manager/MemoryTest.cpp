@@ -1,13 +1,10 @@
 // Arenas, and the memory that providers get of them.
 #include <gmock/gmock.h>
-#include <malloc.h>
-#include <unistd.h>
 
 #include <cstdint>
 #include <memory>
 
 #include "BrokerFixture.h"
-#include "values/KeptMemory.h"
 
 namespace ZebManager {
 namespace {
@@ -131,20 +128,6 @@ TEST_F(BrokerMemory, AClonedObjectOutlivesTheCall) {
   EXPECT_EQ(text(kept), "root/jxv:A_Port.Name=\"kept\"");
   EXPECT_EQ(kept->ft->release(kept).rc, CMPI_RC_OK);
 }
-
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)  // whose allocators keep what they like
-// Last, as it stays so: what follows in this process keeps memory, too.
-TEST(KeptMemory, WhatAnAnswerTookIsKeptForTheNext) {
-  constexpr std::size_t kAnswer = 16 << 20;
-  keepMemory();
-  const std::size_t mapped = mallinfo2().hblks;
-  auto answer = std::make_unique<char[]>(kAnswer);
-  EXPECT_EQ(mallinfo2().hblks, mapped) << "a piece of its own goes back at once";
-  const void* const end = sbrk(0);
-  answer.reset();
-  EXPECT_EQ(sbrk(0), end);
-}
-#endif
 
 }  // namespace
 }  // namespace ZebManager
