@@ -53,11 +53,7 @@ TEST_P(KeptInDamageTest, losesNothingWhenTheFileIsCutWhileItIsOpen) {
 TEST_P(KeptInDamageTest, losesNothingBesideAnotherProcessThatWrites) {
   startWith(0);
   const std::string store = GetParam() == Kept::Settings ? kSettings : kFilters;
-  ChildProcess other([&] {
-    const auto mine = makeDataStore(store);
-    for (std::uint32_t i = 1; i <= 100; ++i) mine->setUInt32("MaxFloodLevel", i);
-    return 0;
-  });
+  ChildProcess other = setInStore(store, "MaxFloodLevel", 1, 100);
   for (std::uint32_t n = 1; n <= 20; ++n) {
     ASSERT_EQ(put(n), CMPI_RC_OK);
     ASSERT_TRUE(holds(n));

@@ -29,11 +29,7 @@ class StoresTest : private FilesInMemory, public ClientTest {
 
   /// What `zebcim modify` does beside the object manager.
   static void setElsewhere(const char* store, const std::string& key, std::uint32_t value) {
-    ASSERT_EQ(ChildProcess([&] {
-                makeDataStore(store)->setUInt32(key, value);
-                return 0;
-              }).wait(),
-              0);
+    ASSERT_EQ(setInStore(store, key, value, value).wait(), 0);
   }
 
   CmpiCpp::CmpiData setting(const char* name) { return only(kSettings).getProperty(name); }

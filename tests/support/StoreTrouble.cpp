@@ -2,30 +2,33 @@
 
 #include <gtest/gtest.h>
 #include <sched.h>
-#include <sqlite3.h>
+#include <spawn.h>
 #include <sys/mount.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
-#include <thread>
+#include <utility>
+
+#include "posix/Arguments.h"
 
 namespace ZEB::test {
 namespace {
 
-/// An open database file, for a child.
-sqlite3* opened(const std::string& file) {
-  sqlite3* database = nullptr;
-  if (sqlite3_open(file.c_str(), &database) != SQLITE_OK) _exit(97);
-  sqlite3_busy_timeout(database, 5000);
-  return database;
-}
-
-bool run(sqlite3* database, const std::string& statements) {
-  return sqlite3_exec(database, statements.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
+/// Descriptors of the child stand where those of this process do.
+ChildProcess spawn(std::vector<std::string> words, int out) {
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_adddup2(&actions, out, STDOUT_FILENO);
+  words.insert(words.begin(), ZEB_STORE_CLIENT);
+  pid_t id = -1;
+  const int error =
+      posix_spawn(&id, words.front().c_str(), &actions, nullptr, argumentsOf(words).data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  if (error != 0) throw std::system_error(error, std::generic_category(), words.front());
+  return ChildProcess(id);
 }
 
 }  // namespace
@@ -48,28 +51,24 @@ std::uint32_t Acknowledgements::last() {
 }
 
 bool runSql(const std::string& file, const std::string& statements) {
-  return ChildProcess([&] { return run(opened(file), statements) ? 0 : 1; }).wait() == 0;
+  return spawn({"sql", file, statements}, STDERR_FILENO).wait() == 0;
 }
 
-Locker::Locker(const std::string& file)
-    : _process([&] {
-        if (!run(opened(file), "BEGIN EXCLUSIVE")) return 1;
-        _locked.give(1);
-        pause();
-        return 0;
-      }) {
-  _locked.waitForFirst();
+ChildProcess setInStore(const std::string& store, const std::string& key, std::uint32_t first,
+                        std::uint32_t last) {
+  return spawn({"set", store, key, std::to_string(first), std::to_string(last)}, STDERR_FILENO);
 }
+
+Locker::Locker(const std::string& file) : Locker({"sql", file, "BEGIN EXCLUSIVE", ":say", ":wait"}) {}
 
 Locker::Locker(const std::string& file, std::chrono::milliseconds time, const std::string& meanwhile)
-    : _process([&] {
-        sqlite3* const database = opened(file);
-        if (!run(database, "BEGIN IMMEDIATE")) return 1;
-        _locked.give(1);
-        std::this_thread::sleep_for(time);
-        return run(database, meanwhile + "; COMMIT") ? 0 : 2;
-      }) {
-  _locked.waitForFirst();
+    : Locker({"sql", file, "BEGIN IMMEDIATE", ":say", ":wait " + std::to_string(time.count()), meanwhile,
+              "COMMIT"}) {}
+
+Locker::Locker(std::vector<std::string> words) : _process(spawn(std::move(words), _said.writing.get())) {
+  _said.writing = {};
+  char byte = 0;
+  if (read(_said.reading.get(), &byte, 1) != 1) ADD_FAILURE() << "the store was not locked";
 }
 
 int onSmallDisk(const std::string& directory, const std::function<int()>& body) {

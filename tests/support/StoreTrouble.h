@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "posix/ChildProcess.h"
 #include "posix/Pipe.h"
@@ -23,8 +24,15 @@ class Acknowledgements {
   Pipe _pipe = makePipe();
 };
 
-/// Runs SQL on a store's file in a process of its own; whether it succeeded.
+// Other processes are started from a program: what a child of a process with threads may do is next to
+// nothing.
+
+/// Runs SQL on a store's file in another process; whether it succeeded.
 bool runSql(const std::string& file, const std::string& statements);
+
+/// Another process that gives a key of a store all the values from `first` to `last`.
+ChildProcess setInStore(const std::string& store, const std::string& key, std::uint32_t first,
+                        std::uint32_t last);
 
 /// Another process that has a store's file locked.
 class Locker {
@@ -35,7 +43,9 @@ class Locker {
   Locker(const std::string& file, std::chrono::milliseconds time, const std::string& meanwhile);
 
  private:
-  Acknowledgements _locked;
+  explicit Locker(std::vector<std::string> words);
+
+  Pipe _said = makePipe();
   ChildProcess _process;
 };
 
