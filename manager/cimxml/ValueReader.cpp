@@ -11,7 +11,7 @@ namespace {
   throw CimError(CMPI_RC_ERR_INVALID_PARAMETER, why);
 }
 
-std::string quoted(std::string_view name) {
+std::string inQuotes(std::string_view name) {
   return "'" + std::string(name) + "'";
 }
 
@@ -32,13 +32,13 @@ CMPIChar16 characterOf(const std::string& content, const std::string& what) {
 
 const ClassDef& ValueReader::classNamed(std::string_view name) const {
   if (const ClassDef* const found = _repository.find(name)) return *found;
-  throw CimError(CMPI_RC_ERR_INVALID_CLASS, "unknown class " + quoted(name));
+  throw CimError(CMPI_RC_ERR_INVALID_CLASS, "unknown class " + inQuotes(name));
 }
 
 void ValueReader::readKey(ObjectPath& path, const ClassDef& classDef, std::string_view name,
                           pugi::xml_node value) const {
   const PropertyDef* const key = classDef.property(name);
-  if (!key || !key->key) invalid(quoted(name) + " is no key of " + classDef.name);
+  if (!key || !key->key) invalid(inQuotes(name) + " is no key of " + classDef.name);
   const Holder what{"key ", key->name};
   if (path.body().keys.find(key->name)) invalid(what.text() + " is given twice");
   CMPIData data;
@@ -136,7 +136,7 @@ void ValueReader::setProperty(const Instance& instance, pugi::xml_node element) 
   const std::string_view name = element.attribute("NAME").value();
   const PropertyDef* const property = classDef.property(name);
   if (!property) {
-    throw CimError(CMPI_RC_ERR_NO_SUCH_PROPERTY, classDef.name + " has no property " + quoted(name));
+    throw CimError(CMPI_RC_ERR_NO_SUCH_PROPERTY, classDef.name + " has no property " + inQuotes(name));
   }
   const CMPIData data = value(element, property->type, {"property ", property->name});
   instance.ft->setProperty(&instance, property->name.c_str(), isNull(data) ? nullptr : &data.value,

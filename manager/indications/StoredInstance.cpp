@@ -21,7 +21,7 @@ std::string_view lastPart(std::string_view nameSpace) {
   return nameSpace.substr(nameSpace.rfind('/') + 1);
 }
 
-std::string quoted(std::string_view name) {
+std::string inQuotes(std::string_view name) {
   return "'" + std::string(name) + "'";
 }
 
@@ -63,8 +63,8 @@ void StoredInstance::set(const std::string& property, const CMPIData& data) {
   const CMPIrc code = instance->ft->setProperty(instance, property.c_str(), passed, data.type).rc;
   if (code == CMPI_RC_OK) return;
   if (code == CMPI_RC_ERR_NO_SUCH_PROPERTY)
-    throw Refusal(code, classDef().name + " has no property " + quoted(property));
-  throw Refusal(CMPI_RC_ERR_TYPE_MISMATCH, quoted(property) + " is not of the type " + typeName(data.type));
+    throw Refusal(code, classDef().name + " has no property " + inQuotes(property));
+  throw Refusal(CMPI_RC_ERR_TYPE_MISMATCH, inQuotes(property) + " is not of the type " + typeName(data.type));
 }
 
 void StoredInstance::setText(const std::string& property, std::string_view text) {
@@ -75,7 +75,7 @@ void StoredInstance::completePath() {
   ObjectPath* const path = makePath(arena, instance->body().path->nameSpace, classDef().name);
   for (const PropertyDef* key : classDef().keys()) {
     const CMPIData* const data = value(key->name);
-    if (!data) throw Refusal(CMPI_RC_ERR_INVALID_PARAMETER, "the key " + quoted(key->name) + " is missing");
+    if (!data) throw Refusal(CMPI_RC_ERR_INVALID_PARAMETER, "the key " + inQuotes(key->name) + " is missing");
     path->ft->addKey(path, key->name.c_str(), &data->value, data->type);
   }
   instance->ft->setObjectPath(instance, path);
@@ -110,17 +110,17 @@ std::string InstanceNames::nameOf(const PathBody& path, int depth) const {
   const ClassDef* const classDef = _repository.find(path.className);
   if (!classDef) {
     throw Refusal(reference ? CMPI_RC_ERR_INVALID_PARAMETER : CMPI_RC_ERR_INVALID_CLASS,
-                  "unknown class " + quoted(path.className));
+                  "unknown class " + inQuotes(path.className));
   }
   if (!isOwn(path)) {
-    throw Refusal(CMPI_RC_ERR_INVALID_PARAMETER, quoted(path.className) + " is looked for in " +
+    throw Refusal(CMPI_RC_ERR_INVALID_PARAMETER, inQuotes(path.className) + " is looked for in " +
                                                      std::string(path.nameSpace) + ": expected " +
                                                      _nameSpace);
   }
   for (const NamedValue& given : path.keys) {
     const PropertyDef* const key = classDef->property(given.name);
     if (!key || !key->key) {
-      throw Refusal(CMPI_RC_ERR_INVALID_PARAMETER, quoted(given.name) + " is no key of " + classDef->name);
+      throw Refusal(CMPI_RC_ERR_INVALID_PARAMETER, inQuotes(given.name) + " is no key of " + classDef->name);
     }
   }
   std::string name = classDef->name;
@@ -136,7 +136,7 @@ std::string InstanceNames::nameOf(const PathBody& path, int depth) const {
       value = "\"" + otherwise + "\"";
     } else {
       throw Refusal(CMPI_RC_ERR_INVALID_PARAMETER,
-                    "the key " + quoted(key->name) + " of " + classDef->name + " is missing");
+                    "the key " + inQuotes(key->name) + " of " + classDef->name + " is missing");
     }
     name += separator + key->name + "=" + value;
     separator = ',';
