@@ -29,8 +29,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
   add_compile_options(-fno-gnu-unique)
   # GCC 12 sees overflows inside its own std::vector when it optimizes.
   add_compile_options(-Wno-stringop-overflow)
-  # A tenth of the time goes into collecting garbage that a machine with a GiB for each compiler can leave.
-  add_compile_options(--param=ggc-min-expand=1000 --param=ggc-min-heapsize=1000000)
+  # With a preset: a tenth of the time goes into garbage that a machine with a GiB for each compiler can leave.
+  if(CMAKE_COMPILE_WARNING_AS_ERROR)
+    add_compile_options(--param=ggc-min-expand=1000 --param=ggc-min-heapsize=1000000)
+  endif()
 endif()
 
 if(ZEB_SANITIZE)

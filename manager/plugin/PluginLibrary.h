@@ -22,7 +22,7 @@ class PluginLibrary {
   /// Ends the provider's interfaces as an object manager does that is terminating, then unloads the library.
   ~PluginLibrary();
 
-  /// Ends the provider as above and begins it anew; the library stays loaded.
+  /// Ends the provider as above and begins it anew; the library stays loaded. No call may be under way.
   /// Throws as the constructor does; then it can only be destroyed.
   void restart();
 

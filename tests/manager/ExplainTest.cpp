@@ -122,7 +122,7 @@ TEST_F(Explain, NamesWithCharactersOfSeveralBytes) {
   EXPECT_THAT(outcome.out, HasSubstr("links.mtu of \u00fcber is 1500; RTM_NEWLINK IFLA_MTU"));
 }
 
-/// A trial takes more than twenty times as long there, and is the same code for each class.
+/// A trial takes several times as long there, and is the same code for each class.
 #if defined(__SANITIZE_ADDRESS__)
 constexpr int kEvery = 8;
 #else

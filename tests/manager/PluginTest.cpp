@@ -57,6 +57,16 @@ TEST_F(Plugin, CanBeLoadedAgain) {
   }
 }
 
+TEST_F(Plugin, BeginsAnewWhileItStaysLoaded) {
+  library->restart();
+  EXPECT_EQ(broker.provider().enumerateInstances("T_Base").items().size(), 2U);
+  setenv("ZEB_TEST_REFUSE", "no", 1);
+  EXPECT_THROW(library->restart(), ManagerError);
+  unsetenv("ZEB_TEST_REFUSE");
+  library.reset();
+  EXPECT_FALSE(isMapped(ZEB_TEST_PLUGIN));
+}
+
 TEST_F(Plugin, ARefusalLeavesNothingBehind) {
   library.reset();
   setenv("ZEB_TEST_REFUSE", "no", 1);

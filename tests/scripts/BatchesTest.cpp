@@ -46,6 +46,10 @@ TEST_F(Batches, KeepTypesAndConstantsApart) {
   EXPECT_FALSE(areTogether("constexpr int kMost = 3;", "int unlike = 0;", "int most = kMost;"));
 }
 
+TEST_F(Batches, KeepTheNamesOfAnEnumerationApart) {
+  EXPECT_FALSE(areTogether("enum : unsigned {\n  kOne = 1,\n};", "int unlike = 0;", "int one = kOne;"));
+}
+
 TEST_F(Batches, TakeAWordInACommentForNone) {
   EXPECT_TRUE(areTogether("void put(long value) {}", "int unlike = 0;  // put(3)"));
 }
@@ -54,6 +58,9 @@ TEST_F(Batches, HoldWhoSayTheSameUsing) {
   EXPECT_TRUE(areTogether("using Text = std::string;", "using Text = std::string;"));
   EXPECT_FALSE(areTogether("using Text = std::string;", "using Text = std::wstring;"));
   EXPECT_FALSE(areTogether("using Text = std::string;", "int unlike = 0;", "Text text;"));
+  EXPECT_TRUE(areTogether("using std::string;", "using std::string;"));
+  EXPECT_FALSE(areTogether("using std::string;", "int unlike = 0;", "string text;"));
+  EXPECT_FALSE(areTogether("namespace fs = std::filesystem;", "int unlike = 0;", "fs::path path;"));
 }
 
 TEST_F(Batches, LeaveAloneWhoseReachNoWordShows) {

@@ -1,8 +1,10 @@
 // Somebody else who works on stores: a program, as a test whose process has threads cannot safely go on in a
-// child.
+// child. A step of SQL may also be ":say", which writes a line, ":wait" or ":wait MILLISECONDS".
 //
-//     zeb_store_client sql FILE STEP...           SQL; or :say, which writes a line; :wait MILLISECONDS;
-//     :wait zeb_store_client set STORE KEY FIRST LAST   gives the key these values, one after the other
+//     zeb_store_client sql FILE STEP...
+//     zeb_store_client set STORE KEY FIRST LAST
+//
+// The second gives a key these values, one after the other.
 #include <sqlite3.h>
 #include <sys/prctl.h>
 #include <unistd.h>
@@ -19,6 +21,7 @@
 namespace {
 
 constexpr int kNotOpened = 97;
+constexpr unsigned kLongestSeconds = 600;  // should the test have gone before this asked to go with it
 constexpr char kWait[] = ":wait ";
 
 bool perform(sqlite3* database, const std::string& step) {
@@ -51,6 +54,7 @@ int set(const char* store, const std::string& key, std::uint32_t first, std::uin
 
 int main(int count, char** words) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
+  alarm(kLongestSeconds);
   const std::string verb = count > 1 ? words[1] : "";
   if (verb == "sql" && count > 3) return sql(words[2], words + 3);
   if (verb == "set" && count == 6) {

@@ -3,7 +3,6 @@
 #include <signal.h>
 #include <sys/wait.h>
 
-#include <filesystem>
 #include <fstream>
 #include <thread>
 
@@ -11,33 +10,15 @@
 #include "Supervised.h"
 #include "isolation/Frame.h"
 #include "posix/FileDescriptor.h"
-
-#ifdef __SANITIZE_THREAD__
-#define ZEB_MEMORY_IS_ITS_OWN 0
-#elif defined(__SANITIZE_ADDRESS__)
-#define ZEB_MEMORY_IS_ITS_OWN 0
-#else
-#define ZEB_MEMORY_IS_ITS_OWN 1
-#endif
+#include "support/ProcessCounts.h"
 
 namespace ZebManager {
 namespace {
 
 using testing::HasSubstr;
 using testing::Not;
-
-std::size_t openDescriptors() {
-  const std::filesystem::directory_iterator folder("/proc/self/fd");
-  return static_cast<std::size_t>(std::distance(begin(folder), end(folder)));
-}
-
-std::size_t residentBytes() {
-  std::ifstream statm("/proc/self/statm");
-  std::size_t all = 0;
-  std::size_t resident = 0;
-  statm >> all >> resident;
-  return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-}
+using ZEB::test::openDescriptors;
+using ZEB::test::residentBytes;
 
 class Supervisor : public Supervised {};
 
@@ -181,7 +162,7 @@ TEST_F(Supervisor, TwoHundredRestartsLeaveNothingBehind) {
   }
   EXPECT_EQ(openDescriptors(), descriptors);
   EXPECT_EQ(linesOf(file("starts")), 201U);
-  if (ZEB_MEMORY_IS_ITS_OWN) {
+  if (!ZEB::test::kSanitized) {  // which keep what was freed
     EXPECT_LT(residentBytes(), memory + (std::size_t{1} << 20));
   }
   supervisor.reset();

@@ -153,8 +153,15 @@ TEST(Changes, OneStateIsWhatCountersAloneTellApart) {
   EXPECT_FALSE(isOneState([](HostSnapshot& s) {
     s.links[0].driver = std::make_shared<DriverFacts>(DriverFacts{"net", "2", {}});
   }));
-  EXPECT_FALSE(
-      isOneState([](HostSnapshot& s) { s.links[0].hardware = pciPort(2, "eth0", "0000:02:00.0").hardware; }));
+  const auto hardwareOf = [](const std::string& partNumber) {
+    return [partNumber](HostSnapshot& s) {
+      HardwareFacts again = *s.links[0].hardware;
+      if (!partNumber.empty()) again.partNumber = partNumber;
+      s.links[0].hardware = std::make_shared<HardwareFacts>(again);
+    };
+  };
+  EXPECT_TRUE(isOneState(hardwareOf("")));
+  EXPECT_FALSE(isOneState(hardwareOf("another")));
 }
 
 TEST(Changes, TeamNames) {
