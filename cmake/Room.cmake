@@ -1,6 +1,6 @@
 # zeb_compiled(target): gives a library of this folder the headers that nearly every source includes, compiled once for
-# all, and has its sources compiled several at a time (scripts/batches). The sanitizers' presets switch it on; the others
-# show an include that is missing.
+# all, and has its sources compiled several at a time (scripts/batches). What is developed and what is analyzed is
+# compiled by itself, which shows an include that is missing.
 option(ZEB_TOGETHER "Compile frequent headers once, and sources several at a time" OFF)
 if(ZEB_TOGETHER)
   file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/headers.cpp CONTENT "// A source for the headers to belong to.\n")
@@ -26,7 +26,9 @@ function(zeb_compiled target)
     set_source_files_properties(${batch} PROPERTIES UNITY_GROUP ${name})
   endforeach()
   set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
-  target_compile_options(${target} PRIVATE -Wno-subobject-linkage)  # a source is an included file then
+  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    target_compile_options(${target} PRIVATE -Wno-subobject-linkage)  # a source is an included file then
+  endif()
   # Which sources bear each other may be another matter after a change.
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${sources} ${PROJECT_SOURCE_DIR}/scripts/batches)
 endfunction()

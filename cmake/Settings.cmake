@@ -1,8 +1,7 @@
 # Compiler settings that hold for every target, and the options that the presets set.
 option(ZEB_TESTS "Build the tests" ON)
 option(ZEB_BENCH "Build the benchmarks" OFF)
-option(ZEB_FUZZ "Build the fuzzers (clang only)" OFF)
-set(ZEB_SANITIZE "" CACHE STRING "Sanitizers to build with, for example address,undefined")
+set(ZEB_SANITIZE "" CACHE STRING "Sanitizers to build with, for example address,undefined; with fuzzer-no-link (clang), fuzzers are built")
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)

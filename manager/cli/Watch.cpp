@@ -30,7 +30,7 @@ std::string announcement(const Options& options, const Tree& tree) {
 }
 
 std::string queryOf(const Options& options) {
-  const std::string query = std::string("SELECT * FROM ") + kAlertClass;
+  const std::string query = "SELECT * FROM " + std::string(kAlertClass);
   return options.watchCondition.empty() ? query : query + " WHERE " + options.watchCondition;
 }
 
