@@ -16,6 +16,12 @@ function(zeb_compiled target)
   target_precompile_headers(${target} REUSE_FROM zeb_headers)
   get_target_property(sources ${target} SOURCES)
   list(FILTER sources INCLUDE REGEX "^[^/$].*[.]cpp$")  # none that is generated
+  foreach(source ${sources})
+    get_source_file_property(apart ${source} SKIP_UNITY_BUILD_INCLUSION)
+    if(apart)
+      list(REMOVE_ITEM sources ${source})
+    endif()
+  endforeach()
   execute_process(COMMAND ${PROJECT_SOURCE_DIR}/scripts/batches ${sources}
     WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR} OUTPUT_VARIABLE batches COMMAND_ERROR_IS_FATAL ANY)
   string(REGEX MATCHALL "[^\n]+" batches "${batches}")
