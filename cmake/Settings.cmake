@@ -1,7 +1,7 @@
 # Compiler settings that hold for every target, and the options that the presets set.
 option(ZEB_TESTS "Build the tests" ON)
 option(ZEB_BENCH "Build the benchmarks" OFF)
-set(ZEB_SANITIZE "" CACHE STRING "Sanitizers to build with, for example address,undefined; with fuzzer-no-link (clang), fuzzers are built")
+set(ZEB_SANITIZE "" CACHE STRING "Sanitizers to build with, for example address,undefined; with that and clang, fuzzers are built too")
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -37,6 +37,10 @@ endif()
 if(ZEB_SANITIZE)
   add_compile_options(-fsanitize=${ZEB_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${ZEB_SANITIZE})
+  if(ZEB_SANITIZE MATCHES "address|thread")
+    string(TOUPPER ${CMAKE_MATCH_0} sanitizer)
+    add_compile_definitions(ZEB_SANITIZE_${sanitizer})
+  endif()
   # What the sanitizers weave into library code upsets flow warnings.
   add_compile_options(-Wno-maybe-uninitialized -Wno-stringop-overflow -Wno-tsan)
   if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)

@@ -46,7 +46,8 @@ Json otherThan(const Json& value, const RecordedFact& fact) {
   // As long as it was: the names of interfaces are bounded. Characters of several bytes stay whole.
   std::string text = value.get<std::string>();
   const auto isFirst = [](char byte) { return (static_cast<unsigned char>(byte) & 0xc0) != 0x80; };
-  std::ranges::rotate(text, std::find_if(text.begin() + (text.empty() ? 0 : 1), text.end(), isFirst));
+  const auto second = std::find_if(text.begin() + (text.empty() ? 0 : 1), text.end(), isFirst);
+  std::rotate(text.begin(), second, text.end());
   return text == value.get<std::string>() ? text + "0" : text;
 }
 

@@ -5,9 +5,11 @@
 #include <optional>
 
 namespace ZebManager {
-namespace {
 
 using Json = nlohmann::ordered_json;
+
+namespace {
+
 using Names = std::vector<std::string>;
 
 std::optional<std::string> textAt(const Json& link, const char* pointer) {

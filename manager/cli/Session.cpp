@@ -138,7 +138,7 @@ void Session::restartProvider() {
 }
 
 void Session::endProcess() {
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)  // which look at what is left
+#if !defined(ZEB_SANITIZE_ADDRESS) && !defined(ZEB_SANITIZE_THREAD)  // which look at what is left
   // Another plug-in may rely on its clean-up.
   if (!_options.plugin.empty()) return;
   _folders.reset();

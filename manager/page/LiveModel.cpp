@@ -204,7 +204,7 @@ void LiveModel::followAlerts() {
     if (_events.pages() == 0) continue;
     lock.unlock();
     std::ranges::sort(paths);
-    paths.erase(std::ranges::unique(paths).begin(), paths.end());
+    paths.erase(std::unique(paths.begin(), paths.end()), paths.end());
     for (const std::string& path : paths) readChanged(path);
     lock.lock();
   }

@@ -89,7 +89,7 @@ TEST_F(Hunt, ThroughRandomHistories) {
     hunt(std::strtoull(seed, nullptr, 10));
     return;
   }
-  for (const std::uint64_t round : sharedRounds(length(kSanitized ? 30 : 200, 10'000))) {
+  for (const std::uint64_t round : sharedRounds(length(kSanitized ? 30u : 200u, 10'000u))) {
     if (!HasFailure()) hunt(round + 1);
   }
 }

@@ -100,7 +100,7 @@ class LiveHunt : public ProviderTest {
 };
 
 TEST_F(LiveHunt, ThroughRandomHistories) {
-  const std::uint64_t histories = length(4, 100);
+  const std::uint64_t histories = length(4u, 100u);
   bool made = true;
   for (std::uint64_t seed = 1; made && seed <= histories && !HasFailure(); ++seed) {
     std::thread([&] {

@@ -47,7 +47,7 @@ class State : public ProviderTest {
 
 TEST_F(State, IsAnotherWhenAnythingIs) {
   int same = 0;
-  for (const std::uint64_t round : sharedRounds(length(20, 1000))) {
+  for (const std::uint64_t round : sharedRounds(length(20u, 1000u))) {
     if (!HasFailure()) same += play(randomHistory(round + 1, 60));
   }
   EXPECT_GT(same, 0);

@@ -123,7 +123,7 @@ TEST_F(Explain, NamesWithCharactersOfSeveralBytes) {
 }
 
 /// A trial takes several times as long there, and is the same code for each class.
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(ZEB_SANITIZE_ADDRESS)
 constexpr int kEvery = 8;
 #else
 constexpr int kEvery = 1;

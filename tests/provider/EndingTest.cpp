@@ -16,7 +16,7 @@
 
 // Ends that come while the plug-in is at work. Each in a process of its own.
 
-#ifdef __SANITIZE_THREAD__
+#ifdef ZEB_SANITIZE_THREAD
 // A library that stays does so with the threads that it had.
 extern "C" __attribute__((visibility("default"))) const char* __tsan_default_options();
 extern "C" const char* __tsan_default_options() {
@@ -27,7 +27,7 @@ extern "C" const char* __tsan_default_options() {
 namespace ZEB::test {
 namespace {
 
-#ifdef __SANITIZE_THREAD__
+#ifdef ZEB_SANITIZE_THREAD
 constexpr int kEndings = 15;
 #else
 constexpr int kEndings = 60;

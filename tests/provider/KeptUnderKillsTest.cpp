@@ -85,7 +85,7 @@ TEST_P(KeptUnderKillsTest, losesNothingWhenTwoObjectManagersAreKilledAtAnyPoint)
   std::uniform_int_distribution<int> microseconds(0, 10000);
   std::array<Client, 2> clients{Client(*this, GetParam(), 0), Client(*this, GetParam(), 1)};
   std::array<std::uint32_t, 2> next{1, 1};
-  for (const std::uint64_t round : sharedRounds(length(50, 1000))) {
+  for (const std::uint64_t round : sharedRounds(length(50u, 1000u))) {
     std::array<Acknowledgements, 2> acknowledged;
     ChildProcess first([&] { return clients[0].change(next[0], acknowledged[0]); });
     ChildProcess second([&] { return clients[1].change(next[1], acknowledged[1]); });

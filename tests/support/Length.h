@@ -9,7 +9,7 @@
 
 namespace ZEB::test {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if defined(ZEB_SANITIZE_ADDRESS) || defined(ZEB_SANITIZE_THREAD)
 inline constexpr bool kSanitized = true;
 #else
 inline constexpr bool kSanitized = false;

@@ -73,7 +73,7 @@ class StoreDamageTest : public testing::Test {
 
 TEST_F(StoreDamageTest, anyByteThatIsDamagedWhileTheStoreIsOpenLosesNothing) {
   // The header and both ends of the pages have something in them; the rest is every so many bytes.
-  for (std::size_t at = 0; at < sound.size(); at += at < 112 || at % 4096 > 3700 ? 1 : length(97, 1)) {
+  for (std::size_t at = 0; at < sound.size(); at += at < 112 || at % 4096 > 3700 ? 1u : length(97u, 1u)) {
     mend();
     std::string bytes = TestFolder::read(file());
     bytes[at] = static_cast<char>(bytes[at] ^ (at % 2 == 0 ? 0xFF : 1));
@@ -85,7 +85,7 @@ TEST_F(StoreDamageTest, anyByteThatIsDamagedWhileTheStoreIsOpenLosesNothing) {
 }
 
 TEST_F(StoreDamageTest, anyCutWhileTheStoreIsOpenLosesNothing) {
-  for (std::size_t cut = 0; cut < sound.size(); cut += cut < 112 ? 7 : length(397, 1)) {
+  for (std::size_t cut = 0; cut < sound.size(); cut += cut < 112 ? 7u : length(397u, 1u)) {
     mend();
     fs::resize_file(file(), cut);
     expectNothingLost("cut to " + std::to_string(cut));

@@ -147,7 +147,7 @@ TEST(Changes, OneStateIsWhatCountersAloneTellApart) {
   EXPECT_TRUE(isOneState([](HostSnapshot&) {})) << "what is read again is not another";
   EXPECT_TRUE(isOneState([](HostSnapshot& s) { s.links[0].statistics->rxBytes = 5; }));
   EXPECT_FALSE(isOneState([](HostSnapshot& s) { s.links[0].statistics.reset(); }));
-  for (const std::size_t link : {0, 3, 4}) {
+  for (const std::size_t link : {0u, 3u, 4u}) {
     EXPECT_FALSE(isOneState([&](HostSnapshot& s) { s.links[link].mtu = 9000; })) << link;
   }
   EXPECT_FALSE(isOneState([](HostSnapshot& s) {

@@ -23,14 +23,14 @@ TEST_F(InventoryTest, AChangeConcernsWhatIsServedAndTheBridgesOfThat) {
   };
   EXPECT_TRUE(concerned({77})) << "nobody knows yet";
   host.edit([](HostSnapshot& s) {
-    for (const std::uint32_t bridge : {30, 31}) {
+    for (const std::uint32_t bridge : {30u, 31u}) {
       s.links.push_back(ethernetLink(bridge, "br" + std::to_string(bridge)));
       s.links.back().kind = "bridge";
     }
     s.links.at(2).masterIndex = 30;
   });
   build();
-  for (const std::uint32_t served : {2, 4, 10, 20}) EXPECT_TRUE(concerned({served})) << served;
+  for (const std::uint32_t served : {2u, 4u, 10u, 20u}) EXPECT_TRUE(concerned({served})) << served;
   EXPECT_TRUE(concerned({30})) << "the bridge of eth2";
   EXPECT_FALSE(concerned({31, 77}));
   EXPECT_TRUE(concerned({4, 77}));

@@ -142,7 +142,7 @@ TEST_F(DamagedInterop, CostsNothingWhereTheDiskIsFullToo) {
 /// The server starts all the same, and keeps what it is told once there is room.
 TEST_F(DamagedInterop, KeepsNobodyFromStartingWhereTheDiskIsFull) {
   makeOneOfEach();
-  for (const int room : {0, 4096, 8192, 16'384, 32'768, 65'536}) {
+  for (const rlim_t room : {0u, 4096u, 8192u, 16'384u, 32'768u, 65'536u}) {
     space.reset();
     std::filesystem::remove_all(directory.path());
     std::filesystem::create_directory(directory.path());

@@ -110,7 +110,7 @@ TEST(Connections, WhereAllAreTooManyOneOfTheClientWithMostGivesWay) {
 TEST(Connections, WhoseRequestIsUnderWayGivesWayToNobody) {
   Connections connections(2, 2);
   const std::array<Line, 3> lines;
-  for (int i = 0; i < 2; ++i) {
+  for (std::size_t i = 0; i < 2; ++i) {
     connections.add(lines[i].socket(), "a", seconds(60));
     connections.work(lines[i].socket());
   }
