@@ -10,13 +10,15 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <stdexcept>
 
+#include "support/Content.h"
 #include "support/NetworkNamespace.h"
 
 namespace ZebManager {
 namespace {
+
+using ZEB::test::contentOf;
 
 constexpr char kHash[] = "$5$rounds=1000$attack$DvrVeal5qp1gTrbXFymvi.916b2L7kXs.7raR29.1F6";  // of "secret"
 
@@ -36,13 +38,6 @@ const std::array<UserRow, 6> kUsers = {
     UserRow{"locked", 64006, "!" + std::string(kHash) + ":20000:0:99999:7:::"},
     UserRow{"blank", 64007, ":20000:0:99999:7:::"},
 };
-
-std::string contentOf(const std::string& file) {
-  std::ifstream in(file);
-  std::ostringstream content;
-  content << in.rdbuf();
-  return content.str();
-}
 
 /// Puts another content in the place of a file, for this namespace alone.
 void cover(const std::string& folder, const std::string& file, const std::string& content) {

@@ -14,6 +14,7 @@
 #include "TestAuthority.h"
 #include "TlsClient.h"
 #include "Unit.h"
+#include "support/Content.h"
 #include "support/Length.h"
 
 namespace ZebManager {
@@ -23,6 +24,7 @@ using testing::AllOf;
 using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
+using ZEB::test::contentOf;
 using Clock = std::chrono::steady_clock;
 
 const std::vector<std::string> kOnePort = {"--source", ZEB_SNAPSHOTS "/one_port.json"};
@@ -44,11 +46,6 @@ std::string writingAs(const std::string& headers) {
 
 std::string writing(const std::string& user, const std::string& password) {
   return writingAs(credentials(user, password));
-}
-
-std::string noted(const std::filesystem::path& file) {
-  std::ifstream in(file);
-  return {std::istreambuf_iterator<char>(in), {}};
 }
 
 TEST(Login, AModuleThatTakesMuchStackEndsNothing) {
@@ -150,7 +147,7 @@ TEST(Login, ModulesKnowWhereAnAttemptComesFrom) {
   const std::string port = unit.http().substr(unit.http().rfind(':'));
   EXPECT_EQ(statusOf(ask("192.0.2.1" + port, reading("reader", "secret"))), 200);
   EXPECT_EQ(statusOf(ask("127.0.0.1" + port, reading("writer", "secret"))), 200);
-  EXPECT_EQ(noted("/run/ground/hosts"), "reader 192.0.2.1\nwriter 127.0.0.1\n");
+  EXPECT_EQ(contentOf("/run/ground/hosts"), "reader 192.0.2.1\nwriter 127.0.0.1\n");
 }
 
 TEST(Login, FailuresCountForTheModuleThatLocksUsers) {
@@ -227,7 +224,7 @@ TEST(Login, GuessersDisturbNobody) {
   EXPECT_EQ(refused, 0) << "who has been let in before";
   EXPECT_LT(memory, 256U << 20);
   EXPECT_LT(p99, 100.0);
-  EXPECT_LE(mostAtOnce(noted("/run/ground/judged")), 2);
+  EXPECT_LE(mostAtOnce(contentOf("/run/ground/judged")), 2);
 }
 
 }  // namespace

@@ -20,6 +20,7 @@
 #include "Ground.h"
 #include "posix/Arguments.h"
 #include "posix/Pipe.h"
+#include "support/Content.h"
 
 namespace ZebManager {
 namespace {
@@ -168,10 +169,7 @@ int Unit::stop() {
 }
 
 std::string Unit::log() const {
-  std::ifstream in(_folder / "log");
-  std::ostringstream content;
-  content << in.rdbuf();
-  return content.str();
+  return ZEB::test::contentOf(_folder / "log");
 }
 
 /// Children come behind their parents here, since numbers grow but for a wrap that tests do not live to see.

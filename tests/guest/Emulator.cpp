@@ -4,14 +4,16 @@
 #include <sys/file.h>
 
 #include <algorithm>
-#include <fstream>
 #include <iterator>
 #include <thread>
 
 #include "GuestError.h"
+#include "support/Content.h"
 
 namespace ZEB::guest {
 namespace {
+
+using ZEB::test::contentOf;
 
 using namespace std::chrono_literals;
 
@@ -56,11 +58,6 @@ std::vector<std::string> emulatorArguments(const std::filesystem::path& files,
   // clang-format on
   std::ranges::move(hardwareArguments(hardware), std::back_inserter(arguments));
   return arguments;
-}
-
-std::string contentOf(const std::filesystem::path& file) {
-  std::ifstream stream(file);
-  return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 }  // namespace

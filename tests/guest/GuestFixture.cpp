@@ -1,6 +1,5 @@
 #include "GuestFixture.h"
 
-#include <fstream>
 #include <iterator>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -8,6 +7,7 @@
 #include "GuestError.h"
 #include "Program.h"
 #include "posix/TemporaryFolder.h"
+#include "support/Content.h"
 
 namespace ZEB::guest {
 namespace {
@@ -28,8 +28,7 @@ class SharedGuest : public testing::Environment {
     const auto log = folder.path() / "log";
     ChildProcess build = startProgram({GUEST_BUILDER, GUEST_FILES}, log);
     const int status = build.wait(600s).value_or(-1);
-    std::ifstream stream(log);
-    const std::string said{std::istreambuf_iterator<char>(stream), {}};
+    const std::string said = test::contentOf(log);
     if (status == kCannot) GTEST_SKIP() << said;
     ASSERT_EQ(status, 0) << said;
     sharedGuest = std::make_unique<Guest>(GUEST_FILES, testServer(), firstProgram);

@@ -1,11 +1,11 @@
 #include "GuestListener.h"
 
-#include <fstream>
 #include <iterator>
 #include <thread>
 
 #include "Deadline.h"
 #include "GuestError.h"
+#include "support/Content.h"
 
 namespace ZEB::guest {
 
@@ -40,9 +40,9 @@ bool GuestListener::waitFor(std::size_t count) const {
 std::vector<ZebManager::ReceivedExport> GuestListener::received() const {
   std::vector<ZebManager::ReceivedExport> exports;
   while (true) {
-    std::ifstream file(folder_ / std::to_string(exports.size()));
-    if (!file) return exports;
-    exports.push_back(ZebManager::readExport({std::istreambuf_iterator<char>(file), {}}));
+    const auto file = folder_ / std::to_string(exports.size());
+    if (!std::filesystem::exists(file)) return exports;
+    exports.push_back(ZebManager::readExport(test::contentOf(file)));
   }
 }
 

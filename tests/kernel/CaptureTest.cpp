@@ -4,12 +4,12 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 #include "KernelSnapshot.h"
 #include "Namespace.h"
 #include "posix/TemporaryFolder.h"
 #include "recorded/RecordedSource.h"
+#include "support/Content.h"
 
 namespace ZEB::test {
 namespace {
@@ -23,10 +23,7 @@ class CaptureTest : public testing::Test {
         std::system((ZEB_CAPTURE " " + arguments + " 2>" + (folder / "errors").string()).c_str());
     return WEXITSTATUS(status);
   }
-  std::string contents(const std::string& name) {
-    std::ifstream in(folder / name);
-    return {std::istreambuf_iterator<char>(in), {}};
-  }
+  std::string contents(const std::string& name) { return contentOf(folder / name); }
   const TemporaryFolder folder;
 };
 

@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "RealCommand.h"
+#include "support/Content.h"
 
 namespace ZebManager {
 namespace {
@@ -10,6 +11,7 @@ namespace {
 using Json = nlohmann::json;
 using testing::HasSubstr;
 using testing::Not;
+using ZEB::test::contentOf;
 
 /// Addresses of the loopback interface and the unspecified one say nothing of a host.
 bool tellsTheHost(const std::string& address) {
@@ -61,10 +63,7 @@ TEST_F(CaptureCommand, AFileThatCannotBeWrittenIsAnError) {
 TEST_F(CaptureCommand, FollowsNoLink) {
   const std::string other = (folder / "other").string();
   std::ofstream(other) << "theirs";
-  const auto isUntouched = [&] {
-    std::ifstream in(other);
-    return std::string(std::istreambuf_iterator<char>(in), {}) == "theirs";
-  };
+  const auto isUntouched = [&] { return contentOf(other) == "theirs"; };
   std::filesystem::create_symlink(other, file + ".part");
   captured({});
   EXPECT_TRUE(isUntouched());

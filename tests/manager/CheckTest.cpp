@@ -4,18 +4,19 @@
 #include <regex>
 
 #include "RealCommand.h"
+#include "support/Content.h"
 
 namespace ZebManager {
 namespace {
+
+using ZEB::test::contentOf;
 
 class CheckCommand : public RealCommand {
  protected:
   /// A recorded host with another word in the place of one.
   std::string changed(const std::string& host, const std::string& word, const std::string& other) const {
-    std::ifstream in(snapshotFile(host));
-    const std::string text((std::istreambuf_iterator<char>(in)), {});
     const std::string file = (folder / "changed.json").string();
-    std::ofstream(file) << std::regex_replace(text, std::regex(word), other);
+    std::ofstream(file) << std::regex_replace(contentOf(snapshotFile(host)), std::regex(word), other);
     return file;
   }
 };

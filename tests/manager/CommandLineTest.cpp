@@ -1,9 +1,9 @@
 // zebcim as a program: what it prints, where, and with which exit status.
 #include <filesystem>
-#include <fstream>
 
 #include "TestCommand.h"
 #include "posix/TemporaryFolder.h"
+#include "support/Content.h"
 
 namespace ZebManager {
 namespace {
@@ -16,10 +16,7 @@ using testing::StartsWith;
 
 class Trace : public testing::Test {
  protected:
-  std::string traced() const {
-    std::ifstream in(file);
-    return {std::istreambuf_iterator<char>(in), {}};
-  }
+  std::string traced() const { return ZEB::test::contentOf(file); }
   const ZEB::TemporaryFolder folder;
   const std::string file = (folder / "trace").string();
 };

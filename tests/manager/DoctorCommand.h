@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "RealCommand.h"
+#include "support/Content.h"
 
 namespace ZebManager {
 
@@ -26,9 +27,7 @@ class DoctorCommand : public RealCommand {
   std::map<std::string, std::string> traces(const std::string& below = "") const {
     std::map<std::string, std::string> all;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder / below)) {
-      std::ifstream in(entry.path(), std::ios::binary);
-      const std::string content =
-          entry.is_regular_file() ? std::string(std::istreambuf_iterator<char>(in), {}) : "";
+      const std::string content = entry.is_regular_file() ? ZEB::test::contentOf(entry.path()) : "";
       all[entry.path()] =
           content + std::to_string(std::filesystem::last_write_time(entry).time_since_epoch().count());
     }

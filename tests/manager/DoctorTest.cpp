@@ -2,6 +2,7 @@
 #include <sqlite3.h>
 
 #include "DoctorCommand.h"
+#include "support/Content.h"
 
 namespace ZebManager {
 namespace {
@@ -9,10 +10,7 @@ namespace {
 using Json = nlohmann::json;
 using testing::HasSubstr;
 
-std::string stateOf(const std::string& file) {
-  std::ifstream in(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
+using ZEB::test::contentOf;
 
 /// A file and its journal as they are while a transaction has written more than memory may hold.
 void leaveChangeHalfMade(const std::string& file) {
@@ -83,9 +81,9 @@ TEST_F(DoctorCommand, ChangesNothing) {
 TEST_F(DoctorCommand, AChangeThatWasInterruptedIsNoTroubleAndLeftAsItIs) {
   makeStores();
   const std::string store = (folder / "store/ZEB_EthEventSettings.db").string();
-  const std::string sound = stateOf(store);
+  const std::string sound = contentOf(store);
   leaveChangeHalfMade(store);
-  ASSERT_NE(stateOf(store), sound);
+  ASSERT_NE(contentOf(store), sound);
   ASSERT_TRUE(std::filesystem::exists(store + "-journal"));
   const auto before = traces();
   const Outcome outcome = doctor();
@@ -94,7 +92,7 @@ TEST_F(DoctorCommand, AChangeThatWasInterruptedIsNoTroubleAndLeftAsItIs) {
   EXPECT_EQ(traces(), before);
   makeStores();
   EXPECT_FALSE(std::filesystem::exists(store + "-journal"));
-  EXPECT_EQ(stateOf(store), sound);
+  EXPECT_EQ(contentOf(store), sound);
 }
 
 TEST_F(DoctorCommand, TellsOfThePlugInThatRuns) {

@@ -9,6 +9,7 @@
 #include "broker/SelectQuery.h"
 #include "plugin/PluginLibrary.h"
 #include "posix/TemporaryFolder.h"
+#include "support/Content.h"
 #include "values/CallMemory.h"
 #include "values/ObjectPathText.h"
 #include "values/Values.h"
@@ -19,11 +20,11 @@ namespace {
 using namespace std::chrono_literals;
 using testing::HasSubstr;
 using testing::Not;
+using ZEB::test::contentOf;
 
 bool isMapped(const std::string& file) {
-  std::ifstream maps("/proc/self/maps");
-  const std::string text(std::istreambuf_iterator<char>(maps), {});
-  return text.find(std::filesystem::path(file).filename().string()) != std::string::npos;
+  return contentOf("/proc/self/maps").find(std::filesystem::path(file).filename().string()) !=
+         std::string::npos;
 }
 
 class Plugin : public testing::Test {
@@ -152,9 +153,8 @@ TEST_F(Plugin, ListeningActivatesAndEnables) {
   EXPECT_EQ(broker.provider().startIndications(filter, "T_Alert").code, CMPI_RC_OK);
   EXPECT_EQ(broker.provider().stopIndications(filter, "T_Alert").code, CMPI_RC_OK);
   unsetenv("ZEB_TEST_TRACE");
-  std::ifstream in(file);
   EXPECT_EQ(
-      std::string(std::istreambuf_iterator<char>(in), {}),
+      contentOf(file),
       "authorize T_Alert SELECT * FROM T_Alert\nactivate T_Alert SELECT * FROM T_Alert\nenable\ndisable\n"
       "deactivate T_Alert SELECT * FROM T_Alert\n");
   std::filesystem::remove(file);

@@ -6,9 +6,12 @@
 #include <regex>
 #include <sstream>
 
+#include "support/Content.h"
+
 namespace ZebManager {
 
 namespace fs = std::filesystem;
+using ZEB::test::contentOf;
 using ZEB::test::TestFolder;
 
 std::vector<std::string> changes(const Tree& before, const Tree& after) {
@@ -45,7 +48,7 @@ void FakeRoot::addProgram(const std::string& program, const std::string& setting
                           const std::vector<std::string>& parts) const {
   std::string text =
       "#!/bin/sh\nroot='" + path("") + "' notes='" + _folder.file("notes") + "'\n" + settings + "\n";
-  for (const std::string& part : parts) text += TestFolder::read(STAND_INS "/" + part);
+  for (const std::string& part : parts) text += contentOf(STAND_INS "/" + part);
   write(program, text);
   fs::permissions(path(program), fs::perms::owner_all);
 }
@@ -55,7 +58,7 @@ void FakeRoot::setHabits(const std::string& lines) const {
 }
 
 std::vector<std::string> FakeRoot::calls() const {
-  const std::string text = TestFolder::read(note("record"));
+  const std::string text = contentOf(note("record"));
   fs::remove(note("record"));
   std::istringstream record(
       std::regex_replace(std::regex_replace(text, std::regex(path("")), "ROOT"),
@@ -66,10 +69,10 @@ std::vector<std::string> FakeRoot::calls() const {
 }
 
 bool FakeRoot::goesOn() const {
-  const std::string leader = TestFolder::read(note("waiting"));
+  const std::string leader = contentOf(note("waiting"));
   for (const auto& process : fs::directory_iterator("/proc")) {
     if (!std::isdigit(process.path().filename().string().front())) continue;
-    const std::string status = TestFolder::read(process.path() / "stat");
+    const std::string status = contentOf(process.path() / "stat");
     // After the name: state, parent, group. Who has ended and is not asked for counts as gone.
     std::istringstream fields(status.substr(std::min(status.size(), status.rfind(')') + 1)));
     std::string state, parent, group;
@@ -88,7 +91,7 @@ Tree FakeRoot::tree() const {
     } else if (entry.is_directory()) {
       text << "folder";
     } else {
-      text << TestFolder::read(entry.path());
+      text << contentOf(entry.path());
     }
     found[entry.path().string().substr(path("").size())] = text.str();
   }

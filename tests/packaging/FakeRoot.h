@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "manager/Process.h"
+#include "support/Content.h"
 #include "support/TestFolder.h"
 
 namespace ZebManager {
@@ -46,7 +47,7 @@ class FakeRoot {
 
   Tree tree() const;
   std::string path(const std::string& below) const { return _folder.file("root" + below); }
-  std::string read(const std::string& below) const { return ZEB::test::TestFolder::read(path(below)); }
+  std::string read(const std::string& below) const { return ZEB::test::contentOf(path(below)); }
   bool has(const std::string& below) const;
   void write(const std::string& below, const std::string& text) const;
   void append(const std::string& below, const std::string& text) const { write(below, read(below) + text); }

@@ -1,17 +1,18 @@
 // The registrations that the build makes hold every class that the plug-in serves, as the schema declares it.
 #include <gmock/gmock.h>
 
-#include <fstream>
 #include <map>
 #include <sstream>
 
 #include "schema/ClassRepository.h"
+#include "support/Content.h"
 #include "support/TestFolder.h"
 
 namespace ZebManager {
 namespace {
 
 using testing::HasSubstr;
+using ZEB::test::contentOf;
 using ZEB::test::TestFolder;
 
 const ClassRepository& schema() {
@@ -74,7 +75,7 @@ std::vector<Stanza> readInstances(const std::string& text) {
 }
 
 TEST(Registration, HasAStanzaForEveryClassThatIsServed) {
-  const auto stanzas = readStanzas(TestFolder::read(REGISTRATION "/ZEBEthernet.reg"));
+  const auto stanzas = readStanzas(contentOf(REGISTRATION "/ZEBEthernet.reg"));
   const auto expected = expectedTypes({"instance", "association", "indication", "method", " "});
   EXPECT_EQ(stanzas.size(), expected.size());
   for (const auto& [name, type] : expected) {
@@ -98,7 +99,7 @@ TEST(Registration, ServesEachKindOfClassAsWhatItIs) {
 }
 
 TEST(Registration, HasCapabilitiesForEveryClassThatIsServed) {
-  const auto instances = readInstances(TestFolder::read(REGISTRATION "/ZEBEthernetProvider.mof"));
+  const auto instances = readInstances(contentOf(REGISTRATION "/ZEBEthernetProvider.mof"));
   const auto expected = expectedTypes({"2", "3", "4", "5", ", "});
   ASSERT_EQ(instances.size(), 2 + expected.size());
   EXPECT_EQ(instances[0].at("class"), "PG_ProviderModule");
@@ -126,10 +127,9 @@ TEST(Registration, HasCapabilitiesForEveryClassThatIsServed) {
 
 TEST(Registration, OneSchemaFileHoldsTheClassesInAnOrderThatCanBeRead) {
   const TestFolder folder;
-  const std::string own = TestFolder::read(REGISTRATION "/ZEBEthernet.mof");
+  const std::string own = contentOf(REGISTRATION "/ZEBEthernet.mof");
   EXPECT_THAT(own, testing::Not(HasSubstr("#pragma")));
-  const auto repository =
-      ClassRepository::fromText(TestFolder::read(SCHEMA "/cim.mof") + own, "ZEBEthernet.mof");
+  const auto repository = ClassRepository::fromText(contentOf(SCHEMA "/cim.mof") + own, "ZEBEthernet.mof");
   std::vector<std::string> names;
   for (const auto& def : repository.classes()) names.push_back(def->name);
   std::vector<std::string> expected;
@@ -138,7 +138,7 @@ TEST(Registration, OneSchemaFileHoldsTheClassesInAnOrderThatCanBeRead) {
 }
 
 TEST(Registration, DeclaresEveryQualifierThatTheSchemaUses) {
-  const std::string declared = TestFolder::read(REGISTRATION "/qualifiers.mof");
+  const std::string declared = contentOf(REGISTRATION "/qualifiers.mof");
   for (const char* name : {"Abstract", "ArrayType", "Association", "Description", "Indication", "Key",
                            "Override", "Required", "Static", "Units", "ValueMap", "Values", "Write"}) {
     EXPECT_THAT(declared, HasSubstr("Qualifier " + std::string(name) + " : "));

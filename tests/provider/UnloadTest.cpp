@@ -1,10 +1,10 @@
 #include <atomic>
 #include <chrono>
-#include <fstream>
 #include <sstream>
 #include <thread>
 
 #include "UnloadFixture.h"
+#include "support/Content.h"
 #include "support/Length.h"
 #include "support/NetworkNamespace.h"
 
@@ -63,9 +63,7 @@ TEST_F(UnloadTest, LoadsAndUnloadsAThousandTimesWhileLinkMessagesArrive) {
 }
 
 TEST(ExportsTest, ExactlyFourSymbolsAreShown) {
-  std::ostringstream found;
-  found << std::ifstream(ZEB_PLUGIN_SYMBOLS).rdbuf();
-  std::istringstream lines(found.str());
+  std::istringstream lines(contentOf(ZEB_PLUGIN_SYMBOLS));
   std::vector<std::string> names;
   for (std::string address, type, name; lines >> address >> type >> name;) names.push_back(name);
   EXPECT_EQ(names, (std::vector<std::string>{"_Generic_Create_AssociationMI", "_Generic_Create_IndicationMI",

@@ -5,6 +5,7 @@
 
 #include "WorkerFixture.h"
 #include "common/ZEBUtil.h"
+#include "support/Content.h"
 #include "support/ThrowingSink.h"
 
 // No transition is lost, told twice or made up, whatever a pass meets.
@@ -87,8 +88,7 @@ TEST_F(WorkerTest, APassThatFailsIsOneInTheHealthReport) {
   host.play();
   sourcesFail = true;
   EXPECT_FALSE(succeeded(pollingPass()));
-  std::ifstream file(folder / "run" / "health.json");
-  const std::string report{std::istreambuf_iterator(file), {}};
+  const std::string report = contentOf(folder / "run" / "health.json");
   EXPECT_THAT(report, HasSubstr(R"("outcome": "failed")"));
   EXPECT_THAT(report, HasSubstr(R"("failure": "no data source")"));
   EXPECT_THAT(report, HasSubstr(R"("failures": 1,)"));

@@ -10,6 +10,7 @@
 #include "Server.h"
 #include "WbemClient.h"
 #include "posix/TemporaryFolder.h"
+#include "support/Content.h"
 #include "support/NetworkNamespace.h"
 
 namespace ZebManager {
@@ -18,6 +19,7 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
+using ZEB::test::contentOf;
 
 const std::vector<std::string> kOnePort = {"--source", ZEB_SNAPSHOTS "/one_port.json"};
 // root:secret and daemon:secret
@@ -173,13 +175,6 @@ TEST(Access, AnAnswerOverTheBoundOfAllAnswersIsNotGiven) {
   EXPECT_TRUE(eventually(server.http(), small, "200"));
   EXPECT_TRUE(eventually(server.http(), large, "503"));
   EXPECT_TRUE(eventually(server.http(), small, "200"));
-}
-
-std::string contentOf(const std::filesystem::path& file) {
-  const std::ifstream in(file);
-  std::ostringstream content;
-  content << in.rdbuf();
-  return content.str();
 }
 
 /// Certificate and key that a server has made, in files of their own.

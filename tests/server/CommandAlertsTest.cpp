@@ -9,9 +9,12 @@
 #include "Process.h"
 #include "Server.h"
 #include "posix/TemporaryFolder.h"
+#include "support/Content.h"
 
 namespace ZebManager {
 namespace {
+
+using ZEB::test::contentOf;
 
 /// A service of a host whose first cable is pulled three seconds later.
 class Alerts : public testing::Test {
@@ -25,8 +28,7 @@ class Alerts : public testing::Test {
   }
 
   void SetUp() override {
-    std::ifstream in(ZEB_SNAPSHOTS "/failover_timeline.json");
-    std::string timeline((std::istreambuf_iterator<char>(in)), {});
+    std::string timeline = contentOf(ZEB_SNAPSHOTS "/failover_timeline.json");
     const auto at = timeline.find("\"at\": 1");
     ASSERT_NE(at, std::string::npos);
     timeline.replace(at, 7, "\"at\": 3").replace(timeline.find("\"at\": 2", at), 7, "\"at\": 4");

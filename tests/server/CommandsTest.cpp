@@ -17,12 +17,14 @@
 #include "Process.h"
 #include "Server.h"
 #include "posix/FileDescriptor.h"
+#include "support/Content.h"
 
 namespace ZebManager {
 namespace {
 
 using testing::HasSubstr;
 using testing::StartsWith;
+using ZEB::test::contentOf;
 namespace fs = std::filesystem;
 
 const std::string kSettingsPath = R"(ZEB_EthEventSettings.InstanceId="JXV:0")";
@@ -232,10 +234,7 @@ TEST_F(Commands, GarbageEndsItsConnectionAlone) {
 
 TEST_F(Commands, LeaveTheReportsOfTheServiceAlone) {
   ASSERT_EQ(zebcim({"invoke", "ZEB_AutoStartEthernetPort", "PerformWork"}).status, 0);
-  const auto report = [&] {
-    std::ifstream in(server.folder() / "run/health.json");
-    return std::string((std::istreambuf_iterator<char>(in)), {});
-  };
+  const auto report = [&] { return contentOf(server.folder() / "run/health.json"); };
   ASSERT_THAT(report(), HasSubstr("\"process\":"));
   ASSERT_EQ(zebcim({"--standalone", "watch", "--for", "1"}).status, 0);
   EXPECT_THAT(report(), HasSubstr("zebcim-plugin"));

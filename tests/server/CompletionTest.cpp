@@ -2,17 +2,18 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <regex>
 #include <set>
 
 #include "Prompt.h"
+#include "support/Content.h"
 
 namespace ZebManager {
 namespace {
 
 using testing::AllOf;
+using ZEB::test::contentOf;
 
 TEST_P(Prompt, CompletesWordsInBash) {
   serve(ZEB_SNAPSHOTS "/two_cards.json");
@@ -68,8 +69,7 @@ TEST(CompletionTest, KnowsEveryCommandAndOption) {
     options.insert(own.begin(), own.end());
   }
   for (const char* file : {"/zebcim.bash", "/_zebcim"}) {
-    std::ifstream in(std::string(ZEB_COMPLETION_FOLDER) + file);
-    const std::string text((std::istreambuf_iterator<char>(in)), {});
+    const std::string text = contentOf(std::string(ZEB_COMPLETION_FOLDER) + file);
     const auto known = wordsOf(text, "(--[a-z-]+)");
     for (const std::string& option : options) EXPECT_THAT(known, testing::Contains(option)) << file;
     const auto words = wordsOf(text, "\\b([a-z]+)\\b");

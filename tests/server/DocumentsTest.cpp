@@ -10,11 +10,13 @@
 #include <set>
 
 #include "Prompt.h"
+#include "support/Content.h"
 
 namespace ZebManager {
 namespace {
 
 using testing::HasSubstr;
+using ZEB::test::contentOf;
 
 /// What an administrator does first, on two cards. docs/first-steps.txt is what this prints; ZEB_RECORD=1
 /// writes it.
@@ -48,14 +50,12 @@ TEST(SessionTest, IsTheOneInTheDocuments) {
   text = std::regex_replace(text, std::regex("(SystemName +)" + name + "\n"), "$1server1\n");
   text = std::regex_replace(text, std::regex("tree\n" + name + "\n"), "tree\nserver1\n");
   if (std::getenv("ZEB_RECORD")) std::ofstream(ZEB_SESSION) << text;
-  std::ifstream in(ZEB_SESSION);
-  EXPECT_EQ(text, std::string((std::istreambuf_iterator<char>(in)), {}));
+  EXPECT_EQ(text, contentOf(ZEB_SESSION));
 }
 
 /// Each option that a command has is in the manual, and each that the manual has is the command's.
 TEST(ManualTest, SaysWhatHelpSays) {
-  std::ifstream in(ZEB_MANUAL);
-  std::string manual((std::istreambuf_iterator<char>(in)), {});
+  std::string manual = contentOf(ZEB_MANUAL);
   const std::string help = run(ZEB_CIM, {"--help"}).out;
   const auto wordsOf = [](const std::string& text, const std::string& pattern) {
     std::set<std::string> words;

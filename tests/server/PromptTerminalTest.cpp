@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "Prompt.h"
+#include "support/Content.h"
 
 namespace ZebManager {
 namespace {
@@ -17,6 +18,7 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
+using ZEB::test::contentOf;
 
 std::size_t columnsOf(const std::string& line) {
   return static_cast<std::size_t>(
@@ -58,8 +60,7 @@ TEST(PromptTest, NamesWhatIncludeVirtualWouldShow) {
 }
 
 TEST_P(Prompt, MarksAPortThatRunsBelowWhatItCan) {
-  std::ifstream in(ZEB_SNAPSHOTS "/one_port.json");
-  std::string slow((std::istreambuf_iterator<char>(in)), {});
+  std::string slow = contentOf(ZEB_SNAPSHOTS "/one_port.json");
   slow = std::regex_replace(slow, std::regex("\"speed\": [0-9]+"), "\"speed\": 100");
   slow = std::regex_replace(slow, std::regex("\"fullDuplex\": true"), "\"fullDuplex\": false");
   const ZEB::TemporaryFolder folder;
@@ -70,8 +71,7 @@ TEST_P(Prompt, MarksAPortThatRunsBelowWhatItCan) {
 }
 
 TEST_P(Prompt, AlertsFitTheTerminalAndCarryAdvice) {
-  std::ifstream in(ZEB_SNAPSHOTS "/failover_timeline.json");
-  std::string timeline((std::istreambuf_iterator<char>(in)), {});
+  std::string timeline = contentOf(ZEB_SNAPSHOTS "/failover_timeline.json");
   timeline.replace(timeline.find("\"at\": 1"), 7, "\"at\": 3");
   timeline.replace(timeline.find("\"at\": 2"), 7, "\"at\": 9");
   const ZEB::TemporaryFolder folder;

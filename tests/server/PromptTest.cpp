@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "Prompt.h"
+#include "support/Content.h"
 
 namespace ZebManager {
 namespace {
@@ -16,6 +17,7 @@ namespace {
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
+using ZEB::test::contentOf;
 
 INSTANTIATE_TEST_SUITE_P(All, Prompt, testing::Bool(),
                          [](const auto& row) { return row.param ? "WithService" : "Alone"; });
@@ -47,8 +49,7 @@ TEST_P(Prompt, TakesTheNamesOfTeams) {
 
 /// A service remembers where it saw a name, and is not believed.
 TEST_P(Prompt, FollowsNamesThatChange) {
-  std::ifstream in(ZEB_SNAPSHOTS "/one_port.json");
-  const std::string before((std::istreambuf_iterator<char>(in)), {});
+  const std::string before = contentOf(ZEB_SNAPSHOTS "/one_port.json");
   const ZEB::TemporaryFolder folder;
   std::ofstream(folder / "host.json") << before;
   serve((folder / "host.json").string());

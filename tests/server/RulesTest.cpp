@@ -2,24 +2,19 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 
 #include "Process.h"
+#include "support/Content.h"
 
 namespace ZebManager {
 namespace {
 
 using testing::AllOf;
 using testing::HasSubstr;
+using ZEB::test::contentOf;
 
 constexpr char kRuleTool[] = "/usr/bin/promtool";
-
-std::string contentOf(const std::string& file) {
-  std::ostringstream text;
-  text << std::ifstream(file).rdbuf();
-  return text.str();
-}
 
 TEST(Rules, PromtoolProvesEachOnSeriesOfItsOwn) {
   if (!std::filesystem::exists(kRuleTool)) GTEST_SKIP() << "Debian's prometheus is not installed";

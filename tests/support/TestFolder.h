@@ -17,10 +17,6 @@ class TestFolder : public TemporaryFolder {
     std::ofstream(*this / name, std::ios::binary | std::ios::trunc) << content;
     return file(name);
   }
-  static std::string read(const std::filesystem::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-  }
 };
 
 }  // namespace ZEB::test

@@ -2,6 +2,7 @@
 #include <signal.h>
 
 #include "Supervised.h"
+#include "support/Content.h"
 
 namespace ZebManager {
 namespace {
@@ -9,6 +10,7 @@ namespace {
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
+using ZEB::test::contentOf;
 
 class Filters : public Supervised {
  protected:

@@ -6,10 +6,8 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <future>
 #include <optional>
-#include <sstream>
 #include <thread>
 
 #include "posix/Arguments.h"
@@ -17,20 +15,21 @@
 #include "posix/FileDescriptor.h"
 #include "posix/Pipe.h"
 #include "posix/TemporaryFolder.h"
+#include "support/Content.h"
 
 namespace ZebManager {
 namespace {
 
 using namespace std::chrono_literals;
 using testing::HasSubstr;
+using ZEB::test::contentOf;
 
 constexpr char kRequest[] =
     R"(<?xml version="1.0" encoding="utf-8"?><CIM CIMVERSION="2.0" DTDVERSION="2.0"><MESSAGE ID="1" PROTOCOLVERSION="1.0"><SIMPLEREQ><IMETHODCALL NAME="EnumerateInstanceNames"><LOCALNAMESPACEPATH><NAMESPACE NAME="root"/><NAMESPACE NAME="jxv"/></LOCALNAMESPACEPATH><IPARAMVALUE NAME="ClassName"><CLASSNAME NAME="ZEB_EthernetPort"/></IPARAMVALUE></IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>)";
 
 /// Parent of a process; 0 when it is gone.
 pid_t parentOf(const std::string& process) {
-  std::ifstream in("/proc/" + process + "/stat");
-  const std::string stat(std::istreambuf_iterator<char>(in), {});
+  const std::string stat = contentOf("/proc/" + process + "/stat");
   const std::size_t name = stat.rfind(") ");
   if (name == std::string::npos || stat[name + 2] == 'Z') return 0;
   return std::stoi(stat.substr(name + 4));

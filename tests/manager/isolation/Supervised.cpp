@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <thread>
 
+#include "support/Content.h"
+
 namespace ZebManager {
+
+using ZEB::test::contentOf;
 
 Supervised::Supervised() {
   options.process.program = ZEB_ISOLATED_PROVIDER;
@@ -60,11 +63,6 @@ bool Supervised::logged(const std::string& part) {
   const std::lock_guard lock(_mutex);
   return std::any_of(_log.begin(), _log.end(),
                      [&](const std::string& line) { return line.find(part) != std::string::npos; });
-}
-
-std::string contentOf(const std::string& file) {
-  std::ifstream in(file);
-  return {std::istreambuf_iterator<char>(in), {}};
 }
 
 std::size_t linesOf(const std::string& file) {

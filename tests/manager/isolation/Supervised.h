@@ -75,7 +75,6 @@ class Supervised : public testing::Test {
 };
 
 std::size_t linesOf(const std::string& file);
-std::string contentOf(const std::string& file);
 /// Neither running nor waiting to be reaped by this process.
 bool isGone(pid_t process);
 

@@ -10,6 +10,7 @@
 #include "Supervised.h"
 #include "isolation/Frame.h"
 #include "posix/FileDescriptor.h"
+#include "support/Content.h"
 #include "support/ProcessCounts.h"
 
 namespace ZebManager {
@@ -17,6 +18,7 @@ namespace {
 
 using testing::HasSubstr;
 using testing::Not;
+using ZEB::test::contentOf;
 using ZEB::test::openDescriptors;
 using ZEB::test::residentBytes;
 

@@ -1,10 +1,10 @@
 #include <gmock/gmock.h>
 
 #include <fstream>
-#include <sstream>
 
 #include "common/Handover.h"
 #include "posix/TemporaryFolder.h"
+#include "support/Content.h"
 
 namespace ZEB {
 namespace {
@@ -15,11 +15,7 @@ class HandoverTest : public testing::Test {
     std::ofstream(file) << content;
     handover.open(file.c_str());
   }
-  std::string content() const {
-    std::ostringstream text;
-    text << std::ifstream(file).rdbuf();
-    return text.str();
-  }
+  std::string content() const { return test::contentOf(file); }
 
   TemporaryFolder folder;
   const std::string file = (folder / "handover").string();

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "common/ZEBUtil.h"
+#include "support/Content.h"
 #include "support/Environment.h"
 #include "support/RecordingLogSink.h"
 #include "support/TestFolder.h"
@@ -18,6 +19,7 @@ using CmpiCpp::CmpiData;
 using CmpiCpp::CmpiInstance;
 using CmpiCpp::CmpiObjectPath;
 using test::TestFolder;
+using ZEB::test::contentOf;
 
 class PostStatusTest : public testing::Test {
  protected:
@@ -41,7 +43,7 @@ class PostStatusTest : public testing::Test {
 
 TEST_F(PostStatusTest, isASmallJsonFile) {
   post(collection(6, "Error"));
-  EXPECT_EQ(TestFolder::read(file()), R"({
+  EXPECT_EQ(contentOf(file()), R"({
   "class": "ZEB_EthernetCollection",
   "path": "//h/root/jxv:ZEB_EthernetCollection.InstanceID=\"x\"",
   "properties": {
@@ -69,7 +71,7 @@ TEST_F(PostStatusTest, everyKindOfValueHasAForm) {
   instance.addProperty("G", 0.5);
   instance.addProperty("H", "quote \" and \xFF");
   post(instance);
-  const std::string text = TestFolder::read(file());
+  const std::string text = contentOf(file());
   for (const char* part : {"\"A\": true", "\"B\": -1", "\"C\": 18446744073709551615", "\"D\": null",
                            "\"E\": \"19700101000000.000000+000\"", "\"F\": \"n:R\"", "\"G\": 0.5",
                            "\"H\": \"quote \\\" and \xEF\xBF\xBD\""}) {
@@ -97,7 +99,7 @@ TEST_F(PostStatusTest, aReaderFindsTheOldFileOrTheNewOne) {
   int torn = 0;
   std::thread reader([&] {
     while (!stop) {
-      const std::string text = TestFolder::read(file());
+      const std::string text = contentOf(file());
       const bool whole = text.size() > 3 && text.substr(text.size() - 2) == "}\n";
       if (!whole) ++torn;
     }

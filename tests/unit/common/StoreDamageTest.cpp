@@ -5,6 +5,7 @@
 #include "cmpicpp/CmpiStatus.h"
 #include "common/DataStore.h"
 #include "posix/ChildProcess.h"
+#include "support/Content.h"
 #include "support/Environment.h"
 #include "support/FilesInMemory.h"
 #include "support/Length.h"
@@ -27,7 +28,7 @@ class StoreDamageTest : public testing::Test {
     store->setUInt32("PollInterval", 60);
     // What was acknowledged is known without a look at the file after it.
     kept = *store->values();
-    sound = TestFolder::read(file());
+    sound = contentOf(file());
   }
 
   std::string file() const { return directory.file("stores/S.db"); }
@@ -75,7 +76,7 @@ TEST_F(StoreDamageTest, anyByteThatIsDamagedWhileTheStoreIsOpenLosesNothing) {
   // The header and both ends of the pages have something in them; the rest is every so many bytes.
   for (std::size_t at = 0; at < sound.size(); at += at < 112 || at % 4096 > 3700 ? 1u : length(97u, 1u)) {
     mend();
-    std::string bytes = TestFolder::read(file());
+    std::string bytes = contentOf(file());
     bytes[at] = static_cast<char>(bytes[at] ^ (at % 2 == 0 ? 0xFF : 1));
     overwrite(bytes);
     expectNothingLost("byte " + std::to_string(at));
@@ -154,7 +155,7 @@ TEST_F(StoreDamageTest, aFileThatIsOnlyTouchedIsNotDamaged) {
 TEST_F(StoreDamageTest, aFormatThatANewerProgramHasBroughtKeepsWhatIsKnownAndRefusesChanges) {
   log.sink->clear();
   runSql(file(), "PRAGMA user_version = 2");
-  const std::string newer = TestFolder::read(file());
+  const std::string newer = contentOf(file());
   EXPECT_EQ(*store->values(), kept);
   try {
     store->setUInt32("refused", 1);
@@ -164,7 +165,7 @@ TEST_F(StoreDamageTest, aFormatThatANewerProgramHasBroughtKeepsWhatIsKnownAndRef
   }
   EXPECT_EQ(*store->values(), kept);
   EXPECT_EQ(log.sink->lines().size(), 1u);
-  EXPECT_EQ(TestFolder::read(file()), newer);
+  EXPECT_EQ(contentOf(file()), newer);
   runSql(file(), "PRAGMA user_version = 1");
   expectNothingLost("the older one again");
 }

@@ -7,6 +7,7 @@
 #include "cmpicpp/CmpiStatus.h"
 #include "posix/ChildProcess.h"
 #include "posix/Pipe.h"
+#include "support/Content.h"
 
 // What becomes of a store when its file or its directory is not what it should be.
 
@@ -36,31 +37,31 @@ TEST_F(StoreTest, noiseIsPutAside) {
 TEST_F(StoreTest, aFileCutOffIsPutAside) {
   fillSomePages();
   fs::resize_file(file(), fs::file_size(file()) / 2);
-  expectFreshStore(TestFolder::read(file()), file() + ".damaged-1");
+  expectFreshStore(contentOf(file()), file() + ".damaged-1");
 }
 
 TEST_F(StoreTest, aFileCutOffWithinItsHeaderIsPutAside) {
   open()->setUInt32("kept", 1);
   fs::resize_file(file(), 50);
-  expectFreshStore(TestFolder::read(file()), file() + ".damaged-1");
+  expectFreshStore(contentOf(file()), file() + ".damaged-1");
 }
 
 TEST_F(StoreTest, aDamagedPageIsPutAside) {
   fillSomePages();
   overwrite(4096, 4096);
-  expectFreshStore(TestFolder::read(file()), file() + ".damaged-1");
+  expectFreshStore(contentOf(file()), file() + ".damaged-1");
 }
 
 TEST_F(StoreTest, aValueThatCannotBeIsDamage) {
   open()->setUInt32("kept", 1);
   ASSERT_TRUE(sql("PRAGMA ignore_check_constraints = ON; UPDATE value SET number = -1"));
-  expectFreshStore(TestFolder::read(file()), file() + ".damaged-1");
+  expectFreshStore(contentOf(file()), file() + ".damaged-1");
 }
 
 TEST_F(StoreTest, theDatabaseOfAnotherProgramIsPutAside) {
   fs::create_directories(directory.file("stores"));
   ASSERT_TRUE(sql("CREATE TABLE theirs (x); INSERT INTO theirs VALUES (1)"));
-  expectFreshStore(TestFolder::read(file()), file() + ".damaged-1");
+  expectFreshStore(contentOf(file()), file() + ".damaged-1");
 }
 
 TEST_F(StoreTest, everyDamagedFileIsKept) {
@@ -134,20 +135,20 @@ TEST_F(StoreTest, aCommitThatFailsIsToldAndChangesNothing) {
 TEST_F(StoreTest, aNewerFormatIsRefusedAndLeftAlone) {
   open()->setUInt32("kept", 1);
   ASSERT_TRUE(sql("PRAGMA user_version = 2"));
-  const std::string before = TestFolder::read(file());
+  const std::string before = contentOf(file());
   const auto store = open();
   ASSERT_TRUE(store);
   EXPECT_FALSE(store->exists("kept"));
   EXPECT_THROW(store->setUInt32("kept", 2), CmpiCpp::CmpiStatus);
   EXPECT_TRUE(log.sink->mentions(LogLevel::Error, "its format 2 is newer than 1"));
   EXPECT_EQ(log.sink->lines().size(), 1u);
-  EXPECT_EQ(TestFolder::read(file()), before);
+  EXPECT_EQ(contentOf(file()), before);
 }
 
 TEST_F(StoreTest, aNegativeFormatIsDamage) {
   open()->setUInt32("kept", 1);
   ASSERT_TRUE(sql("PRAGMA user_version = -1"));
-  expectFreshStore(TestFolder::read(file()), file() + ".damaged-1");
+  expectFreshStore(contentOf(file()), file() + ".damaged-1");
 }
 
 TEST_F(StoreTest, aNewerFormatWithAStructureOfItsOwnIsRefusedToo) {
@@ -174,7 +175,7 @@ TEST_F(StoreTest, aFileInPlaceOfTheDirectoryIsNoStore) {
   directory.write("stores", "a file");
   EXPECT_FALSE(open());
   EXPECT_TRUE(log.sink->mentions(LogLevel::Error, "cannot be opened"));
-  EXPECT_EQ(TestFolder::read(directory.file("stores")), "a file");
+  EXPECT_EQ(contentOf(directory.file("stores")), "a file");
 }
 
 TEST_F(StoreTest, aDirectoryInPlaceOfTheFileIsNoStore) {

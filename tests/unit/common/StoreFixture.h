@@ -3,11 +3,11 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <string>
 
 #include "common/DataStore.h"
+#include "support/Content.h"
 #include "support/Environment.h"
 #include "support/FilesInMemory.h"
 #include "support/ProcessLog.h"
@@ -42,7 +42,7 @@ class StoreTest : public testing::Test {
     const auto store = open();
     ASSERT_TRUE(store);
     EXPECT_FALSE(store->exists("kept"));
-    EXPECT_EQ(TestFolder::read(aside), damagedContent);
+    EXPECT_EQ(contentOf(aside), damagedContent);
     EXPECT_TRUE(log.sink->mentions(LogLevel::Error, "kept as " + aside));
     store->setUInt32("kept", 3);
     EXPECT_EQ(open()->getUInt32("kept"), 3u);

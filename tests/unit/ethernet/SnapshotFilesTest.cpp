@@ -1,12 +1,10 @@
 #include <gmock/gmock.h>
 
-#include <fstream>
-#include <sstream>
-
 #include "SnapshotBuilder.h"
 #include "recorded/Anonymizer.h"
 #include "recorded/SnapshotReader.h"
 #include "recorded/SnapshotWriter.h"
+#include "support/Content.h"
 
 namespace ZEB::ethernet::test {
 namespace {
@@ -34,10 +32,7 @@ HostSnapshot only(const std::string& text) {
 }
 
 std::string recorded(const std::string& name) {
-  std::ifstream in(std::string(ZEB_SNAPSHOTS) + "/" + name);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
+  return ZEB::test::contentOf(std::string(ZEB_SNAPSHOTS) + "/" + name);
 }
 
 TEST(SnapshotReader, ReadsEveryFactOfALink) {

@@ -8,6 +8,7 @@
 #include "DeliveryFixture.h"
 #include "ShortFiles.h"
 #include "indications/DeliveryQueue.h"
+#include "support/Content.h"
 
 namespace ZebManager {
 namespace {
@@ -17,6 +18,7 @@ using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using ZEB::test::contentOf;
 
 BootClock::time_point theTime{std::chrono::hours(1)};
 
@@ -286,11 +288,6 @@ TEST_F(Queue, AFileThatCannotShrinkIsUsedOn) {
   }
   EXPECT_EQ(numbersFor("a").size(), 86U);
   EXPECT_LT(std::filesystem::file_size(directory / "delivery.db"), 1'500'000U);
-}
-
-std::string contentOf(const std::string& file) {
-  std::ifstream in(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
 }
 
 /// Whatever a disk makes of the file: either it is read, or another takes its place; and then it works.

@@ -8,6 +8,7 @@
 #include "InteropFixture.h"
 #include "ShortFiles.h"
 #include "indications/Sqlite.h"
+#include "support/Content.h"
 
 namespace ZebManager {
 namespace {
@@ -16,6 +17,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
+using ZEB::test::contentOf;
 
 TEST_F(Interop, EverythingSurvivesARestart) {
   makeOneOfEach();
@@ -162,8 +164,7 @@ TEST_F(Interop, SurvivesRandomDamage) {
   makeOneOfEach();
   space.reset();
   const std::string file = directory / "interop.db";
-  std::ifstream in(file, std::ios::binary);
-  const std::string sound{std::istreambuf_iterator<char>(in), {}};
+  const std::string sound = contentOf(file);
   std::mt19937 random(61);
   for (int round = 0; round < 120; ++round) {
     std::string damaged = sound;

@@ -5,6 +5,7 @@
 
 #include "EventSettingsFixture.h"
 #include "posix/ChildProcess.h"
+#include "support/Content.h"
 
 // The settings and their store: what a first start writes, what survives, and what others do to it.
 
@@ -31,7 +32,7 @@ TEST_F(EventSettingsTest, theFirstStartWritesAllThirteenDefaults) {
 
 /// How often a database file was changed, which its header counts.
 std::uint32_t changesOf(const std::string& file) {
-  const std::string header = TestFolder::read(file).substr(24, 4);
+  const std::string header = contentOf(file).substr(24, 4);
   std::uint32_t count = 0;
   for (const char byte : header) count = count << 8 | static_cast<unsigned char>(byte);
   return count;
