@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "Namespace.h"
+
 namespace ZEB::test {
 
 LoadedPlugin::LoadedPlugin(FakeBroker& broker)
@@ -22,11 +24,17 @@ LoadedPlugin::LoadedPlugin(FakeBroker& broker)
 }
 
 LoadedPlugin::~LoadedPlugin() {
-  {
-    FakeBroker::Call call(_broker);
-    EXPECT_EQ(_instances->ft->cleanup(_instances, &call.context(), 1).rc, CMPI_RC_OK);
-    EXPECT_EQ(_indications->ft->cleanup(_indications, &call.context(), 1).rc, CMPI_RC_OK);
-  }
+  // While it is busy with a pass, it asks not to be unloaded yet.
+  const auto cleanUp = [this](auto* interface) {
+    return eventually(
+        [&] {
+          FakeBroker::Call call(_broker);
+          return interface->ft->cleanup(interface, &call.context(), 1).rc == CMPI_RC_OK;
+        },
+        std::chrono::seconds(100));
+  };
+  EXPECT_TRUE(cleanUp(_instances));
+  EXPECT_TRUE(cleanUp(_indications));
   dlclose(_library);
 }
 
