@@ -13,9 +13,8 @@
 namespace ZEB::guest {
 namespace {
 
-using ZEB::test::contentOf;
-
 using namespace std::chrono_literals;
+using test::contentOf;
 
 /// As long as other guests may keep this one waiting.
 constexpr auto kQueue = 900s;

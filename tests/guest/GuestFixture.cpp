@@ -1,6 +1,5 @@
 #include "GuestFixture.h"
 
-#include <iterator>
 #include <memory>
 #include <nlohmann/json.hpp>
 

@@ -1,6 +1,5 @@
 #include "GuestListener.h"
 
-#include <iterator>
 #include <thread>
 
 #include "Deadline.h"

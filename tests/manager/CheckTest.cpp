@@ -1,6 +1,5 @@
 // The line for monitoring systems.
 #include <fstream>
-#include <iterator>
 #include <regex>
 
 #include "RealCommand.h"

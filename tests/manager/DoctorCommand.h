@@ -5,7 +5,6 @@
 
 #include <ctime>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <nlohmann/json.hpp>
 

@@ -3,7 +3,6 @@
 #include <signal.h>
 
 #include <fstream>
-#include <iterator>
 #include <optional>
 
 #include "Process.h"

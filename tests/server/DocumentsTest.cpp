@@ -5,7 +5,6 @@
 #include <array>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <regex>
 #include <set>
 
